@@ -1,0 +1,15 @@
+/* ZEK2: the umbrella header.  Each chapter header declares its routines with their export symbols. */
+#ifndef ZEK2_H
+#define ZEK2_H
+
+#include "zek2/types.h"
+#include "zek2/a00.h"
+#include "zek2/a02.h"
+#include "zek2/frame.h"
+#include "zek2/messages.h"
+#include "zek2/p01.h"
+#include "zek2/x02.h"
+#include "zek2/x03.h"
+#include "zek2/x04.h"
+
+#endif

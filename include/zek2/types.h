@@ -1,0 +1,69 @@
+/* Shared types and declaration macros of the ZEK2 library.
+ *
+ * Every public routine is declared once, in its chapter header, under its routine name and with its
+ * export symbol attached by ZEK_SYMBOL. C and C++ callers write the routine name; a host that loads
+ * the library at run time binds the export symbol (for example "q76226").
+ *
+ * Argument conventions: integers and logicals are int (32-bit, zero is false); reals are double; a
+ * complex number is two consecutive doubles, real part first; a character argument is a pointer to
+ * blank-padded characters without terminator whose length follows all visible arguments as a hidden
+ * int; matrices are column-major with a leading dimension and all index formulae are one-based.
+ */
+#ifndef ZEK2_TYPES_H
+#define ZEK2_TYPES_H
+
+#include <stdint.h>
+
+#if defined(__cplusplus)
+#define ZEK_BEGIN_DECLS extern "C" {
+#define ZEK_END_DECLS }
+#else
+#define ZEK_BEGIN_DECLS
+#define ZEK_END_DECLS
+#endif
+
+/* Default visibility: the library is built with hidden visibility, so only ZEK_API names reach the
+ * dynamic symbol table. */
+#define ZEK_API __attribute__((visibility("default")))
+/* The export symbol of a routine: an assembler label, fixed here and nowhere else. */
+#define ZEK_SYMBOL(s) __asm__(s)
+
+ZEK_BEGIN_DECLS
+
+/* Handler of a fail record: called on each raise with the message, its code and the routine name. */
+typedef void (*ZekFailHandler)(const char *message, int code, const char *routine);
+
+/* The fail record of the C-style layer, owned by the caller and passed last to every lower-case
+ * routine.  A null pointer is allowed: failures are then shown as notices on stderr. */
+typedef struct ZekFail {
+    int32_t code;          /* code of the last raise, 0 for none */
+    uint8_t print;         /* nonzero: show a notice on every raise with a nonzero code */
+    char message[515];     /* complete text of the last raise */
+    ZekFailHandler handler; /* called on each raise, or null */
+    int32_t errnum;        /* cleared with the rest, not otherwise used */
+} ZekFail;
+
+/* A message sink of the printing drivers of the C-style layer.  Its first use decides whether it
+ * writes to stdout, stderr or appends to the named file; status keeps the first failure code. */
+typedef struct ZekSink {
+    uint8_t opened;
+    uint8_t to_stdout;
+    uint8_t to_stderr;
+    char file_name[512];
+    const char *chapter;   /* "E04", "G13", "G02", "G03" or "H02": its advisory table */
+    int32_t status;        /* 0 while all is well, else a message code */
+} ZekSink;
+
+/* User print function of a message control: receives the text, the message index and the user word. */
+typedef int (*ZekPrintFunction)(const char *text, int index, void *user);
+
+/* The printing part of the option structures of the C-style routines that print. */
+typedef struct ZekMessageControl {
+    uint8_t print;                   /* zero: nothing is written to the sink */
+    void *user;                      /* passed through to print_function */
+    ZekPrintFunction print_function; /* called after printing, or null */
+} ZekMessageControl;
+
+ZEK_END_DECLS
+
+#endif

@@ -1,0 +1,65 @@
+// Raising coded messages in the C-style layer.
+//
+// A lower-case routine clears its fail record on entry, checks its arguments in their declared order
+// and raises the first failure with the catalogue template filled in, then returns; on success it
+// raises code 0.  Nested calls get a clean local record and the outer routine raises its own code.
+#ifndef ZEK_FRAME_RAISE_H
+#define ZEK_FRAME_RAISE_H
+
+#include "zek2/types.h"
+
+namespace zek {
+
+// Catalogue codes used by the frame and by every chapter.
+enum MessageCode : int {
+    kNoError = 0,
+    kCodeNotSet = 1,
+    kErrMsgString = 2,
+    kRealArgLt = 5,
+    kRealArgLe = 6,
+    kRealArgGt = 7,
+    kRealArgGe = 8,
+    kIntArgLt = 11,
+    kIntArgLe = 12,
+    kIntArgGt = 13,
+    kIntArgGe = 14,
+    kBadParam = 70,
+    kF06BadParam = 71,
+    kAllocFail = 73,
+    kInternalError = 74,
+    kNotAppendFile = 78,
+    kNotCloseFile = 79,
+    kWriteError = 80,
+    kNullArray = 82,
+};
+
+constexpr int kCatalogueSize = 726;
+
+// The catalogue template of CODE, or an empty text for a code outside the catalogue.
+const char *catalogue_template(int code);
+
+// A clean record for a nested call: code 0, print 0, no handler, errnum 0.
+ZekFail clean_fail();
+
+// On entry to a routine: code 0 on a present record.
+inline void clear_fail(ZekFail *fail) {
+    if (fail != nullptr) fail->code = 0;
+}
+
+// The success exit: raises code 0 on a present record.
+void raise_success(ZekFail *fail, const char *routine);
+
+// An integer argument out of its bound: codes 10 to 14 (name, bound text, name, value).
+void raise_int_arg(ZekFail *fail, const char *routine, int code, const char *name, const char *bound, long value);
+// A real argument out of its bound: codes 4 to 8 (name, bound text, name, value).
+void raise_real_arg(ZekFail *fail, const char *routine, int code, const char *name, const char *bound, double value);
+// A code whose template takes one text (ZE_BAD_PARAM, ZE_NULL_ARRAY, ZE_BAD_RANK, file codes ...).
+void raise_text(ZekFail *fail, const char *routine, int code, const char *text);
+// A code whose template takes no argument, or whose arguments the template does not use.
+void raise_plain(ZekFail *fail, const char *routine, int code);
+// Any other code: ARGS must match the template's conversions in order and type (long for %ld).
+void raise_formatted(ZekFail *fail, const char *routine, int code, ...);
+
+} // namespace zek
+
+#endif
