@@ -7,6 +7,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "tour.h"
 #include "zek2/types.h"
 
 #ifndef ZEK_LIBRARY_PATH
@@ -28,7 +29,7 @@ __attribute__((visibility("default"))) int OldTorviPrintf(const char *format, ..
 
 static void *library;
 
-static void *bind(const char *symbol) {
+void *tour_bind(const char *symbol) {
     void *address = dlsym(library, symbol);
     if (address == NULL) {
         fprintf(stderr, "tour: symbol %s not found: %s\n", symbol, dlerror());
@@ -37,26 +38,26 @@ static void *bind(const char *symbol) {
     return address;
 }
 
-static void section(const char *title) { printf("\n== %s ==\n", title); }
+void tour_section(const char *title) { printf("\n== %s ==\n", title); }
 
 /* The frame: the implementation banner and a soft failure report. */
 static void tour_frame(void) {
-    void (*banner)(void) = (void (*)(void))bind("q85583");
+    void (*banner)(void) = (void (*)(void))tour_bind("q85583");
     int (*report)(int, int, const char *, int, const char *, int, int) =
-        (int (*)(int, int, const char *, int, const char *, int, int))bind("q76226");
+        (int (*)(int, int, const char *, int, const char *, int, int))tour_bind("q76226");
     double (*machine_precision)(void);
 
-    section("implementation banner (q85583)");
+    tour_section("implementation banner (q85583)");
     banner();
 
-    section("soft failure report (q76226, IFAIL = -1)");
+    tour_section("soft failure report (q76226, IFAIL = -1)");
     char record[80];
     memset(record, ' ', sizeof record);
     snprintf(record, sizeof record, " ** On entry, N .lt. 1: N =%16ld.", 0L);
     int ifail = report(-1, 1, "C02ALF", 1, record, 6, 80);
     printf("IFAIL on return: %d\n", ifail);
 
-    machine_precision = (double (*)(void))bind("q59345");
+    machine_precision = (double (*)(void))tour_bind("q59345");
     printf("machine precision (q59345): %.16e\n", machine_precision());
 }
 

@@ -1,0 +1,10 @@
+/* Shared pieces of the tour: binding by export symbol and section headings. */
+#ifndef ZEK_TOUR_H
+#define ZEK_TOUR_H
+
+/* The address of an export symbol of the loaded library; ends the tour if it is missing. */
+void *tour_bind(const char *symbol);
+/* Prints a section heading. */
+void tour_section(const char *title);
+
+#endif
