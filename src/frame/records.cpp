@@ -112,14 +112,14 @@ std::vector<std::string> message_pieces(std::string_view message) {
         const std::size_t nl = message.find('\n', start);
         const std::string_view line =
             message.substr(start, nl == std::string::npos ? std::string::npos : nl - start);
-        // Cut the line before its second, third, ... directive.
+        // Cut the line behind each directive that another one follows.
         std::size_t piece_start = 0;
         Directive d = find_directive(line, 0);
         while (d.begin != std::string::npos) {
             const Directive next = find_directive(line, d.end);
             if (next.begin == std::string::npos) break;
-            pieces.emplace_back(line.substr(piece_start, next.begin - piece_start));
-            piece_start = next.begin;
+            pieces.emplace_back(line.substr(piece_start, d.end - piece_start));
+            piece_start = d.end;
             d = next;
         }
         if (piece_start < line.size()) pieces.emplace_back(line.substr(piece_start));

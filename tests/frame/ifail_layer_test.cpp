@@ -1,0 +1,138 @@
+// Failure exits of workers, the two-level front and the record builder.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "frame/ifail.h"
+#include "host_capture.h"
+#include "zek2/frame.h"
+
+namespace {
+
+using zek_test::OutputCapture;
+
+std::string padded(const std::string &text, std::size_t width) { return text + std::string(width - 1 - text.size(), ' '); }
+
+// A worker of the usual shape: checks N, fails with a two-value message, or succeeds.
+void sample_worker(int n, int m, double *out, char *errbuf, int *ifail, int /*errbuf_len*/) {
+    zek::FailureExit exit("C02ALF", errbuf, ifail);
+    if (n < 1) {
+        exit.fail(1, 99999, " ** On entry, N .lt. 1: N =%16ld.", {n});
+        return;
+    }
+    if (m > n) {
+        exit.fail(2, 99998, " ** On entry, M .gt. N:\n    M =%16ld, N =%16ld.", {m, n});
+        return;
+    }
+    out[0] = n + m;
+    exit.succeed();
+}
+
+// A worker whose path returns a failure without passing a failure exit: what the front's self-check
+// is there to catch.
+void unannounced_worker(char *errbuf, int *ifail, int) {
+    zek::FailureExit exit("C02ALF", errbuf, ifail);
+    *ifail = 5;
+}
+
+void sample_front(const int *n, const int *m, double *out, int *ifail, bool announced = true) {
+    zek::Front front("C02ALF");
+    ZEK_MARK_REAL_ARRAY(2, out);
+    if (announced) sample_worker(*n, *m, out, front.errbuf(), ifail, zek::kErrbufLength);
+    else unannounced_worker(front.errbuf(), ifail, zek::kErrbufLength);
+    front.finish(*ifail);
+}
+
+TEST(FailureExit, SuccessLeavesNoneAndIfailZero) {
+    char errbuf[zek::kErrbufLength];
+    std::memset(errbuf, 'x', sizeof errbuf);
+    double out[2];
+    int ifail = 13;
+    OutputCapture capture;
+    sample_worker(3, 2, out, errbuf, &ifail, zek::kErrbufLength);
+    EXPECT_EQ(ifail, 0);
+    EXPECT_STREQ(errbuf, "NONE");
+    EXPECT_TRUE(capture.host().empty());
+}
+
+TEST(FailureExit, FailureWritesErrbufLineAndRecords) {
+    char errbuf[zek::kErrbufLength];
+    double out[2];
+    int ifail = -1;
+    OutputCapture capture;
+    sample_worker(2, 5, out, errbuf, &ifail, zek::kErrbufLength);
+    EXPECT_EQ(ifail, 2);
+    EXPECT_STREQ(errbuf, "C02ALF     2 99998     2                5                2");
+    const std::vector<std::string> expected = {
+        padded(" ** On entry, M .gt. N:", 80), padded("    M =               5, N =               2.", 80),
+        " ** ABNORMAL EXIT from ZEK Library routine C02ALF: IFAIL =     2", " ** ZEK soft failure - control returned"};
+    EXPECT_EQ(capture.host(), expected);
+}
+
+TEST(Front, MarksOutputsAndStaysQuietWhenReportsAgree) {
+    const int n = 0, m = 0;
+    double out[2] = {1.0, 2.0};
+    int ifail = 1;
+    OutputCapture capture;
+    sample_front(&n, &m, out, &ifail);
+    EXPECT_EQ(ifail, 1);
+    EXPECT_EQ(out[0], -2139062144.0);  // never written: the marker shows
+    EXPECT_EQ(out[1], -2139062144.0);
+    EXPECT_TRUE(capture.host().empty());
+}
+
+TEST(Front, PrintsMismatchLineAndKeepsIfail) {
+    double out[2];
+    int ifail = 1;
+    const int n = 1, m = 0;
+    OutputCapture capture;
+    sample_front(&n, &m, out, &ifail, /*announced=*/false);
+    EXPECT_EQ(ifail, 5);
+    const std::vector<std::string> expected = {" *** IFAIL MISMATCH IN C02ALF: IFAIL = ", " 5", " , IERR =", " 0",
+                                               " , SRNAME =", " NONE"};
+    EXPECT_EQ(capture.host(), expected);
+    EXPECT_EQ(capture.stdout_text(), "\n");
+}
+
+struct BuilderCase {
+    std::vector<std::string> pieces;
+    int width;
+    std::vector<std::string> records;
+};
+
+class RecordBuilder : public testing::TestWithParam<BuilderCase> {};
+
+TEST_P(RecordBuilder, BuildsPaddedRecords) {
+    const BuilderCase &c = GetParam();
+    const zek::Records r = zek::build_records(c.pieces, {42L, std::string("ABC"), 2.5}, c.width);
+    std::vector<std::string> got;
+    for (int i = 0; i < r.count(); ++i) got.emplace_back(r.record(i));
+    EXPECT_EQ(got, c.records);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pieces, RecordBuilder,
+    testing::Values(
+        BuilderCase{{"a =%4ld", " b = %s", " c = %.1f"}, 21, {"a =  42 b = ABC c = ", "2.5                 "}},
+        BuilderCase{{"\n", "x"}, 6, {"     ", "x    "}},                  // a leading newline keeps an empty record
+        BuilderCase{{"x", "\n", "\n", "y"}, 6, {"x    ", "     ", "y    "}},  // so do two newlines in a row
+        BuilderCase{{"100%% of %ld"}, 12, {"100% of 42 "}},
+        BuilderCase{{}, 4, {"   "}}));
+
+TEST(MessagePieces, SplitsAtNewlinesAndBeforeEachFurtherConversion) {
+    const std::vector<std::string> expected = {" ** On entry, M1 .gt. M2:", "\n", "    M1 =%16ld", ", M2 =%16ld."};
+    EXPECT_EQ(zek::message_pieces(" ** On entry, M1 .gt. M2:\n    M1 =%16ld, M2 =%16ld."), expected);
+    EXPECT_EQ(zek::message_pieces("50%% done %s"), std::vector<std::string>{"50%% done %s"});
+}
+
+TEST(IfailDigits, ReadsUnitsAndTensBySignedRule) {
+    EXPECT_EQ(zek::ifail_digits(11).units, 1);
+    EXPECT_EQ(zek::ifail_digits(11).tens, 1);
+    EXPECT_EQ(zek::ifail_digits(-1).units, 1);
+    EXPECT_EQ(zek::ifail_digits(-21).tens, -2);
+    EXPECT_EQ(zek::ifail_digits(110).tens, 1);
+}
+
+} // namespace

@@ -1,0 +1,204 @@
+// Machine constants with their bit patterns, markers, the extended inner product, complex helpers.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+#include "frame/machine.h"
+#include "frame/raise.h"
+#include "zek2/a02.h"
+#include "zek2/frame.h"
+#include "zek2/x02.h"
+#include "zek2/x03.h"
+
+namespace {
+
+std::uint64_t bits(double d) {
+    std::uint64_t b;
+    std::memcpy(&b, &d, sizeof b);
+    return b;
+}
+
+struct ConstantCase {
+    const char *name;
+    double (*routine)(void);
+    std::uint64_t pattern;
+};
+
+TEST(Constants, BitPatternsOfEveryExportName) {
+    const ConstantCase cases[] = {
+        {"pi", X01_PI, 0x400921FB54442D18ull},
+        {"pi alias", X01_PI_ALIAS, 0x400921FB54442D18ull},
+        {"precision", X02AJC, 0x3CA0040000000000ull},
+        {"precision read by routines", X02_PRECISION, 0x3CA0040000000020ull},
+        {"safe range", X02AMC, 0x0010000000000000ull},
+        {"safe range alias", X02AMC_ALIAS, 0x0010000000000000ull},
+        {"safe minimum", X02_SAFE_MINIMUM, 0x0010000000000000ull},
+        {"safe minimum alias", X02_SAFE_MINIMUM_ALIAS, 0x0010000000000000ull},
+        {"largest", X02_LARGEST, 0x7FEFFFFFFFFFFFFFull},
+        {"largest alias", X02_LARGEST_ALIAS, 0x7FEFFFFFFFFFFFFFull},
+    };
+    for (const ConstantCase &c : cases) EXPECT_EQ(bits(c.routine()), c.pattern) << c.name;
+    EXPECT_EQ(bits(X01_PI_IGNORING(nullptr, nullptr)), 0x400921FB54442D18ull);
+    EXPECT_EQ(X02_BASE(), 2);
+    EXPECT_EQ(zek::largest_integer(nullptr, nullptr), 2147483647);
+    EXPECT_EQ(bits(zek::precision()), 0x3CA0040000000020ull);
+}
+
+TEST(Constants, PrecisionIsNoticedByOnePlusEps) {
+    volatile double one = 1.0;
+    EXPECT_GT(one + X02AJC(), 1.0);
+    EXPECT_GT(one + X02_PRECISION(), 1.0);
+    EXPECT_EQ(one + std::ldexp(1.0, -53), 1.0);
+}
+
+TEST(Markers, FillByCountAndLeaveTheRestAlone) {
+    std::vector<double> reals(5, 7.0);
+    ZEK_MARK_REAL_ARRAY(0, reals.data());
+    EXPECT_EQ(reals[0], 7.0);
+    ZEK_MARK_REAL_ARRAY(3, reals.data());
+    EXPECT_EQ(reals, (std::vector<double>{-2139062144.0, -2139062144.0, -2139062144.0, 7.0, 7.0}));
+    EXPECT_EQ(bits(reals[0]), 0xC1DFDFDFE0000000ull);
+
+    std::vector<int> ints(3, 1);
+    ZEK_MARK_INTEGER_ARRAY(2, ints.data());
+    EXPECT_EQ(ints, (std::vector<int>{-2139062144, -2139062144, 1}));
+    ZEK_MARK_INTEGER(&ints[2]);
+    EXPECT_EQ(static_cast<std::uint32_t>(ints[2]), 0x80808080u);
+
+    double complex_values[6] = {1, 1, 1, 1, 1, 1};
+    ZEK_MARK_COMPLEX_ARRAY(2, complex_values);
+    EXPECT_EQ(complex_values[3], -2139062144.0);
+    EXPECT_EQ(complex_values[4], 1.0);
+    ZEK_MARK_COMPLEX(&complex_values[4]);
+    EXPECT_EQ(complex_values[5], -2139062144.0);
+
+    int flag = 0;
+    ZEK_SET_ONE(nullptr, &flag);
+    EXPECT_EQ(flag, 1);
+    flag = 0;
+    ZEK_SET_ONE_ALIAS(nullptr, &flag);
+    EXPECT_EQ(flag, 1);
+}
+
+TEST(ExtendedDot, RejectsStepsBelowOneWithoutWriting) {
+    const double a[2] = {1, 2}, b[2] = {3, 4};
+    double d1 = 5, d2 = 6;
+    ZekFail fail = zek::clean_fail();
+    x03aac(a, 2, b, 2, 2, 0, 1, 0.0, 0.0, &d1, &d2, 1, &fail);
+    EXPECT_EQ(fail.code, 12);
+    EXPECT_STREQ(fail.message, "ZE_INT_ARG_LE:\n  On entry, stepa must not be less than or equal to 0: stepa = 0.");
+    x03aac(a, 2, b, 2, 2, 1, -1, 0.0, 0.0, &d1, &d2, 1, &fail);
+    EXPECT_EQ(fail.code, 12);
+    EXPECT_EQ(d1, 5.0);
+    EXPECT_EQ(d2, 6.0);
+}
+
+TEST(ExtendedDot, PlainSumIgnoresLowStartPart) {
+    const double a[3] = {1, 2, 3}, b[6] = {1, 0, 1, 0, 1, 0};
+    double d1, d2;
+    ZekFail fail = zek::clean_fail();
+    x03aac(a, 3, b, 6, 3, 1, 2, 10.0, 99.0, &d1, &d2, 0, &fail);
+    EXPECT_EQ(fail.code, 0);
+    EXPECT_EQ(d1, 16.0);
+    EXPECT_EQ(d2, 0.0);
+}
+
+TEST(ExtendedDot, DoubleDoubleCarriesWhatPlainSumLoses) {
+    // 1e16 + 1 - 1e16 in pairs: the plain sum loses the 1s, the extended sum keeps them.
+    const double a[4] = {1e16, 1.0, -1e16, 1.0}, b[4] = {1, 1, 1, 1};
+    double d1, d2;
+    x03aac(a, 4, b, 4, 4, 1, 1, 0.0, 0.0, &d1, &d2, 1, nullptr);
+    EXPECT_EQ(d1, 2.0);
+    // Products with an exact error term: (1 + 2^-30)^2 = 1 + 2^-29 + 2^-60.
+    const double x = 1.0 + std::ldexp(1.0, -30);
+    x03aac(&x, 1, &x, 1, 1, 1, 1, -1.0, 0.0, &d1, &d2, 1, nullptr);
+    EXPECT_EQ(d1 + d2, std::ldexp(1.0, -29) + std::ldexp(1.0, -60));
+    EXPECT_EQ(d1, std::ldexp(1.0, -29) + std::ldexp(1.0, -60));
+
+    // n = 0: the normalised start value with its rounding error.
+    x03aac(a, 0, b, 0, 0, 1, 1, 1.0, std::ldexp(1.0, -60), &d1, &d2, 1, nullptr);
+    EXPECT_EQ(d1, 1.0);
+    EXPECT_EQ(d2, std::ldexp(1.0, -60));
+}
+
+TEST(ComplexHelpers, ModulusQuotientAndRoot) {
+    EXPECT_EQ(A02_MODULUS(0.0, 0.0), 0.0);
+    EXPECT_EQ(A02_MODULUS(3.0, -4.0), 5.0);
+    EXPECT_EQ(A02_MODULUS(1e300, 1e300), 1e300 * std::sqrt(2.0));  // no overflow in the squares
+
+    double re, im;
+    A02_DIVIDE(1.0, 2.0, 3.0, 4.0, &re, &im);  // (1+2i)/(3+4i) = (11+2i)/25
+    EXPECT_NEAR(re, 0.44, 1e-16);
+    EXPECT_NEAR(im, 0.08, 1e-16);
+    A02_DIVIDE(1.0, 0.0, 1e-300, 1e300, &re, &im);
+    EXPECT_NEAR(im, -1e-300, 1e-310);
+
+    struct RootCase {
+        double a, b, re, im;
+    };
+    const RootCase roots[] = {{-4.0, 0.0, 0.0, 2.0}, {-4.0, -0.0, 0.0, 2.0}, {4.0, 0.0, 2.0, 0.0},
+                              {0.0, 2.0, 1.0, 1.0},  {0.0, -2.0, 1.0, -1.0}, {-3.0, -4.0, 1.0, -2.0},
+                              {3.0, 4.0, 2.0, 1.0}};
+    for (const RootCase &c : roots) {
+        A02_SQRT(c.a, c.b, &re, &im);
+        EXPECT_NEAR(re, c.re, 1e-15) << c.a << " " << c.b;
+        EXPECT_NEAR(im, c.im, 1e-15) << c.a << " " << c.b;
+    }
+    A02_SQRT(1e308, 1e308, &re, &im);
+    EXPECT_TRUE(std::isfinite(re) && std::isfinite(im));
+    const double a = -4.0, b = 0.0;
+    A02_SQRT_BYREF(&a, &b, &re, &im);
+    EXPECT_EQ(re, 0.0);
+    EXPECT_EQ(im, 2.0);
+}
+
+TEST(Services, SignScaleGuardAndCompare) {
+    EXPECT_EQ(zek::sign_transfer(-3.0, 1.0), -3.0);  // x is not made positive first
+    EXPECT_EQ(zek::sign_transfer(3.0, -1.0), -3.0);
+
+    double x = 1000.0;
+    int e = 0;
+    zek::scale_normalise(&x, &e, 4);
+    EXPECT_EQ(e, 12);
+    EXPECT_EQ(x, 1000.0 / 4096.0);
+    x = 1e-3;
+    e = 0;
+    zek::scale_normalise(&x, &e, 4);
+    EXPECT_EQ(x * std::ldexp(1.0, e), 1e-3);
+    EXPECT_GE(std::fabs(x), 1.0 / 16);
+    x = 0.0;
+    e = 7;
+    zek::scale_normalise(&x, &e, 4);
+    EXPECT_EQ(e, 0);
+
+    EXPECT_EQ(zek::integer_guard(12.0), 12.0);
+    EXPECT_EQ(zek::integer_guard(3e9), -1.0);
+
+    EXPECT_EQ(ZEK_CHAR_EQUAL("a", "A", 1, 1), 1);
+    EXPECT_EQ(ZEK_CHAR_EQUAL("[", "{", 1, 1), 0);  // not letters: exact
+    EXPECT_TRUE(zek::chars_equal_32('[', '{'));    // the internal forms only look at the distance
+    EXPECT_TRUE(zek::chars_equal_32_cached('b', 'B'));
+    EXPECT_FALSE(zek::chars_equal_32_cached('b', 'C'));
+}
+
+TEST(TestGenerator, DrawsInRangeAndReproducesFromTheSeed) {
+    int seed[4] = {0, 0, 0, 1};
+    int again[4] = {0, 0, 0, 1};
+    for (int i = 0; i < 1000; ++i) {
+        const double u = Y90_TEST_RANDOM(1, seed);
+        ASSERT_GT(u, 0.0);
+        ASSERT_LT(u, 1.0);
+        EXPECT_EQ(u, Y90_TEST_RANDOM(1, again));
+        const double v = Y90_TEST_RANDOM(2, seed);
+        Y90_TEST_RANDOM(2, again);
+        ASSERT_GT(v, -1.0);
+        ASSERT_LT(v, 1.0);
+    }
+    EXPECT_EQ(Y90_TEST_RANDOM(9, seed), 0.0);
+    EXPECT_TRUE(std::isfinite(Y90_TEST_RANDOM(3, nullptr)));
+}
+
+} // namespace

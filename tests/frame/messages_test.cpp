@@ -1,0 +1,130 @@
+// The fail record, the raising routines and the catalogue.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <set>
+#include <string>
+
+#include "frame/raise.h"
+#include "zek2/messages.h"
+
+namespace {
+
+struct HandlerCall {
+    std::string message;
+    int code = -1;
+    std::string routine;
+    int calls = 0;
+} g_handler;
+
+void recording_handler(const char *message, int code, const char *routine) {
+    g_handler.message = message;
+    g_handler.code = code;
+    g_handler.routine = routine;
+    ++g_handler.calls;
+}
+
+ZekFail fresh() { return zek::clean_fail(); }
+
+TEST(Raise, SuccessStoresNoErrorAndCallsHandler) {
+    ZekFail fail = fresh();
+    fail.code = 9;
+    fail.handler = recording_handler;
+    g_handler = {};
+    ZEK_RAISE(nullptr, 0, "s14aac", &fail);
+    EXPECT_EQ(fail.code, 0);
+    EXPECT_STREQ(fail.message, "ZE_NOERROR:\n  No error.");
+    EXPECT_EQ(g_handler.calls, 1);
+    EXPECT_EQ(g_handler.code, 0);
+    EXPECT_EQ(g_handler.routine, "s14aac");
+}
+
+TEST(Raise, NonzeroWithoutPrintStoresSilently) {
+    ZekFail fail = fresh();
+    testing::internal::CaptureStderr();
+    ZEK_RAISE("ZE_ALLOC_FAIL:\n  Memory allocation failed.", 73, "m01esc", &fail);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(fail.code, 73);
+    EXPECT_STREQ(fail.message, "ZE_ALLOC_FAIL:\n  Memory allocation failed.");
+}
+
+TEST(Raise, PrintFlagShowsNoticeByClass) {
+    ZekFail fail = fresh();
+    fail.print = 1;
+    testing::internal::CaptureStderr();
+    ZEK_RAISE("ZW_SOME_PRECISION_LOSS:\n  Some.", 711, "s14abc", &fail);
+    ZEK_RAISE("ZE_ALLOC_FAIL:\n  Memory allocation failed.", 73, "s14abc", &fail);
+    ZEK_RAISE("no prefix at all", 5, "s14abc", &fail);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "ZEK_RUNTIME_WARNING: Warning From ZEK Routine s14abc: ZW_SOME_PRECISION_LOSS:\n  Some.\n"
+              "ZEK_RUNTIME_ERROR: Error Detected by ZEK Routine s14abc: ZE_ALLOC_FAIL:\n  Memory allocation failed.\n"
+              "ZEK_RUNTIME_WARNING: Warning From ZEK Routine s14abc: no prefix at all\n");
+}
+
+TEST(Raise, NullFailShowsTwoNoticesAndReturns) {
+    testing::internal::CaptureStderr();
+    ZEK_RAISE(nullptr, 73, "m01esc", nullptr);
+    ZEK_RAISE(nullptr, 0, "m01esc", nullptr);  // success with no record does nothing
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "ZEK_RUNTIME_ERROR: Error Detected by ZEK Routine m01esc: ZE_ALLOC_FAIL:\n  Memory allocation failed.\n"
+              "Program Aborted: ...Program Aborted\n");
+}
+
+TEST(Raise, TypedHelpersFillTheTemplates) {
+    ZekFail fail = fresh();
+    zek::raise_int_arg(&fail, "m01cac", zek::kIntArgGt, "n", "268435455", 300000000L);
+    EXPECT_EQ(fail.code, 13);
+    EXPECT_STREQ(fail.message, "ZE_INT_ARG_GT:\n  On entry, n must not be greater than 268435455: n = 300000000.");
+    zek::raise_int_arg(&fail, "x", zek::kIntArgGe, "k", "2", 5L);
+    EXPECT_STREQ(fail.message, "ZE_INT_ARG_GE:\n  On entry, k must not be greater than or equal to 2:k = 5.");
+    zek::raise_real_arg(&fail, "s14aac", zek::kRealArgLe, "x", "0.0", -1.5);
+    EXPECT_STREQ(fail.message, "ZE_REAL_ARG_LE:\n  On entry, x must not be less than or equal to 0.0: x = -1.5.");
+    zek::raise_text(&fail, "m01cac", zek::kBadParam, "order");
+    EXPECT_STREQ(fail.message, "ZE_BAD_PARAM:\n  On entry, parameter order had an illegal value.");
+}
+
+TEST(Y99abc, NamesMessagesAndRejectsOthers) {
+    ZekFail fail = fresh();
+    EXPECT_STREQ(y99abc(73, "ZE_ALLOC_FAIL:\n  Memory allocation failed.", &fail), "ZE_ALLOC_FAIL");
+    EXPECT_STREQ(y99abc(0, ":starts with a colon", &fail), "");
+
+    EXPECT_EQ(y99abc(1, "anything", &fail), nullptr);
+    EXPECT_EQ(fail.code, 1);
+    EXPECT_STREQ(fail.message, "ZE_CODE_NOT_SET:\n  Error code has not been set by the last function called.");
+
+    const char *name = y99abc(5, "abc", &fail);
+    EXPECT_EQ(fail.code, 2);
+    EXPECT_STREQ(fail.message,
+                 "ZE_ERR_MSG_STRING:\n  The string \"abc\",\n  has not been recognised as a valid message string.");
+    EXPECT_STREQ(name, fail.message);
+}
+
+TEST(F06ArgErrorEnum, RaisesCode71WithANotice) {
+    testing::internal::CaptureStderr();
+    F06_ARG_ERROR_ENUM("f06pac/dgemv", 4);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "ZEK_RUNTIME_ERROR: Error Detected by ZEK Routine f06pac/dgemv: ZE_F06_BAD_PARAM:\n"
+              "  On entry, parameter number 4 had an illegal value.\n");
+}
+
+TEST(Catalogue, EveryEntryIsANamedTemplateAndTheTableEndsEmpty) {
+    std::set<std::string> names;
+    int warnings = 0;
+    for (int code = 0; code < zek::kCatalogueSize; ++code) {
+        const std::string entry = ZEK_MESSAGE_TABLE[code];
+        const std::size_t colon = entry.find(":\n  ");
+        ASSERT_NE(colon, std::string::npos) << code;
+        const std::string name = entry.substr(0, colon);
+        EXPECT_TRUE(name.rfind("ZE_", 0) == 0 || name.rfind("ZW_", 0) == 0) << name;
+        EXPECT_TRUE(names.insert(name).second) << "duplicate " << name;
+        warnings += name.rfind("ZW_", 0) == 0;
+    }
+    EXPECT_EQ(warnings, 38);
+    EXPECT_STREQ(ZEK_MESSAGE_TABLE[zek::kCatalogueSize], "");
+    EXPECT_STREQ(ZEK_MESSAGE_TABLE[74],
+                 "ZE_INTERNAL_ERROR:\n  An internal error has occurred in this function.\n  Check the function call "
+                 "and any array sizes. If the call is correct\n  then please consult ZEK for assistance.");
+    EXPECT_STREQ(ZEK_MESSAGE_TABLE[701] , "ZE_BAD_RANK:\n  On entry, %s does not contain a valid permutation.");
+}
+
+} // namespace
