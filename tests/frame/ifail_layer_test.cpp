@@ -136,3 +136,34 @@ TEST(IfailDigits, ReadsUnitsAndTensBySignedRule) {
 }
 
 } // namespace
+
+#include "frame/adaptor.h"
+
+namespace {
+
+// An adaptor of the usual shape and a user function that forgets one of its outputs.
+using UserFunction = void(const double *x, double *f, double *jac, const int *ldj);
+
+void sample_adaptor(UserFunction *user, double x, double *f, double *jac, int ldj) {
+    zek::mark_vector(1, f);
+    zek::mark_matrix(2, ldj, jac);
+    user(&x, f, jac, &ldj);
+}
+
+void forgetful_user(const double *x, double *f, double *jac, const int *ldj) {
+    *f = *x * 2.0;
+    jac[0] = 1.0;
+    jac[*ldj] = 2.0;  // leaves jac[1] and the padding rows unset
+}
+
+TEST(Adaptor, MarksWhatTheUserLeavesUnset) {
+    double f = 0.0, jac[6] = {9, 9, 9, 9, 9, 9};
+    sample_adaptor(forgetful_user, 1.5, &f, jac, 3);
+    EXPECT_EQ(f, 3.0);
+    EXPECT_EQ(jac[0], 1.0);
+    EXPECT_EQ(jac[1], -2139062144.0);
+    EXPECT_EQ(jac[3], 2.0);
+    EXPECT_EQ(jac[5], -2139062144.0);
+}
+
+} // namespace
