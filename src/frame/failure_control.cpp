@@ -29,6 +29,19 @@ bool silent_request(int ifail) {
     return ifail < 1 || ifail_digits(ifail).tens == 0;
 }
 
+} // namespace
+
+// The steps the host reporters share before their abnormal-exit line: nothing for success or a silent
+// request, else the records on the error unit; -13 stops there.  True when the report is complete.
+bool records_end_the_report(int ifail, int ierror, int nrec, const char *records, int record_width, int *unit) {
+    if (ierror == 0 || silent_request(ifail)) return true;
+    *unit = error_unit();
+    if (records != nullptr) X04_HOST_RECORDS(*unit, nrec, records, record_width);
+    return ifail == -13;
+}
+
+namespace {
+
 bool soft_request(int ifail) { return ifail_digits(ifail).units == 1; }
 
 void host_text_line(int unit, const std::string &text) {
@@ -170,11 +183,8 @@ extern "C" {
 
 int P01_REPORT(int ifail, int ierror, const char *srname, int nrec, const char *records, int srname_len,
                int record_width) {
-    if (ierror == 0) return 0;
-    if (zek::silent_request(ifail)) return ierror;
-    const int unit = zek::error_unit();
-    if (records != nullptr) X04_HOST_RECORDS(unit, nrec, records, record_width);
-    if (ifail == -13) return ierror;
+    int unit = 0;
+    if (zek::records_end_the_report(ifail, ierror, nrec, records, record_width, &unit)) return ierror;
     const std::string name = fixed_string(srname, srname_len);
     return zek::finish_on_host(ifail, ierror, unit,
                                zek::format(" ** ABNORMAL EXIT from ZEK Library routine %s: IFAIL =%6ld",
@@ -202,11 +212,8 @@ int P01_REPORT_STREAM(int ifail, int ierror, const char *srname, int nrec, const
 
 int P01_REPORT_NAMED(int ifail, int ierror, const char *srname, const char *varname, int nrec, const char *records,
                      int srname_len, int varname_len, int record_width) {
-    if (ierror == 0) return 0;
-    if (zek::silent_request(ifail)) return ierror;
-    const int unit = zek::error_unit();
-    if (records != nullptr) X04_HOST_RECORDS(unit, nrec, records, record_width);
-    if (ifail == -13) return ierror;
+    int unit = 0;
+    if (zek::records_end_the_report(ifail, ierror, nrec, records, record_width, &unit)) return ierror;
     const std::string name = fixed_string(srname, srname_len);
     const std::string var = fixed_string(varname, zek::trimmed_length(varname, varname_len));
     std::string line = zek::format(" ** ABNORMAL EXIT from ZEK Library routine %s", name.c_str());

@@ -35,6 +35,8 @@ struct ReportCase {
     bool soft_line;
 };
 
+void PrintTo(const ReportCase &c, std::ostream *os) { *os << "IFAIL " << c.ifail << ", IERROR " << c.ierror; }
+
 class ReturningReport : public testing::TestWithParam<ReportCase> {};
 
 TEST_P(ReturningReport, PrintsWhatTheDigitsAskAndReturnsIerror) {
@@ -146,6 +148,8 @@ struct ParameterCase {
     int ifail;
     bool prints;
 };
+
+void PrintTo(const ParameterCase &c, std::ostream *os) { *os << "IFAIL " << c.ifail; }
 
 class ParameterReport : public testing::TestWithParam<ParameterCase> {};
 

@@ -102,6 +102,8 @@ struct BuilderCase {
     std::vector<std::string> records;
 };
 
+void PrintTo(const BuilderCase &c, std::ostream *os) { *os << c.pieces.size() << " pieces, width " << c.width; }
+
 class RecordBuilder : public testing::TestWithParam<BuilderCase> {};
 
 TEST_P(RecordBuilder, BuildsPaddedRecords) {
