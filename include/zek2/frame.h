@@ -7,6 +7,8 @@
 #ifndef ZEK2_FRAME_H
 #define ZEK2_FRAME_H
 
+#include <stddef.h>
+
 #include "types.h"
 
 ZEK_BEGIN_DECLS
@@ -19,6 +21,11 @@ ZEK_API void ZEK_MARK_REAL_ARRAY(int count, double *values) ZEK_SYMBOL("q22004")
 /* Complex: both parts of each element (16-byte elements). */
 ZEK_API void ZEK_MARK_COMPLEX(double *value) ZEK_SYMBOL("q72415");
 ZEK_API void ZEK_MARK_COMPLEX_ARRAY(int count, double *values) ZEK_SYMBOL("q41363");
+
+/* Workspace of the C-style layer: a plain allocation of BYTES bytes (null when it fails), and the
+ * release that frees *POINTER and clears it (a null *POINTER is allowed). */
+ZEK_API void *ZEK_ALLOCATE(size_t bytes) ZEK_SYMBOL("q30635");
+ZEK_API void ZEK_RELEASE(void **pointer) ZEK_SYMBOL("q85057");
 
 /* Empty hooks: called after an array is filled, and on the silent report route of some kernels, so
  * that a checking build can attach to them. */

@@ -99,6 +99,13 @@ void ZEK_MARK_COMPLEX_ARRAY(int count, double *values) {
     for (std::ptrdiff_t i = 0; i < 2 * static_cast<std::ptrdiff_t>(count); ++i) values[i] = zek::kUndefinedReal;
 }
 
+void *ZEK_ALLOCATE(size_t bytes) { return std::malloc(bytes); }
+void ZEK_RELEASE(void **pointer) {
+    if (pointer == nullptr) return;
+    std::free(*pointer);
+    *pointer = nullptr;
+}
+
 void ZEK_ARRAY_FILLED(int, const void *) {}
 void ZEK_ARRAY_FILLED_ALIAS(int, const void *) __attribute__((alias("q21446")));
 void ZEK_SILENT_HOOK(void) {}

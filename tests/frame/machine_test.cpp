@@ -83,6 +83,15 @@ TEST(Markers, FillByCountAndLeaveTheRestAlone) {
     EXPECT_EQ(flag, 1);
 }
 
+TEST(Workspace, AllocatesAndReleasesClearingThePointer) {
+    void *p = ZEK_ALLOCATE(64);
+    ASSERT_NE(p, nullptr);
+    ZEK_RELEASE(&p);
+    EXPECT_EQ(p, nullptr);
+    ZEK_RELEASE(&p);  // releasing a cleared pointer is harmless
+    ZEK_RELEASE(nullptr);
+}
+
 TEST(ExtendedDot, RejectsStepsBelowOneWithoutWriting) {
     const double a[2] = {1, 2}, b[2] = {3, 4};
     double d1 = 5, d2 = 6;
