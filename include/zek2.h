@@ -5,6 +5,7 @@
 #include "zek2/types.h"
 #include "zek2/a00.h"
 #include "zek2/a02.h"
+#include "zek2/f06.h"
 #include "zek2/frame.h"
 #include "zek2/messages.h"
 #include "zek2/p01.h"

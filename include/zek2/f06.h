@@ -1,0 +1,132 @@
+/* Chapter F06: vector and matrix kernels.
+ *
+ * Conventions of the whole chapter:
+ * - Scalars of intent "in" (lengths, increments, multipliers) pass by value, arrays and outputs by
+ *   reference.  A complex scalar by value is two reals (real part first); complex arrays are
+ *   interleaved doubles, 16 bytes an element.  Character options are decided on their first letter, in
+ *   either case, and their hidden lengths (unused) follow all visible arguments.
+ * - A vector is a base, a length N (below 1 means empty) and a signed increment.  The two-vector
+ *   operations (copy, axpy, dot, swap, rotation, multiply, scaled copy) walk a negative increment from
+ *   the far end: the logical first element lies at offset (1-N)*INC.  The one-vector operations (scale,
+ *   norm, load, negate, sum of squares, leading rank, reflector generation) run from the base in steps
+ *   of INC whatever its sign, so element k lies at offset (k-1)*INC and a zero increment touches only
+ *   the element at the base.
+ * - Sums are formed in the logical order of the elements, one term at a time.
+ * - A plane rotation (c, s) acts as x' = c*x + s*y, y' = c*y - s*x.  An elementary reflector (zeta, z)
+ *   is I - u*u' with u = (zeta, z')'; zeta = 0 stands for the identity.  A sum of squares (scale, sumsq)
+ *   means scale**2 * sumsq and starts from (0, 1).
+ * - Masters (f06xxf_ENTRY and a few q-symbols) take a leading selector that changes nothing.
+ * - Safe arithmetic: the exported forms read the machine constants at run time (safe minimum
+ *   2**-1022, safe maximum its reciprocal, precision 1.11130722679765e-16); the masters of the norms and
+ *   the frozen forms noted below use the library's fixed literals (safe minimum 2.22507385850722e-308,
+ *   safe maximum 4.49423283715578e307).  The two agree except at the edge of the range.
+ * - Only the checked level-2 and level-3 operations report illegal arguments (see the second half).
+ */
+#ifndef ZEK2_F06_H
+#define ZEK2_F06_H
+
+#include "types.h"
+
+ZEK_BEGIN_DECLS
+
+/* ---- Level 1: published operations ------------------------------------------------------------ */
+
+/* The rotation that annihilates b against a: on exit a = r = +-sqrt(a*a + b*b) (sign of the larger of a,
+ * b), b = z (s if |a| > |b|, else 1/c, or 1 when c = 0), c = a/r, s = b/r.  b = 0 gives c = 1, s = 0,
+ * b = 0 and leaves a alone. */
+ZEK_API void f06aaf_ENTRY(int selector, double *a, double *b, double *c, double *s) ZEK_SYMBOL("f06aaf_ENTRY");
+ZEK_API void DROTG(double *a, double *b, double *c, double *s) ZEK_SYMBOL("q39371");
+
+/* sum x(i)*y(i) over N elements. */
+ZEK_API double DDOT(int n, const double *x, int incx, const double *y, int incy) ZEK_SYMBOL("q11224");
+/* y := alpha*x + y; alpha = 0 returns at once. */
+ZEK_API void DAXPY(int n, double alpha, const double *x, int incx, double *y, int incy) ZEK_SYMBOL("q91724");
+/* x := alpha*x; alpha = 0 stores zeros, -1 negates, 1 returns. */
+ZEK_API void DSCAL(int n, double alpha, double *x, int incx) ZEK_SYMBOL("q36517");
+/* y := x. */
+ZEK_API void DCOPY(int n, const double *x, int incx, double *y, int incy) ZEK_SYMBOL("q13104");
+/* x <-> y. */
+ZEK_API void DSWAP(int n, double *x, int incx, double *y, int incy) ZEK_SYMBOL("q66759");
+
+/* Euclidean norm of x through the scaled sum of squares, saturating at the safe maximum instead of
+ * overflowing; N = 1 gives |x(1)|.  DNRM2 reads the constants at run time; the master and its stub
+ * DNRM2_STUB use the fixed literals. */
+ZEK_API double DNRM2(int n, const double *x, int incx) ZEK_SYMBOL("q72214");
+ZEK_API double DNRM2_STUB(int n, const double *x, int incx) ZEK_SYMBOL("q25290");
+ZEK_API double f06ejf_ENTRY(int selector, int n, const double *x, int incx) ZEK_SYMBOL("f06ejf_ENTRY");
+/* Euclidean norm of a complex vector (N elements of 16 bytes); both parts of every element share one
+ * scaled sum of squares.  DZNRM2 reads the constants at run time, the master uses the literals. */
+ZEK_API double DZNRM2(int n, const double *x, int incx) ZEK_SYMBOL("q43742");
+ZEK_API double f06jjf_ENTRY(int selector, int n, const double *x, int incx) ZEK_SYMBOL("f06jjf_ENTRY");
+
+/* ---- Level 1: safe arithmetic and rotations ---------------------------------------------------- */
+
+/* a/b without overflow.  *FAIL (logical) is set when b = 0 or the quotient exceeds the safe maximum
+ * flmax; the result is then flmax with the quotient's sign (0 for a = 0).  A quotient below the safe
+ * minimum times |b| with |b| >= 1 gives 0. */
+ZEK_API double F06_SAFE_DIVIDE(double a, double b, int *fail) ZEK_SYMBOL("q36269");
+/* The rotation (c, s) with s/c = t: c = 1, s = t when |t| < sqrt(eps); c = 1/|t|, s = sign(t) when
+ * |t| >= 1/sqrt(eps); else c = 1/sqrt(1 + t*t), s = c*t. */
+ZEK_API void F06_ROTATION_FROM_TANGENT(double t, double *c, double *s) ZEK_SYMBOL("q55387");
+/* The rotation that annihilates b against a: a := c*a + s*b and b := the tangent t = b/a (capped).  b = 0
+ * gives c = 1, s = 0.  The _FROZEN form uses the fixed literals. */
+ZEK_API void F06_ROTATION_FROM_PAIR(double *a, double *b, double *c, double *s) ZEK_SYMBOL("q71366");
+ZEK_API void F06_ROTATION_FROM_PAIR_FROZEN(double *a, double *b, double *c, double *s) ZEK_SYMBOL("q19617");
+/* scale*sqrt(sumsq), or the safe maximum when that would exceed it. */
+ZEK_API double F06_NORM_FROM_SUMSQ(double scale, double sumsq) ZEK_SYMBOL("q41756");
+/* Folds x(1..N) into (*scale, *sumsq); exact zeros are skipped. */
+ZEK_API void F06_SUMSQ_UPDATE(int n, const double *x, int incx, double *scale, double *sumsq) ZEK_SYMBOL("q53477");
+/* The complex rotation that annihilates b against a (a, b, s complex, two doubles each; c real):
+ * a := c*a + conj(s)*b, b := the tangent b/a.  A real a stays real. */
+ZEK_API void F06_COMPLEX_ROTATION_FROM_PAIR(double *a, double *b, double *c, double *s) ZEK_SYMBOL("q57083");
+
+/* Reduces the vector (alpha, x(1..N)) against a pivot by N rotations from F06_ROTATION_FROM_PAIR, stored
+ * in c(1..N), s(1..N); x is left holding the tangents and *alpha the reduced pivot.  PIVOT 'V' (variable:
+ * neighbouring elements) or 'F' (fixed: alpha); DIRECT 'F' forward or 'B' backward; other letters return.
+ * The character form uses the fixed literals; the enumerated form takes PIVOT 1012 (variable) or 1013
+ * (fixed), DIRECT 1014 (forward) or 1015 (backward), and reads the constants at run time. */
+ZEK_API void F06_ROTATION_SEQUENCE(const char *pivot, const char *direct, int n, double *alpha, double *x, int incx,
+                                   double *c, double *s, int pivot_len, int direct_len) ZEK_SYMBOL("q29465");
+ZEK_API void F06_ROTATION_SEQUENCE_ENUM(int pivot, int direct, int n, double *alpha, double *x, int incx, double *c,
+                                        double *s) ZEK_SYMBOL("q87841");
+
+/* ---- Level 1: reflectors and vector utilities --------------------------------------------------- */
+
+/* The reflector (zeta, z) that maps (alpha, x(1..N)) to (beta, 0): on exit *alpha = beta, x = z and
+ * *zeta in [1, sqrt(2)], or *zeta = 0 (identity, x and alpha untouched) when x is negligible against
+ * max(tol, eps*|alpha|).  The _SAFE form divides instead of multiplying by a reciprocal that would
+ * overflow when beta is below the safe minimum. */
+ZEK_API void F06_REFLECTOR_GEN(int n, double *alpha, double *x, int incx, double tol, double *zeta)
+    ZEK_SYMBOL("q17864");
+ZEK_API void F06_REFLECTOR_GEN_SAFE(int n, double *alpha, double *x, int incx, double tol, double *zeta)
+    ZEK_SYMBOL("q58774");
+/* Applies the reflector (zeta, z(1..N)) to (delta, y(1..N)); zeta = 0 does nothing. */
+ZEK_API void F06_REFLECTOR_APPLY(int n, double *delta, double *y, int incy, double zeta, const double *z, int incz)
+    ZEK_SYMBOL("q31915");
+/* The number k (0..N) of leading elements of x each larger than tol times the largest modulus before
+ * it (the first is compared with itself, so x(1) = 0 or tol >= 1 gives 0).  A negative tol means the
+ * machine precision. */
+ZEK_API int F06_LEADING_RANK(int n, const double *x, int incx, double tol) ZEK_SYMBOL("q48349");
+
+/* x(i) := konst (integers). */
+ZEK_API void F06_INT_LOAD(int n, int konst, int *x, int incx) ZEK_SYMBOL("q82696");
+/* y := x (integers, two-vector addressing). */
+ZEK_API void F06_INT_COPY(int n, const int *x, int incx, int *y, int incy) ZEK_SYMBOL("q50598");
+/* x(i) := konst. */
+ZEK_API void F06_VECTOR_LOAD(int n, double konst, double *x, int incx) ZEK_SYMBOL("q24007");
+/* y(i) := x(i)*y(i); INCX = 0 with INCY != 0 scales y by x(1) as DSCAL with |INCY|. */
+ZEK_API void F06_VECTOR_MULTIPLY(int n, const double *x, int incx, double *y, int incy) ZEK_SYMBOL("q83867");
+/* y := alpha*x; alpha = 0 with INCY != 0 loads zeros with |INCY|.  Two names, one body. */
+ZEK_API void F06_VECTOR_SCALED_COPY(int n, double alpha, const double *x, int incx, double *y, int incy)
+    ZEK_SYMBOL("q46286");
+ZEK_API void F06_VECTOR_SCALED_COPY_ALIAS(int n, double alpha, const double *x, int incx, double *y, int incy)
+    ZEK_SYMBOL("q87812");
+/* Complex y := alpha*x (alpha as two reals, x and y of 16-byte elements). */
+ZEK_API void F06_COMPLEX_SCALED_COPY(int n, double alpha_re, double alpha_im, const double *x, int incx, double *y,
+                                     int incy) ZEK_SYMBOL("q64509");
+/* x := -x. */
+ZEK_API void F06_VECTOR_NEGATE(int n, double *x, int incx) ZEK_SYMBOL("q47907");
+
+ZEK_END_DECLS
+
+#endif

@@ -1,0 +1,41 @@
+// A peer BLAS library loaded at run time by full path, so that its symbols never clash with ours or
+// with another peer's.  Routines are looked up by their Fortran names (lower case, trailing '_').
+#ifndef ZEK_TESTS_PEER_BLAS_H
+#define ZEK_TESTS_PEER_BLAS_H
+
+#include <string>
+
+namespace zek_test {
+
+constexpr const char *kReferenceBlasPath = "/usr/lib/x86_64-linux-gnu/blas/libblas.so.3";
+constexpr const char *kOpenBlasSerialPath = "/usr/lib/x86_64-linux-gnu/openblas-serial/libblas.so.3";
+
+// Complex results of the Fortran functions come back as two doubles in registers.
+struct FortranComplex {
+    double re;
+    double im;
+};
+
+class PeerBlas {
+public:
+    explicit PeerBlas(const char *path);
+    ~PeerBlas();
+    PeerBlas(const PeerBlas &) = delete;
+    PeerBlas &operator=(const PeerBlas &) = delete;
+    bool loaded() const { return handle_ != nullptr; }
+    const std::string &error() const { return error_; }
+    // The address of NAME_ (null when missing).
+    void *symbol(const char *name) const;
+    template <class F> F get(const char *name) const { return reinterpret_cast<F>(symbol(name)); }
+
+private:
+    void *handle_ = nullptr;
+    std::string error_;
+};
+
+// The reference BLAS of the system, loaded once for the whole test program.
+const PeerBlas &reference_blas();
+
+} // namespace zek_test
+
+#endif
