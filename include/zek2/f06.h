@@ -127,6 +127,142 @@ ZEK_API void F06_COMPLEX_SCALED_COPY(int n, double alpha_re, double alpha_im, co
 /* x := -x. */
 ZEK_API void F06_VECTOR_NEGATE(int n, double *x, int incx) ZEK_SYMBOL("q47907");
 
+/* ---- Levels 2 and 3: checked operations -----------------------------------------------------------
+ *
+ * Each operation equals the published one after the slash in its report name ("F06PAF/DGEMV ") in
+ * argument order and meaning, with these rules:
+ * - Arguments are checked in the published order and the first illegal one is reported by its
+ *   parameter number (counting visible arguments, without the selector).  A leading dimension must be
+ *   at least max(1, rows); an increment must not be 0; a real routine accepts 'C' as 'T'.
+ * - The masters (f06xxf_ENTRY, and the _MASTER names) and the plain names report through the hard
+ *   route: " ** On entry to F06PAF/DGEMV  parameter number  1 had an illegal value" and the process ends
+ *   (exit(0)) whatever any IFAIL says.  The _COPY forms report on the stream channel (q49716) and
+ *   return.  The enumerated forms (lower-case names) take codes in place of letters (1001-1003
+ *   transpose, 1004/1005 upper/lower, 1006/1007 unit/non-unit, 1008/1009 left/right), report catalogue
+ *   code 71 under their lower-case name ("f06pac/dgemv") and return.  A routine returns at once after a
+ *   report, its outputs untouched.
+ * - Quick returns come after the checks: an empty problem, or a zero multiplier with BETA = 1.
+ * - BETA = 0 stores zeros in the output (NaN or Inf there does not propagate).
+ */
+
+/* y := alpha*op(A)*x + beta*y, A(LDA, N) m by n, x and y of lengths n and m (m and n for op = A').
+ * Checked: 1 TRANS, 2 M, 3 N, 6 LDA, 8 INCX, 11 INCY. */
+ZEK_API void f06paf_ENTRY(int selector, const char *trans, int m, int n, double alpha, const double *a, int lda,
+                          const double *x, int incx, double beta, double *y, int incy, int trans_len)
+    ZEK_SYMBOL("f06paf_ENTRY");
+ZEK_API void F06PAF(const char *trans, int m, int n, double alpha, const double *a, int lda, const double *x, int incx,
+                    double beta, double *y, int incy, int trans_len) ZEK_SYMBOL("q70721");
+ZEK_API void F06PAF_COPY(const char *trans, int m, int n, double alpha, const double *a, int lda, const double *x,
+                         int incx, double beta, double *y, int incy, int trans_len) ZEK_SYMBOL("q67003");
+ZEK_API void f06pac(int trans, int m, int n, double alpha, const double *a, int lda, const double *x, int incx,
+                    double beta, double *y, int incy) ZEK_SYMBOL("q73390");
+
+/* y := alpha*A*x + beta*y, A symmetric of order n, the UPLO triangle of A(LDA, N) referenced.
+ * Checked: 1 UPLO, 2 N, 5 LDA, 7 INCX, 10 INCY. */
+ZEK_API void F06PCF_MASTER(int selector, const char *uplo, int n, double alpha, const double *a, int lda,
+                           const double *x, int incx, double beta, double *y, int incy, int uplo_len)
+    ZEK_SYMBOL("q82505");
+ZEK_API void F06PCF(const char *uplo, int n, double alpha, const double *a, int lda, const double *x, int incx,
+                    double beta, double *y, int incy, int uplo_len) ZEK_SYMBOL("q14138");
+
+/* The same with A packed by columns in AP(n*(n+1)/2).  Checked: 1 UPLO, 2 N, 6 INCX, 9 INCY. */
+ZEK_API void F06PEF_MASTER(int selector, const char *uplo, int n, double alpha, const double *ap, const double *x,
+                           int incx, double beta, double *y, int incy, int uplo_len) ZEK_SYMBOL("q51082");
+ZEK_API void F06PEF(const char *uplo, int n, double alpha, const double *ap, const double *x, int incx, double beta,
+                    double *y, int incy, int uplo_len) ZEK_SYMBOL("q63461");
+ZEK_API void f06pef(int uplo, int n, double alpha, const double *ap, const double *x, int incx, double beta, double *y,
+                    int incy) ZEK_SYMBOL("q70620");
+
+/* x := op(A)*x, A(LDA, N) triangular of order n (DIAG 'U': unit diagonal, not referenced).
+ * Checked: 1 UPLO, 2 TRANS, 3 DIAG, 4 N, 6 LDA, 8 INCX. */
+ZEK_API void f06pff_ENTRY(int selector, const char *uplo, const char *trans, const char *diag, int n, const double *a,
+                          int lda, double *x, int incx, int uplo_len, int trans_len, int diag_len)
+    ZEK_SYMBOL("f06pff_ENTRY");
+ZEK_API void F06PFF(const char *uplo, const char *trans, const char *diag, int n, const double *a, int lda, double *x,
+                    int incx, int uplo_len, int trans_len, int diag_len) ZEK_SYMBOL("q46784");
+ZEK_API void f06pfc(int uplo, int trans, int diag, int n, const double *a, int lda, double *x, int incx)
+    ZEK_SYMBOL("q28521");
+
+/* x := op(A)*x, A packed in AP(n*(n+1)/2).  Checked: 1 UPLO, 2 TRANS, 3 DIAG, 4 N, 7 INCX. */
+ZEK_API void F06PHF(const char *uplo, const char *trans, const char *diag, int n, const double *ap, double *x,
+                    int incx, int uplo_len, int trans_len, int diag_len) ZEK_SYMBOL("q45060");
+ZEK_API void f06phf(int uplo, int trans, int diag, int n, const double *ap, double *x, int incx) ZEK_SYMBOL("q17872");
+
+/* x := inv(op(A))*x, A(LDA, N) triangular (no test for singularity).
+ * Checked: 1 UPLO, 2 TRANS, 3 DIAG, 4 N, 6 LDA, 8 INCX. */
+ZEK_API void f06pjf_ENTRY(int selector, const char *uplo, const char *trans, const char *diag, int n, const double *a,
+                          int lda, double *x, int incx, int uplo_len, int trans_len, int diag_len)
+    ZEK_SYMBOL("f06pjf_ENTRY");
+ZEK_API void F06PJF(const char *uplo, const char *trans, const char *diag, int n, const double *a, int lda, double *x,
+                    int incx, int uplo_len, int trans_len, int diag_len) ZEK_SYMBOL("q54301");
+ZEK_API void F06PJF_COPY(const char *uplo, const char *trans, const char *diag, int n, const double *a, int lda,
+                         double *x, int incx, int uplo_len, int trans_len, int diag_len) ZEK_SYMBOL("q53126");
+ZEK_API void f06pjc(int uplo, int trans, int diag, int n, const double *a, int lda, double *x, int incx)
+    ZEK_SYMBOL("q53320");
+
+/* x := inv(op(A))*x, A packed.  Checked: 1 UPLO, 2 TRANS, 3 DIAG, 4 N, 7 INCX. */
+ZEK_API void F06PLF(const char *uplo, const char *trans, const char *diag, int n, const double *ap, double *x,
+                    int incx, int uplo_len, int trans_len, int diag_len) ZEK_SYMBOL("q54733");
+ZEK_API void f06plf(int uplo, int trans, int diag, int n, const double *ap, double *x, int incx) ZEK_SYMBOL("q27271");
+
+/* A := alpha*x*y' + A, A(LDA, N) m by n.  Checked: 1 M, 2 N, 5 INCX, 7 INCY, 9 LDA. */
+ZEK_API void f06pmf_ENTRY(int selector, int m, int n, double alpha, const double *x, int incx, const double *y,
+                          int incy, double *a, int lda) ZEK_SYMBOL("f06pmf_ENTRY");
+ZEK_API void F06PMF(int m, int n, double alpha, const double *x, int incx, const double *y, int incy, double *a,
+                    int lda) ZEK_SYMBOL("q67651");
+ZEK_API void F06PMF_COPY(int m, int n, double alpha, const double *x, int incx, const double *y, int incy, double *a,
+                         int lda) ZEK_SYMBOL("q35342");
+ZEK_API void f06pmc(int m, int n, double alpha, const double *x, int incx, const double *y, int incy, double *a,
+                    int lda) ZEK_SYMBOL("q24064");
+
+/* A := alpha*x*x' + A on the UPLO triangle of A(LDA, N).  Checked: 1 UPLO, 2 N, 5 INCX, 7 LDA. */
+ZEK_API void F06PPF_MASTER(int selector, const char *uplo, int n, double alpha, const double *x, int incx, double *a,
+                           int lda, int uplo_len) ZEK_SYMBOL("q98806");
+ZEK_API void F06PPF(const char *uplo, int n, double alpha, const double *x, int incx, double *a, int lda,
+                    int uplo_len) ZEK_SYMBOL("q93953");
+
+/* The same on a packed triangle AP(n*(n+1)/2).  Checked: 1 UPLO, 2 N, 5 INCX. */
+ZEK_API void F06PQF_MASTER(int selector, const char *uplo, int n, double alpha, const double *x, int incx, double *ap,
+                           int uplo_len) ZEK_SYMBOL("q50537");
+ZEK_API void F06PQF(const char *uplo, int n, double alpha, const double *x, int incx, double *ap, int uplo_len)
+    ZEK_SYMBOL("q22180");
+ZEK_API void F06PQF_COPY(const char *uplo, int n, double alpha, const double *x, int incx, double *ap, int uplo_len)
+    ZEK_SYMBOL("q17482");
+
+/* Complex y := alpha*op(A)*x + beta*y (op 'N', 'T' or 'C' conjugate transpose).
+ * Checked: 1 TRANS, 2 M, 3 N, 6 LDA, 8 INCX, 11 INCY. */
+ZEK_API void f06saf_ENTRY(int selector, const char *trans, int m, int n, double alpha_re, double alpha_im,
+                          const double *a, int lda, const double *x, int incx, double beta_re, double beta_im,
+                          double *y, int incy, int trans_len) ZEK_SYMBOL("f06saf_ENTRY");
+ZEK_API void F06SAF(const char *trans, int m, int n, double alpha_re, double alpha_im, const double *a, int lda,
+                    const double *x, int incx, double beta_re, double beta_im, double *y, int incy, int trans_len)
+    ZEK_SYMBOL("q18966");
+
+/* Complex x := op(A)*x, A triangular.  Checked: 1 UPLO, 2 TRANS, 3 DIAG, 4 N, 6 LDA, 8 INCX. */
+ZEK_API void f06sff_ENTRY(int selector, const char *uplo, const char *trans, const char *diag, int n, const double *a,
+                          int lda, double *x, int incx, int uplo_len, int trans_len, int diag_len)
+    ZEK_SYMBOL("f06sff_ENTRY");
+ZEK_API void F06SFF(const char *uplo, const char *trans, const char *diag, int n, const double *a, int lda, double *x,
+                    int incx, int uplo_len, int trans_len, int diag_len) ZEK_SYMBOL("q27188");
+
+/* Complex x := inv(op(A))*x.  Checked: 1 UPLO, 2 TRANS, 3 DIAG, 4 N, 6 LDA, 8 INCX. */
+ZEK_API void f06sjf_ENTRY(int selector, const char *uplo, const char *trans, const char *diag, int n, const double *a,
+                          int lda, double *x, int incx, int uplo_len, int trans_len, int diag_len)
+    ZEK_SYMBOL("f06sjf_ENTRY");
+ZEK_API void F06SJF(const char *uplo, const char *trans, const char *diag, int n, const double *a, int lda, double *x,
+                    int incx, int uplo_len, int trans_len, int diag_len) ZEK_SYMBOL("q98830");
+
+/* Complex A := alpha*x*y.' + A (F06SMF) and A := alpha*x*conj(y)' + A (F06SNF).
+ * Checked: 1 M, 2 N, 5 INCX, 7 INCY, 9 LDA. */
+ZEK_API void f06smf_ENTRY(int selector, int m, int n, double alpha_re, double alpha_im, const double *x, int incx,
+                          const double *y, int incy, double *a, int lda) ZEK_SYMBOL("f06smf_ENTRY");
+ZEK_API void F06SMF(int m, int n, double alpha_re, double alpha_im, const double *x, int incx, const double *y,
+                    int incy, double *a, int lda) ZEK_SYMBOL("q19426");
+ZEK_API void f06snf_ENTRY(int selector, int m, int n, double alpha_re, double alpha_im, const double *x, int incx,
+                          const double *y, int incy, double *a, int lda) ZEK_SYMBOL("f06snf_ENTRY");
+ZEK_API void F06SNF(int m, int n, double alpha_re, double alpha_im, const double *x, int incx, const double *y,
+                    int incy, double *a, int lda) ZEK_SYMBOL("q44496");
+
 ZEK_END_DECLS
 
 #endif
