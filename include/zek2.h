@@ -7,6 +7,7 @@
 #include "zek2/a02.h"
 #include "zek2/f06.h"
 #include "zek2/frame.h"
+#include "zek2/m01.h"
 #include "zek2/messages.h"
 #include "zek2/p01.h"
 #include "zek2/x02.h"

@@ -1,0 +1,48 @@
+// Argument checks and message texts shared by the IFAIL-layer members of chapter M01.
+#ifndef ZEK_SORTING_M01_COMMON_H
+#define ZEK_SORTING_M01_COMMON_H
+
+#include <string>
+
+#include "frame/ifail.h"
+
+namespace zek::m01 {
+
+// The largest vector length of the C-style members.
+constexpr int kMaxLength = 0xFFFFFFF;
+
+// Catalogue codes of this chapter beyond those the frame names.
+constexpr int kIntArgEq = 10;   // ZE_INT_ARG_EQ
+constexpr int kTwoIntArgLt = 17; // ZE_2_INT_ARG_LT
+constexpr int kBadRank = 701;    // ZE_BAD_RANK
+
+// The section M1..M2: IERROR 1 at exits 99999 to 99997.  True when a failure was reported.
+inline bool section_fails(FailureExit &exit, int m1, int m2) {
+    if (m2 < 1) {
+        exit.fail(1, 99999, " ** On entry, M2 .lt. 1: M2 =%16ld.", {m2});
+        return true;
+    }
+    if (m1 < 1) {
+        exit.fail(1, 99998, " ** On entry, M1 .lt. 1: M1 =%16ld.", {m1});
+        return true;
+    }
+    if (m1 > m2) {
+        exit.fail(1, 99997, " ** On entry, M1 .gt. M2:\n    M1 =%16ld, M2 =%16ld.", {m1, m2});
+        return true;
+    }
+    return false;
+}
+
+// ORDER 'A' or 'D' in either case: 1 ascending, -1 descending, 0 illegal (IERROR 2, exit 99996).
+inline int order_or_fail(FailureExit &exit, const char *order, int order_len) {
+    const char c = (order != nullptr && order_len > 0) ? order[0] : ' ';
+    if (c == 'A' || c == 'a') return 1;
+    if (c == 'D' || c == 'd') return -1;
+    exit.fail(2, 99996, " ** On entry, ORDER has an illegal value: ORDER = '%1s'.",
+              {std::string(order != nullptr && order_len > 0 ? 1 : 0, c)});
+    return 0;
+}
+
+} // namespace zek::m01
+
+#endif
