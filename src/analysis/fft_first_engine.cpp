@@ -1,0 +1,141 @@
+// The first engine: C06FAF, C06FBF and C06GBF.
+//
+// One real sequence in place with a workspace of N reals.  The factorisation into squares gives the
+// passes; the data are put in digit-reversed order (through WORK), the trigonometric table is built
+// in WORK, and the real passes join ever longer packed Hermitian transforms until the whole length is
+// reached.  The backward transform runs the inverse passes in the opposite order and undoes the
+// permutation last.
+#include <cmath>
+
+#include "analysis/fft.h"
+#include "frame/ifail.h"
+#include "zek2/c06.h"
+#include "zek2/frame.h"
+
+namespace {
+
+using zek::fft::Index;
+
+int list_length(const int *factors) {
+    int count = 0;
+    while (factors[count] != 0) ++count;
+    return count;
+}
+
+zek::fft::RealTable first_engine_table(int n, const double *trig) {
+    const int h = (n + 1) / 2;
+    return zek::fft::RealTable{trig, trig + (h - 1)};
+}
+
+// The table in WORK(N): cosines first, sines behind them.
+void fill_first_engine_table(int n, double *work) {
+    const int h = (n + 1) / 2;
+    zek::fft::fill_real_table(n, work, work + (h - 1));
+}
+
+// Argument check and factorisation shared by both directions; false after a failure exit.
+bool check_and_factor(zek::FailureExit &exit, int n, int *factors) {
+    if (n <= 1) {
+        exit.fail(3, 99999, " ** On entry, N .le. 1: N =%16ld.", {n});
+        return false;
+    }
+    int code = 0;
+    zek::fft::factor_squares(n, zek::fft::kFirstEngineLargestPrime, zek::fft::kFirstEngineLargestMerge, factors,
+                             &code);
+    switch (code) {
+    case 0: return true;
+    case 1: exit.fail(1, 99998, " ** At least one prime factor of N is greater than 19.\n    N =%16ld.", {n}); break;
+    case 2: exit.fail(2, 99997, " ** N has more than 20 prime factors.\n    N =%16ld.", {n}); break;
+    default: exit.fail(4, 99996, " ** Unexpected failure in an internal call."); break;
+    }
+    return false;
+}
+
+} // namespace
+
+extern "C" {
+
+void C06_REAL_PASSES(double *x, int n, const int *factors, const double *trig) {
+    if (n < 2) return;
+    const zek::fft::RealTable t = first_engine_table(n, trig);
+    int k = 1;
+    for (int f = 0; factors[f] != 0; ++f) {
+        if (factors[f] == 1) continue;
+        zek::fft::real_pass_forward(factors[f], 1, n, k, x, t, nullptr);
+        k *= factors[f];
+    }
+}
+
+void C06_HERMITIAN_PASSES(double *x, int n, const int *factors, const double *trig) {
+    if (n < 2) return;
+    const zek::fft::RealTable t = first_engine_table(n, trig);
+    int k = n;
+    for (int f = list_length(factors) - 1; f >= 0; --f) {
+        if (factors[f] == 1) continue;
+        k /= factors[f];
+        zek::fft::real_pass_backward(factors[f], 1, n, k, x, t, nullptr);
+    }
+}
+
+void C06FAF_WORKER(double *x, int n, double *work, char *errbuf, int *ifail, int errbuf_len) {
+    (void)errbuf_len;
+    zek::FailureExit exit("C06FAF", errbuf, ifail);
+    int factors[zek::fft::kFactorListSize];
+    if (!check_and_factor(exit, n, factors)) return;
+    const int nf = list_length(factors);
+    zek::fft::digit_permute(1, n, factors, nf, x, work);
+    for (Index i = 0; i < n; ++i) x[i] = work[i];
+    fill_first_engine_table(n, work);
+    C06_REAL_PASSES(x, n, factors, work);
+    const double scale = 1.0 / std::sqrt(static_cast<double>(n));
+    for (Index i = 0; i < n; ++i) x[i] *= scale;
+    exit.succeed();
+}
+
+void C06FBF_WORKER(double *x, int n, double *work, char *errbuf, int *ifail, int errbuf_len) {
+    (void)errbuf_len;
+    zek::FailureExit exit("C06FBF", errbuf, ifail);
+    int factors[zek::fft::kFactorListSize];
+    if (!check_and_factor(exit, n, factors)) return;
+    const int nf = list_length(factors);
+    fill_first_engine_table(n, work);
+    C06_HERMITIAN_PASSES(x, n, factors, work);
+    zek::fft::digit_permute_inverse(1, n, factors, nf, x, work);
+    const double scale = 1.0 / std::sqrt(static_cast<double>(n));
+    for (Index i = 0; i < n; ++i) x[i] = work[i] * scale;
+    exit.succeed();
+}
+
+void C06GBF_WORKER(double *x, int n, char *errbuf, int *ifail, int errbuf_len) {
+    (void)errbuf_len;
+    zek::FailureExit exit("C06GBF", errbuf, ifail);
+    if (n < 1) {
+        exit.fail(1, 99999, " ** On entry, N .lt. 1: N = %16ld.", {n});
+        return;
+    }
+    // The imaginary parts stand from X((N+4)/2) (one-based) to the end.
+    for (Index i = (n + 4) / 2 - 1; i < n; ++i) x[i] = -x[i];
+    exit.succeed();
+}
+
+void C06FAF(double *x, const int *n, double *work, int *ifail) {
+    zek::Front front("C06FAF");
+    ZEK_MARK_REAL_ARRAY(*n, work);
+    C06FAF_WORKER(x, *n, work, front.errbuf(), ifail, zek::kErrbufLength);
+    front.finish(*ifail);
+}
+
+void C06FBF(double *x, const int *n, double *work, int *ifail) {
+    zek::Front front("C06FBF");
+    ZEK_MARK_REAL_ARRAY(*n, work);
+    C06FBF_WORKER(x, *n, work, front.errbuf(), ifail, zek::kErrbufLength);
+    front.finish(*ifail);
+}
+
+void C06GBF(double *x, const int *n, int *ifail) {
+    zek::Front front("C06GBF");
+    C06GBF_WORKER(x, *n, front.errbuf(), ifail, zek::kErrbufLength);
+    front.finish(*ifail);
+}
+
+} // extern "C"

@@ -1,0 +1,164 @@
+// Small discrete Fourier transforms (the butterflies) that every pass of chapter C06 is built from.
+//
+// dft<P>(re, im) replaces the P complex values (re[k], im[k]) by their forward transform
+//     y(q) = sum over r of x(r) * exp(-2 pi i r q / P),
+// unscaled.  The backward transform comes from the same code by exchanging the real and imaginary
+// parts on the way in and out: swap(DFT(swap(x))) is P times the inverse transform, since
+// swap(z) = i * conj(z).  Each radix is written out by hand; the compiler sees constant sizes and keeps
+// everything in registers.
+#ifndef ZEK_ANALYSIS_FFT_KERNELS_H
+#define ZEK_ANALYSIS_FFT_KERNELS_H
+
+namespace zek::fft {
+
+constexpr double kSqrtHalf = 0.70710678118654752440;
+constexpr double kSin60 = 0.86602540378443864676;   // sin(2 pi / 3)
+constexpr double kCos72 = 0.30901699437494742410;   // cos(2 pi / 5)
+constexpr double kCos144 = -0.80901699437494742410; // cos(4 pi / 5)
+constexpr double kSin72 = 0.95105651629515357212;   // sin(2 pi / 5)
+constexpr double kSin144 = 0.58778525229247312917;  // sin(4 pi / 5)
+
+template <int P> inline void dft(double *re, double *im);
+
+template <> inline void dft<2>(double *re, double *im) {
+    const double r = re[0] - re[1], i = im[0] - im[1];
+    re[0] += re[1];
+    im[0] += im[1];
+    re[1] = r;
+    im[1] = i;
+}
+
+template <> inline void dft<3>(double *re, double *im) {
+    const double tr = re[1] + re[2], ti = im[1] + im[2];
+    const double dr = kSin60 * (re[1] - re[2]), di = kSin60 * (im[1] - im[2]);
+    const double mr = re[0] - 0.5 * tr, mi = im[0] - 0.5 * ti;
+    re[0] += tr;
+    im[0] += ti;
+    re[1] = mr + di;
+    im[1] = mi - dr;
+    re[2] = mr - di;
+    im[2] = mi + dr;
+}
+
+template <> inline void dft<4>(double *re, double *im) {
+    const double ar = re[0] + re[2], ai = im[0] + im[2];
+    const double br = re[0] - re[2], bi = im[0] - im[2];
+    const double cr = re[1] + re[3], ci = im[1] + im[3];
+    const double dr = re[1] - re[3], di = im[1] - im[3];
+    re[0] = ar + cr;
+    im[0] = ai + ci;
+    re[2] = ar - cr;
+    im[2] = ai - ci;
+    re[1] = br + di;
+    im[1] = bi - dr;
+    re[3] = br - di;
+    im[3] = bi + dr;
+}
+
+template <> inline void dft<5>(double *re, double *im) {
+    const double t1r = re[1] + re[4], t1i = im[1] + im[4];
+    const double t2r = re[2] + re[3], t2i = im[2] + im[3];
+    const double d1r = re[1] - re[4], d1i = im[1] - im[4];
+    const double d2r = re[2] - re[3], d2i = im[2] - im[3];
+    const double m1r = re[0] + kCos72 * t1r + kCos144 * t2r, m1i = im[0] + kCos72 * t1i + kCos144 * t2i;
+    const double m2r = re[0] + kCos144 * t1r + kCos72 * t2r, m2i = im[0] + kCos144 * t1i + kCos72 * t2i;
+    const double n1r = kSin72 * d1r + kSin144 * d2r, n1i = kSin72 * d1i + kSin144 * d2i;
+    const double n2r = kSin144 * d1r - kSin72 * d2r, n2i = kSin144 * d1i - kSin72 * d2i;
+    re[0] += t1r + t2r;
+    im[0] += t1i + t2i;
+    re[1] = m1r + n1i;
+    im[1] = m1i - n1r;
+    re[4] = m1r - n1i;
+    im[4] = m1i + n1r;
+    re[2] = m2r + n2i;
+    im[2] = m2i - n2r;
+    re[3] = m2r - n2i;
+    im[3] = m2i + n2r;
+}
+
+// 6 = 2 x 3: two transforms of three on the even and odd values, joined with the sixth roots.
+template <> inline void dft<6>(double *re, double *im) {
+    double er[3] = {re[0], re[2], re[4]}, ei[3] = {im[0], im[2], im[4]};
+    double orr[3] = {re[1], re[3], re[5]}, oi[3] = {im[1], im[3], im[5]};
+    dft<3>(er, ei);
+    dft<3>(orr, oi);
+    // exp(-i pi/3) = (1/2, -s), exp(-2 i pi/3) = (-1/2, -s)
+    const double w1r = 0.5 * orr[1] + kSin60 * oi[1], w1i = 0.5 * oi[1] - kSin60 * orr[1];
+    const double w2r = -0.5 * orr[2] + kSin60 * oi[2], w2i = -0.5 * oi[2] - kSin60 * orr[2];
+    re[0] = er[0] + orr[0];
+    im[0] = ei[0] + oi[0];
+    re[3] = er[0] - orr[0];
+    im[3] = ei[0] - oi[0];
+    re[1] = er[1] + w1r;
+    im[1] = ei[1] + w1i;
+    re[4] = er[1] - w1r;
+    im[4] = ei[1] - w1i;
+    re[2] = er[2] + w2r;
+    im[2] = ei[2] + w2i;
+    re[5] = er[2] - w2r;
+    im[5] = ei[2] - w2i;
+}
+
+// 8 = 2 x 4: two transforms of four, joined with the eighth roots.
+template <> inline void dft<8>(double *re, double *im) {
+    double er[4] = {re[0], re[2], re[4], re[6]}, ei[4] = {im[0], im[2], im[4], im[6]};
+    double orr[4] = {re[1], re[3], re[5], re[7]}, oi[4] = {im[1], im[3], im[5], im[7]};
+    dft<4>(er, ei);
+    dft<4>(orr, oi);
+    // exp(-i pi/4) = s(1, -1), exp(-i pi/2) = -i, exp(-3 i pi/4) = s(-1, -1)
+    const double w1r = kSqrtHalf * (orr[1] + oi[1]), w1i = kSqrtHalf * (oi[1] - orr[1]);
+    const double w2r = oi[2], w2i = -orr[2];
+    const double w3r = kSqrtHalf * (oi[3] - orr[3]), w3i = -kSqrtHalf * (orr[3] + oi[3]);
+    re[0] = er[0] + orr[0];
+    im[0] = ei[0] + oi[0];
+    re[4] = er[0] - orr[0];
+    im[4] = ei[0] - oi[0];
+    re[1] = er[1] + w1r;
+    im[1] = ei[1] + w1i;
+    re[5] = er[1] - w1r;
+    im[5] = ei[1] - w1i;
+    re[2] = er[2] + w2r;
+    im[2] = ei[2] + w2i;
+    re[6] = er[2] - w2r;
+    im[6] = ei[2] - w2i;
+    re[3] = er[3] + w3r;
+    im[3] = ei[3] + w3i;
+    re[7] = er[3] - w3r;
+    im[7] = ei[3] - w3i;
+}
+
+// A transform of any odd length p from the roots cos(2 pi q / p), sin(2 pi q / p), q = 0..p-1, in
+// (c, s).  The values x(r) and x(p-r) are met as their sum and difference, which halves the products.
+// Results go to (yr, yi), which must not overlap the input.
+inline void dft_odd(int p, const double *xr, const double *xi, double *yr, double *yi, const double *c,
+                    const double *s) {
+    const int h = p / 2;
+    double sr = xr[0], si = xi[0];
+    for (int r = 1; r <= h; ++r) {
+        sr += xr[r] + xr[p - r];
+        si += xi[r] + xi[p - r];
+    }
+    yr[0] = sr;
+    yi[0] = si;
+    for (int q = 1; q <= h; ++q) {
+        double ur = xr[0], ui = xi[0], vr = 0.0, vi = 0.0;
+        int idx = 0;
+        for (int r = 1; r <= h; ++r) {
+            idx += q;
+            if (idx >= p) idx -= p;
+            ur += c[idx] * (xr[r] + xr[p - r]);
+            ui += c[idx] * (xi[r] + xi[p - r]);
+            vr += s[idx] * (xr[r] - xr[p - r]);
+            vi += s[idx] * (xi[r] - xi[p - r]);
+        }
+        // y(q) = u - i v, y(p-q) = u + i v
+        yr[q] = ur + vi;
+        yi[q] = ui - vr;
+        yr[p - q] = ur - vi;
+        yi[p - q] = ui + vr;
+    }
+}
+
+} // namespace zek::fft
+
+#endif

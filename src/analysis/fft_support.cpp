@@ -1,0 +1,265 @@
+// Factorisations, digit permutation, trigonometric tables, transposition and the team seam of the
+// Fourier transforms.
+#include <cmath>
+#include <cstring>
+
+#include "analysis/fft.h"
+#include "zek2/c06.h"
+#include "zek2/x02.h"
+
+namespace zek::fft {
+
+void factor_squares(int n, int largest_prime, int largest_merge, int *factors, int *code) {
+    *code = 0;
+    int front[kFactorListSize], middle[kFactorListSize];
+    int nfront = 0, nmiddle = 0, rest = n;
+    // Squares first: each is removed as a pair, one copy at the front, one at the mirrored end.
+    for (int d = 2; d <= largest_prime && d * d <= rest; ++d) {
+        while (rest % (d * d) == 0) {
+            if (2 * nfront + nmiddle >= kFirstEngineMostFactors) {
+                *code = 2;
+                return;
+            }
+            front[nfront++] = d;
+            rest /= d * d;
+        }
+    }
+    // The square-free rest, in the middle.
+    for (int d = 2; d <= largest_prime && rest > 1; ++d) {
+        if (rest % d == 0) {
+            if (2 * nfront + nmiddle >= kFirstEngineMostFactors) {
+                *code = 2;
+                return;
+            }
+            middle[nmiddle++] = d;
+            rest /= d;
+        }
+    }
+    if (rest > 1) {
+        *code = 1;
+        return;
+    }
+    int count = 0;
+    for (int i = 0; i < nfront; ++i) factors[count++] = front[i];
+    for (int i = 0; i < nmiddle; ++i) factors[count++] = middle[i];
+    for (int i = nfront - 1; i >= 0; --i) factors[count++] = front[i];
+    factors[count] = 0;
+    // Runs of 2 become factors of up to LARGEST_MERGE; the slots given up hold 1.
+    for (int i = 0; i < count;) {
+        if (factors[i] != 2) {
+            ++i;
+            continue;
+        }
+        int j = i + 1, product = 2;
+        while (j < count && factors[j] == 2 && product * 2 <= largest_merge) {
+            product *= 2;
+            factors[j++] = 1;
+        }
+        factors[i] = product;
+        i = j;
+    }
+}
+
+int factor_list(int n, int *factors) {
+    if (n <= 1) {
+        factors[0] = 1;
+        return 1;
+    }
+    int count = 0, rest = n;
+    auto take = [&](int d) {
+        while (rest % d == 0 && count <= kSecondEngineMostFactors) {
+            factors[count++] = d;
+            rest /= d;
+        }
+    };
+    take(5);
+    take(4);
+    take(2);
+    take(3);
+    int d = 7, step = 4;
+    while (rest > 1 && count <= kSecondEngineMostFactors) {
+        if (static_cast<long long>(d) * d > rest) {
+            factors[count++] = rest;
+            break;
+        }
+        take(d);
+        d += step;
+        step = 6 - step;
+    }
+    return count;
+}
+
+namespace {
+
+// The partial products w(j) = p(1) ... p(j-1) of the factors that are not 1; returns their count.
+int digit_weights(const int *factors, int nf, int *radix, Index *weight) {
+    int count = 0;
+    Index w = 1;
+    for (int i = 0; i < nf; ++i) {
+        if (factors[i] <= 1) continue;
+        radix[count] = factors[i];
+        weight[count] = w;
+        w *= factors[i];
+        ++count;
+    }
+    return count;
+}
+
+// Calls move(n, pos(n)) for every n, walking n upward with an odometer whose fastest digit belongs to
+// the last factor.
+template <class Move> void for_each_digit_reversal(int n, const int *factors, int nf, Move move) {
+    int radix[kFactorListSize];
+    Index weight[kFactorListSize];
+    int digit[kFactorListSize] = {0};
+    const int count = digit_weights(factors, nf, radix, weight);
+    Index pos = 0;
+    for (Index i = 0; i < n; ++i) {
+        move(i, pos);
+        for (int j = count - 1; j >= 0; --j) {
+            pos += weight[j];
+            if (++digit[j] < radix[j]) break;
+            pos -= radix[j] * weight[j];
+            digit[j] = 0;
+        }
+    }
+}
+
+} // namespace
+
+void digit_permute(int m, int n, const int *factors, int nf, const double *src, double *dst) {
+    if (m == 1) {
+        for_each_digit_reversal(n, factors, nf, [&](Index i, Index pos) { dst[pos] = src[i]; });
+    } else {
+        const std::size_t bytes = sizeof(double) * static_cast<std::size_t>(m);
+        for_each_digit_reversal(n, factors, nf,
+                                [&](Index i, Index pos) { std::memcpy(dst + pos * m, src + i * m, bytes); });
+    }
+}
+
+void digit_permute_inverse(int m, int n, const int *factors, int nf, const double *src, double *dst) {
+    if (m == 1) {
+        for_each_digit_reversal(n, factors, nf, [&](Index i, Index pos) { dst[i] = src[pos]; });
+    } else {
+        const std::size_t bytes = sizeof(double) * static_cast<std::size_t>(m);
+        for_each_digit_reversal(n, factors, nf,
+                                [&](Index i, Index pos) { std::memcpy(dst + i * m, src + pos * m, bytes); });
+    }
+}
+
+void fill_real_table(int n, double *cosv, double *sinv) {
+    const double step = 2.0 * X01_PI() / n;
+    const int h = (n + 1) / 2;
+    for (int j = 1; j < h; ++j) {
+        cosv[j - 1] = std::cos(step * j);
+        sinv[j - 1] = std::sin(step * j);
+    }
+}
+
+void fill_complex_table(int n, const int *factors, int nf, double *trig) {
+    const double step = 2.0 * X01_PI() / n;
+    Index l1 = 1, at = 0;
+    for (int f = 0; f < nf; ++f) {
+        const int p = factors[f];
+        const Index ido = n / (l1 * p);
+        if (p >= 7) {
+            // The factor's own roots: the row's angle first, then its multiples.
+            const double base = 2.0 * X01_PI() / p;
+            for (int q = 1; q < p; ++q) {
+                trig[2 * at] = std::cos(base * q);
+                trig[2 * at + 1] = -std::sin(base * q);
+                ++at;
+            }
+        }
+        for (int j = 1; j < p; ++j) {
+            for (Index i = 1; i < ido; ++i) {
+                const double angle = step * static_cast<double>(l1 * i * j);
+                trig[2 * at] = std::cos(angle);
+                trig[2 * at + 1] = -std::sin(angle);
+                ++at;
+            }
+        }
+        l1 *= p;
+    }
+}
+
+void transpose(int words, int m, int n, const double *a, Index lda, double *b, Index ldb) {
+    for (Index jb = 0; jb < n; jb += kTile) {
+        const Index je = jb + kTile < n ? jb + kTile : n;
+        for (Index ib = 0; ib < m; ib += kTile) {
+            const Index ie = ib + kTile < m ? ib + kTile : m;
+            if (words == 1) {
+                C06_TRANSPOSE_REAL_TILE(static_cast<int>(ie - ib), static_cast<int>(je - jb), a + ib + jb * lda,
+                                        static_cast<int>(lda), b + jb + ib * ldb, static_cast<int>(ldb));
+            } else {
+                C06_TRANSPOSE_COMPLEX_TILE(static_cast<int>(ie - ib), static_cast<int>(je - jb),
+                                           a + 2 * (ib + jb * lda), static_cast<int>(lda),
+                                           b + 2 * (jb + ib * ldb), static_cast<int>(ldb));
+            }
+        }
+    }
+}
+
+int team_size() { return 1; }
+int team_rank() { return 0; }
+
+void block_split(int team, int rank, int count, int *first, int *last) {
+    if (team < 1 || rank < 0 || rank >= team || count < 1) {
+        *first = 1;
+        *last = 0;
+        return;
+    }
+    const int base = count / team, extra = count % team;
+    const int length = base + (rank < extra ? 1 : 0);
+    *first = rank * base + (rank < extra ? rank : extra) + 1;
+    *last = *first + length - 1;
+}
+
+bool replacement_present(const char *) { return false; }
+void replacement_entry() {}
+
+char option_letter(const char *text, int length) {
+    if (text == nullptr || length < 1) return ' ';
+    const char c = text[0];
+    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+} // namespace zek::fft
+
+extern "C" {
+
+void C06_TRANSPOSE_REAL_TILE(int m, int n, const double *a, int lda, double *b, int ldb) {
+    for (zek::fft::Index j = 0; j < n; ++j)
+        for (zek::fft::Index i = 0; i < m; ++i) b[j + i * ldb] = a[i + j * lda];
+}
+
+void C06_TRANSPOSE_COMPLEX_TILE(int m, int n, const double *a, int lda, double *b, int ldb) {
+    for (zek::fft::Index j = 0; j < n; ++j) {
+        for (zek::fft::Index i = 0; i < m; ++i) {
+            b[2 * (j + i * ldb)] = a[2 * (i + j * lda)];
+            b[2 * (j + i * ldb) + 1] = a[2 * (i + j * lda) + 1];
+        }
+    }
+}
+
+void C06_TRANSPOSE_REAL(int m, int n, const double *a, int lda, double *b, int ldb) {
+    if (m < 1 || n < 1) return;
+    zek::fft::transpose(1, m, n, a, lda, b, ldb);
+}
+
+void C06_TRANSPOSE_COMPLEX(int m, int n, const double *a, int lda, double *b, int ldb) {
+    if (m < 1 || n < 1) return;
+    zek::fft::transpose(2, m, n, a, lda, b, ldb);
+}
+
+void C06_TRANSPOSE(int words, int m, int n, const double *a, double *b) {
+    if (words == 2)
+        C06_TRANSPOSE_COMPLEX(m, n, a, m, b, n);
+    else
+        C06_TRANSPOSE_REAL(m, n, a, m, b, n);
+}
+
+void C06_BLOCK_SPLIT(int team, int rank, int count, int *first, int *last) {
+    zek::fft::block_split(team, rank, count, first, last);
+}
+
+} // extern "C"

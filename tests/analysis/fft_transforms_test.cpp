@@ -1,0 +1,377 @@
+// The transforms against their definitions (computed in long double), the inverse pairs and Parseval.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "fft_test_support.h"
+#include "zek2/c06.h"
+
+using fft_test::Complex;
+using fft_test::dft;
+using fft_test::random_reals;
+using fft_test::relative_error;
+using fft_test::tolerance;
+
+namespace {
+
+std::vector<Complex> as_complex(const std::vector<double> &pairs) {
+    std::vector<Complex> c(pairs.size() / 2);
+    for (std::size_t i = 0; i < c.size(); ++i) c[i] = Complex(pairs[2 * i], pairs[2 * i + 1]);
+    return c;
+}
+
+std::vector<double> as_pairs(const std::vector<Complex> &c) {
+    std::vector<double> v(2 * c.size());
+    for (std::size_t i = 0; i < c.size(); ++i) {
+        v[2 * i] = static_cast<double>(c[i].real());
+        v[2 * i + 1] = static_cast<double>(c[i].imag());
+    }
+    return v;
+}
+
+std::vector<Complex> real_as_complex(const std::vector<double> &x) { return {x.begin(), x.end()}; }
+
+std::string name_of(const ::testing::TestParamInfo<int> &info) { return "N" + std::to_string(info.param); }
+
+} // namespace
+
+// ---- First engine: real and Hermitian sequences in place ----
+
+class FirstEngine : public ::testing::TestWithParam<int> {};
+
+TEST_P(FirstEngine, MatchesDefinitionAndInverts) {
+    const int n = GetParam();
+    const std::vector<double> x = random_reals(n, 11u + n);
+    const std::vector<Complex> z = dft(real_as_complex(x), -1);
+    std::vector<double> expected(n);
+    for (int k = 0; 2 * k <= n; ++k) expected[k] = static_cast<double>(z[k].real());
+    for (int k = 1; 2 * k < n; ++k) expected[n - k] = static_cast<double>(z[k].imag());
+
+    std::vector<double> y = x, work(n);
+    int ifail = 1;
+    C06FAF(y.data(), &n, work.data(), &ifail);
+    ASSERT_EQ(ifail, 0);
+    EXPECT_LT(relative_error(y, expected), tolerance(n));
+
+    ifail = 1;
+    C06FBF(y.data(), &n, work.data(), &ifail);
+    ASSERT_EQ(ifail, 0);
+    EXPECT_LT(relative_error(y, x), tolerance(n));
+}
+
+// Forward, conjugate, backward: the transform applied twice reverses the sequence, which shows that
+// C06GBF negates exactly the imaginary parts.
+TEST_P(FirstEngine, ConjugateThenBackwardReverses) {
+    const int n = GetParam();
+    const std::vector<double> x = random_reals(n, 5u + n);
+    std::vector<double> y = x, work(n);
+    int ifail = 1;
+    C06FAF(y.data(), &n, work.data(), &ifail);
+    C06GBF(y.data(), &n, &ifail);
+    C06FBF(y.data(), &n, work.data(), &ifail);
+    ASSERT_EQ(ifail, 0);
+    std::vector<double> reversed(n);
+    for (int j = 0; j < n; ++j) reversed[j] = x[(n - j) % n];
+    EXPECT_LT(relative_error(y, reversed), tolerance(n));
+}
+
+// Squares, prime powers, mixed radices, merged runs of 2 and every prime up to 19.
+INSTANTIATE_TEST_SUITE_P(Sizes, FirstEngine,
+                         ::testing::Values(2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 16, 17, 18, 19, 25, 27, 30, 32, 36,
+                                           49, 60, 64, 100, 128, 243, 256, 343, 361, 1000, 1024, 1292, 2310, 6561),
+                         name_of);
+
+// ---- Second engine: one complex sequence ----
+
+class ComplexSequence : public ::testing::TestWithParam<int> {};
+
+TEST_P(ComplexSequence, BothDirectionsMatchDefinition) {
+    const int n = GetParam();
+    const std::vector<double> x = random_reals(2 * n, 3u + n);
+    std::vector<double> work(4 * n);
+    for (int sign : {-1, 1}) {
+        std::vector<double> y = x;
+        int ifail = 1;
+        C06PCF(sign < 0 ? "F" : "b", y.data(), &n, work.data(), &ifail, 1);
+        ASSERT_EQ(ifail, 0);
+        EXPECT_LT(relative_error(y, as_pairs(dft(as_complex(x), sign))), tolerance(n)) << "sign " << sign;
+        EXPECT_EQ(work[0], n == 1 ? 1.0 : 2.0 * n);
+        EXPECT_EQ(work[1], 0.0);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, ComplexSequence,
+                         ::testing::Values(1, 2, 3, 4, 5, 6, 7, 8, 11, 12, 16, 23, 25, 30, 49, 64, 77, 100, 121, 128,
+                                           210, 360, 1009, 2018, 2187, 3125, 4096),
+                         name_of);
+
+TEST(ComplexSequence, LargePowerOfTwoInvertsAndKeepsEnergy) {
+    const int n = 1 << 20;
+    const std::vector<double> x = random_reals(2 * static_cast<std::size_t>(n), 99u);
+    std::vector<double> y = x, work(4 * static_cast<std::size_t>(n));
+    int ifail = 1;
+    C06PCF("F", y.data(), &n, work.data(), &ifail, 1);
+    ASSERT_EQ(ifail, 0);
+    long double ex = 0, ey = 0;
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        ex += static_cast<long double>(x[i]) * x[i];
+        ey += static_cast<long double>(y[i]) * y[i];
+    }
+    EXPECT_NEAR(static_cast<double>(ey / ex), 1.0, tolerance(n));
+    C06PCF("B", y.data(), &n, work.data(), &ifail, 1);
+    EXPECT_LT(relative_error(y, x), tolerance(n));
+}
+
+TEST(FirstEngine, LargePowerOfTwoInverts) {
+    const int n = 1 << 20; // twenty factors of 2: the most the first engine takes
+    const std::vector<double> x = random_reals(n, 98u);
+    std::vector<double> y = x, work(n);
+    int ifail = 1;
+    C06FAF(y.data(), &n, work.data(), &ifail);
+    ASSERT_EQ(ifail, 0);
+    C06FBF(y.data(), &n, work.data(), &ifail);
+    EXPECT_LT(relative_error(y, x), tolerance(n));
+}
+
+// ---- Many sequences ----
+
+class ManySequences : public ::testing::TestWithParam<int> {};
+
+TEST_P(ManySequences, RealSequencesByPairs) {
+    const int n = GetParam();
+    for (int m : {1, 3}) {
+        const std::size_t stride = n + 2;
+        std::vector<double> x(m * stride, 0.0);
+        std::vector<double> expected(m * stride, 0.0);
+        for (int p = 0; p < m; ++p) {
+            const std::vector<double> seq = random_reals(n, 7u * p + n);
+            std::copy(seq.begin(), seq.end(), x.begin() + p * stride);
+            const std::vector<Complex> z = dft(real_as_complex(seq), -1);
+            for (int k = 0; 2 * k <= n; ++k) {
+                expected[p * stride + 2 * k] = static_cast<double>(z[k].real());
+                expected[p * stride + 2 * k + 1] = 2 * k == n || k == 0 ? 0.0 : static_cast<double>(z[k].imag());
+            }
+        }
+        std::vector<double> y = x, work((n + 2) * m + 2 * n);
+        int ifail = 1;
+        C06PPF("F", &m, &n, y.data(), work.data(), &ifail, 1);
+        ASSERT_EQ(ifail, 0);
+        // Compare only the places the transform defines (N odd leaves the last one alone).
+        std::vector<double> defined(y.size()), want(y.size());
+        for (int p = 0; p < m; ++p)
+            for (int i = 0; i < 2 * (n / 2 + 1); ++i) {
+                defined[p * stride + i] = y[p * stride + i];
+                want[p * stride + i] = expected[p * stride + i];
+            }
+        EXPECT_LT(relative_error(defined, want), tolerance(n)) << "M = " << m;
+        EXPECT_EQ(work[0], n == 1 ? 1.0 : m == 1 ? 3.0 * n : (n + 2.0) * m + 2.0 * n);
+        C06PPF("B", &m, &n, y.data(), work.data(), &ifail, 1);
+        ASSERT_EQ(ifail, 0);
+        for (int p = 0; p < m; ++p)
+            for (int j = 0; j < n; ++j) EXPECT_NEAR(y[p * stride + j], x[p * stride + j], 1e-14) << p << " " << j;
+    }
+}
+
+TEST_P(ManySequences, ComplexSequencesBySequenceAndByElement) {
+    const int n = GetParam(), m = 3;
+    std::vector<double> by_sequence(2 * m * n), by_element(2 * m * n), expected(2 * m * n);
+    for (int p = 0; p < m; ++p) {
+        const std::vector<double> seq = random_reals(2 * n, 13u * p + n);
+        const std::vector<double> z = as_pairs(dft(as_complex(seq), -1));
+        for (int j = 0; j < n; ++j)
+            for (int c = 0; c < 2; ++c) {
+                by_sequence[2 * (p * n + j) + c] = seq[2 * j + c];
+                by_element[2 * (p + j * m) + c] = seq[2 * j + c];
+                expected[2 * (p * n + j) + c] = z[2 * j + c];
+            }
+    }
+    std::vector<double> work(2 * (m + 1) * n);
+    std::vector<double> y = by_sequence;
+    int ifail = 1;
+    C06PRF("F", &m, &n, y.data(), work.data(), &ifail, 1);
+    ASSERT_EQ(ifail, 0);
+    EXPECT_LT(relative_error(y, expected), tolerance(n));
+    EXPECT_EQ(work[0], n == 1 ? 1.0 : (m + 1.0) * n);
+    C06PRF("B", &m, &n, y.data(), work.data(), &ifail, 1);
+    EXPECT_LT(relative_error(y, by_sequence), tolerance(n));
+
+    char errbuf[200];
+    y = by_element;
+    C06PSF("F", m, n, y.data(), work.data(), errbuf, &ifail, 1, 200);
+    ASSERT_EQ(ifail, 0);
+    EXPECT_STREQ(errbuf, "NONE");
+    std::vector<double> transposed(y.size());
+    for (int p = 0; p < m; ++p)
+        for (int j = 0; j < n; ++j)
+            for (int c = 0; c < 2; ++c) transposed[2 * (p * n + j) + c] = y[2 * (p + j * m) + c];
+    EXPECT_LT(relative_error(transposed, expected), tolerance(n));
+    C06PSF("B", m, n, y.data(), work.data(), errbuf, &ifail, 1, 200);
+    EXPECT_LT(relative_error(y, by_element), tolerance(n));
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, ManySequences,
+                         ::testing::Values(1, 2, 3, 4, 5, 6, 7, 8, 9, 12, 14, 15, 16, 18, 20, 23, 30, 36, 64, 66, 97,
+                                           100, 210, 243, 256, 625, 1009),
+                         name_of);
+
+// ---- Multi-dimensional arrays ----
+
+namespace {
+
+// The transform by definition along dimension l (0-based) of a column-major array.
+std::vector<Complex> along(const std::vector<Complex> &x, const std::vector<int> &nd, int l, int sign) {
+    long before = 1, after = 1;
+    for (int i = 0; i < l; ++i) before *= nd[i];
+    for (std::size_t i = l + 1; i < nd.size(); ++i) after *= nd[i];
+    std::vector<Complex> y(x.size());
+    for (long q = 0; q < after; ++q)
+        for (long p = 0; p < before; ++p) {
+            std::vector<Complex> line(nd[l]);
+            for (int j = 0; j < nd[l]; ++j) line[j] = x[p + before * (j + nd[l] * q)];
+            line = dft(line, sign);
+            for (int j = 0; j < nd[l]; ++j) y[p + before * (j + nd[l] * q)] = line[j];
+        }
+    return y;
+}
+
+} // namespace
+
+TEST(MultiDimensional, EachDimensionAndAllMatchDefinition) {
+    const std::vector<std::vector<int>> shapes = {{12}, {4, 7}, {3, 4, 5}, {1, 6, 5}, {5, 1, 1}, {2, 3, 1, 5}};
+    for (const std::vector<int> &nd : shapes) {
+        const int ndim = static_cast<int>(nd.size());
+        int n = 1;
+        for (int d : nd) n *= d;
+        const std::vector<double> x = random_reals(2 * n, 17u + n);
+        std::vector<double> work(2 * 4 * n + 64);
+        const int lwork = static_cast<int>(work.size() / 2);
+        std::vector<Complex> all = as_complex(x);
+        for (int l = 1; l <= ndim; ++l) {
+            std::vector<double> y = x;
+            int ifail = 1;
+            C06PFF("F", &ndim, &l, nd.data(), &n, y.data(), work.data(), &lwork, &ifail, 1);
+            ASSERT_EQ(ifail, 0) << "L = " << l;
+            EXPECT_LT(relative_error(y, as_pairs(along(as_complex(x), nd, l - 1, -1))), tolerance(n)) << "L = " << l;
+            int need = 0;
+            C06_WORK_NEED_BYREF(&ndim, nd.data(), &l, &need);
+            EXPECT_EQ(work[0], need);
+            all = along(all, nd, l - 1, -1);
+        }
+        std::vector<double> y = x;
+        int ifail = 1;
+        C06PJF("F", &ndim, nd.data(), &n, y.data(), work.data(), &lwork, &ifail, 1);
+        ASSERT_EQ(ifail, 0);
+        EXPECT_LT(relative_error(y, as_pairs(all)), tolerance(n)) << "NDIM = " << ndim;
+        C06PJF("B", &ndim, nd.data(), &n, y.data(), work.data(), &lwork, &ifail, 1);
+        EXPECT_LT(relative_error(y, x), tolerance(n));
+    }
+}
+
+// ---- Sine, cosine and quarter-wave transforms ----
+
+namespace {
+
+const long double kPi = 3.141592653589793238462643383279502884L;
+
+enum class Trig { Sine, Cosine, QuarterSineF, QuarterSineB, QuarterCosineF, QuarterCosineB };
+
+// Number of values and the definition of each transform (values indexed from 0 in the array).
+int trig_length(Trig t, int n) {
+    switch (t) {
+    case Trig::Sine: return n - 1;
+    case Trig::Cosine: return n + 1;
+    default: return n;
+    }
+}
+
+std::vector<double> trig_definition(Trig t, int n, const std::vector<double> &x) {
+    const int len = trig_length(t, n);
+    std::vector<double> y(len);
+    const long double rn = std::sqrt(static_cast<long double>(n));
+    for (int a = 0; a < len; ++a) {
+        long double s = 0;
+        for (int b = 0; b < len; ++b) {
+            const long double v = x[b];
+            switch (t) {
+            case Trig::Sine: s += v * std::sin(kPi * (b + 1) * (a + 1) / n); break;
+            case Trig::Cosine: {
+                const long double w = (b == 0 || b == n) ? 0.5L : 1.0L;
+                s += w * v * std::cos(kPi * b * a / n);
+                break;
+            }
+            case Trig::QuarterSineF: { // j = b+1, k = a+1
+                const long double w = b + 1 == n ? 0.5L : 1.0L;
+                s += w * v * std::sin(kPi * (b + 1) * (2 * a + 1) / (2 * n));
+                break;
+            }
+            case Trig::QuarterSineB: s += v * std::sin(kPi * (2 * b + 1) * (a + 1) / (2 * n)); break;
+            case Trig::QuarterCosineF: {
+                const long double w = b == 0 ? 0.5L : 1.0L;
+                s += w * v * std::cos(kPi * b * (2 * a + 1) / (2 * n));
+                break;
+            }
+            case Trig::QuarterCosineB: s += v * std::cos(kPi * (2 * b + 1) * a / (2 * n)); break;
+            }
+        }
+        const long double scale = (t == Trig::Sine || t == Trig::Cosine) ? std::sqrt(2.0L / n)
+                                  : (t == Trig::QuarterSineB || t == Trig::QuarterCosineB) ? 2 / rn
+                                                                                             : 1 / rn;
+        y[a] = static_cast<double>(scale * s);
+    }
+    return y;
+}
+
+void run_trig(Trig t, int m, int n, double *x, double *work, int *ifail) {
+    switch (t) {
+    case Trig::Sine: C06RAF(&m, &n, x, work, ifail); break;
+    case Trig::Cosine: C06RBF(&m, &n, x, work, ifail); break;
+    case Trig::QuarterSineF: C06RCF("F", &m, &n, x, work, ifail, 1); break;
+    case Trig::QuarterSineB: C06RCF("B", &m, &n, x, work, ifail, 1); break;
+    case Trig::QuarterCosineF: C06RDF("f", &m, &n, x, work, ifail, 1); break;
+    case Trig::QuarterCosineB: C06RDF("B", &m, &n, x, work, ifail, 1); break;
+    }
+}
+
+Trig inverse_of(Trig t) {
+    switch (t) {
+    case Trig::QuarterSineF: return Trig::QuarterSineB;
+    case Trig::QuarterSineB: return Trig::QuarterSineF;
+    case Trig::QuarterCosineF: return Trig::QuarterCosineB;
+    case Trig::QuarterCosineB: return Trig::QuarterCosineF;
+    default: return t;
+    }
+}
+
+} // namespace
+
+TEST(TrigTransforms, MatchDefinitionsAndInvert) {
+    const Trig kinds[] = {Trig::Sine,           Trig::Cosine,        Trig::QuarterSineF,
+                          Trig::QuarterSineB,   Trig::QuarterCosineF, Trig::QuarterCosineB};
+    const int m = 3;
+    for (Trig t : kinds) {
+        for (int n : {1, 2, 3, 4, 5, 6, 7, 8, 9, 12, 15, 16, 23, 30, 64, 100}) {
+            const int len = trig_length(t, n);
+            std::vector<double> x(m * (n + 2), 0.0), expected(m * (n + 2), 0.0);
+            for (int p = 0; p < m; ++p) {
+                const std::vector<double> seq = random_reals(len, 31u * p + n);
+                const std::vector<double> y = trig_definition(t, n, seq);
+                for (int j = 0; j < len; ++j) {
+                    x[p + j * m] = seq[j];
+                    expected[p + j * m] = y[j];
+                }
+            }
+            std::vector<double> y = x, work((n + 2) * m + 2 * n);
+            int ifail = 1;
+            run_trig(t, m, n, y.data(), work.data(), &ifail);
+            ASSERT_EQ(ifail, 0);
+            EXPECT_EQ(work[0], (n + 2.0) * m + 2.0 * n);
+            std::vector<double> got(y.begin(), y.begin() + m * len), want(expected.begin(), expected.begin() + m * len),
+                original(x.begin(), x.begin() + m * len);
+            EXPECT_LT(relative_error(got, want), tolerance(n)) << static_cast<int>(t) << " N = " << n;
+            run_trig(inverse_of(t), m, n, y.data(), work.data(), &ifail);
+            std::vector<double> back(y.begin(), y.begin() + m * len);
+            EXPECT_LT(relative_error(back, original), tolerance(n)) << static_cast<int>(t) << " N = " << n;
+        }
+    }
+}
