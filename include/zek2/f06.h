@@ -263,6 +263,71 @@ ZEK_API void f06snf_ENTRY(int selector, int m, int n, double alpha_re, double al
 ZEK_API void F06SNF(int m, int n, double alpha_re, double alpha_im, const double *x, int incx, const double *y,
                     int incy, double *a, int lda) ZEK_SYMBOL("q44496");
 
+/* C := alpha*op(A)*op(B) + beta*C, C(LDC, N) m by n, op(A) m by k, op(B) k by n.
+ * Checked: 1 TRANSA, 2 TRANSB, 3 M, 4 N, 5 K, 8 LDA, 10 LDB, 13 LDC. */
+ZEK_API void f06yaf_ENTRY(int selector, const char *transa, const char *transb, int m, int n, int k, double alpha,
+                          const double *a, int lda, const double *b, int ldb, double beta, double *c, int ldc,
+                          int transa_len, int transb_len) ZEK_SYMBOL("f06yaf_ENTRY");
+ZEK_API void F06YAF(const char *transa, const char *transb, int m, int n, int k, double alpha, const double *a,
+                    int lda, const double *b, int ldb, double beta, double *c, int ldc, int transa_len, int transb_len)
+    ZEK_SYMBOL("q78636");
+
+/* B := alpha*op(A)*B (SIDE 'L') or alpha*B*op(A) (SIDE 'R'), B(LDB, N) m by n, A triangular of order m or n.
+ * Checked: 1 SIDE, 2 UPLO, 3 TRANSA, 4 DIAG, 5 M, 6 N, 9 LDA, 11 LDB. */
+ZEK_API void F06YFF_MASTER(int selector, const char *side, const char *uplo, const char *transa, const char *diag,
+                           int m, int n, double alpha, const double *a, int lda, double *b, int ldb, int side_len,
+                           int uplo_len, int transa_len, int diag_len) ZEK_SYMBOL("q16429");
+ZEK_API void F06YFF(const char *side, const char *uplo, const char *transa, const char *diag, int m, int n,
+                    double alpha, const double *a, int lda, double *b, int ldb, int side_len, int uplo_len,
+                    int transa_len, int diag_len) ZEK_SYMBOL("q85362");
+
+/* B := alpha*inv(op(A))*B (SIDE 'L') or alpha*B*inv(op(A)) (SIDE 'R') (no test for singularity).
+ * Checked: 1 SIDE, 2 UPLO, 3 TRANSA, 4 DIAG, 5 M, 6 N, 9 LDA, 11 LDB. */
+ZEK_API void f06yjf_ENTRY(int selector, const char *side, const char *uplo, const char *transa, const char *diag, int m,
+                          int n, double alpha, const double *a, int lda, double *b, int ldb, int side_len,
+                          int uplo_len, int transa_len, int diag_len) ZEK_SYMBOL("f06yjf_ENTRY");
+ZEK_API void F06YJF(const char *side, const char *uplo, const char *transa, const char *diag, int m, int n,
+                    double alpha, const double *a, int lda, double *b, int ldb, int side_len, int uplo_len,
+                    int transa_len, int diag_len) ZEK_SYMBOL("q86419");
+
+/* C := alpha*A*A' + beta*C (TRANS 'N', A n by k) or alpha*A'*A + beta*C (A k by n) on the UPLO triangle
+ * of C(LDC, N).  Checked: 1 UPLO, 2 TRANS, 3 N, 4 K, 7 LDA, 10 LDC. */
+ZEK_API void F06YPF_MASTER(int selector, const char *uplo, const char *trans, int n, int k, double alpha,
+                           const double *a, int lda, double beta, double *c, int ldc, int uplo_len, int trans_len)
+    ZEK_SYMBOL("q52875");
+ZEK_API void F06YPF(const char *uplo, const char *trans, int n, int k, double alpha, const double *a, int lda,
+                    double beta, double *c, int ldc, int uplo_len, int trans_len) ZEK_SYMBOL("q39867");
+ZEK_API void F06YPF_COPY(const char *uplo, const char *trans, int n, int k, double alpha, const double *a, int lda,
+                         double beta, double *c, int ldc, int uplo_len, int trans_len) ZEK_SYMBOL("q75349");
+
+/* Complex C := alpha*op(A)*op(B) + beta*C (op 'N', 'T' or 'C').
+ * Checked: 1 TRANSA, 2 TRANSB, 3 M, 4 N, 5 K, 8 LDA, 10 LDB, 13 LDC. */
+ZEK_API void f06zaf_ENTRY(int selector, const char *transa, const char *transb, int m, int n, int k, double alpha_re,
+                          double alpha_im, const double *a, int lda, const double *b, int ldb, double beta_re,
+                          double beta_im, double *c, int ldc, int transa_len, int transb_len)
+    ZEK_SYMBOL("f06zaf_ENTRY");
+ZEK_API void F06ZAF(const char *transa, const char *transb, int m, int n, int k, double alpha_re, double alpha_im,
+                    const double *a, int lda, const double *b, int ldb, double beta_re, double beta_im, double *c,
+                    int ldc, int transa_len, int transb_len) ZEK_SYMBOL("q59812");
+
+/* Complex B := alpha*inv(op(A))*B or alpha*B*inv(op(A)).
+ * Checked: 1 SIDE, 2 UPLO, 3 TRANSA, 4 DIAG, 5 M, 6 N, 9 LDA, 11 LDB. */
+ZEK_API void f06zjf_ENTRY(int selector, const char *side, const char *uplo, const char *transa, const char *diag, int m,
+                          int n, double alpha_re, double alpha_im, const double *a, int lda, double *b, int ldb,
+                          int side_len, int uplo_len, int transa_len, int diag_len) ZEK_SYMBOL("f06zjf_ENTRY");
+ZEK_API void F06ZJF(const char *side, const char *uplo, const char *transa, const char *diag, int m, int n,
+                    double alpha_re, double alpha_im, const double *a, int lda, double *b, int ldb, int side_len,
+                    int uplo_len, int transa_len, int diag_len) ZEK_SYMBOL("q58987");
+
+/* Hermitian C := alpha*A*A^H + beta*C (TRANS 'N') or alpha*A^H*A + beta*C (TRANS 'C'), real alpha and
+ * beta, on the UPLO triangle; the diagonal of C is made real.  Checked: 1 UPLO, 2 TRANS, 3 N, 4 K, 7 LDA,
+ * 10 LDC. */
+ZEK_API void f06zpf_ENTRY(int selector, const char *uplo, const char *trans, int n, int k, double alpha,
+                          const double *a, int lda, double beta, double *c, int ldc, int uplo_len, int trans_len)
+    ZEK_SYMBOL("f06zpf_ENTRY");
+ZEK_API void F06ZPF(const char *uplo, const char *trans, int n, int k, double alpha, const double *a, int lda,
+                    double beta, double *c, int ldc, int uplo_len, int trans_len) ZEK_SYMBOL("q82150");
+
 ZEK_END_DECLS
 
 #endif
