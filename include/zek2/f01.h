@@ -1,0 +1,63 @@
+/* Chapter F01: matrix factorisations and operations (QR factorisation by reflectors and its
+ * application, inversion, transposition, reduction to bidiagonal form).
+ *
+ * The reflector form of the QR routines: after F01QCF the M by N matrix A (M >= N) holds R in its upper
+ * triangle and, below the diagonal of column k, the vector z of reflector k, whose first component
+ * zeta is in ZETA(k).  Reflector k is H(k) = I - u*u' with u = (zeta, z')' acting on rows k..M; zeta 0
+ * stands for the identity.  Q = H(1)*...*H(N) and A = Q*[R; 0].  Nothing is scaled: there is no tau.
+ *
+ * Failure reports.  F01QCF and F01QDF check all their arguments and count the bad ones; each is
+ * printed on the stream channel (only the first letters of the names and value, as
+ * " *****  Parameter  M  is invalid in routine  F  *****") unless IFAIL asks for silence, and the count
+ * ends the call with IFAIL = 1 and the record "    The input parameters contained  n error(s)".  These
+ * reports never end the process, whatever IFAIL asks.  F01QCZ and F01QDZ do the same on the host
+ * channel, where a hard request does end it.  The C-style routines raise catalogue codes on their fail
+ * record.
+ */
+#ifndef ZEK2_F01_H
+#define ZEK2_F01_H
+
+#include "types.h"
+
+ZEK_BEGIN_DECLS
+
+/* Enumerations of the C-style layer for F01. */
+enum { Zek_NoTranspose = 1001, Zek_Transpose = 1002, Zek_ConjugateTranspose = 1003 };
+/* Where the zetas of a QR factorisation are: on the diagonal of A, or in a separate array. */
+enum { Zek_ElementsIn = 1101, Zek_ElementsSeparate = 1102 };
+
+/* QR factorisation A = Q*R of the M by N matrix A, M >= N >= 0, LDA >= M; ZETA(N).  N = 0 succeeds at
+ * once; when M = N, ZETA(N) is 0.  IFAIL 1: argument errors (M < N, N < 0, LDA < M), counted. */
+ZEK_API void F01QCF(const int *m, const int *n, double *a, const int *lda, double *zeta, int *ifail)
+    ZEK_SYMBOL("q74117");
+/* F01QCF reporting on the host channel. */
+ZEK_API void F01QCZ(const int *m, const int *n, double *a, const int *lda, double *zeta, int *ifail)
+    ZEK_SYMBOL("q80523");
+/* C-style twin of F01QCF: codes 17 ZE_2_INT_ARG_LT (m < n, tda < m) and 11 ZE_INT_ARG_LT (n < 0). */
+ZEK_API void f01qcc(int m, int n, double *a, int tda, double *zeta, ZekFail *fail) ZEK_SYMBOL("q94800");
+
+/* B := Q'*B (TRANS 'T' or 'C') or Q*B (TRANS 'N') for the M by NCOLB matrix B (LDB >= M), with Q from
+ * F01QCF held in A (LDA >= M) and, for WHERET 'S', ZETA(N); for WHERET 'I' the zetas stand on the
+ * diagonal of A.  A is restored on return.  WORK(NCOLB).  min(N, NCOLB) = 0 returns after the checks.
+ * IFAIL 1: argument errors (TRANS, WHERET, M < N, N < 0, LDA < M, NCOLB < 0, LDB < M), counted. */
+ZEK_API void F01QDF(const char *trans, const char *wheret, const int *m, const int *n, double *a, const int *lda,
+                    const double *zeta, const int *ncolb, double *b, const int *ldb, double *work, int *ifail,
+                    int trans_len, int wheret_len) ZEK_SYMBOL("q31939");
+/* F01QDF reporting on the host channel. */
+ZEK_API void F01QDZ(const char *trans, const char *wheret, const int *m, const int *n, double *a, const int *lda,
+                    const double *zeta, const int *ncolb, double *b, const int *ldb, double *work, int *ifail,
+                    int trans_len, int wheret_len) ZEK_SYMBOL("q28566");
+/* C-style twin of F01QDF: TRANS Zek_NoTranspose, Zek_Transpose or Zek_ConjugateTranspose; WHERET
+ * Zek_ElementsIn or Zek_ElementsSeparate.  Codes 70 ZE_BAD_PARAM (trans, wheret), 17 (m < n, tda < m,
+ * tdb < m), 11 (n < 0, ncolb < 0), 73 ZE_ALLOC_FAIL (its workspace of ncolb reals). */
+ZEK_API void f01qdc(int trans, int wheret, int m, int n, double *a, int tda, const double *zeta, int ncolb, double *b,
+                    int tdb, ZekFail *fail) ZEK_SYMBOL("q11684");
+
+/* In-place transposition: A holds an M by N matrix column by column (leading dimension M) and on
+ * return its N by M transpose (leading dimension N).  Allocates M*N bytes of marks.  Codes 11
+ * ZE_INT_ARG_LT (m < 1, n < 1) and 73 ZE_ALLOC_FAIL. */
+ZEK_API void f01crc(double *a, int m, int n, ZekFail *fail) ZEK_SYMBOL("q98876");
+
+ZEK_END_DECLS
+
+#endif

@@ -1,0 +1,303 @@
+// Determinants (F03AAF, F03AFF, f03afc) and linear equations with and without iterative refinement
+// (f04aec, f04ahc, f04ajc).
+#include "kernels/linear_equations.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+
+#include "frame/ifail.h"
+#include "frame/machine.h"
+#include "frame/raise.h"
+#include "kernels/level1.h"
+#include "kernels/level2.h"
+#include "kernels/lu.h"
+#include "zek2/f03.h"
+#include "zek2/f04.h"
+#include "zek2/frame.h"
+#include "zek2/x03.h"
+
+namespace zek {
+
+int scaled_lu(int n, double eps, double *a, int lda, double *p, double *d1, int *id) {
+    const std::ptrdiff_t ld = lda;
+    *d1 = 1.0;
+    *id = 0;
+    // Reciprocal row norms, the weights of the pivot choice.
+    for (int i = 0; i < n; ++i) {
+        const double s = dnrm2(n, a + i, lda);
+        if (s == 0.0) {
+            *d1 = 0.0;
+            return 1;
+        }
+        p[i] = 1.0 / s;
+    }
+    for (int k = 0; k < n; ++k) {
+        double best = -1.0;
+        int piv = k;
+        for (int i = k; i < n; ++i) {
+            const double v = std::fabs(a[i + k * ld]) * p[i];
+            if (v > best) {
+                best = v;
+                piv = i;
+            }
+        }
+        if (!(best > eps)) {
+            *d1 = 0.0;
+            *id = 0;
+            return 1;
+        }
+        if (piv != k) {
+            swap(n, a + k, lda, a + piv, lda);
+            p[piv] = p[k];
+            *d1 = -*d1;
+        }
+        p[k] = static_cast<double>(piv + 1);
+        double *akk = a + k + k * ld;
+        *d1 *= *akk;
+        // Keep D1 in [1/16, 1): the exponent goes to ID in steps of four.
+        while (std::fabs(*d1) >= 1.0) {
+            *d1 *= 0.0625;
+            *id += 4;
+        }
+        while (std::fabs(*d1) < 0.0625) {
+            *d1 *= 16.0;
+            *id -= 4;
+        }
+        if (k + 1 < n) {
+            scal(n - k - 1, 1.0 / *akk, akk + 1, 1);
+            dger(n - k - 1, n - k - 1, -1.0, akk + 1, 1, akk + ld, lda, akk + 1 + ld, lda);
+        }
+    }
+    return 0;
+}
+
+int refined_solve(int n, int nrhs, const double *a, int lda, const double *lu, int ldlu, const int *ipiv,
+                  const double *b, int ldb, double *x, int ldx, double *r, int ldr, double *work) {
+    const double eps = precision();
+    constexpr int kMaxSteps = 40;
+    double *res = work, *col = work + n;
+    int status = 0;
+    for (int j = 0; j < nrhs; ++j) {
+        const double *bj = b + static_cast<std::ptrdiff_t>(j) * ldb;
+        double *xj = x + static_cast<std::ptrdiff_t>(j) * ldx;
+        copy(n, bj, 1, xj, 1);
+        getrs('N', n, 1, lu, ldlu, ipiv, xj, n);
+        double previous = std::numeric_limits<double>::infinity();
+        bool converged = false;
+        for (int step = 0; step < kMaxSteps && !converged; ++step) {
+            // r = b - A*x with every inner product accumulated in double-double form.
+            for (int i = 0; i < n; ++i) {
+                double hi = 0.0, lo = 0.0;
+                ZekFail local = clean_fail();
+                x03aac(a + i, 0, xj, 0, n, lda, 1, -bj[i], 0.0, &hi, &lo, 1, &local);
+                res[i] = -(hi + lo);
+            }
+            copy(n, res, 1, col, 1);
+            getrs('N', n, 1, lu, ldlu, ipiv, col, n);
+            const double dnorm = std::fabs(col[iamax(n, col, 1) - 1]);
+            const double xnorm = std::fabs(xj[iamax(n, xj, 1) - 1]);
+            if (!(dnorm < 0.5 * previous) && step > 0) {
+                // The correction no longer shrinks: either it is down to rounding level, or the
+                // refinement diverges.
+                if (dnorm > 2.0 * eps * xnorm) status = 1;
+                converged = true;
+                break;
+            }
+            axpy(n, 1.0, col, 1, xj, 1);
+            previous = dnorm;
+            if (dnorm <= eps * xnorm) converged = true;
+        }
+        if (!converged) status = 1;
+        if (r != nullptr) {
+            double *rj = r + static_cast<std::ptrdiff_t>(j) * ldr;
+            for (int i = 0; i < n; ++i) {
+                double hi = 0.0, lo = 0.0;
+                ZekFail local = clean_fail();
+                x03aac(a + i, 0, xj, 0, n, lda, 1, -bj[i], 0.0, &hi, &lo, 1, &local);
+                rj[i] = -(hi + lo);
+            }
+        }
+    }
+    return status;
+}
+
+namespace {
+
+// The common failure exits of F03AAF and F03AFF.
+bool f03_arguments(FailureExit &exit, int n, int lda) {
+    if (n < 1) {
+        exit.fail(2, 99999, " ** On entry, N .lt. 1: N =%16ld.", {static_cast<long>(n)});
+        return false;
+    }
+    if (lda < n) {
+        exit.fail(2, 99998, " ** On entry, IA .lt. N: IA =%16ld, N =%16ld.", {static_cast<long>(lda), static_cast<long>(n)});
+        return false;
+    }
+    return true;
+}
+
+constexpr const char *kSingular = " ** The matrix A is singular, possibly due to rounding errors.";
+
+// The one-based integer pivots of the real pivot array of scaled_lu.
+void integer_pivots(int n, const double *p, int *ipiv) {
+    for (int i = 0; i < n; ++i) ipiv[i] = static_cast<int>(p[i]);
+}
+
+// The catalogue's checks shared by the C-style routines: an order and leading dimensions.
+bool raise_order(ZekFail *fail, const char *name, const char *nname, int n) {
+    if (n < 1) {
+        raise_int_arg(fail, name, kIntArgLt, nname, "1", n);
+        return true;
+    }
+    return false;
+}
+bool raise_leading(ZekFail *fail, const char *name, const char *tdname, int td, const char *nname, int n) {
+    if (td < n) {
+        raise_formatted(fail, name, 17, tdname, static_cast<long>(td), nname, static_cast<long>(n), tdname, nname);
+        return true;
+    }
+    return false;
+}
+
+} // namespace
+
+} // namespace zek
+
+extern "C" void F03AFF(const int *n, const double *eps, double *a, const int *ia, double *d1, int *id, double *p,
+                       int *ifail) {
+    zek::FailureExit exit("F03AFF", nullptr, ifail);
+    if (!zek::f03_arguments(exit, *n, *ia)) return;
+    const double tol = *eps > 0.0 ? *eps : zek::precision();
+    if (zek::scaled_lu(*n, tol, a, *ia, p, d1, id) != 0) {
+        exit.fail(1, 99997, zek::kSingular);
+        return;
+    }
+    exit.succeed();
+}
+
+extern "C" void F03AAF(double *a, const int *ia, const int *n, double *det, double *wkspce, int *ifail) {
+    zek::FailureExit exit("F03AAF", nullptr, ifail);
+    if (!zek::f03_arguments(exit, *n, *ia)) return;
+    double d1 = 0.0;
+    int id = 0;
+    if (zek::scaled_lu(*n, zek::precision(), a, *ia, wkspce, &d1, &id) != 0) {
+        *det = 0.0;
+        exit.fail(1, 99997, zek::kSingular);
+        return;
+    }
+    const double value = std::ldexp(d1, id);
+    if (std::isinf(value)) {
+        *det = 0.0;
+        exit.fail(3, 99996, " ** The determinant is too large to be represented: DETERMINANT = D1*2**ID, ID =%16ld.",
+                  {static_cast<long>(id)});
+        return;
+    }
+    if (std::fabs(value) < zek::safe_minimum()) {
+        *det = 0.0;
+        exit.fail(4, 99995, " ** The determinant is too small to be represented: DETERMINANT = D1*2**ID, ID =%16ld.",
+                  {static_cast<long>(id)});
+        return;
+    }
+    *det = value;
+    exit.succeed();
+}
+
+extern "C" void f03afc(int n, double *a, int tda, int *pivot, double *detf, int *dete, ZekFail *fail) {
+    const char *name = "f03afc";
+    zek::clear_fail(fail);
+    if (zek::raise_order(fail, name, "n", n) || zek::raise_leading(fail, name, "tda", tda, "n", n)) return;
+    void *p = ZEK_ALLOCATE(sizeof(double) * static_cast<std::size_t>(n));
+    if (p == nullptr) {
+        zek::raise_plain(fail, name, zek::kAllocFail);
+        return;
+    }
+    double *pr = static_cast<double *>(p);
+    const int singular = zek::scaled_lu(n, zek::precision(), a, tda, pr, detf, dete);
+    if (singular == 0) zek::integer_pivots(n, pr, pivot);
+    ZEK_RELEASE(&p);
+    if (singular != 0) {
+        zek::raise_plain(fail, name, zek::kSingularMatrix);
+        return;
+    }
+    zek::raise_success(fail, name);
+}
+
+extern "C" void f04ajc(int n, int nrhs, const double *a, int tda, const int *pivot, double *b, int tdb, ZekFail *fail) {
+    const char *name = "f04ajc";
+    zek::clear_fail(fail);
+    if (zek::raise_order(fail, name, "n", n) || zek::raise_order(fail, name, "nrhs", nrhs) ||
+        zek::raise_leading(fail, name, "tda", tda, "n", n) || zek::raise_leading(fail, name, "tdb", tdb, "n", n))
+        return;
+    zek::getrs('N', n, nrhs, a, tda, pivot, b, tdb);
+    zek::raise_success(fail, name);
+}
+
+namespace {
+
+// Argument checks of the refinement routines, in their declared order.
+bool refinement_arguments(ZekFail *fail, const char *name, int n, int nrhs, int tda, int tdaa, const char *tdaa_name,
+                          int tdb, int tdx) {
+    return zek::raise_order(fail, name, "n", n) || zek::raise_order(fail, name, "nrhs", nrhs) ||
+           zek::raise_leading(fail, name, "tda", tda, "n", n) ||
+           zek::raise_leading(fail, name, tdaa_name, tdaa, "n", n) ||
+           zek::raise_leading(fail, name, "tdb", tdb, "n", n) || zek::raise_leading(fail, name, "tdx", tdx, "n", n);
+}
+
+void run_refinement(const char *name, int n, int nrhs, const double *a, int tda, const double *aa, int tdaa,
+                    const int *pivot, const double *b, int tdb, double *x, int tdx, double *bb, int tdbb,
+                    ZekFail *fail) {
+    void *work = ZEK_ALLOCATE(sizeof(double) * 2 * static_cast<std::size_t>(n));
+    if (work == nullptr) {
+        zek::raise_plain(fail, name, zek::kAllocFail);
+        return;
+    }
+    const int status = zek::refined_solve(n, nrhs, a, tda, aa, tdaa, pivot, b, tdb, x, tdx, bb, tdbb,
+                                          static_cast<double *>(work));
+    ZEK_RELEASE(&work);
+    if (status != 0) {
+        zek::raise_plain(fail, name, zek::kRefinementFailed);
+        return;
+    }
+    zek::raise_success(fail, name);
+}
+
+} // namespace
+
+extern "C" void f04ahc(int n, int nrhs, const double *a, int tda, const double *aa, int tdaa, const int *pivot,
+                       const double *b, int tdb, double *x, int tdx, double *bb, int tdbb, ZekFail *fail) {
+    const char *name = "f04ahc";
+    zek::clear_fail(fail);
+    if (refinement_arguments(fail, name, n, nrhs, tda, tdaa, "tdaa", tdb, tdx)) return;
+    if (bb != nullptr && zek::raise_leading(fail, name, "tdbb", tdbb, "n", n)) return;
+    run_refinement(name, n, nrhs, a, tda, aa, tdaa, pivot, b, tdb, x, tdx, bb, tdbb, fail);
+}
+
+extern "C" void f04aec(int n, int nrhs, const double *a, int tda, const double *b, int tdb, double *aa, int tdaa,
+                       double *x, int tdx, double *bb, int tdbb, ZekFail *fail) {
+    const char *name = "f04aec";
+    zek::clear_fail(fail);
+    if (refinement_arguments(fail, name, n, nrhs, tda, tdaa, "tdaa", tdb, tdx)) return;
+    if (bb != nullptr && zek::raise_leading(fail, name, "tdbb", tdbb, "n", n)) return;
+    const std::ptrdiff_t la = tda, laa = tdaa;
+    for (int j = 0; j < n; ++j) zek::copy(n, a + j * la, 1, aa + j * laa, 1);
+    void *space = ZEK_ALLOCATE((sizeof(double) + sizeof(int)) * static_cast<std::size_t>(n));
+    if (space == nullptr) {
+        zek::raise_plain(fail, name, zek::kAllocFail);
+        return;
+    }
+    double *p = static_cast<double *>(space);
+    int *pivot = reinterpret_cast<int *>(p + n);
+    double d1 = 0.0;
+    int id = 0;
+    const int singular = zek::scaled_lu(n, zek::precision(), aa, tdaa, p, &d1, &id);
+    if (singular == 0) zek::integer_pivots(n, p, pivot);
+    if (singular != 0) {
+        ZEK_RELEASE(&space);
+        zek::raise_plain(fail, name, zek::kSingularMatrix);
+        return;
+    }
+    run_refinement(name, n, nrhs, a, tda, aa, tdaa, pivot, b, tdb, x, tdx, bb, tdbb, fail);
+    ZEK_RELEASE(&space);
+}

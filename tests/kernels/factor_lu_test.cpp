@@ -1,0 +1,254 @@
+// LU factorisation (F07ADF, F07ADG, F07ARF) and the block-size store.
+#include <gtest/gtest.h>
+
+#include <complex>
+#include <string>
+#include <tuple>
+
+#include "factor_test_support.h"
+#include "kernels/block_size.h"
+#include "kernels/lu.h"
+#include "zek2/f07.h"
+
+using namespace zek_test;
+
+namespace {
+
+// Sets the block size of F07ADF for the life of the object.
+class BlockSize {
+public:
+    BlockSize(const char *name, int nb) : name_(name) {
+        const int param = 1, get = 0, set = 1;
+        F07_BLOCK_SIZE(&param, name_, &saved_, &get, 6);
+        F07_BLOCK_SIZE(&param, name_, &nb, &set, 6);
+    }
+    ~BlockSize() {
+        const int param = 1, set = 1;
+        F07_BLOCK_SIZE(&param, name_, &saved_, &set, 6);
+    }
+
+private:
+    const char *name_;
+    int saved_ = 0;
+};
+
+struct LuResult {
+    Mat f;
+    std::vector<int> ipiv;
+    int info = 0;
+};
+
+LuResult dgetrf_with(const Mat &a, int nb) {
+    BlockSize bs("F07ADF", nb);
+    LuResult r{a, std::vector<int>(std::max(1, std::min(a.m, a.n))), 0};
+    F07ADF(&r.f.m, &r.f.n, r.f.data(), &r.f.ld, r.ipiv.data(), &r.info);
+    return r;
+}
+
+} // namespace
+
+// ---- Backward error over shapes, kinds and block sizes ---------------------------------------------
+
+class LuBackwardError : public ::testing::TestWithParam<std::tuple<Kind, int, int, int>> {};
+
+TEST_P(LuBackwardError, FactorsReproduceTheMatrixAndBlockedEqualsUnblocked) {
+    const auto [kind, m, n, nb] = GetParam();
+    const Mat a = make_matrix(kind, m, n, 7u + m + 3u * n, m + 2);
+    const LuResult unblocked = dgetrf_with(a, 1);
+    const LuResult blocked = dgetrf_with(a, nb);
+    EXPECT_LT(scaled_difference(a, lu_product(unblocked.f, unblocked.ipiv)), 2.0);
+    // The blocked update adds the same products in the same order as the rank-one updates.
+    EXPECT_EQ(blocked.ipiv, unblocked.ipiv);
+    EXPECT_EQ(blocked.f.v, unblocked.f.v);
+    EXPECT_EQ(blocked.info, unblocked.info);
+    if (kind == Kind::ZeroColumn && m >= n) {
+        EXPECT_GT(unblocked.info, 0);
+    }
+    if (kind == Kind::Random) {
+        EXPECT_EQ(unblocked.info, 0);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, LuBackwardError,
+    ::testing::Combine(::testing::Values(Kind::Random, Kind::Graded, Kind::RankDeficient, Kind::ZeroColumn),
+                       ::testing::Values(1, 37, 80), ::testing::Values(1, 29, 80), ::testing::Values(4, 16)),
+    [](const auto &info) {
+        return std::string(kind_name(std::get<0>(info.param))) + "_" + std::to_string(std::get<1>(info.param)) + "x" +
+               std::to_string(std::get<2>(info.param)) + "_nb" + std::to_string(std::get<3>(info.param));
+    });
+
+TEST(LuFactor, ExactlySingularMatrixGivesFirstZeroPivotAndCompleteFactors) {
+    // Column 2 is twice column 1, so the second pivot is exactly zero; the loop goes on and the third
+    // column is still eliminated.
+    Mat a(3, 3);
+    const double cols[3][3] = {{1, 2, 4}, {2, 4, 8}, {3, 1, 5}};
+    for (int j = 0; j < 3; ++j)
+        for (int i = 0; i < 3; ++i) a(i, j) = cols[j][i];
+    const LuResult r = dgetrf_with(a, 1);
+    EXPECT_EQ(r.info, 2);
+    EXPECT_LT(scaled_difference(a, lu_product(r.f, r.ipiv)), 2.0);
+}
+
+TEST(LuFactor, EmptyMatrixAndMasterSelectors) {
+    int m = 0, n = 5, lda = 1, info = -7;
+    int ipiv[1] = {0};
+    F07ADF(&m, &n, nullptr, &lda, ipiv, &info);
+    EXPECT_EQ(info, 0);
+    const Mat a = make_matrix(Kind::Random, 6, 6, 3);
+    Mat b0 = a, b1 = a;
+    std::vector<int> p0(6), p1(6);
+    int i0 = 0, i1 = 0;
+    f07adf_ENTRY(0, &b0.m, &b0.n, b0.data(), &b0.ld, p0.data(), &i0);
+    f07adf_ENTRY(1, &b1.m, &b1.n, b1.data(), &b1.ld, p1.data(), &i1);
+    EXPECT_EQ(b0.v, b1.v);
+    EXPECT_EQ(p0, p1);
+}
+
+// Illegal arguments leave INFO as the only report: nothing is printed and nothing ends.
+TEST(LuFactor, IllegalArgumentsAreReportedSilentlyThroughInfo) {
+    struct Case {
+        int m, n, lda, info;
+    };
+    const Case cases[] = {{-1, 2, 2, -1}, {2, -3, 2, -2}, {3, 3, 2, -4}, {0, 0, 0, -4}};
+    for (const Case &c : cases) {
+        StdoutCapture capture;
+        double a[9] = {0};
+        int ipiv[3];
+        double piv[3];
+        int info = 0, info_g = 0, info_z = 0;
+        F07ADF(&c.m, &c.n, a, &c.lda, ipiv, &info);
+        F07ADG(&c.m, &c.n, a, &c.lda, piv, &info_g);
+        F07ARF(&c.m, &c.n, a, &c.lda, ipiv, &info_z);
+        EXPECT_EQ(info, c.info);
+        EXPECT_EQ(info_g, c.info);
+        EXPECT_EQ(info_z, c.info);
+        EXPECT_EQ(capture.text(), "");
+    }
+}
+
+// F07ADG: the Crout form on real pivots (L carries the diagonal, U unit upper), blocked and not.
+TEST(LuFactor, RealPivotCroutFormReproducesTheMatrix) {
+    for (int nb : {1, 5, 13}) {
+        BlockSize bs("F07ADF", nb);
+        for (Kind kind : {Kind::Random, Kind::Graded, Kind::ZeroColumn}) {
+            const Mat a = make_matrix(kind, 40, 33, 11);
+            Mat f = a;
+            std::vector<double> piv(33);
+            int info = 0;
+            F07ADG(&f.m, &f.n, f.data(), &f.ld, piv.data(), &info);
+            std::vector<int> ipiv(piv.begin(), piv.end());
+            // An exactly zero pivot leaves a zero on L's diagonal, and the row of U beside it cannot be
+            // scaled: the Crout form then no longer represents A, so only INFO is checked there.
+            EXPECT_EQ(info > 0, kind == Kind::ZeroColumn);
+            if (info == 0) {
+                EXPECT_LT(scaled_difference(a, lu_product(f, ipiv, /*unit_l=*/false)), 2.0) << kind_name(kind) << nb;
+            }
+        }
+    }
+}
+
+// ---- Complex ---------------------------------------------------------------------------------------
+
+TEST(LuFactor, ComplexFactorsReproduceTheMatrix) {
+    using C = std::complex<double>;
+    const int m = 31, n = 24;
+    Random rng(5);
+    std::vector<C> a(std::size_t(m) * n);
+    for (C &z : a) z = C(rng.next(), rng.next());
+    for (int nb : {1, 6}) {
+        BlockSize bs("F07ARF", nb);
+        std::vector<C> f = a;
+        std::vector<int> ipiv(n);
+        int info = 0;
+        F07ARF(&m, &n, reinterpret_cast<double *>(f.data()), &m, ipiv.data(), &info);
+        EXPECT_EQ(info, 0);
+        // P*L*U, reconstructed column by column.
+        std::vector<C> p(std::size_t(m) * n, C(0));
+        for (int j = 0; j < n; ++j)
+            for (int l = 0; l <= std::min(j, n - 1); ++l)
+                for (int i = l; i < m; ++i) p[i + j * m] += (i == l ? C(1) : f[i + l * m]) * f[l + j * m];
+        for (int i = n - 1; i >= 0; --i)
+            if (ipiv[i] - 1 != i)
+                for (int j = 0; j < n; ++j) std::swap(p[i + j * m], p[ipiv[i] - 1 + j * m]);
+        double err = 0.0, norm = 0.0;
+        for (std::size_t k = 0; k < a.size(); ++k) {
+            err = std::max(err, std::abs(a[k] - p[k]));
+            norm = std::max(norm, std::abs(a[k]));
+        }
+        EXPECT_LT(err / (norm * n * kEps), 2.0) << "nb " << nb;
+    }
+}
+
+// ---- Against reference LAPACK -----------------------------------------------------------------------
+
+TEST(LuReference, SameFactorsAndPivotsAsReferenceDgetrfAndZgetrf) {
+    const PeerBlas &lapack = reference_lapack();
+    ASSERT_TRUE(lapack.loaded()) << lapack.error();
+    using Dgetrf = void (*)(const int *, const int *, double *, const int *, int *, int *);
+    auto dgetrf = lapack.get<Dgetrf>("dgetrf");
+    auto zgetrf = lapack.get<Dgetrf>("zgetrf");
+    ASSERT_NE(dgetrf, nullptr);
+    for (auto [m, n] : {std::pair{50, 50}, std::pair{70, 41}, std::pair{33, 60}}) {
+        const Mat a = make_matrix(Kind::Random, m, n, 99);
+        const LuResult ours = dgetrf_with(a, 16);
+        Mat ref = a;
+        std::vector<int> ipiv(std::min(m, n));
+        int info = 0;
+        dgetrf(&m, &n, ref.data(), &ref.ld, ipiv.data(), &info);
+        EXPECT_EQ(ours.ipiv, ipiv);
+        expect_near_vectors(ours.f.v, ref.v, 1e-12, "dgetrf factors");
+        // The complex factorisation of a real matrix is the real one.
+        std::vector<double> z(2 * a.v.size(), 0.0), zr;
+        for (std::size_t k = 0; k < a.v.size(); ++k) z[2 * k] = a.v[k];
+        zr = z;
+        std::vector<int> zp(std::min(m, n)), zpr(std::min(m, n));
+        int zi = 0;
+        F07ARF(&m, &n, z.data(), &a.ld, zp.data(), &zi);
+        zgetrf(&m, &n, zr.data(), &a.ld, zpr.data(), &zi);
+        EXPECT_EQ(zp, zpr);
+        expect_near_vectors(z, zr, 1e-12, "zgetrf factors");
+    }
+}
+
+// ---- The block-size store ---------------------------------------------------------------------------
+
+TEST(BlockSizeStore, IndexOfRoutineNames) {
+    EXPECT_EQ(zek::block_size_index("F07ADF", 6), 1);
+    EXPECT_EQ(zek::block_size_index("F07ARF", 6), 3);
+    EXPECT_EQ(zek::block_size_index("f07fdf", 6), 9);
+    EXPECT_EQ(zek::block_size_index("F07FRF", 6), 11);
+    EXPECT_EQ(zek::block_size_index("ADZF07", 6), 1);
+    EXPECT_EQ(zek::block_size_index("F08AEF", 6), 29);
+    EXPECT_EQ(zek::block_size_index("F08AGF", 6), 31);
+    EXPECT_EQ(zek::block_size_index("F07ZZF", 6), 0);
+    EXPECT_EQ(zek::block_size_index("G02AAF", 6), 0);
+    EXPECT_EQ(zek::block_size_index("F07", 3), 0);
+}
+
+TEST(BlockSizeStore, ReadSetAndRejections) {
+    const int get = 0, set = 1;
+    int value = 99;
+    const int p1 = 1, p9 = 9, p0 = 0;
+    for (const char *name : {"F07ADF", "F07ARF", "F07FDF", "F07FRF"}) {
+        F07_BLOCK_SIZE(&p1, name, &value, &get, 6);
+        EXPECT_EQ(value, 1) << name;
+    }
+    value = 123;
+    F07_BLOCK_SIZE(&p9, "F07ADF", &value, &set, 6);
+    EXPECT_EQ(value, -1);
+    F07_BLOCK_SIZE(&p0, "F07ADF", &value, &get, 6);
+    EXPECT_EQ(value, -1);
+    F07_BLOCK_SIZE(&p1, "F07ADF", &value, &get, 6);
+    EXPECT_EQ(value, 1); // unchanged by the rejected call
+    value = 5;
+    F07_BLOCK_SIZE(&p1, "X99ZZZ", &value, &set, 6);
+    EXPECT_EQ(value, -2);
+    const int p8 = 8;
+    value = 42;
+    F07_BLOCK_SIZE(&p8, "F07MJF", &value, &set, 6);
+    value = 0;
+    F07_BLOCK_SIZE(&p8, "F07MJF", &value, &get, 6);
+    EXPECT_EQ(value, 42);
+    EXPECT_EQ(zek::block_size_parameter(zek::block_size_index("F07MJF", 6), 8), 42);
+}
