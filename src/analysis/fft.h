@@ -49,6 +49,23 @@ struct RealTable {
 };
 void fill_real_table(int n, double *cosv, double *sinv);
 
+// Successive roots cos(2 pi t/DEN), sin(2 pi t/DEN) for t = START, START+STEP, ...  Every root is
+// anchored to its exact integer index: an accurate evaluation in long double every 32 steps and a
+// long double rotation in between, so no error of a rounded base angle builds up along the run (a
+// coherent error that would otherwise grow with N in the running sums of the sine and cosine
+// transforms).
+class RootStream {
+public:
+    RootStream(long long den, long long start, long long step);
+    void next(double &c, double &s);
+
+private:
+    void anchor();
+    long long den_, index_, step_;
+    int count_ = 0;
+    long double cr_ = 1, ci_ = 0, wr_ = 1, wi_ = 0;
+};
+
 // One in-place real pass of factor P at running product K over the blocks of length K*P of N rows:
 // forward combines P packed Hermitian transforms of length K into one of length K*P, backward splits
 // it again (unscaled: forward then backward multiplies by P).  TMP (M*N values, or null) is used only

@@ -5,7 +5,6 @@
 
 #include "analysis/fft.h"
 #include "zek2/c06.h"
-#include "zek2/x02.h"
 
 namespace zek::fft {
 
@@ -146,36 +145,85 @@ void digit_permute_inverse(int m, int n, const int *factors, int nf, const doubl
     }
 }
 
-void fill_real_table(int n, double *cosv, double *sinv) {
-    const double step = 2.0 * X01_PI() / n;
-    const int h = (n + 1) / 2;
-    for (int j = 1; j < h; ++j) {
-        cosv[j - 1] = std::cos(step * j);
-        sinv[j - 1] = std::sin(step * j);
+namespace {
+
+// cos and sin of 2 pi t / den in long double, reduced to the first octant so that the argument of
+// the library functions stays small.
+void accurate_root(long long den, long long t, long double &c, long double &s) {
+    t %= den;
+    if (t < 0) t += den;
+    // Work with u = 8t in units of den/8: octant o = floor(8t/den), rest in [0, den).
+    const long double pi = 3.141592653589793238462643383279502884L;
+    const long long eight = 8 * t;
+    const int octant = static_cast<int>(eight / den);
+    const long long rest = eight - static_cast<long long>(octant) * den;
+    // angle = (octant + rest/den) * pi/4; reflect odd octants so the reduced angle is in [0, pi/4].
+    long double a;
+    if (octant % 2 == 0)
+        a = pi / 4 * static_cast<long double>(rest) / den;
+    else
+        a = pi / 4 * static_cast<long double>(den - rest) / den;
+    const long double sa = std::sin(a), ca = std::cos(a);
+    long double x, y; // cos and sin of the full angle
+    switch (octant) {
+    case 0: x = ca; y = sa; break;
+    case 1: x = sa; y = ca; break;
+    case 2: x = -sa; y = ca; break;
+    case 3: x = -ca; y = sa; break;
+    case 4: x = -ca; y = -sa; break;
+    case 5: x = -sa; y = -ca; break;
+    case 6: x = sa; y = -ca; break;
+    default: x = ca; y = -sa; break;
     }
+    c = x;
+    s = y;
+}
+
+} // namespace
+
+RootStream::RootStream(long long den, long long start, long long step) : den_(den), index_(start), step_(step) {
+    accurate_root(den_, step_, wr_, wi_);
+}
+
+void RootStream::anchor() { accurate_root(den_, index_, cr_, ci_); }
+
+void RootStream::next(double &c, double &s) {
+    if (count_++ % 32 == 0) anchor();
+    c = static_cast<double>(cr_);
+    s = static_cast<double>(ci_);
+    const long double r = cr_ * wr_ - ci_ * wi_;
+    ci_ = cr_ * wi_ + ci_ * wr_;
+    cr_ = r;
+    index_ += step_;
+}
+
+void fill_real_table(int n, double *cosv, double *sinv) {
+    const int h = (n + 1) / 2;
+    RootStream roots(n, 1, 1);
+    for (int j = 1; j < h; ++j) roots.next(cosv[j - 1], sinv[j - 1]);
 }
 
 void fill_complex_table(int n, const int *factors, int nf, double *trig) {
-    const double step = 2.0 * X01_PI() / n;
     Index l1 = 1, at = 0;
+    double c, s;
     for (int f = 0; f < nf; ++f) {
         const int p = factors[f];
         const Index ido = n / (l1 * p);
         if (p >= 7) {
             // The factor's own roots: the row's angle first, then its multiples.
-            const double base = 2.0 * X01_PI() / p;
-            for (int q = 1; q < p; ++q) {
-                trig[2 * at] = std::cos(base * q);
-                trig[2 * at + 1] = -std::sin(base * q);
-                ++at;
+            RootStream roots(p, 1, 1);
+            for (int q = 1; q < p; ++q, ++at) {
+                roots.next(c, s);
+                trig[2 * at] = c;
+                trig[2 * at + 1] = -s;
             }
         }
         for (int j = 1; j < p; ++j) {
-            for (Index i = 1; i < ido; ++i) {
-                const double angle = step * static_cast<double>(l1 * i * j);
-                trig[2 * at] = std::cos(angle);
-                trig[2 * at + 1] = -std::sin(angle);
-                ++at;
+            RootStream roots(n, l1 * j, l1 * j);
+            for (Index i = 1; i < ido; ++i, ++at) {
+                roots.next(c, s);
+                trig[2 * at] = c;
+                trig[2 * at + 1] = -s;
             }
         }
         l1 *= p;

@@ -18,7 +18,6 @@
 #include "frame/machine.h"
 #include "frame/output.h"
 #include "zek2/c06.h"
-#include "zek2/x02.h"
 
 namespace {
 
@@ -31,7 +30,8 @@ struct Setup {
     int factors[zek::fft::kFactorListSize];
     int nf = 0;
     double *trig = nullptr;
-    double *scratch = nullptr; // (N+2)*M values
+    double *scratch = nullptr; // (N+2)*M values: the transform's buffer, then two spare rows
+    int n = 0;
 };
 
 // The table and factor list of length N in WORK; the scratch follows.
@@ -40,6 +40,7 @@ bool prepare(int m, int n, double *work, Setup &s) {
     C06_TABLE_CHECK(m, n, "I", work, s.factors, &s.nf, &code, 1);
     s.trig = work;
     s.scratch = work + 2 * static_cast<Index>(n);
+    s.n = n;
     return code == 0;
 }
 
@@ -55,11 +56,47 @@ void backward_rows(int m, int n, double *x, const Setup &s) {
 
 double *row(double *x, int m, Index j) { return x + j * m; }
 
+// s + c += v, Neumaier's form: c gathers what the rounding of s loses.
+inline void compensated_add(double &s, double &c, double v) {
+    const double t = s + v;
+    c += std::fabs(s) >= std::fabs(v) ? (s - t) + v : (v - t) + s;
+    s = t;
+}
+
+// The running sums of the odd results, y(next) = y(previous) + factor * row, carried with a
+// compensation per sequence in the two spare rows behind the transform's buffer, so that their
+// rounding does not grow with N.
+class RunningSum {
+public:
+    RunningSum(const Setup &s, int m, const double *first) : m_(m) {
+        sum_ = spare(s, m);
+        carry_ = sum_ + m;
+        for (Index p = 0; p < m; ++p) {
+            sum_[p] = first[p];
+            carry_[p] = 0.0;
+        }
+    }
+    // ROW holds the new term and receives the new sum.
+    void add(double *row_values, double factor) {
+        for (Index p = 0; p < m_; ++p) {
+            compensated_add(sum_[p], carry_[p], factor * row_values[p]);
+            row_values[p] = sum_[p] + carry_[p];
+        }
+    }
+    static double *spare(const Setup &s, int m) { return s.scratch + static_cast<Index>(m) * s.n; }
+
+private:
+    Index m_;
+    double *sum_;
+    double *carry_;
+};
+
 void sine(int m, int n, double *x, const Setup &s) {
     if (n == 1) return; // no data
-    const double angle = X01_PI() / n;
+    zek::fft::RootStream roots(2 * static_cast<long long>(n), 1, 1); // multiples of pi/N
     for (Index j = 1; 2 * j < n; ++j) {
-        const double sn = std::sin(angle * static_cast<double>(j));
+        double cs, sn;
+        roots.next(cs, sn);
         double *a = row(x, m, j - 1), *b = row(x, m, n - j - 1);
         for (Index p = 0; p < m; ++p) {
             const double t = (a[p] + b[p]) * sn, u = (a[p] - b[p]) * 0.5;
@@ -81,29 +118,30 @@ void sine(int m, int n, double *x, const Setup &s) {
         for (Index p = 0; p < m; ++p) dst[p] = -kSqrt2 * im[p];
     }
     for (Index p = 0; p < m; ++p) x[p] *= kSqrtHalf;
-    for (Index k = 1; 2 * k + 1 < n; ++k) {
-        double *dst = row(x, m, 2 * k);
-        const double *prev = row(x, m, 2 * k - 2);
-        for (Index p = 0; p < m; ++p) dst[p] = prev[p] + kSqrt2 * dst[p];
-    }
+    RunningSum sum(s, m, x);
+    for (Index k = 1; 2 * k + 1 < n; ++k) sum.add(row(x, m, 2 * k), kSqrt2);
 }
 
 void cosine(int m, int n, double *x, const Setup &s) {
-    const double angle = X01_PI() / n;
     // y(1) is summed beside the scratch: the last M values of WORK, which the transform leaves alone.
     double *odd = s.scratch + static_cast<Index>(m) * n;
     {
         const double *first = row(x, m, 0), *last = row(x, m, n);
-        for (Index p = 0; p < m; ++p) odd[p] = 0.5 * (first[p] - last[p]);
+        for (Index p = 0; p < m; ++p) {
+            odd[p] = 0.5 * (first[p] - last[p]);
+            odd[m + p] = 0.0;
+        }
         double *f0 = row(x, m, 0);
         for (Index p = 0; p < m; ++p) f0[p] = 0.5 * (f0[p] + last[p]);
     }
+    zek::fft::RootStream roots(2 * static_cast<long long>(n), 1, 1); // multiples of pi/N
     for (Index j = 1; 2 * j < n; ++j) {
-        const double sn = std::sin(angle * static_cast<double>(j)), cs = std::cos(angle * static_cast<double>(j));
+        double cs, sn;
+        roots.next(cs, sn);
         double *a = row(x, m, j), *b = row(x, m, n - j);
         for (Index p = 0; p < m; ++p) {
             const double sum = 0.5 * (a[p] + b[p]), diff = a[p] - b[p];
-            odd[p] += diff * cs;
+            compensated_add(odd[p], odd[m + p], diff * cs);
             a[p] = sum - sn * diff;
             b[p] = sum + sn * diff;
         }
@@ -116,13 +154,11 @@ void cosine(int m, int n, double *x, const Setup &s) {
     }
     {
         double *y1 = row(x, m, 1);
-        for (Index p = 0; p < m; ++p) y1[p] = odd_scale * odd[p];
+        for (Index p = 0; p < m; ++p) y1[p] = odd_scale * (odd[p] + odd[m + p]);
     }
-    for (Index k = 1; 2 * k + 1 <= n; ++k) {
-        double *dst = row(x, m, 2 * k + 1);
-        const double *prev = row(x, m, 2 * k - 1);
-        for (Index p = 0; p < m; ++p) dst[p] = prev[p] - kSqrt2 * dst[p];
-    }
+    if (n == 1) return;
+    RunningSum sum(s, m, row(x, m, 1));
+    for (Index k = 1; 2 * k + 1 <= n; ++k) sum.add(row(x, m, 2 * k + 1), -kSqrt2);
 }
 
 // Quarter-wave cosine, backward: y(k) = 2/sqrt(N) sum x(j) cos(pi (2j+1) k / 2N).
@@ -138,10 +174,11 @@ void quarter_cosine_backward(int m, int n, double *x, const Setup &s) {
     std::memcpy(x, buf, bytes * static_cast<std::size_t>(n));
     forward_rows(m, n, x, s);
     // y(k) = 2 Re(w(k)), y(N-k) = -2 Im(w(k)), w(k) = exp(-i pi k / 2N) V(k)
-    const double angle = X01_PI() / (2.0 * n);
+    zek::fft::RootStream roots(4 * static_cast<long long>(n), 1, 1); // multiples of pi/2N
     for (Index p = 0; p < m; ++p) buf[p] = 2.0 * x[p];
     for (Index k = 1; 2 * k <= n; ++k) {
-        const double c = std::cos(angle * static_cast<double>(k)), sn = std::sin(angle * static_cast<double>(k));
+        double c, sn;
+        roots.next(c, sn);
         const double *re = row(x, m, 2 * k), *im = row(x, m, 2 * k + 1);
         double *lo = buf + k * mm, *hi = buf + (n - k) * mm;
         for (Index p = 0; p < m; ++p) {
@@ -160,13 +197,14 @@ void quarter_cosine_forward(int m, int n, double *x, const Setup &s) {
     const Index mm = m;
     const std::size_t bytes = sizeof(double) * static_cast<std::size_t>(m);
     double *buf = s.scratch;
-    const double angle = X01_PI() / (2.0 * n);
+    zek::fft::RootStream roots(4 * static_cast<long long>(n), 1, 1); // multiples of pi/2N
     for (Index p = 0; p < m; ++p) {
         buf[p] = 0.5 * x[p];
         buf[mm + p] = 0.0;
     }
     for (Index k = 1; 2 * k <= n; ++k) {
-        const double c = std::cos(angle * static_cast<double>(k)), sn = std::sin(angle * static_cast<double>(k));
+        double c, sn;
+        roots.next(c, sn);
         const double *a = row(x, m, k), *b = row(x, m, n - k);
         double *re = buf + 2 * k * mm, *im = re + mm;
         for (Index p = 0; p < m; ++p) {
