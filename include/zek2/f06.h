@@ -328,6 +328,93 @@ ZEK_API void f06zpf_ENTRY(int selector, const char *uplo, const char *trans, int
 ZEK_API void F06ZPF(const char *uplo, const char *trans, int n, int k, double alpha, const double *a, int lda,
                     double beta, double *c, int ldc, int uplo_len, int trans_len) ZEK_SYMBOL("q82150");
 
+/* ---- Matrix utilities (no reports: unknown letters do nothing, norms then give 0) ------------------ */
+
+/* Copies a shape of A(LDA, N) to B(LDB, N): MATRIX 'G' all m by n, 'U' rows 1..min(m, j) of column j,
+ * 'L' rows j..m of columns 1..min(m, n).  The enumerated form takes 1020 (general), 1021 (lower) or 1022
+ * (upper). */
+ZEK_API void F06_MATRIX_COPY(const char *matrix, int m, int n, const double *a, int lda, double *b, int ldb,
+                             int matrix_len) ZEK_SYMBOL("q59512");
+ZEK_API void F06_MATRIX_COPY_ENUM(int shape, int m, int n, const double *a, int lda, double *b, int ldb)
+    ZEK_SYMBOL("q47365");
+
+/* Interchanges, for i = 1..N, rows (SIDE 'L', in the first K columns of B(LDB, *)) or columns (SIDE 'R',
+ * in the first K rows) i and trunc(PERM(i)) of B; PERM holds integers as reals.  'L','T' and 'R','N' run
+ * i upwards, 'L','N' and 'R','T' downwards.  The enumerated form takes SIDE 1008/1009 and TRANS
+ * 1001/1002. */
+ZEK_API void F06_MATRIX_PERMUTE(const char *side, const char *trans, int n, const double *perm, int k, double *b,
+                                int ldb, int side_len, int trans_len) ZEK_SYMBOL("q47343");
+ZEK_API void F06_MATRIX_PERMUTE_ENUM(int side, int trans, int n, const double *perm, int k, double *b, int ldb)
+    ZEK_SYMBOL("q40606");
+
+/* Norms of A(LDA, N): NORM 'M' largest modulus, 'O' or '1' largest column sum, 'I' largest row sum
+ * (WORK of m reals), 'F' or 'E' Frobenius.  Empty matrices give 0.  General m by n; the UPLO trapezoid
+ * of an m by n matrix (DIAG 'U': unit diagonal); upper Hessenberg of order n.  The complex forms take
+ * 16-byte elements and a real WORK. */
+ZEK_API double F06_MATRIX_NORM_GENERAL(const char *norm, int m, int n, const double *a, int lda, double *work,
+                                       int norm_len) ZEK_SYMBOL("q72894");
+ZEK_API double F06_MATRIX_NORM_TRIANGULAR(const char *norm, const char *uplo, const char *diag, int m, int n,
+                                          const double *a, int lda, double *work, int norm_len, int uplo_len,
+                                          int diag_len) ZEK_SYMBOL("q90178");
+ZEK_API double F06_MATRIX_NORM_HESSENBERG(const char *norm, int n, const double *a, int lda, double *work,
+                                          int norm_len) ZEK_SYMBOL("q70472");
+ZEK_API double F06_COMPLEX_MATRIX_NORM_GENERAL(const char *norm, int m, int n, const double *a, int lda, double *work,
+                                               int norm_len) ZEK_SYMBOL("q35490");
+ZEK_API double F06_COMPLEX_MATRIX_NORM_HESSENBERG(const char *norm, int n, const double *a, int lda, double *work,
+                                                  int norm_len) ZEK_SYMBOL("q54445");
+
+/* ---- The rotation family ---------------------------------------------------------------------------
+ *
+ * A(LDA, N) is upper triangular of order n; rotation k of a sequence is (C(k), S(k)) and belongs to index
+ * k, K1 <= k <= K2-1.  From the left a rotation acts on two rows (x the upper), from the right on two
+ * columns (x the left one), as x' = c*x + s*y, y' = c*y - s*x.  The routines return at once when
+ * min(N, K1) < 1, K2 <= K1 or K2 > N; invalid letters return silently; an exact identity rotation
+ * (c = 1, s = 0) is skipped.  The character forms marked "fixed" generate rotations with the library's
+ * fixed constants, the others read the machine constants at run time; the enumerated forms take SIDE
+ * 1008 (left) or 1009 (right).
+ */
+
+/* Entry: A triangular except the subdiagonal elements (k+1, k), held in S(k).  Exit: A triangular, C, S
+ * the rotations that did it: SIDE 'L' rotates rows (k, k+1) for k = K1..K2-1, 'R' columns (k, k+1) for
+ * k = K2-1..K1.  Character form fixed. */
+ZEK_API void F06_HESSENBERG_TO_TRIANGLE(const char *side, int n, int k1, int k2, double *c, double *s, double *a,
+                                        int lda, int side_len) ZEK_SYMBOL("q44363");
+ZEK_API void F06_HESSENBERG_TO_TRIANGLE_ENUM(int side, int n, int k1, int k2, double *c, double *s, double *a, int lda)
+    ZEK_SYMBOL("q10670");
+/* Entry: A triangular with a spike: SIDE 'L' row K2 in columns K1..K2-1 held in S(K1..K2-1); 'R' column
+ * K1 in rows K1+1..K2 held in S(K1..K2-1).  Exit: A triangular, C, S the rotations: 'L' rows (k, K2) for
+ * k = K1..K2-1, 'R' columns (K1, k+1) for k = K2-1..K1.  Character form fixed. */
+ZEK_API void F06_SPIKE_TO_TRIANGLE(const char *side, int n, int k1, int k2, double *c, double *s, double *a, int lda,
+                                   int side_len) ZEK_SYMBOL("q17936");
+ZEK_API void F06_SPIKE_TO_TRIANGLE_ENUM(int side, int n, int k1, int k2, double *c, double *s, double *a, int lda)
+    ZEK_SYMBOL("q94405");
+/* Applies the given rotations of planes (k, k+1) to one side of A (SIDE 'L': rows, k = K1..K2-1; 'R':
+ * columns, k = K2-1..K1) and replaces them by the rotations on the other side that keep A triangular.
+ * The first form fixed, the second run-time. */
+ZEK_API void F06_CHASE_TRIANGLE_ROTATIONS(const char *side, int n, int k1, int k2, double *c, double *s, double *a,
+                                          int lda, int side_len) ZEK_SYMBOL("q47086");
+ZEK_API void F06_CHASE_TRIANGLE_ROTATIONS_RUNTIME(const char *side, int n, int k1, int k2, double *c, double *s,
+                                                  double *a, int lda, int side_len) ZEK_SYMBOL("q34210");
+/* A triangle anchored on the anti-diagonal (column j holds rows N-j+1..N); rotation j acts on columns
+ * (j, j+1).  WHICH 'C' applies the given rotations (j = K1..K2-1) and leaves the fill of row N-j in S(j);
+ * 'R' removes that fill by new rotations (j = K2-1..K1). */
+ZEK_API void F06_REVERSE_TRIANGLE_ROTATE(const char *which, int n, int k1, int k2, double *c, double *s, double *a,
+                                         int lda, int which_len) ZEK_SYMBOL("q18967");
+/* Folds the row alpha*x' (x of N elements) into the triangle, keeping R'R + alpha**2 x x'; rotation j
+ * (row j against the new row) is left in C(j), S(j).  Nothing for N < 1 or alpha = 0. */
+ZEK_API void F06_TRIANGLE_ADD_ROW(int n, double alpha, const double *x, int incx, double *a, int lda, double *c,
+                                  double *s) ZEK_SYMBOL("q45929");
+/* Applies rotations K1..K2-1 to the m by n matrix A(LDA, N) from the left (SIDE 'L') or the right ('R'):
+ * PIVOT 'V' planes (k, k+1), 'T' (K1, k+1), 'B' (k, K2); DIRECT 'F' k upwards, 'B' downwards.  Returns at
+ * once when min(M, N, K1) < 1, K2 <= K1, or K2 exceeds M ('L') or N ('R').  The enumerated form takes
+ * PIVOT 1010 (bottom), 1011 (top) or 1012 (variable) and DIRECT 1014/1015. */
+ZEK_API void F06_ROTATION_APPLY_GENERAL(const char *side, const char *pivot, const char *direct, int m, int n, int k1,
+                                        int k2, const double *c, const double *s, double *a, int lda, int side_len,
+                                        int pivot_len, int direct_len) ZEK_SYMBOL("q50955");
+ZEK_API void F06_ROTATION_APPLY_GENERAL_ENUM(int side, int pivot, int direct, int m, int n, int k1, int k2,
+                                             const double *c, const double *s, double *a, int lda)
+    ZEK_SYMBOL("q29636");
+
 ZEK_END_DECLS
 
 #endif
