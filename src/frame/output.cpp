@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "frame/input_units.h"
 #include "zek2/x04.h"
 
 char *ZEK_OUTPUT_PATH = nullptr;
@@ -155,7 +156,7 @@ FILE *X04_OPEN_INPUT(const char *name) {
         zek::notice("", zek::format("Unable To Open Input File: %s", name).c_str());
         std::exit(1);
     }
-    return file;
+    return zek::note_input_stream(file);
 }
 
 } // extern "C"

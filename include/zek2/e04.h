@@ -1,0 +1,163 @@
+/* Chapter E04: minimisation and mathematical programming — the option machinery.
+ *
+ * The comprehensive optimisers (E04DGA, E04MFA, E04NCA, E04NFA, E04UCA, E04USA) take their tolerances
+ * and limits as optional parameters: keyword phrases such as "Major Iterations Limit = 100" given one
+ * line at a time to the solver's string routine, or read from an options file.  Everything lives in
+ * four caller-owned state arrays that must stay untouched between calls:
+ *
+ *   CWSAV  character array, elements of 80 characters (only its length is checked)
+ *   LWSAV  logical array (int, zero is false)
+ *   IWSAV  integer array
+ *   RWSAV  real array
+ *
+ * Calling order: E04WBA once for the solver, then any number of option calls, then the solver.  The
+ * settings sit in blocks of 30 integers and 30 reals inside IWSAV and RWSAV; -11111 (integer) and
+ * -11111.0 (real) mean "not set", and each solver run replaces those by defaults computed from the
+ * problem's size without keeping the defaults.
+ *
+ * A keyword phrase: its words are separated by blanks or any of ":,=()"; case does not matter; a
+ * keyword may be abbreviated to any unique prefix; the first number after the first word is the value
+ * (0.0 when there is none); everything from a "*" on is a comment; at most 72 characters are read.
+ * With the list flag on, each line is echoed and bad lines are reported with lines beginning " XXX  ".
+ * INFORM is 0 for an accepted line and 5 for a rejected one (keyword unknown or ambiguous); a rejected
+ * line changes nothing.
+ *
+ * Units.  The file routines read from a unit: the int a host gets by storing the FILE * returned by
+ * X04_OPEN_INPUT (chapter X04) in an int.  On a 32-bit ABI that int is the stream's address; on a
+ * 64-bit ABI it is the address's low 32 bits, and the library finds the stream among those that
+ * X04_OPEN_INPUT opened.  A unit number that names no such stream reads as an empty file.  Successive
+ * calls on one unit go on reading where the last one stopped, so one file may hold several option
+ * sets, each between BEGIN and END.
+ */
+#ifndef ZEK2_E04_H
+#define ZEK2_E04_H
+
+#include "types.h"
+
+ZEK_BEGIN_DECLS
+
+/* Prepares the state arrays for solver RNAME (upper-cased first): "E04DGA", "E04MFA", "E04NCA",
+ * "E04NFA", "E04UCA", "E04USA", or "E04NKF", "E04UFF", "E04UGF", "E04UNA", which are only checked for
+ * their lengths.  Minimum lengths (LCWSAV, LLWSAV, LIWSAV, LRWSAV): 1, 120, 610, 475 for the six
+ * solvers and E04UNA; 1, 20, 380, 285 for E04NKF; 5, 120, 610, 475 for E04UFF; 1, 20, 550, 550 for
+ * E04UGF.  Sets the solver's first-call flags and nothing else.
+ * Failures (IFAIL): 1 the name is not one of these; 2 an array is too short. */
+ZEK_API void E04WBA(const char *rname, char *cwsav, const int *lcwsav, int *lwsav, const int *llwsav, int *iwsav,
+                    const int *liwsav, double *rwsav, const int *lrwsav, int *ifail, int rname_len, int cwsav_len)
+    ZEK_SYMBOL("q28832");
+/* E04WBA with the name length 6 and the CWSAV element length 80. */
+ZEK_API void E04WBA_PLAIN(const char *rname, char *cwsav, const int *lcwsav, int *lwsav, const int *llwsav,
+                          int *iwsav, const int *liwsav, double *rwsav, const int *lrwsav, int *ifail)
+    ZEK_SYMBOL("q81185");
+
+/* A decoder: applies one option line to the state arrays, writing complaints on UNIT when *LIST is
+ * nonzero; INFORM 0 or 5.  Each solver family has one (the *_DECODE routines below). */
+typedef void (*ZekOptionDecoder)(const char *line, const int *list, const int *unit, int *lwsav, int *iwsav,
+                                 double *rwsav, int *inform, int line_len);
+
+/* String routines: one option line, with the list flag by reference.  The first call after E04WBA
+ * (and the first after each solver run) opens a new list, headed " Calls to E04xxF" when listing. */
+ZEK_API void E04DKF(const char *string, const int *list, int *lwsav, int *iwsav, double *rwsav, int *inform,
+                    int string_len) ZEK_SYMBOL("q81032");
+ZEK_API void E04MHF(const char *string, const int *list, int *lwsav, int *iwsav, double *rwsav, int *inform,
+                    int string_len) ZEK_SYMBOL("q63843");
+ZEK_API void E04NEF(const char *string, const int *list, int *lwsav, int *iwsav, double *rwsav, int *inform,
+                    int string_len) ZEK_SYMBOL("q92932");
+ZEK_API void E04NHF(const char *string, const int *list, int *lwsav, int *iwsav, double *rwsav, int *inform,
+                    int string_len) ZEK_SYMBOL("q76668");
+ZEK_API void E04UEF(const char *string, const int *list, int *lwsav, int *iwsav, double *rwsav, int *inform,
+                    int string_len) ZEK_SYMBOL("q11847");
+ZEK_API void E04URF(const char *string, const int *list, int *lwsav, int *iwsav, double *rwsav, int *inform,
+                    int string_len) ZEK_SYMBOL("q51703");
+
+/* Plain entries of the string routines: INFORM cleared, then the string routine with the list flag
+ * off. */
+ZEK_API void E04DKF_PLAIN(const char *string, int *lwsav, int *iwsav, double *rwsav, int *inform, int string_len)
+    ZEK_SYMBOL("q17644");
+ZEK_API void E04MHF_PLAIN(const char *string, int *lwsav, int *iwsav, double *rwsav, int *inform, int string_len)
+    ZEK_SYMBOL("q39888");
+ZEK_API void E04NEF_PLAIN(const char *string, int *lwsav, int *iwsav, double *rwsav, int *inform, int string_len)
+    ZEK_SYMBOL("q96479");
+ZEK_API void E04NHF_PLAIN(const char *string, int *lwsav, int *iwsav, double *rwsav, int *inform, int string_len)
+    ZEK_SYMBOL("q83303");
+ZEK_API void E04UEF_PLAIN(const char *string, int *lwsav, int *iwsav, double *rwsav, int *inform, int string_len)
+    ZEK_SYMBOL("q91004");
+ZEK_API void E04URF_PLAIN(const char *string, int *lwsav, int *iwsav, double *rwsav, int *inform, int string_len)
+    ZEK_SYMBOL("q83722");
+
+/* File routines: read one option set (BEGIN ... END) from *UNIT (see Units above), the list flag by
+ * reference.  E04DGA has none.  INFORM: 0 read; 2 end of file inside the set; 3 end of file before
+ * BEGIN; 4 ENDRUN met before BEGIN (nothing changed); 5 a bad record or keyword was seen (the rest of
+ * the set is still applied). */
+ZEK_API void E04MFA_OPTION_FILE(const int *unit, const int *list, int *lwsav, int *iwsav, double *rwsav,
+                                int *inform) ZEK_SYMBOL("q90488");
+ZEK_API void E04NCA_OPTION_FILE(const int *unit, const int *list, int *lwsav, int *iwsav, double *rwsav,
+                                int *inform) ZEK_SYMBOL("q35172");
+ZEK_API void E04NFA_OPTION_FILE(const int *unit, const int *list, int *lwsav, int *iwsav, double *rwsav,
+                                int *inform) ZEK_SYMBOL("q64680");
+ZEK_API void E04UCA_OPTION_FILE(const int *unit, const int *list, int *lwsav, int *iwsav, double *rwsav,
+                                int *inform) ZEK_SYMBOL("q25073");
+ZEK_API void E04USA_OPTION_FILE(const int *unit, const int *list, int *lwsav, int *iwsav, double *rwsav,
+                                int *inform) ZEK_SYMBOL("q80734");
+/* Plain entries of the file routines: INFORM cleared, then the file routine with the list flag off. */
+ZEK_API void E04MFA_OPTION_FILE_PLAIN(const int *unit, int *lwsav, int *iwsav, double *rwsav, int *inform)
+    ZEK_SYMBOL("q54264");
+ZEK_API void E04NCA_OPTION_FILE_PLAIN(const int *unit, int *lwsav, int *iwsav, double *rwsav, int *inform)
+    ZEK_SYMBOL("q59728");
+ZEK_API void E04NFA_OPTION_FILE_PLAIN(const int *unit, int *lwsav, int *iwsav, double *rwsav, int *inform)
+    ZEK_SYMBOL("q51867");
+ZEK_API void E04UCA_OPTION_FILE_PLAIN(const int *unit, int *lwsav, int *iwsav, double *rwsav, int *inform)
+    ZEK_SYMBOL("q89731");
+ZEK_API void E04USA_OPTION_FILE_PLAIN(const int *unit, int *lwsav, int *iwsav, double *rwsav, int *inform)
+    ZEK_SYMBOL("q97634");
+
+/* Decoders (ZekOptionDecoder): LINE(1:LINE_LEN) applied to the solver's settings; complaints on *UNIT
+ * when *LIST is nonzero.  The first call after E04WBA, and the keyword DEFAULTS, reset every setting of
+ * the solver to "not set".  The line "*" only does that first-call reset. */
+ZEK_API void E04DGA_DECODE(const char *line, const int *list, const int *unit, int *lwsav, int *iwsav,
+                           double *rwsav, int *inform, int line_len) ZEK_SYMBOL("q43323");
+ZEK_API void E04MFA_DECODE(const char *line, const int *list, const int *unit, int *lwsav, int *iwsav,
+                           double *rwsav, int *inform, int line_len) ZEK_SYMBOL("q57186");
+ZEK_API void E04NCA_DECODE(const char *line, const int *list, const int *unit, int *lwsav, int *iwsav,
+                           double *rwsav, int *inform, int line_len) ZEK_SYMBOL("q97032");
+ZEK_API void E04NFA_DECODE(const char *line, const int *list, const int *unit, int *lwsav, int *iwsav,
+                           double *rwsav, int *inform, int line_len) ZEK_SYMBOL("q63255");
+ZEK_API void E04UCA_DECODE(const char *line, const int *list, const int *unit, int *lwsav, int *iwsav,
+                           double *rwsav, int *inform, int line_len) ZEK_SYMBOL("q14067");
+ZEK_API void E04USA_DECODE(const char *line, const int *list, const int *unit, int *lwsav, int *iwsav,
+                           double *rwsav, int *inform, int line_len) ZEK_SYMBOL("q67350");
+
+/* The options-file reader behind the file routines: reads records of 72 characters from UNIT until
+ * END, decoding each with DECODER and writing on PRINT_UNIT while the list flag is on.  INFORM as for
+ * the file routines. */
+ZEK_API void E04_OPTION_FILE(int unit, int print_unit, ZekOptionDecoder decoder, int list, int *lwsav, int *iwsav,
+                             double *rwsav, int *inform) ZEK_SYMBOL("q10146");
+ZEK_API void E04_OPTION_FILE_BYREF(const int *unit, const int *print_unit, ZekOptionDecoder decoder,
+                                   const int *list, int *lwsav, int *iwsav, double *rwsav, int *inform)
+    ZEK_SYMBOL("q94719");
+
+/* Cuts LINE(1:LINE_LEN) (at most 72 characters, nothing from the first "*" on) into tokens at blanks
+ * and ":,=()": TOKENS holds MAX_TOKENS slots of TOKEN_LEN characters, each token upper-cased, cut and
+ * blank padded, unused slots blank; *NTOKENS is the number found (at most MAX_TOKENS). */
+ZEK_API void E04_TOKENISE(const char *line, int max_tokens, int *ntokens, char *tokens, int line_len,
+                          int token_len) ZEK_SYMBOL("q75140");
+ZEK_API void E04_TOKENISE_BYREF(const char *line, const int *max_tokens, int *ntokens, char *tokens,
+                                int line_len, int token_len) ZEK_SYMBOL("q85873");
+
+/* 1 when TOKEN(1:TOKEN_LEN) may be read as a number: digits, "D", "E", "-", "+", "." up to the first
+ * blank, with at least one digit, at most one exponent letter, two "-", two "+" and one ".". */
+ZEK_API int E04_IS_NUMBER(const char *token, int token_len) ZEK_SYMBOL("q17851");
+
+/* Looks WORD(1:WORD_LEN) up in TABLE, COUNT entries of TABLE_WIDTH characters in ascending order (when
+ * ORDERED is nonzero the scan stops at the first entry above the word).  An entry "ITERS:ITERATIONS"
+ * is a synonym of the entry ITERATIONS.  *RESULT: the entry's index (one-based) for a unique
+ * abbreviation, WORD then replaced by the entry's full keyword; 0 when not found or the word is blank;
+ * minus the index of the second candidate when the word is ambiguous. */
+ZEK_API void E04_KEY_LOOKUP(int count, const char *table, int ordered, char *word, int *result, int table_width,
+                            int word_width) ZEK_SYMBOL("q60812");
+ZEK_API void E04_KEY_LOOKUP_BYREF(const int *count, const char *table, const int *ordered, char *word, int *result,
+                                  int table_width, int word_width) ZEK_SYMBOL("q61663");
+
+ZEK_END_DECLS
+
+#endif

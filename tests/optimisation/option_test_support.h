@@ -1,0 +1,41 @@
+// Helpers of the option tests: fresh state arrays and temporary input files opened the way a host
+// opens them.
+#ifndef ZEK_TESTS_OPTION_TEST_SUPPORT_H
+#define ZEK_TESTS_OPTION_TEST_SUPPORT_H
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace zek_test {
+
+// State arrays of the lengths E04WBA asks for the solvers, prepared for one solver.
+struct OptionState {
+    explicit OptionState(const char *solver);
+    std::vector<char> cwsav = std::vector<char>(80, ' ');
+    std::vector<int> lwsav = std::vector<int>(120, 0);
+    std::vector<int> iwsav = std::vector<int>(610, 0);
+    std::vector<double> rwsav = std::vector<double>(475, 0.0);
+};
+
+// A file holding TEXT, opened with X04_OPEN_INPUT; its unit is what a host passes.
+class InputFile {
+public:
+    explicit InputFile(const std::string &text);
+    ~InputFile();
+    InputFile(const InputFile &) = delete;
+    InputFile &operator=(const InputFile &) = delete;
+    int unit() const;
+    const std::string &path() const { return path_; }
+
+private:
+    std::string path_;
+    std::FILE *stream_ = nullptr;
+};
+
+// TEXT with every "\n" turned into "\r\n".
+std::string crlf(const std::string &text);
+
+} // namespace zek_test
+
+#endif

@@ -1,0 +1,296 @@
+// The decoders through the string routines: which place a phrase sets, its complaints and their texts.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "frame/host_capture.h"
+#include "option_test_support.h"
+#include "optimisation/options.h"
+#include "zek2/e04.h"
+
+namespace {
+
+using zek::e04::Block;
+using zek::e04::Family;
+using zek_test::OptionState;
+using zek_test::OutputCapture;
+
+using PlainString = void (*)(const char *, int *, int *, double *, int *, int);
+using ListedString = void (*)(const char *, const int *, int *, int *, double *, int *, int);
+
+struct Solver {
+    const char *name;
+    PlainString plain;
+    ListedString listed;
+};
+Solver solver(Family f) {
+    switch (f) {
+    case Family::DGA: return {"E04DGA", E04DKF_PLAIN, E04DKF};
+    case Family::MFA: return {"E04MFA", E04MHF_PLAIN, E04MHF};
+    case Family::NCA: return {"E04NCA", E04NEF_PLAIN, E04NEF};
+    case Family::NFA: return {"E04NFA", E04NHF_PLAIN, E04NHF};
+    case Family::UCA: return {"E04UCA", E04UEF_PLAIN, E04UEF};
+    case Family::USA: return {"E04USA", E04URF_PLAIN, E04URF};
+    }
+    return {};
+}
+
+int option(OptionState &s, Family f, const std::string &line) {
+    int inform = -1;
+    solver(f).plain(line.data(), s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform,
+                    static_cast<int>(line.size()));
+    return inform;
+}
+
+struct PhraseCase {
+    Family family;
+    const char *line;
+    Block block;
+    bool real;
+    int place;
+    double expected;
+};
+
+class Phrases : public testing::TestWithParam<PhraseCase> {};
+
+TEST_P(Phrases, SetTheirPlaceAndNothingElse) {
+    const PhraseCase c = GetParam();
+    OptionState s(solver(c.family).name);
+    EXPECT_EQ(option(s, c.family, "Defaults"), 0);
+    const std::vector<int> iwsav = s.iwsav;
+    const std::vector<double> rwsav = s.rwsav;
+    EXPECT_EQ(option(s, c.family, c.line), 0) << c.line;
+    const double got = c.real ? zek::e04::real_setting(s.rwsav.data(), c.block, c.place)
+                              : zek::e04::setting(s.iwsav.data(), c.block, c.place);
+    EXPECT_DOUBLE_EQ(got, c.expected) << c.line;
+    // Everything else is as it was, apart from places the phrase sets together with this one.
+    int changed = 0;
+    for (std::size_t k = 0; k < iwsav.size(); ++k) changed += iwsav[k] != s.iwsav[k];
+    for (std::size_t k = 0; k < rwsav.size(); ++k) changed += rwsav[k] != s.rwsav[k];
+    EXPECT_LE(changed, std::string(c.line).rfind("Feasibility Tolerance", 0) == 0 ? 2 : 1) << c.line;
+}
+
+namespace lc = zek::e04::lc;
+namespace ls = zek::e04::ls;
+namespace np = zek::e04::np;
+namespace cg = zek::e04::cg;
+constexpr Block LC = Block::LC, LS = Block::LS, NP = Block::NP, NL = Block::NL, CG = Block::CG;
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, Phrases,
+    testing::Values(
+        // Abbreviations and synonyms, and the value anywhere after the keyword.
+        PhraseCase{Family::MFA, "ITER 100", LC, false, lc::kOptimalityItns, 100},
+        PhraseCase{Family::MFA, "ITNS 100", LC, false, lc::kOptimalityItns, 100},
+        PhraseCase{Family::MFA, "Iterations Limit = 100", LC, false, lc::kOptimalityItns, 100},
+        PhraseCase{Family::MFA, "iterations limit 99.9", LC, false, lc::kOptimalityItns, 99},
+        PhraseCase{Family::MFA, "Iterations -7.9", LC, false, lc::kOptimalityItns, -7},
+        PhraseCase{Family::MFA, "Print Level", LC, false, lc::kPrintLevel, 0},
+        PhraseCase{Family::MFA, "Print level = 10", LC, false, lc::kPrintLevel, 10},
+        PhraseCase{Family::MFA, "Infinite Bound Size 1.0e10", LC, true, lc::kInfiniteBound, 1.0e10 * 0.99999},
+        PhraseCase{Family::MFA, "Infinite Step Size 1.0e10", LC, true, lc::kInfiniteStep, 1.0e10},
+        PhraseCase{Family::MFA, "Feasibility Tolerance 1.0e-6", LC, true, lc::kFeasibilityTolerance, 1.0e-6},
+        PhraseCase{Family::MFA, "Optimality tolerance (1.0e-5)", LC, true, lc::kOptimalityTolerance, 1.0e-5},
+        PhraseCase{Family::MFA, "Crash Tolerance = 0.5", LC, true, lc::kCrashTolerance, 0.5},
+        PhraseCase{Family::MFA, "Check Frequency 7", LC, false, lc::kCheckFrequency, 7},
+        PhraseCase{Family::MFA, "Expand Frequency 9", LC, false, lc::kExpandFrequency, 9},
+        PhraseCase{Family::MFA, "Warm Start", LC, false, lc::kStart, 1},
+        PhraseCase{Family::MFA, "Cold Start", LC, false, lc::kStart, 0},
+        PhraseCase{Family::MFA, "Monitoring File 9", LC, false, lc::kMonitoringUnit, 9},
+        PhraseCase{Family::MFA, "Min Sum Yes", LC, false, lc::kMinimumSum, 1},
+        PhraseCase{Family::MFA, "Minimiz Sum No", LC, false, lc::kMinimumSum, 0},
+        PhraseCase{Family::MFA, "Problem Type FP", LC, false, lc::kProblemType, 1},
+        PhraseCase{Family::MFA, "Problem Type Linear", LC, false, lc::kProblemType, 2},
+        PhraseCase{Family::NFA, "Problem Type QP", LC, false, lc::kProblemType, 4},
+        PhraseCase{Family::NFA, "Problem Type QP3", LC, false, lc::kProblemType, 5},
+        PhraseCase{Family::NFA, "Problem Type Quadratic", LC, false, lc::kProblemType, 4},
+        PhraseCase{Family::NFA, "Max Degrees of Freedom 6", LC, false, lc::kMaxDegrees, 6},
+        PhraseCase{Family::NFA, "Hessian Rows 3", LC, false, lc::kHessianRows, 3},
+        PhraseCase{Family::NFA, "Feasibility Phase Iterations 40", LC, false, lc::kFeasibilityItns, 40},
+        PhraseCase{Family::NFA, "Optimality Phase Iterations 41", LC, false, lc::kOptimalityItns, 41},
+        PhraseCase{Family::NFA, "Rank Tolerance 1e-12", LC, true, lc::kRankTolerance, 1e-12},
+        PhraseCase{Family::NCA, "Problem Type LS2", LS, false, ls::kProblemType, 8},
+        PhraseCase{Family::NCA, "Problem Type Least", LS, false, ls::kProblemType, 7},
+        PhraseCase{Family::NCA, "Problem Number 12", LS, false, ls::kProblemNumber, 12},
+        PhraseCase{Family::NCA, "Problem No. 12", LS, false, ls::kProblemNumber, 12},
+        PhraseCase{Family::NCA, "Print File 9", LS, false, ls::kPrintUnit, 9},
+        PhraseCase{Family::NCA, "Hessian Yes", LS, false, ls::kHessian, 1},
+        PhraseCase{Family::NCA, "Hessian No", LS, false, ls::kHessian, 0},
+        PhraseCase{Family::NCA, "Lower Bound -5", LS, true, ls::kLowerBound, -5},
+        PhraseCase{Family::NCA, "Linear Constraints 4", LS, false, ls::kConstraints, 4},
+        PhraseCase{Family::UCA, "Major Iterations Limit 75", NP, false, np::kMajorIterations, 75},
+        PhraseCase{Family::UCA, "Minor Iterations Limit 76", LS, false, ls::kOptimalityItns, 76},
+        PhraseCase{Family::UCA, "Minor Print Level 5", LS, false, ls::kPrintLevel, 5},
+        PhraseCase{Family::UCA, "Major Print Level 3", NP, false, np::kMajorPrintLevel, 3},
+        PhraseCase{Family::UCA, "Linesearch Tolerance 0.5", NP, true, np::kLinesearchTolerance, 0.5},
+        PhraseCase{Family::UCA, "Verify Constraint Gradients", NP, false, np::kVerifyLevel, 2},
+        PhraseCase{Family::UCA, "Verify Objective Gradients", NP, false, np::kVerifyLevel, 1},
+        PhraseCase{Family::UCA, "Verify No", NP, false, np::kVerifyLevel, -1},
+        PhraseCase{Family::UCA, "Verify", NP, false, np::kVerifyLevel, 3},
+        PhraseCase{Family::UCA, "Verify Level 12", NP, false, np::kVerifyLevel, 12},
+        PhraseCase{Family::UCA, "Start Constraint Check at Variable 2", NP, false, np::kStartConstraints, 2},
+        PhraseCase{Family::UCA, "Stop Objective Check at Variable 4", NP, false, np::kStopObjective, 4},
+        PhraseCase{Family::UCA, "Nonlinear Feasibility 1e-7", NP, true, np::kNonlinearFeasibility, 1e-7},
+        PhraseCase{Family::UCA, "Row Tolerance 1e-7", NP, true, np::kNonlinearFeasibility, 1e-7},
+        PhraseCase{Family::UCA, "Linear Feasibility Tolerance 1e-7", LS, true, ls::kFeasibilityTolerance, 1e-7},
+        PhraseCase{Family::UCA, "Feasibility Tolerance 1e-4", NP, true, np::kNonlinearFeasibility, 1e-4},
+        PhraseCase{Family::UCA, "Difference Interval 1e-6", NP, true, np::kDifferenceInterval, 1e-6},
+        PhraseCase{Family::UCA, "IPRMLS 3 42", LS, false, 3, 42},
+        PhraseCase{Family::UCA, "RPRMLS 30 2.5", LS, true, 30, 2.5},
+        PhraseCase{Family::USA, "Unit Initial Hessian", NL, false, zek::e04::nl::kInitialHessian, 1},
+        PhraseCase{Family::USA, "JTJ Initial Hessian", NL, false, zek::e04::nl::kInitialHessian, 0},
+        PhraseCase{Family::USA, "Reset Frequency 4", NL, false, zek::e04::nl::kResetFrequency, 4},
+        PhraseCase{Family::DGA, "Verify No", CG, false, cg::kVerifyLevel, -1},
+        PhraseCase{Family::DGA, "Verify Yes", CG, false, cg::kVerifyLevel, 1},
+        PhraseCase{Family::DGA, "Verify Level 0", CG, false, cg::kVerifyLevel, 0},
+        PhraseCase{Family::DGA, "Debug Start 3", CG, false, cg::kDebugStart, 3},
+        PhraseCase{Family::DGA, "Maximum Step Length 5", CG, true, cg::kMaximumStep, 5},
+        PhraseCase{Family::DGA, "Estimated Optimal Function Value -3", CG, true, cg::kEstimatedOptimum, -3},
+        PhraseCase{Family::DGA, "IPRMCG 7 11", CG, false, 7, 11}));
+
+// The decoders' complaints: inform 5, the block untouched, and the text only while listing.
+struct BadCase {
+    Family family;
+    const char *line;
+    const char *message;  // with the list flag on
+};
+
+class BadLines : public testing::TestWithParam<BadCase> {};
+
+TEST_P(BadLines, AreReportedAndChangeNothing) {
+    const BadCase c = GetParam();
+    for (int list : {0, 1}) {
+        OptionState s(solver(c.family).name);
+        int inform = -1;
+        EXPECT_EQ(option(s, c.family, "Defaults"), 0);
+        const std::vector<int> iwsav = s.iwsav;
+        const std::vector<double> rwsav = s.rwsav;
+        const std::string line = c.line;
+        const int unit = 6;
+        OutputCapture out;
+        using Decoder = void (*)(const char *, const int *, const int *, int *, int *, double *, int *, int);
+        const Decoder decode = c.family == Family::DGA   ? E04DGA_DECODE
+                               : c.family == Family::MFA ? E04MFA_DECODE
+                               : c.family == Family::NCA ? E04NCA_DECODE
+                               : c.family == Family::NFA ? E04NFA_DECODE
+                               : c.family == Family::UCA ? E04UCA_DECODE
+                                                         : E04USA_DECODE;
+        decode(line.data(), &list, &unit, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform,
+               static_cast<int>(line.size()));
+        EXPECT_EQ(inform, 5) << c.line;
+        EXPECT_EQ(s.iwsav, iwsav) << c.line;
+        EXPECT_EQ(s.rwsav, rwsav) << c.line;
+        const std::vector<std::string> expected = list ? std::vector<std::string>{c.message} : std::vector<std::string>{};
+        EXPECT_EQ(out.host(), expected);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, BadLines,
+    testing::Values(
+        BadCase{Family::MFA, "Bogus Keyword 3", " XXX  Keyword not recognized:         Bogus Keyword 3"},
+        BadCase{Family::MFA, "C 3", " XXX  Ambiguous keyword:              C"},
+        BadCase{Family::NFA, "M 3", " XXX  Ambiguous keyword:              M"},
+        BadCase{Family::MFA, "Print S 3", " XXX  Ambiguous keyword:              S"},
+        BadCase{Family::MFA, "Infinite Size 1e10", " XXX  Second keyword not recognized:  Infinite Size 1e10"},
+        BadCase{Family::NCA, "Print Volume 3", " XXX  Second keyword not recognized:  Print Volume 3"},
+        BadCase{Family::NCA, "Problem Type QP9", " XXX  Third  keyword not recognized:  Problem Type QP9"},
+        BadCase{Family::MFA, "Minimize Sum Yes", " XXX  Keyword not recognized:         Minimize Sum Yes"},
+        BadCase{Family::MFA, "Min Sum Maybe", " XXX  Third  keyword not recognized:  Min Sum Maybe"},
+        BadCase{Family::UCA, "IPRMLS 31 5", " XXX  The PARM subscript is out of range:        31"},
+        BadCase{Family::UCA, "RPRMLS", " XXX  The PARM subscript is out of range:         0"},
+        BadCase{Family::DGA, "Bogus", " XXX  Keyword not recognized:            Bogus"},
+        BadCase{Family::DGA, "Debug Everything", " XXX  Second keyword not recognized:     Debug Everything"},
+        BadCase{Family::DGA, "IPRMCG 0 5", " XXX  The PARM subscript is out of range:         0"}));
+
+TEST(BadLines, UnknownProblemTypeStoresTheIllegalCode) {
+    for (Family f : {Family::MFA, Family::NFA}) {
+        OptionState s(solver(f).name);
+        EXPECT_EQ(option(s, f, f == Family::MFA ? "Problem Type QP2" : "Problem Type LS1"), 5);
+        EXPECT_EQ(zek::e04::setting(s.iwsav.data(), LC, lc::kProblemType), lc::kIllegalProblemType);
+    }
+}
+
+TEST(Decoder, BlankAndCommentLinesChangeNothingAndDefaultsResets) {
+    OptionState s("E04MFA");
+    OutputCapture quiet;
+    EXPECT_EQ(option(s, Family::MFA, "Iterations 10"), 0);
+    const std::vector<int> iwsav = s.iwsav;
+    const std::vector<double> rwsav = s.rwsav;
+    for (const char *line : {"", "      ", "* Iterations 20", "Begin", "List", "Nolist", "End"}) {
+        EXPECT_EQ(option(s, Family::MFA, line), 0) << line;
+        EXPECT_EQ(s.iwsav, iwsav) << line;
+        EXPECT_EQ(s.rwsav, rwsav) << line;
+    }
+    EXPECT_EQ(option(s, Family::MFA, "Defaults"), 0);
+    for (int k = 1; k <= zek::e04::kBlockSize; ++k) {
+        EXPECT_EQ(zek::e04::setting(s.iwsav.data(), LC, k), zek::e04::kNotSetInt);
+        EXPECT_EQ(zek::e04::real_setting(s.rwsav.data(), LC, k), zek::e04::kNotSetReal);
+    }
+}
+
+TEST(Decoder, FirstCallFillsEveryBlockOfTheSolverWithTheSentinel) {
+    OptionState s("E04USA");
+    EXPECT_EQ(option(s, Family::USA, "Major Print Level 1"), 0);
+    for (Block b : {LS, NP, NL}) {
+        for (int k = 1; k <= zek::e04::kBlockSize; ++k) {
+            if (b == NP && k == np::kMajorPrintLevel) continue;
+            EXPECT_EQ(zek::e04::setting(s.iwsav.data(), b, k), zek::e04::kNotSetInt);
+            EXPECT_EQ(zek::e04::real_setting(s.rwsav.data(), b, k), zek::e04::kNotSetReal);
+        }
+    }
+    // The CG block is not this solver's: untouched.
+    EXPECT_EQ(zek::e04::setting(s.iwsav.data(), CG, 1), 0);
+}
+
+TEST(StringRoutine, ListsTheFirstCallUnderAHeaderAndLaterLinesWhileListing) {
+    OptionState s("E04NFA");
+    const int on = 1, off = 0;
+    int inform = -1;
+    auto call = [&](const std::string &line, const int *list) {
+        E04NHF(line.data(), list, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform,
+               static_cast<int>(line.size()));
+    };
+    OutputCapture out;
+    call("Iterations 30", &on);
+    call("Print Level 1", &off);  // within a sequence the flag argument no longer matters
+    call("Nolist", &on);
+    call("Rank Tolerance 1e-9", &on);
+    call("List", &on);
+    call("Bogus", &on);
+    EXPECT_EQ(inform, 5);
+    const std::vector<std::string> expected = {
+        "", " Calls to E04NHF", " ---------------", "      Iterations 30", "      Print Level 1",
+        "      Nolist", "      Bogus", " XXX  Keyword not recognized:         Bogus"};
+    EXPECT_EQ(out.host(), expected);
+}
+
+TEST(StringRoutine, PlainEntryStartsWithTheListOffUntilListIsGiven) {
+    OptionState s("E04MFA");
+    OutputCapture out;
+    EXPECT_EQ(option(s, Family::MFA, "Iterations 30"), 0);
+    EXPECT_EQ(option(s, Family::MFA, "List"), 0);
+    EXPECT_EQ(option(s, Family::MFA, "Check Frequency 3"), 0);
+    const std::vector<std::string> expected = {"      Check Frequency 3"};
+    EXPECT_EQ(out.host(), expected);
+}
+
+TEST(StringRoutine, ANewRunOpensANewList) {
+    OptionState s("E04MFA");
+    const int on = 1;
+    int inform = 0;
+    const std::string line = "Iterations 30";
+    OutputCapture out;
+    E04MHF(line.data(), &on, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform, 13);
+    zek::e04::begin_run(Family::MFA, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), {5, 2});
+    zek::e04::end_run(Family::MFA, s.lwsav.data(), s.iwsav.data(), s.rwsav.data());
+    E04MHF(line.data(), &on, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform, 13);
+    const std::vector<std::string> once = {"", " Calls to E04MHF", " ---------------", "      Iterations 30"};
+    std::vector<std::string> expected = once;
+    expected.insert(expected.end(), once.begin(), once.end());
+    EXPECT_EQ(out.host(), expected);
+}
+
+} // namespace

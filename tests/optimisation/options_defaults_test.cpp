@@ -1,0 +1,298 @@
+// A run's defaults: sentinels and range rules settled per problem size, the user's settings kept
+// across runs, and the printed parameter list.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "frame/host_capture.h"
+#include "frame/machine.h"
+#include "frame/output.h"
+#include "option_test_support.h"
+#include "optimisation/options.h"
+#include "zek2/e04.h"
+
+namespace {
+
+using zek::e04::Block;
+using zek::e04::Family;
+using zek::e04::ProblemSize;
+using zek_test::OptionState;
+using zek_test::OutputCapture;
+namespace lc = zek::e04::lc;
+namespace ls = zek::e04::ls;
+namespace np = zek::e04::np;
+namespace cg = zek::e04::cg;
+constexpr Block LC = Block::LC, LS = Block::LS, NP = Block::NP, CG = Block::CG;
+
+const double kEps = zek::precision();
+
+// A solver's side of one run: options, defaults, then the settled blocks are returned and restored.
+struct SolverRun {
+    SolverRun(Family f, std::vector<std::string> lines, ProblemSize size) : family(f), state(name(f)) {
+        using Plain = void (*)(const char *, int *, int *, double *, int *, int);
+        const Plain plain = f == Family::DGA   ? E04DKF_PLAIN
+                            : f == Family::MFA ? E04MHF_PLAIN
+                            : f == Family::NCA ? E04NEF_PLAIN
+                            : f == Family::NFA ? E04NHF_PLAIN
+                            : f == Family::UCA ? E04UEF_PLAIN
+                                               : E04URF_PLAIN;
+        for (const std::string &line : lines) {
+            int inform = -1;
+            plain(line.data(), state.lwsav.data(), state.iwsav.data(), state.rwsav.data(), &inform,
+                  static_cast<int>(line.size()));
+            EXPECT_EQ(inform, 0) << line;
+        }
+        begin(size);
+    }
+    static const char *name(Family f) {
+        const char *names[] = {"E04DGA", "E04MFA", "E04NCA", "E04NFA", "E04UCA", "E04USA"};
+        return names[static_cast<int>(f)];
+    }
+    void begin(ProblemSize size) {
+        zek::e04::begin_run(family, state.lwsav.data(), state.iwsav.data(), state.rwsav.data(), size);
+    }
+    void end() { zek::e04::end_run(family, state.lwsav.data(), state.iwsav.data(), state.rwsav.data()); }
+    int i(Block b, int k) const { return zek::e04::setting(state.iwsav.data(), b, k); }
+    double r(Block b, int k) const { return zek::e04::real_setting(state.rwsav.data(), b, k); }
+    Family family;
+    OptionState state;
+};
+
+struct LcSizeCase {
+    Family family;
+    std::vector<std::string> lines;
+    int n, nclin;
+    int itns, max_active, max_free, max_degrees, hessian_rows;
+};
+
+class LcDefaults : public testing::TestWithParam<LcSizeCase> {};
+
+TEST_P(LcDefaults, FollowTheProblemSize) {
+    const LcSizeCase c = GetParam();
+    SolverRun run(c.family, c.lines, {c.n, c.nclin});
+    EXPECT_EQ(run.i(LC, lc::kOptimalityItns), c.itns);
+    EXPECT_EQ(run.i(LC, lc::kMaxActive), c.max_active);
+    EXPECT_EQ(run.i(LC, lc::kMaxFree), c.max_free);
+    EXPECT_EQ(run.i(LC, lc::kMaxDegrees), c.max_degrees);
+    if (c.family == Family::NFA) {
+        EXPECT_EQ(run.i(LC, lc::kHessianRows), c.hessian_rows);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Sizes, LcDefaults,
+    testing::Values(
+        // max(50, 5(n+m)); min(n, m) active at least 1; with m < n the free variables are m+1.
+        LcSizeCase{Family::MFA, {}, 10, 4, 70, 4, 5, 5, 0},
+        LcSizeCase{Family::MFA, {}, 3, 5, 50, 3, 3, 3, 0},
+        LcSizeCase{Family::MFA, {}, 4, 0, 50, 1, 1, 1, 0},
+        LcSizeCase{Family::MFA, {"Iterations 20"}, 100, 100, 20, 100, 100, 100, 0},
+        LcSizeCase{Family::MFA, {"Iterations -3"}, 100, 100, 1000, 100, 100, 100, 0},
+        // E04NFA: Hessian rows n for QP, 0 below QP; degrees of freedom follow them, 0 becoming 1.
+        LcSizeCase{Family::NFA, {}, 6, 2, 50, 2, 6, 6, 6},
+        LcSizeCase{Family::NFA, {"Hessian Rows 0"}, 6, 2, 50, 2, 6, 1, 0},
+        LcSizeCase{Family::NFA, {"Hessian Rows 4"}, 6, 2, 50, 2, 6, 4, 4},
+        LcSizeCase{Family::NFA, {"Hessian Rows 9"}, 6, 2, 50, 2, 6, 6, 6},
+        LcSizeCase{Family::NFA, {"Problem Type LP"}, 6, 2, 50, 2, 3, 3, 0},
+        LcSizeCase{Family::NFA, {"Max Degrees of Freedom 2"}, 6, 9, 75, 6, 6, 2, 6}));
+
+TEST(LcDefaults, SentinelsRangesAndTolerances) {
+    const int advisory = zek::advisory_unit();
+    SolverRun plain(Family::MFA, {}, {5, 2});
+    EXPECT_EQ(plain.i(LC, lc::kPrintUnit), advisory);
+    EXPECT_EQ(plain.i(LC, lc::kMonitoringUnit), -1);
+    EXPECT_EQ(plain.i(LC, lc::kCheckFrequency), 50);
+    EXPECT_EQ(plain.i(LC, lc::kExpandFrequency), 5);
+    EXPECT_EQ(plain.i(LC, lc::kStart), 0);
+    EXPECT_EQ(plain.i(LC, lc::kProblemType), 2);
+    EXPECT_EQ(plain.i(LC, lc::kMinimumSum), 0);
+    EXPECT_EQ(plain.i(LC, lc::kPrintLevel), 0);
+    EXPECT_EQ(plain.r(LC, lc::kInfiniteBound), 9.9999e19);
+    EXPECT_EQ(plain.r(LC, lc::kInfiniteStep), 9.9999e19);
+    EXPECT_EQ(plain.r(LC, lc::kCrashTolerance), 0.01);
+    EXPECT_EQ(plain.r(LC, lc::kFeasibilityTolerance), std::pow(kEps, 0.5));
+    EXPECT_EQ(plain.r(LC, lc::kOptimalityTolerance), std::pow(kEps, 0.5));
+    const zek::e04::MachineBase b = zek::e04::machine_base(plain.state.rwsav.data());
+    EXPECT_EQ(b.eps, kEps);
+    EXPECT_EQ(b.e33, std::pow(kEps, 0.33));
+    EXPECT_EQ(b.e80, std::pow(kEps, 0.8));
+    EXPECT_EQ(b.e90, std::pow(kEps, 0.9));
+
+    SolverRun set(Family::NFA,
+            {"Print Level 5", "Monitoring File 9", "Expand Frequency 100000000", "Check Frequency 0",
+             "Crash Tolerance -1", "Feasibility Tolerance -1", "Optimality Tolerance 1e-20", "Infinite Bound 1e10",
+             "Warm Start", "Rank Tolerance 0"},
+            {5, 2});
+    EXPECT_EQ(set.i(LC, lc::kMonitoringUnit), 9);
+    EXPECT_EQ(set.i(LC, lc::kExpandFrequency), 9999999);
+    EXPECT_EQ(set.i(LC, lc::kCheckFrequency), 50);
+    EXPECT_EQ(set.i(LC, lc::kStart), 1);
+    EXPECT_EQ(set.i(LC, lc::kProblemType), 4);
+    EXPECT_EQ(set.r(LC, lc::kCrashTolerance), 0.01);
+    EXPECT_EQ(set.r(LC, lc::kFeasibilityTolerance), -1.0);  // a negative value other than the sentinel stays
+    EXPECT_EQ(set.r(LC, lc::kOptimalityTolerance), std::pow(kEps, 0.5));
+    EXPECT_EQ(set.r(LC, lc::kInfiniteBound), 1e10 * 0.99999);
+    EXPECT_EQ(set.r(LC, lc::kInfiniteStep), 9.9999e19);
+    EXPECT_EQ(set.r(LC, lc::kRankTolerance), 100 * kEps);
+
+    SolverRun quiet(Family::MFA, {"Print Level 4", "Monitoring File 9"}, {5, 2});
+    EXPECT_EQ(quiet.i(LC, lc::kMonitoringUnit), -1);
+}
+
+TEST(RunProtocol, DefaultsDoNotPersistAndUserSettingsDo) {
+    SolverRun run(Family::MFA, {"Check Frequency 7"}, {10, 10});
+    EXPECT_EQ(run.i(LC, lc::kOptimalityItns), 100);
+    EXPECT_EQ(run.i(LC, lc::kCheckFrequency), 7);
+    run.end();
+    EXPECT_EQ(run.i(LC, lc::kOptimalityItns), zek::e04::kNotSetInt);
+    EXPECT_EQ(run.r(LC, lc::kFeasibilityTolerance), zek::e04::kNotSetReal);
+    EXPECT_EQ(run.i(LC, lc::kCheckFrequency), 7);
+    run.begin({20, 20});
+    EXPECT_EQ(run.i(LC, lc::kOptimalityItns), 200);
+    EXPECT_EQ(run.i(LC, lc::kCheckFrequency), 7);
+}
+
+TEST(LsDefaults, RankToleranceFollowsTheProblemType) {
+    EXPECT_EQ(SolverRun(Family::NCA, {}, {4, 1}).r(LS, ls::kRankTolerance), 100 * kEps);  // LS1
+    EXPECT_EQ(SolverRun(Family::NCA, {"Problem Type QP2"}, {4, 1}).r(LS, ls::kRankTolerance), 10 * std::pow(kEps, 0.5));
+    EXPECT_EQ(SolverRun(Family::NCA, {"Problem Type QP3"}, {4, 1}).r(LS, ls::kRankTolerance), 100 * kEps);
+    EXPECT_EQ(SolverRun(Family::NCA, {"Rank Tolerance 1e-3"}, {4, 1}).r(LS, ls::kRankTolerance), 1e-3);
+    SolverRun nca(Family::NCA, {"Crash Tolerance 2", "Feasibility Tolerance 2"}, {4, 1});
+    EXPECT_EQ(nca.i(LS, ls::kProblemType), 7);
+    EXPECT_EQ(nca.i(LS, ls::kFeasibilityItns), 50);
+    EXPECT_EQ(nca.r(LS, ls::kCrashTolerance), 2.0);        // E04NCA keeps values at or above 1 ...
+    EXPECT_EQ(nca.r(LS, ls::kFeasibilityTolerance), 2.0);
+    SolverRun uca(Family::UCA, {"Crash Tolerance 2", "Feasibility Tolerance 2"}, {4, 1});
+    EXPECT_EQ(uca.r(LS, ls::kCrashTolerance), 0.01);       // ... the nonlinear solvers do not
+    EXPECT_EQ(uca.r(LS, ls::kFeasibilityTolerance), std::pow(kEps, 0.5));
+}
+
+TEST(NpDefaults, FollowTheSizeAndTheDerivativeLevel) {
+    const double e90 = std::pow(kEps, 0.9);
+    SolverRun run(Family::UCA, {"Stop Objective Check 9", "Start Constraint Check 4", "Stop Constraint Check 3",
+                          "Verify Level 5", "IPRMLS 3 7", "Minor Iterations 0"},
+            {5, 2, 3});
+    EXPECT_EQ(run.i(NP, np::kMajorIterations), 51);  // max(50, 3(n+m) + 10 mn)
+    EXPECT_EQ(run.i(LS, ls::kOptimalityItns), 50);   // max(50, 3(n+m+mn)) below 1
+    EXPECT_EQ(run.i(LS, ls::kFeasibilityItns), 50);  // always recomputed
+    EXPECT_EQ(run.i(NP, np::kStopObjective), 5);
+    EXPECT_EQ(run.i(NP, np::kStartObjective), 1);
+    EXPECT_EQ(run.i(NP, np::kStopConstraints), 3);
+    EXPECT_EQ(run.i(NP, np::kStartConstraints), 1);
+    EXPECT_EQ(run.i(NP, np::kDerivativeLevel), 3);
+    EXPECT_EQ(run.i(NP, np::kVerifyLevel), 0);
+    EXPECT_EQ(run.i(NP, np::kNonlinearObjective), 5);
+    EXPECT_EQ(run.r(NP, np::kFunctionPrecision), e90);
+    EXPECT_EQ(run.r(NP, np::kOptimalityTolerance), std::pow(e90, 0.8));
+    EXPECT_EQ(run.r(NP, np::kNonlinearFeasibility), std::pow(kEps, 0.5));
+    EXPECT_EQ(run.r(NP, np::kStepLimit), 2.0);
+    EXPECT_EQ(run.r(NP, np::kLinesearchTolerance), 0.9);
+    EXPECT_EQ(run.r(NP, np::kConditionBound), std::max(1e6, 1 / (100 * kEps * 5)));
+    EXPECT_EQ(run.i(NP, np::kDifferenceMode), 0);
+
+    SolverRun low(Family::UCA, {"Derivative Level 1", "Verify Level 12", "Difference Interval 1e-6"}, {5, 2, 3});
+    EXPECT_EQ(low.r(NP, np::kNonlinearFeasibility), std::pow(kEps, 0.33));
+    EXPECT_EQ(low.i(NP, np::kVerifyLevel), 12);
+    EXPECT_EQ(low.i(NP, np::kDifferenceMode), 1);
+    EXPECT_EQ(low.r(NP, np::kCentralInterval), std::pow(e90, 0.33));
+    EXPECT_EQ(SolverRun(Family::UCA, {"Difference Interval -1"}, {5}).i(NP, np::kDifferenceMode), 2);
+    EXPECT_EQ(SolverRun(Family::USA, {"Difference Interval 2"}, {5}).i(NP, np::kDifferenceMode), 0);
+}
+
+TEST(CgDefaults, DebugAndChecks) {
+    SolverRun run(Family::DGA, {}, {7});
+    EXPECT_EQ(run.i(CG, cg::kIterations), 50);
+    EXPECT_EQ(run.i(CG, cg::kDebugLevel), 51);
+    EXPECT_EQ(run.i(CG, cg::kDebugStart), 0);
+    EXPECT_EQ(run.i(CG, cg::kStopObjective), 7);
+    EXPECT_EQ(run.r(CG, cg::kEstimatedOptimum), zek::e04::kNotSetReal);
+    EXPECT_EQ(SolverRun(Family::DGA, {}, {20}).i(CG, cg::kIterations), 100);
+    SolverRun debug(Family::DGA, {"Debug Start 3", "Debug Level -2"}, {7});
+    EXPECT_EQ(debug.i(CG, cg::kDebugLevel), 0);
+    EXPECT_EQ(debug.i(CG, cg::kDebugStart), 3);
+}
+
+std::vector<std::string> printed(SolverRun &run, ProblemSize size) {
+    OutputCapture out;
+    zek::e04::print_parameters(run.family, run.state.iwsav.data(), run.state.rwsav.data(), size);
+    return out.host();
+}
+
+TEST(ParameterList, E04MFA) {
+    const ProblemSize size{4, 3};
+    SolverRun run(Family::MFA, {"Print Level 1", "Problem Type FP", "Min Sum Yes"}, size);
+    const double e50 = std::pow(kEps, 0.5);
+    const std::vector<std::string> expected = {
+        " *** E04MFA",
+        "",
+        " Parameters",
+        " ----------",
+        zek::format(" Problem type...........   %7.7s", "FP"),
+        zek::format(" Linear constraints.....%10ld       Feasibility tolerance..%10.2E", 3L, e50),
+        zek::format(" Variables..............%10ld       Optimality tolerance...%10.2E", 4L, e50),
+        zek::format(" Infinite bound size....%10.2E       %4.4s start.............", 9.9999e19, "COLD"),
+        zek::format(" Infinite step size.....%10.2E       EPS (machine precision)%10.2E", 9.9999e19, kEps),
+        zek::format(" Check frequency........%10ld       Expand frequency.......%10ld", 50L, 5L),
+        zek::format(" Minimum sum of infeas..       %3.3s       Crash tolerance........%10.2E", "YES", 0.01),
+        zek::format(" Print level............%10ld       Iteration limit........%10ld", 1L, 50L),
+        zek::format(" Monitoring file........%10ld", -1L),
+    };
+    EXPECT_EQ(printed(run, size), expected);
+    // Nothing below print level 1.
+    SolverRun silent(Family::MFA, {}, size);
+    EXPECT_TRUE(printed(silent, size).empty());
+}
+
+TEST(ParameterList, E04NFAWithAnIllegalProblemType) {
+    const ProblemSize size{4, 3};
+    SolverRun run(Family::NFA, {"Print Level 1"}, size);
+    zek::e04::setting(run.state.iwsav.data(), LC, lc::kProblemType) = lc::kIllegalProblemType;
+    const std::vector<std::string> lines = printed(run, size);
+    ASSERT_EQ(lines.size(), 15u);
+    EXPECT_EQ(lines[4], " Problem type...........   ILLEGAL");
+    EXPECT_EQ(lines[7], zek::format(" Hessian rows...........%10ld       Rank tolerance.........%10.2E", 4L, 100 * kEps));
+    EXPECT_EQ(lines[12], zek::format(" Max degrees of freedom.%10ld       Print level............%10ld", 4L, 1L));
+    EXPECT_EQ(lines[13], zek::format(" Feasibility phase itns.%10ld       Monitoring file........%10ld", 50L, -1L));
+    EXPECT_EQ(lines[14], zek::format(" Optimality  phase itns.%10ld", 50L));
+}
+
+TEST(ParameterList, E04NCAAndTheNonlinearSolvers) {
+    SolverRun nca(Family::NCA, {"Print Level 1", "Hessian Yes", "Problem Type LS2", "Warm"}, {4, 1, 0, 6});
+    const std::vector<std::string> a = printed(nca, {4, 1, 0, 6});
+    ASSERT_EQ(a.size(), 12u);
+    EXPECT_EQ(a[4], " Problem type...........       LS2       Hessian................       YES");
+    EXPECT_EQ(a[7], zek::format(" Objective matrix rows..%10ld       Rank tolerance.........%10.2E", 6L,
+                                10 * std::pow(kEps, 0.5)));
+    EXPECT_EQ(a[8], zek::format(" Infinite bound size....%10.2E       %4.4s start.............", 9.9999e19, "WARM"));
+
+    SolverRun usa(Family::USA, {"Major Print Level 1", "Unit Initial Hessian", "Difference Interval 1e-5"}, {5, 2, 1, 0, 8});
+    const std::vector<std::string> b = printed(usa, {5, 2, 1, 0, 8});
+    ASSERT_EQ(b.size(), 20u);
+    EXPECT_EQ(b[5], zek::format(" Nonlinear constraints..%10ld       Subfunctions...........%10ld", 1L, 8L));
+    EXPECT_EQ(b[18], zek::format(" Difference interval....%10.2E       Central diffce interval%10.2E", 1e-5,
+                                 std::pow(std::pow(kEps, 0.9), 0.33)));
+    EXPECT_EQ(b[19], zek::format(" Unit initial Hessian...                 Reset frequency........%10ld", 2L));
+
+    SolverRun uca(Family::UCA, {"Print Level 1"}, {5, 2, 1});
+    const std::vector<std::string> c = printed(uca, {5, 2, 1});
+    ASSERT_EQ(c.size(), 19u);
+    EXPECT_EQ(c[5], zek::format(" Nonlinear constraints..%10ld", 1L));
+    EXPECT_EQ(c[18], " Difference intervals to be computed.");
+}
+
+TEST(ParameterList, E04DGA) {
+    SolverRun run(Family::DGA, {"Print Level 1", "Verify Level 1", "Estimated Optimal Function Value -3"}, {7});
+    const std::vector<std::string> lines = printed(run, {7});
+    ASSERT_EQ(lines.size(), 11u);
+    EXPECT_EQ(lines[4], zek::format(" Variables..............%10ld", 7L));
+    EXPECT_EQ(lines[7], zek::format(" Est. opt. function val.%10.2E       Function precision.....%10.2E", -3.0,
+                                    std::pow(kEps, 0.9)));
+    EXPECT_EQ(lines[10], zek::format(" Start obj chk at varble%10ld       Stop obj chk at varble.%10ld", 1L, 7L));
+    SolverRun none(Family::DGA, {"Print Level 1"}, {7});
+    EXPECT_EQ(printed(none, {7})[7],
+              zek::format(" Est. opt. function val.      None       Function precision.....%10.2E", std::pow(kEps, 0.9)));
+}
+
+} // namespace
