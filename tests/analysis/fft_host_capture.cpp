@@ -14,7 +14,11 @@ extern "C" __attribute__((visibility("default"))) int OldTorviPrintf(const char 
     va_start(args, format);
     const int n = std::vsnprintf(buffer, sizeof buffer, format, args);
     va_end(args);
-    captured += buffer;
+    // One record per call: trailing blanks dropped, records joined by newlines.
+    std::string piece(buffer);
+    piece.erase(piece.find_last_not_of(' ') + 1);
+    if (!captured.empty()) captured += '\n';
+    captured += piece;
     return n;
 }
 

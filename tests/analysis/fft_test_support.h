@@ -57,7 +57,8 @@ inline double relative_error(const std::vector<double> &a, const std::vector<dou
 // Tolerance for a transform of length n: a few eps times log2 n.
 inline double tolerance(long n) { return 4e-16 * (std::log2(static_cast<double>(n) + 1.0) + 2.0); }
 
-// Text handed to the host's print routine since the last call of host_text(true).
+// Text handed to the host's print routine since the last call of host_text(true), one line per
+// call without trailing blanks.
 std::string host_text(bool clear = true);
 
 } // namespace fft_test
