@@ -53,6 +53,30 @@ ZEK_API void F01QDZ(const char *trans, const char *wheret, const int *m, const i
 ZEK_API void f01qdc(int trans, int wheret, int m, int n, double *a, int tda, const double *zeta, int ncolb, double *b,
                     int tdb, ZekFail *fail) ZEK_SYMBOL("q11684");
 
+/* Inverse of a general real N by N matrix (F01AAZ): A (IA >= N) is overwritten by the LU factors of
+ * F03AFF, X (IX >= N) receives A^-1 by forward and back substitution on the identity followed by the
+ * column interchanges of the pivots; P(N) holds the pivots as reals.  IFAIL (host channel): 1 A is
+ * singular, possibly because of rounding; 2 N < 1, or IA or IX below N. */
+ZEK_API void F01AAZ(double *a, const int *ia, const int *n, double *x, const int *ix, double *p, int *ifail)
+    ZEK_SYMBOL("q14922");
+/* C-style form: UNIT_INVERSE (tdu >= n) receives the inverse of A (tda >= n), which is overwritten by
+ * its LU factors.  Codes 11 ZE_INT_ARG_LT (n < 1), 17 ZE_2_INT_ARG_LT (tda, tdu below n), 366
+ * ZE_SINGULAR, 73 ZE_ALLOC_FAIL. */
+ZEK_API void f01aac(double *a, int tda, int n, double *unit_inverse, int tdu, ZekFail *fail) ZEK_SYMBOL("q60748");
+
+/* Inverse of a symmetric positive definite matrix from its Cholesky factor L (A = L*L'): the strict
+ * lower triangle of L in L (tdl >= n), its diagonal in D(n).  The lower triangle of X (tdx >= n)
+ * receives A^-1; the inner products go through x03aac, accumulated in double-double form when EXTENDED
+ * is nonzero.  WORK(n).  Codes 11 (n < 1), 17 (tdl, tdx below n), 367 ZE_NOT_POS_DEF (a zero diagonal
+ * in D). */
+ZEK_API void F01_SPD_INVERSE(int n, const double *l, int tdl, const double *d, double *x, int tdx, int extended,
+                             double *work, ZekFail *fail) ZEK_SYMBOL("q62158");
+/* Inverse of the symmetric positive definite matrix held in the lower triangle of A (tda >= n): the
+ * inverse replaces the lower triangle, the strict upper triangle is kept.  Cholesky factorisation and
+ * the inverse above with extended inner products, in allocated workspace.  Codes 11, 17, 367
+ * ZE_NOT_POS_DEF (A is not positive definite, possibly because of rounding), 73. */
+ZEK_API void f01adc(int n, double *a, int tda, ZekFail *fail) ZEK_SYMBOL("q96835");
+
 /* In-place transposition: A holds an M by N matrix column by column (leading dimension M) and on
  * return its N by M transpose (leading dimension N).  Allocates M*N bytes of marks.  Codes 11
  * ZE_INT_ARG_LT (m < 1, n < 1) and 73 ZE_ALLOC_FAIL. */

@@ -36,6 +36,38 @@ ZEK_API void f04ahc(int n, int nrhs, const double *a, int tda, const double *aa,
 ZEK_API void f04aec(int n, int nrhs, const double *a, int tda, const double *b, int tdb, double *aa, int tdaa,
                     double *x, int tdx, double *bb, int tdbb, ZekFail *fail) ZEK_SYMBOL("q30401");
 
+/* Elements of the estimated variance-covariance matrix C of the solution of a linear least-squares
+ * problem with P parameters, for a residual standard error SIGMA >= 0.  SVD = 0 (false): A (NRA >= P)
+ * holds the upper triangular factor R of the QR factorisation in its first P rows, and
+ * C = SIGMA**2 * (R'*R)^-1.  SVD nonzero (true): the first IRANK rows of A hold the first IRANK right
+ * singular vectors (as rows), SV(IRANK) the singular values, and C = SIGMA**2 * V*S**-2*V'.
+ * JOB = -1: the whole of C, its upper triangle over the upper triangle of A (rows 1..P), its diagonal
+ * also in CJ(P); JOB = 0: the diagonal of C in CJ; JOB = j (1..P): column j of C in CJ.  WORK(P).
+ * IFAIL (host channel): 1 an argument error (P < 1, SIGMA < 0, JOB out of range, IRANK out of range,
+ * NRA too small; each with its own message); 2 SVD false and R is singular or so nearly that C would
+ * overflow; 3 SVD true and one of the first IRANK singular values is zero. */
+ZEK_API void F04YAF(const int *job, const int *p, const double *sigma, double *a, const int *nra, const int *svd,
+                    const int *irank, const double *sv, double *cj, double *work, int *ifail) ZEK_SYMBOL("q46021");
+
+/* The guarded triangular solve behind F04YAF: T*x = b (DIRECTION >= 0) or T'*x = b (DIRECTION < 0) for
+ * the upper triangular N by N matrix T (LDT >= N); B(N) receives x.  IFAIL 1 (no message) as soon as a
+ * division would overflow, 0 otherwise. */
+ZEK_API void F04YAY(const int *direction, const int *n, const double *t, const int *ldt, double *b, int *ifail)
+    ZEK_SYMBOL("q30405");
+
+/* Estimate of the 1-norm of a real N by N matrix A that the caller can multiply by, through reverse
+ * communication.  Set ICASE = 0 and call; while ICASE comes back nonzero, overwrite X(N) by A*X
+ * (ICASE 1) or A'*X (ICASE 2) and call again with everything else unchanged.  When ICASE comes back 0,
+ * ESTNRM holds the estimate (a lower bound, almost always within a factor 3 of ||A||_1) and
+ * WORK(N) a vector v = A*w with ||v||_1 / ||w||_1 = ESTNRM.  At most eleven products are asked for.
+ * IWORK(N+3) carries the state between calls.  Applied to A^-1 through a factorisation, this gives
+ * condition numbers.  IFAIL (host channel): 1 N < 1; 2 ICASE not 0, 1 or 2 (ICASE is set to 0). */
+ZEK_API void F04YCF(int *icase, const int *n, double *x, double *estnrm, double *work, int *iwork, int *ifail)
+    ZEK_SYMBOL("q30406");
+/* F04YCF for a complex matrix: X(N) and WORK(N) complex; ICASE 2 asks for A^H*X; IWORK(3). */
+ZEK_API void F04ZCF(int *icase, const int *n, double *x, double *estnrm, double *work, int *iwork, int *ifail)
+    ZEK_SYMBOL("q30407");
+
 ZEK_END_DECLS
 
 #endif

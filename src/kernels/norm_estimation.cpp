@@ -1,0 +1,265 @@
+// F04YCF and F04ZCF: estimates of the 1-norm of a real or complex matrix known only through products
+// with it and with its transpose, by reverse communication.
+//
+// The estimator is the one of Hager as refined by Higham: start from the vector of equal weights, then
+// alternate x := A*x, the sign vector of the result, x := A'*x, and the unit vector at the largest
+// component, until the estimate stops growing or the signs repeat (at most five such rounds); a last
+// product with an alternating test vector guards against the cases where the power-method steps are
+// misled.  The state between calls lives in the caller's IWORK, nothing in the library.
+#include <cmath>
+#include <cstddef>
+
+#include "frame/ifail.h"
+#include "frame/machine.h"
+#include "kernels/level1.h"
+#include "zek2/f04.h"
+
+namespace zek {
+
+namespace {
+
+constexpr int kMaxRounds = 5;
+
+// IWORK layout: the saved state in its first three places (stage, index, round), then the N signs of
+// the real estimator.
+enum { kStage = 0, kIndex = 1, kRound = 2, kSigns = 3 };
+
+inline double sign_of(double x) { return x >= 0.0 ? 1.0 : -1.0; }
+
+// The alternating test vector (-1)**(i+1) * (1 + (i-1)/(n-1)).
+template <class Set> void alternating(int n, Set set) {
+    double altsgn = 1.0;
+    for (int i = 0; i < n; ++i) {
+        set(i, altsgn * (1.0 + static_cast<double>(i) / (n - 1)));
+        altsgn = -altsgn;
+    }
+}
+
+} // namespace
+
+// One call of the real estimator: KASE 0 on the first call; on return KASE 1 asks for X := A*X, 2 for
+// X := A'*X, and 0 says EST is final (V holds A*w for a w with ||A*w||/||w|| = EST).
+void estimate_norm(int n, double *v, double *x, int *isave, double *est, int *kase) {
+    int *isgn = isave + kSigns;
+    auto unit_vector = [&](int j) {
+        for (int i = 0; i < n; ++i) x[i] = 0.0;
+        x[j] = 1.0;
+        *kase = 1;
+        isave[kStage] = 3;
+    };
+    auto final_test = [&]() {
+        alternating(n, [&](int i, double value) { x[i] = value; });
+        *kase = 1;
+        isave[kStage] = 5;
+    };
+    if (*kase == 0) {
+        for (int i = 0; i < n; ++i) x[i] = 1.0 / n;
+        *kase = 1;
+        isave[kStage] = 1;
+        return;
+    }
+    switch (isave[kStage]) {
+    case 1: // X holds A*x.
+        if (n == 1) {
+            v[0] = x[0];
+            *est = std::fabs(v[0]);
+            *kase = 0;
+            return;
+        }
+        *est = asum(n, x, 1);
+        for (int i = 0; i < n; ++i) {
+            x[i] = sign_of(x[i]);
+            isgn[i] = static_cast<int>(x[i]);
+        }
+        *kase = 2;
+        isave[kStage] = 2;
+        return;
+    case 2: // X holds A'*x.
+        isave[kIndex] = iamax(n, x, 1) - 1;
+        isave[kRound] = 2;
+        unit_vector(isave[kIndex]);
+        return;
+    case 3: { // X holds A*x.
+        copy(n, x, 1, v, 1);
+        const double estold = *est;
+        *est = asum(n, v, 1);
+        bool repeated = true;
+        for (int i = 0; i < n; ++i)
+            if (static_cast<int>(sign_of(x[i])) != isgn[i]) repeated = false;
+        if (repeated || *est <= estold) {
+            final_test();
+            return;
+        }
+        for (int i = 0; i < n; ++i) {
+            x[i] = sign_of(x[i]);
+            isgn[i] = static_cast<int>(x[i]);
+        }
+        *kase = 2;
+        isave[kStage] = 4;
+        return;
+    }
+    case 4: { // X holds A'*x.
+        const int jlast = isave[kIndex];
+        isave[kIndex] = iamax(n, x, 1) - 1;
+        if (x[jlast] != std::fabs(x[isave[kIndex]]) && isave[kRound] < kMaxRounds) {
+            ++isave[kRound];
+            unit_vector(isave[kIndex]);
+            return;
+        }
+        final_test();
+        return;
+    }
+    case 5: { // X holds A*(alternating vector).
+        const double temp = 2.0 * (asum(n, x, 1) / (3.0 * n));
+        if (temp > *est) {
+            copy(n, x, 1, v, 1);
+            *est = temp;
+        }
+        *kase = 0;
+        return;
+    }
+    default:
+        *kase = 0;
+        return;
+    }
+}
+
+// The complex estimator: the signs are x(i)/|x(i)| (1 for a negligible element), and the sign test
+// of the real form is dropped.
+void estimate_norm(int n, Complex *v, Complex *x, int *isave, double *est, int *kase) {
+    const double safmin = safe_minimum();
+    auto modulus = [](Complex z) { return std::hypot(z.re, z.im); };
+    auto sum_moduli = [&](const Complex *y) {
+        double s = 0.0;
+        for (int i = 0; i < n; ++i) s += modulus(y[i]);
+        return s;
+    };
+    auto largest = [&]() {
+        int best = 0;
+        double m = modulus(x[0]);
+        for (int i = 1; i < n; ++i)
+            if (modulus(x[i]) > m) {
+                m = modulus(x[i]);
+                best = i;
+            }
+        return best;
+    };
+    auto signs = [&]() {
+        for (int i = 0; i < n; ++i) {
+            const double a = modulus(x[i]);
+            x[i] = a > safmin ? Complex{x[i].re / a, x[i].im / a} : Complex{1.0, 0.0};
+        }
+    };
+    auto unit_vector = [&](int j) {
+        for (int i = 0; i < n; ++i) x[i] = {0.0, 0.0};
+        x[j] = {1.0, 0.0};
+        *kase = 1;
+        isave[kStage] = 3;
+    };
+    auto final_test = [&]() {
+        alternating(n, [&](int i, double value) { x[i] = {value, 0.0}; });
+        *kase = 1;
+        isave[kStage] = 5;
+    };
+    if (*kase == 0) {
+        for (int i = 0; i < n; ++i) x[i] = {1.0 / n, 0.0};
+        *kase = 1;
+        isave[kStage] = 1;
+        return;
+    }
+    switch (isave[kStage]) {
+    case 1:
+        if (n == 1) {
+            v[0] = x[0];
+            *est = modulus(v[0]);
+            *kase = 0;
+            return;
+        }
+        *est = sum_moduli(x);
+        signs();
+        *kase = 2;
+        isave[kStage] = 2;
+        return;
+    case 2:
+        isave[kIndex] = largest();
+        isave[kRound] = 2;
+        unit_vector(isave[kIndex]);
+        return;
+    case 3: {
+        copy(n, x, 1, v, 1);
+        const double estold = *est;
+        *est = sum_moduli(v);
+        if (*est <= estold) {
+            final_test();
+            return;
+        }
+        signs();
+        *kase = 2;
+        isave[kStage] = 4;
+        return;
+    }
+    case 4: {
+        const int jlast = isave[kIndex];
+        isave[kIndex] = largest();
+        if (modulus(x[jlast]) != modulus(x[isave[kIndex]]) && isave[kRound] < kMaxRounds) {
+            ++isave[kRound];
+            unit_vector(isave[kIndex]);
+            return;
+        }
+        final_test();
+        return;
+    }
+    case 5: {
+        const double temp = 2.0 * (sum_moduli(x) / (3.0 * n));
+        if (temp > *est) {
+            copy(n, x, 1, v, 1);
+            *est = temp;
+        }
+        *kase = 0;
+        return;
+    }
+    default:
+        *kase = 0;
+        return;
+    }
+}
+
+namespace {
+
+// The checks shared by both estimators: N, and a reverse-communication code the estimator handed out.
+bool estimator_arguments(FailureExit &exit, int icase, int n) {
+    if (n < 1) {
+        exit.fail(1, 99999, " ** On entry, N .lt. 1: N =%16ld.", {static_cast<long>(n)});
+        return false;
+    }
+    if (icase < 0 || icase > 2) {
+        exit.fail(2, 99998, " ** On entry, ICASE .lt. 0 or ICASE .gt. 2: ICASE =%16ld.", {static_cast<long>(icase)});
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+} // namespace zek
+
+extern "C" void F04YCF(int *icase, const int *n, double *x, double *estnrm, double *work, int *iwork, int *ifail) {
+    zek::FailureExit exit("F04YCF", nullptr, ifail);
+    if (!zek::estimator_arguments(exit, *icase, *n)) {
+        *icase = 0;
+        return;
+    }
+    zek::estimate_norm(*n, work, x, iwork, estnrm, icase);
+    exit.succeed();
+}
+
+extern "C" void F04ZCF(int *icase, const int *n, double *x, double *estnrm, double *work, int *iwork, int *ifail) {
+    zek::FailureExit exit("F04ZCF", nullptr, ifail);
+    if (!zek::estimator_arguments(exit, *icase, *n)) {
+        *icase = 0;
+        return;
+    }
+    zek::estimate_norm(*n, reinterpret_cast<zek::Complex *>(work), reinterpret_cast<zek::Complex *>(x), iwork,
+                       estnrm, icase);
+    exit.succeed();
+}

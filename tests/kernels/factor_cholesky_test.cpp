@@ -1,0 +1,248 @@
+// Cholesky factorisations (F07FDF, F07FDZ, F07FRF, F07FRZ, F07GDF) and the packed triangular solve F07UEF.
+#include <gtest/gtest.h>
+
+#include <complex>
+#include <string>
+
+#include "factor_test_support.h"
+#include "kernels/cholesky.h"
+#include "zek2/f07.h"
+
+using namespace zek_test;
+
+namespace {
+
+void set_block_size(const char *name, int nb) {
+    const int param = 1, set = 1;
+    F07_BLOCK_SIZE(&param, name, &nb, &set, 6);
+}
+
+// U'*U or L*L' from the factor in the UPLO triangle of F.
+Mat cholesky_product(const Mat &f, char uplo) {
+    const int n = f.n;
+    Mat t(n, n);
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < n; ++i)
+            if ((uplo == 'U' && i <= j) || (uplo == 'L' && i >= j)) t(i, j) = f(i, j);
+    Mat tt(n, n);
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < n; ++i) tt(i, j) = t(j, i);
+    return uplo == 'U' ? multiply(tt, t) : multiply(t, tt);
+}
+
+// The UPLO triangle of A with the other one copied from it (so that comparisons see a full matrix).
+Mat symmetrised(const Mat &a, char uplo) {
+    Mat s = a;
+    for (int j = 0; j < a.n; ++j)
+        for (int i = 0; i < a.n; ++i)
+            if ((uplo == 'U') ? i > j : i < j) s(i, j) = a(j, i);
+    return s;
+}
+
+} // namespace
+
+class CholeskyBackwardError : public ::testing::TestWithParam<std::tuple<char, int, bool>> {};
+
+TEST_P(CholeskyBackwardError, BlockedEqualsUnblockedAndReproducesTheMatrix) {
+    const auto [uplo, n, graded] = GetParam();
+    const char u[1] = {uplo};
+    const Mat a = make_spd(n, 3u + n, graded);
+    Mat f1 = a, fb = a, fz = a;
+    int info1 = -1, infob = -1, infoz = -1;
+    set_block_size("F07FDF", 1);
+    F07FDF(u, &n, f1.data(), &f1.ld, &info1, 1);
+    set_block_size("F07FDF", 7);
+    F07FDF(u, &n, fb.data(), &fb.ld, &infob, 1);
+    set_block_size("F07FDF", 1);
+    F07FDZ(u, &n, fz.data(), &fz.ld, &infoz, 1);
+    EXPECT_EQ(info1, 0);
+    EXPECT_EQ(infob, 0);
+    EXPECT_EQ(infoz, 0);
+    EXPECT_LT(scaled_difference(symmetrised(a, uplo), cholesky_product(f1, uplo)), 2.0);
+    expect_near_vectors(fb.v, f1.v, 1e-13, "blocked against unblocked");
+    EXPECT_EQ(fz.v, f1.v);
+
+    // Packed storage gives the same factor.
+    std::vector<double> ap;
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < n; ++i)
+            if ((uplo == 'U' && i <= j) || (uplo == 'L' && i >= j)) ap.push_back(a(i, j));
+    int infop = -1;
+    F07GDF(u, &n, ap.data(), &infop, 1);
+    EXPECT_EQ(infop, 0);
+    std::size_t k = 0;
+    double worst = 0.0;
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < n; ++i)
+            if ((uplo == 'U' && i <= j) || (uplo == 'L' && i >= j))
+                worst = std::max(worst, std::fabs(ap[k++] - f1(i, j)) / (1.0 + std::fabs(f1(i, j))));
+    EXPECT_LT(worst, 1e-12);
+
+    // The packed solve with the factor: U'*U*x = b or L*L'*x = b in two triangular solves.
+    Mat b = make_matrix(Kind::Random, n, 3, 17);
+    Mat x = b;
+    const int nrhs = 3;
+    int infos = -1;
+    const char first = uplo == 'U' ? 'T' : 'N', second = uplo == 'U' ? 'N' : 'T';
+    F07UEF(u, &first, "N", &n, &nrhs, ap.data(), x.data(), &x.ld, &infos, 1, 1, 1);
+    F07UEF(u, &second, "N", &n, &nrhs, ap.data(), x.data(), &x.ld, &infos, 1, 1, 1);
+    EXPECT_EQ(infos, 0);
+    const Mat ax = multiply(symmetrised(a, uplo), x);
+    EXPECT_LT(scaled_difference(b, ax), graded ? 1e6 : 50.0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Shapes, CholeskyBackwardError,
+                         ::testing::Combine(::testing::Values('U', 'L'), ::testing::Values(1, 6, 45),
+                                            ::testing::Bool()),
+                         [](const auto &info) {
+                             return std::string(1, std::get<0>(info.param)) + "_" +
+                                    std::to_string(std::get<1>(info.param)) +
+                                    (std::get<2>(info.param) ? "_graded" : "_plain");
+                         });
+
+// The minor of order 4 is not positive definite: INFO = 4 in every form, columns before it factorised.
+TEST(CholeskyFactor, IndefiniteMatrixStopsAtItsMinor) {
+    const int n = 20;
+    for (char uplo : {'U', 'L'}) {
+        Mat a = make_spd(n, 9);
+        a(3, 3) = -1.0;
+        for (int nb : {1, 3, 8}) {
+            set_block_size("F07FDF", nb);
+            Mat f = a;
+            int info = 0;
+            F07FDF(&uplo, &n, f.data(), &f.ld, &info, 1);
+            EXPECT_EQ(info, 4) << uplo << nb;
+        }
+        std::vector<double> ap;
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i < n; ++i)
+                if ((uplo == 'U' && i <= j) || (uplo == 'L' && i >= j)) ap.push_back(a(i, j));
+        int info = 0;
+        F07GDF(&uplo, &n, ap.data(), &info, 1);
+        EXPECT_EQ(info, 4);
+    }
+    set_block_size("F07FDF", 1);
+}
+
+TEST(CholeskyFactor, ComplexHermitianFactorBlockedAndUnblocked) {
+    using C = std::complex<double>;
+    const int n = 27;
+    Random rng(4);
+    std::vector<C> b(std::size_t(n) * n), a(std::size_t(n) * n);
+    for (C &z : b) z = C(rng.next(), rng.next());
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < n; ++i) {
+            C s = (i == j) ? C(n) : C(0);
+            for (int l = 0; l < n; ++l) s += std::conj(b[l + i * n]) * b[l + j * n];
+            a[i + j * n] = s;
+        }
+    for (char uplo : {'U', 'L'}) {
+        std::vector<C> f1 = a, fb = a;
+        int i1 = -1, ib = -1;
+        F07FRZ(&uplo, &n, reinterpret_cast<double *>(f1.data()), &n, &i1, 1);
+        set_block_size("F07FRF", 5);
+        F07FRF(&uplo, &n, reinterpret_cast<double *>(fb.data()), &n, &ib, 1);
+        set_block_size("F07FRF", 1);
+        EXPECT_EQ(i1, 0);
+        EXPECT_EQ(ib, 0);
+        double err = 0.0, diff = 0.0;
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i < n; ++i) {
+                // (U^H U)(i,j) or (L L^H)(i,j), on the stored triangle.
+                if (uplo == 'U' ? i > j : i < j) continue;
+                C s(0);
+                for (int l = 0; l < n; ++l) {
+                    if (uplo == 'U' && l <= std::min(i, j)) s += std::conj(f1[l + i * n]) * f1[l + j * n];
+                    if (uplo == 'L' && l <= std::min(i, j)) s += f1[i + l * n] * std::conj(f1[j + l * n]);
+                }
+                err = std::max(err, std::abs(s - a[i + j * n]));
+                diff = std::max(diff, std::abs(fb[i + j * n] - f1[i + j * n]));
+            }
+        EXPECT_LT(err / (n * n * kEps * n), 2.0) << uplo;
+        EXPECT_LT(diff, 1e-12) << uplo;
+    }
+}
+
+TEST(CholeskyReference, SameFactorAsReferenceDpotrf) {
+    const PeerBlas &lapack = reference_lapack();
+    ASSERT_TRUE(lapack.loaded()) << lapack.error();
+    using Potrf = void (*)(const char *, const int *, double *, const int *, int *, int);
+    auto dpotrf = lapack.get<Potrf>("dpotrf");
+    ASSERT_NE(dpotrf, nullptr);
+    const int n = 90;
+    for (char uplo : {'U', 'L'}) {
+        const Mat a = make_spd(n, 21);
+        Mat ours = a, ref = a;
+        int i1 = 0, i2 = 0;
+        set_block_size("F07FDF", 16);
+        F07FDF(&uplo, &n, ours.data(), &ours.ld, &i1, 1);
+        set_block_size("F07FDF", 1);
+        dpotrf(&uplo, &n, ref.data(), &ref.ld, &i2, 1);
+        EXPECT_EQ(i1, i2);
+        expect_near_vectors(ours.v, ref.v, 1e-12, "dpotrf");
+    }
+}
+
+TEST(CholeskyFactor, PackedSolveReportsAZeroDiagonalBeforeSolving) {
+    const int n = 3, nrhs = 1;
+    const double ap[6] = {2, 1, 3, 4, 5, 0}; // upper packed, T(3,3) = 0
+    double b[3] = {1, 2, 3};
+    int info = 0;
+    F07UEF("U", "N", "N", &n, &nrhs, ap, b, &n, &info, 1, 1, 1);
+    EXPECT_EQ(info, 3);
+    EXPECT_EQ(b[0], 1.0);
+    // A unit diagonal is never tested.
+    F07UEF("U", "N", "U", &n, &nrhs, ap, b, &n, &info, 1, 1, 1);
+    EXPECT_EQ(info, 0);
+}
+
+TEST(CholeskyFactor, SilentRouteLeavesOnlyInfo) {
+    struct Case {
+        char uplo;
+        int n, lda, info;
+    };
+    const Case cases[] = {{'X', 2, 2, -1}, {'U', -1, 1, -2}, {'l', 3, 2, -4}};
+    for (const Case &c : cases) {
+        StdoutCapture capture;
+        double a[9] = {0};
+        int i1 = 0, i2 = 0, i3 = 0;
+        F07FDF(&c.uplo, &c.n, a, &c.lda, &i1, 1);
+        F07FRF(&c.uplo, &c.n, a, &c.lda, &i2, 1);
+        F07FRZ(&c.uplo, &c.n, a, &c.lda, &i3, 1);
+        EXPECT_EQ(i1, c.info);
+        EXPECT_EQ(i2, c.info);
+        EXPECT_EQ(i3, c.info);
+        EXPECT_EQ(capture.text(), "");
+    }
+}
+
+// The hard route: the report goes to the host channel and the process ends with status 0, whatever
+// the caller wanted.
+TEST(CholeskyFactorDeathTest, HardRouteEndsTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    double a[4] = {1, 0, 0, 1};
+    int info = 0;
+    const int n2 = 2, bad = -1, lda1 = 1;
+    EXPECT_EXIT(F07FDZ("Q", &n2, a, &n2, &info, 1), ::testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(F07FDZ("U", &n2, a, &lda1, &info, 1), ::testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(F07GDF("U", &bad, a, &info, 1), ::testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(F07UEF("U", "N", "N", &n2, &bad, a, a, &n2, &info, 1, 1, 1), ::testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(F07UEF("U", "N", "N", &n2, &n2, a, a, &lda1, &info, 1, 1, 1), ::testing::ExitedWithCode(0), "");
+}
+
+// What the hard route prints, captured in a child that ends.
+TEST(CholeskyFactorDeathTest, HardRouteMessage) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    int info = 0;
+    const int bad = -1;
+    double ap[1] = {1};
+    EXPECT_EXIT(
+        {
+            std::fflush(stdout);
+            dup2(2, 1); // let the death test see stdout
+            F07GDF("U", &bad, ap, &info, 1);
+        },
+        ::testing::ExitedWithCode(0),
+        "On entry to F07GDF/DPPTRF parameter number  2 had an illegal value.*ABNORMAL EXIT from ZEK Library "
+        "routine F07GDF: INFO =    -2");
+}

@@ -1,0 +1,417 @@
+// Determinants, linear equations, inversion, covariance, norm estimation, the modified Cholesky factor and
+// transposition (F03, F04 and the F01 operations).
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <string>
+
+#include "factor_test_support.h"
+#include "kernels/modified_cholesky.h"
+#include "zek2/f01.h"
+#include "zek2/f03.h"
+#include "zek2/f04.h"
+
+using namespace zek_test;
+
+namespace {
+
+Mat identity(int n) {
+    Mat e(n, n);
+    for (int i = 0; i < n; ++i) e(i, i) = 1.0;
+    return e;
+}
+
+// A = Q*diag(sigma)*Q' with a random orthogonal Q (from F01QCF) and singular values from 1 down to
+// 1/COND, so that the 2-norm condition number is COND.
+Mat with_condition(int n, double cond, unsigned seed) {
+    Mat z = make_matrix(Kind::Random, n, n, seed);
+    std::vector<double> zeta(n);
+    int ifail = 0;
+    F01QCF(&n, &n, z.data(), &z.ld, zeta.data(), &ifail);
+    Mat d(n, n);
+    for (int i = 0; i < n; ++i) d(i, i) = std::pow(cond, -static_cast<double>(i) / std::max(1, n - 1));
+    std::vector<double> work(n);
+    F01QDF("N", "S", &n, &n, z.data(), &z.ld, zeta.data(), &n, d.data(), &d.ld, work.data(), &ifail, 1, 1);
+    Mat dt(n, n);
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < n; ++i) dt(i, j) = d(j, i);
+    F01QDF("N", "S", &n, &n, z.data(), &z.ld, zeta.data(), &n, dt.data(), &dt.ld, work.data(), &ifail, 1, 1);
+    return dt;
+}
+
+} // namespace
+
+TEST(Determinant, KnownValuesAndScaledForm) {
+    // det of [[2,1],[1,3]] (by columns) is 5; a permutation flips the sign.
+    Mat a(2, 2);
+    a(0, 0) = 2, a(1, 0) = 1, a(0, 1) = 1, a(1, 1) = 3;
+    int n = 2, ifail = 0;
+    double det = 0.0, w[2];
+    Mat f = a;
+    F03AAF(f.data(), &f.ld, &n, &det, w, &ifail);
+    EXPECT_EQ(ifail, 0);
+    EXPECT_NEAR(det, 5.0, 1e-14);
+    Mat s(2, 2);
+    s(0, 1) = 1, s(1, 0) = 1;
+    F03AAF(s.data(), &s.ld, &n, &det, w, &ifail);
+    EXPECT_NEAR(det, -1.0, 1e-15);
+    // 200 by 200 diagonal of 10: 10**200 fits, and the scaled form carries it exactly.
+    const int big = 200;
+    Mat d = identity(big);
+    for (int i = 0; i < big; ++i) d(i, i) = 10.0;
+    Mat d2 = d;
+    std::vector<double> p(big);
+    double d1 = 0.0;
+    int id = 0;
+    const double eps = 0.0;
+    F03AFF(&big, &eps, d.data(), &d.ld, &d1, &id, p.data(), &ifail);
+    EXPECT_EQ(ifail, 0);
+    EXPECT_NEAR(std::log2(std::fabs(d1)) + id, 200.0 * std::log2(10.0), 1e-9);
+    EXPECT_GE(std::fabs(d1), 0.0625);
+    EXPECT_LT(std::fabs(d1), 1.0);
+    // 10**400 overflows: F03AAF says so, the scaled form does not.
+    const int huge = 400;
+    Mat h = identity(huge);
+    for (int i = 0; i < huge; ++i) h(i, i) = 10.0;
+    std::vector<double> wk(huge);
+    ifail = 1;
+    F03AAF(h.data(), &h.ld, &huge, &det, wk.data(), &ifail);
+    EXPECT_EQ(ifail, 3);
+    for (int i = 0; i < huge; ++i) h(i, i) = 0.1;
+    Mat hh = identity(huge);
+    for (int i = 0; i < huge; ++i) hh(i, i) = 0.1;
+    ifail = 1;
+    F03AAF(hh.data(), &hh.ld, &huge, &det, wk.data(), &ifail);
+    EXPECT_EQ(ifail, 4);
+    EXPECT_EQ(det, 0.0);
+    (void)d2;
+}
+
+TEST(Determinant, SingularAndArgumentErrors) {
+    Mat a = make_matrix(Kind::RankDeficient, 6, 6, 2);
+    int n = 6, ifail = 1;
+    double det = 1.0, w[6];
+    F03AAF(a.data(), &a.ld, &n, &det, w, &ifail);
+    EXPECT_EQ(ifail, 1);
+    EXPECT_EQ(det, 0.0);
+    int bad = 0;
+    ifail = 1;
+    F03AAF(a.data(), &a.ld, &bad, &det, w, &ifail);
+    EXPECT_EQ(ifail, 2);
+    // The noisy soft request prints the message on the host channel (stdout here).
+    StdoutCapture capture;
+    int lda = 3;
+    ifail = -1;
+    F03AAF(a.data(), &lda, &n, &det, w, &ifail);
+    const std::string text = capture.text();
+    EXPECT_EQ(ifail, 2);
+    EXPECT_NE(text.find(" ** On entry, IA .lt. N: IA =               3, N =               6."), std::string::npos)
+        << text;
+    ZekFail fail{};
+    std::vector<int> piv(6);
+    double detf;
+    int dete;
+    Mat z = make_matrix(Kind::ZeroColumn, 6, 6, 3);
+    f03afc(6, z.data(), 6, piv.data(), &detf, &dete, &fail);
+    EXPECT_EQ(fail.code, 366);
+    f03afc(0, z.data(), 6, piv.data(), &detf, &dete, &fail);
+    EXPECT_EQ(fail.code, 11);
+    f03afc(6, z.data(), 5, piv.data(), &detf, &dete, &fail);
+    EXPECT_EQ(fail.code, 17);
+}
+
+TEST(LinearEquations, SolutionsWithAndWithoutRefinement) {
+    const int n = 40, nrhs = 3;
+    for (double cond : {1e2, 1e10}) {
+        const Mat a = with_condition(n, cond, 8);
+        const Mat xtrue = make_matrix(Kind::Random, n, nrhs, 9);
+        const Mat b = multiply(a, xtrue);
+        ZekFail fail{};
+        // Factorise once (f03afc), solve plainly (f04ajc) and with refinement (f04ahc).
+        Mat lu = a;
+        std::vector<int> piv(n);
+        double detf;
+        int dete;
+        f03afc(n, lu.data(), n, piv.data(), &detf, &dete, &fail);
+        ASSERT_EQ(fail.code, 0);
+        Mat plain = b;
+        f04ajc(n, nrhs, lu.data(), n, piv.data(), plain.data(), n, &fail);
+        EXPECT_EQ(fail.code, 0);
+        Mat refined(n, nrhs), resid(n, nrhs);
+        f04ahc(n, nrhs, a.data(), n, lu.data(), n, piv.data(), b.data(), n, refined.data(), n, resid.data(), n, &fail);
+        EXPECT_EQ(fail.code, 0);
+        // The driver does all of it.
+        Mat aa(n, n), x(n, nrhs);
+        f04aec(n, nrhs, a.data(), n, b.data(), n, aa.data(), n, x.data(), n, nullptr, 0, &fail);
+        EXPECT_EQ(fail.code, 0);
+        EXPECT_EQ(aa.v, lu.v);
+        EXPECT_EQ(x.v, refined.v);
+        // Forward errors: refinement gives a solution accurate to about cond*eps, and a residual
+        // at rounding level of B.
+        const double tol = 10.0 * cond * kEps;
+        for (int j = 0; j < nrhs; ++j)
+            for (int i = 0; i < n; ++i) {
+                EXPECT_NEAR(plain(i, j), xtrue(i, j), tol * 10) << cond;
+                EXPECT_NEAR(refined(i, j), xtrue(i, j), tol) << cond;
+            }
+        EXPECT_LT(one_norm(resid) / one_norm(b), 10 * n * kEps);
+    }
+    ZekFail fail{};
+    double a[4] = {1, 2, 2, 4}, b[2] = {1, 1}, aa[4], x[2];
+    f04aec(2, 1, a, 2, b, 2, aa, 2, x, 2, nullptr, 0, &fail);
+    EXPECT_EQ(fail.code, 366);
+    f04aec(2, 0, a, 2, b, 2, aa, 2, x, 2, nullptr, 0, &fail);
+    EXPECT_EQ(fail.code, 11);
+    f04aec(2, 1, a, 2, b, 2, aa, 1, x, 2, nullptr, 0, &fail);
+    EXPECT_EQ(fail.code, 17);
+}
+
+TEST(LinearEquationsReference, DeterminantAndSolutionAgreeWithReferenceLapack) {
+    const PeerBlas &lapack = reference_lapack();
+    ASSERT_TRUE(lapack.loaded()) << lapack.error();
+    using Gesv = void (*)(const int *, const int *, double *, const int *, int *, double *, const int *, int *);
+    auto dgesv = lapack.get<Gesv>("dgesv");
+    ASSERT_NE(dgesv, nullptr);
+    const int n = 25, nrhs = 2;
+    const Mat a = make_matrix(Kind::Random, n, n, 77);
+    const Mat b = make_matrix(Kind::Random, n, nrhs, 78);
+    Mat ra = a, rb = b;
+    std::vector<int> ipiv(n);
+    int info = 0;
+    dgesv(&n, &nrhs, ra.data(), &ra.ld, ipiv.data(), rb.data(), &rb.ld, &info);
+    double ref_det = 1.0;
+    for (int i = 0; i < n; ++i) ref_det *= (ipiv[i] != i + 1 ? -1.0 : 1.0) * ra(i, i);
+    Mat f = a;
+    double det = 0.0;
+    std::vector<double> w(n);
+    int ifail = 0;
+    F03AAF(f.data(), &f.ld, &n, &det, w.data(), &ifail);
+    EXPECT_NEAR(det / ref_det, 1.0, 1e-12);
+    Mat aa(n, n), x(n, nrhs);
+    ZekFail fail{};
+    f04aec(n, nrhs, a.data(), n, b.data(), n, aa.data(), n, x.data(), n, nullptr, 0, &fail);
+    expect_near_vectors(x.v, rb.v, 1e-12, "solution");
+}
+
+TEST(Inverse, GeneralAndSymmetricPositiveDefinite) {
+    const int n = 30;
+    const Mat a = make_matrix(Kind::Random, n, n, 14);
+    Mat f = a, x(n, n);
+    ZekFail fail{};
+    f01aac(f.data(), n, n, x.data(), n, &fail);
+    ASSERT_EQ(fail.code, 0);
+    EXPECT_LT(scaled_difference(identity(n), multiply(a, x)), 200.0);
+    Mat s = make_matrix(Kind::RankDeficient, 5, 5, 1);
+    Mat sx(5, 5);
+    f01aac(s.data(), 5, 5, sx.data(), 5, &fail);
+    EXPECT_EQ(fail.code, 366);
+
+    // SPD inverse over the lower triangle; the strict upper triangle stays.
+    const Mat spd = make_spd(n, 15);
+    Mat w = spd;
+    for (int j = 1; j < n; ++j)
+        for (int i = 0; i < j; ++i) w(i, j) = -99.0;
+    f01adc(n, w.data(), n, &fail);
+    ASSERT_EQ(fail.code, 0);
+    Mat inv(n, n);
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < n; ++i) {
+            if (i < j) {
+                EXPECT_EQ(w(i, j), -99.0);
+            }
+            inv(i, j) = i >= j ? w(i, j) : w(j, i);
+        }
+    EXPECT_LT(scaled_difference(identity(n), multiply(spd, inv)), 50.0);
+    Mat notpd = spd;
+    notpd(2, 2) = -5.0;
+    f01adc(n, notpd.data(), n, &fail);
+    EXPECT_EQ(fail.code, 367);
+}
+
+TEST(Covariance, BothFormsAgreeWithTheNormalEquations) {
+    // R of a QR factorisation (P = 5) and, for the singular-value form, the SVD of R assembled by hand
+    // from a diagonal R (so V = I and S = |diag|).
+    const int p = 5;
+    Mat x = make_matrix(Kind::Random, 12, p, 5);
+    std::vector<double> zeta(p);
+    int m = 12, ifail = 0;
+    F01QCF(&m, &p, x.data(), &x.ld, zeta.data(), &ifail);
+    Mat r(p, p);
+    for (int j = 0; j < p; ++j)
+        for (int i = 0; i <= j; ++i) r(i, j) = x(i, j);
+    // (R'R)^-1 by the general inverse.
+    Mat rtr(p, p);
+    for (int j = 0; j < p; ++j)
+        for (int i = 0; i < p; ++i)
+            for (int l = 0; l < p; ++l) rtr(i, j) += r(l, i) * r(l, j);
+    Mat ginv(p, p), tmp = rtr;
+    ZekFail fail{};
+    f01aac(tmp.data(), p, p, ginv.data(), p, &fail);
+    const double sigma = 0.5, s2 = 0.25;
+    std::vector<double> cj(p), work(p);
+    const int svd = 0, irank = p;
+    for (int job = -1; job <= p; ++job) {
+        Mat a = r;
+        F04YAF(&job, &p, &sigma, a.data(), &a.ld, &svd, &irank, nullptr, cj.data(), work.data(), &ifail);
+        ASSERT_EQ(ifail, 0) << job;
+        for (int k = 0; k < p; ++k) {
+            if (job == 0 || job == -1) {
+                EXPECT_NEAR(cj[k], s2 * ginv(k, k), 1e-12 * (1 + std::fabs(ginv(k, k)))) << job;
+            } else {
+                EXPECT_NEAR(cj[k], s2 * ginv(k, job - 1), 1e-12 * (1 + std::fabs(ginv(k, job - 1)))) << job;
+            }
+            if (job == -1) {
+                for (int i = 0; i <= k; ++i) EXPECT_NEAR(a(i, k), s2 * ginv(i, k), 1e-12 * (1 + std::fabs(ginv(i, k))));
+            }
+        }
+    }
+    // The singular-value form with V = I: C = sigma**2 * diag(1/s**2) on the leading IRANK variables.
+    const std::vector<double> sv = {4.0, 2.0, 1.0};
+    Mat v = identity(p);
+    const int svd_true = 1, r3 = 3, jm1 = -1;
+    F04YAF(&jm1, &p, &sigma, v.data(), &v.ld, &svd_true, &r3, sv.data(), cj.data(), work.data(), &ifail);
+    EXPECT_EQ(ifail, 0);
+    for (int k = 0; k < p; ++k) EXPECT_NEAR(cj[k], k < 3 ? s2 / (sv[k] * sv[k]) : 0.0, 1e-15);
+    EXPECT_NEAR(v(0, 1), 0.0, 1e-15);
+}
+
+TEST(Covariance, FailureExits) {
+    struct Case {
+        int job, p;
+        double sigma;
+        int nra, svd, irank, ifail;
+        const char *text;
+    };
+    const Case cases[] = {
+        {0, 0, 1.0, 1, 0, 0, 1, " ** On entry, P .lt. 1: P =               0."},
+        {0, 2, -1.0, 2, 0, 0, 1, " ** On entry, SIGMA .lt. 0.0: SIGMA = -1.0000E+00."},
+        {3, 2, 1.0, 2, 0, 0, 1, " ** On entry, JOB .lt. -1 or JOB .gt. P:"},
+        {0, 2, 1.0, 2, 1, 3, 1, " ** On entry, SVD = .TRUE. and (IRANK .lt. 0 or IRANK .gt. P):"},
+        {0, 3, 1.0, 1, 1, 2, 1, " ** On entry, SVD = .TRUE., JOB .ge. 0 and NRA .lt. max(1,IRANK):"},
+        {-1, 3, 1.0, 2, 1, 2, 1, " ** On entry, SVD = .TRUE., JOB = -1 and NRA .lt. P:"},
+        {0, 3, 1.0, 3, 1, 0, 1, " ** On entry, SVD = .TRUE. and IRANK .le. 0:"},
+        {0, 3, 1.0, 2, 0, 0, 1, " ** On entry, SVD = .FALSE. and NRA .lt. P:"},
+        {0, 2, 1.0, 2, 0, 0, 2, " ** On entry, SVD = .FALSE. and overflow would occur in calculating"},
+        {0, 2, 1.0, 2, 1, 2, 3, " ** On entry, SVD = .FALSE. and one of the first IRANK singular"},
+    };
+    for (const Case &c : cases) {
+        double a[9] = {1, 0, 0, 0, 0, 0, 0, 0, 1}; // R(2,2) = 0 for the overflow case
+        double sv[3] = {1.0, 0.0, 1.0}, cj[3], work[3];
+        int ifail = -1;
+        StdoutCapture capture;
+        F04YAF(&c.job, &c.p, &c.sigma, a, &c.nra, &c.svd, &c.irank, sv, cj, work, &ifail);
+        const std::string text = capture.text();
+        EXPECT_EQ(ifail, c.ifail) << c.text;
+        EXPECT_NE(text.find(c.text), std::string::npos) << text;
+        EXPECT_NE(text.find("ABNORMAL EXIT from ZEK Library routine F04YAF: IFAIL =     " + std::to_string(c.ifail)),
+                  std::string::npos);
+    }
+}
+
+TEST(NormEstimate, RealAndComplexEstimatesBoundTheOneNorm) {
+    for (int n : {1, 7, 60}) {
+        const Mat a = make_matrix(Kind::Graded, n, n, 3u + n);
+        const double exact = one_norm(a);
+        std::vector<double> x(n), v(n);
+        std::vector<int> iwork(n + 3);
+        int icase = 0, ifail = 0, products = 0;
+        double est = 0.0;
+        do {
+            F04YCF(&icase, &n, x.data(), &est, v.data(), iwork.data(), &ifail);
+            ASSERT_EQ(ifail, 0);
+            if (icase != 0) {
+                std::vector<double> y(n, 0.0);
+                for (int j = 0; j < n; ++j)
+                    for (int i = 0; i < n; ++i) y[icase == 1 ? i : j] += (icase == 1 ? a(i, j) * x[j] : a(i, j) * x[i]);
+                x = y;
+                ++products;
+            }
+        } while (icase != 0 && products < 50);
+        EXPECT_LE(products, 11);
+        EXPECT_LE(est, exact * (1 + 1e-13));
+        EXPECT_GE(est, exact / 3.0);
+
+        // The complex estimator on the same matrix as a complex one.
+        std::vector<double> zx(2 * n), zv(2 * n);
+        icase = 0;
+        products = 0;
+        do {
+            F04ZCF(&icase, &n, zx.data(), &est, zv.data(), iwork.data(), &ifail);
+            if (icase != 0) {
+                std::vector<double> y(2 * n, 0.0);
+                for (int j = 0; j < n; ++j)
+                    for (int i = 0; i < n; ++i) {
+                        const int to = icase == 1 ? i : j, from = icase == 1 ? j : i;
+                        y[2 * to] += a(i, j) * zx[2 * from];
+                        y[2 * to + 1] += a(i, j) * zx[2 * from + 1];
+                    }
+                zx = y;
+                ++products;
+            }
+        } while (icase != 0 && products < 50);
+        EXPECT_LE(est, exact * (1 + 1e-13));
+        EXPECT_GE(est, exact / 3.0);
+    }
+    int icase = 7, n = 3, ifail = 1;
+    double x[3], est, v[3];
+    int iw[6];
+    F04YCF(&icase, &n, x, &est, v, iw, &ifail);
+    EXPECT_EQ(ifail, 2);
+    EXPECT_EQ(icase, 0);
+}
+
+TEST(ModifiedCholesky, PositiveDefiniteIsUnchangedAndIndefiniteIsMadeDefinite) {
+    // G = [[4,2,0],[2,5,1],[0,1,3]]: positive definite, so the factor is exact and nothing changes.
+    const int n = 3, ll = 3;
+    double l[3] = {2, 0, 1}; // g21; g31, g32
+    double d[3] = {4, 5, 3};
+    const double eps = 1e-16;
+    int ifail = -1;
+    zek::F01BQZ(&n, &eps, l, &ll, d, &ifail);
+    EXPECT_EQ(ifail, 0);
+    EXPECT_DOUBLE_EQ(d[0], 4.0);
+    EXPECT_DOUBLE_EQ(l[0], 0.5);
+    EXPECT_DOUBLE_EQ(d[1], 4.0);
+    EXPECT_DOUBLE_EQ(l[2], 0.25);
+    EXPECT_DOUBLE_EQ(d[2], 3.0 - 0.25);
+    // An indefinite G: the modified factor has positive diagonals and at least one was changed; G + E
+    // = L*D*L' differs from G only on the diagonal.
+    const int m = 4;
+    const double g[4][4] = {{1, 2, 0, 1}, {2, 1, 3, 0}, {0, 3, -2, 1}, {1, 0, 1, 0.5}};
+    std::vector<double> pl, pd(4);
+    for (int i = 0; i < 4; ++i) {
+        pd[i] = g[i][i];
+        for (int j = 0; j < i; ++j) pl.push_back(g[i][j]);
+    }
+    const int lm = 6;
+    zek::F01BQZ(&m, &eps, pl.data(), &lm, pd.data(), &ifail);
+    EXPECT_GT(ifail, 0);
+    auto lij = [&](int i, int j) { return i == j ? 1.0 : (i > j ? pl[i * (i - 1) / 2 + j] : 0.0); };
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_GT(pd[i], 0.0);
+        for (int j = 0; j < i; ++j) {
+            double s = 0.0;
+            for (int k = 0; k <= j; ++k) s += lij(i, k) * pd[k] * lij(j, k);
+            EXPECT_NEAR(s, g[i][j], 1e-12) << i << j;
+        }
+    }
+}
+
+TEST(Transpose, RectangularAndSquareInPlace) {
+    for (auto [m, n] : {std::pair{1, 1}, std::pair{1, 5}, std::pair{4, 4}, std::pair{3, 7}, std::pair{12, 5}}) {
+        const Mat a = make_matrix(Kind::Random, m, n, 4u + m);
+        std::vector<double> t(a.v.begin(), a.v.begin() + std::size_t(m) * n);
+        ZekFail fail{};
+        f01crc(t.data(), m, n, &fail);
+        EXPECT_EQ(fail.code, 0);
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i < m; ++i) EXPECT_EQ(t[j + std::size_t(i) * n], a(i, j));
+    }
+    ZekFail fail{};
+    double x[1];
+    f01crc(x, 0, 3, &fail);
+    EXPECT_EQ(fail.code, 11);
+    f01crc(x, 3, -1, &fail);
+    EXPECT_EQ(fail.code, 11);
+}
