@@ -53,6 +53,29 @@ ZEK_API void F01QDZ(const char *trans, const char *wheret, const int *m, const i
 ZEK_API void f01qdc(int trans, int wheret, int m, int n, double *a, int tda, const double *zeta, int ncolb, double *b,
                     int tdb, ZekFail *fail) ZEK_SYMBOL("q11684");
 
+/* QR factorisation in the reflector form above of an M by N matrix A (tda >= m, m >= n) whose first K
+ * columns (0 <= k <= n) are already reduced, with their zetas in ZETA(1..K): the columns past K are first
+ * transformed by those K reflectors, then reduced.  K = 0 is a plain QR factorisation, K > 0 continues
+ * one after columns were appended.  Each reflector is formed on its column divided by the column's
+ * largest element, so that no square overflows or underflows whatever the scaling of A's rows.
+ * ZETA(n), WORK(n).  When m = n, ZETA(n) is 0.  Codes 17 ZE_2_INT_ARG_LT (m < n, tda < m), 11
+ * ZE_INT_ARG_LT (n < 0, k < 0), 19 ZE_2_INT_ARG_GT (k > n). */
+ZEK_API void f01qac(int m, int n, int k, double *a, int tda, double *zeta, double *work, ZekFail *fail)
+    ZEK_SYMBOL("q49653");
+/* The scaled vector operations of f01qac.  Vectors are N elements at increment INCX >= 1. */
+/* Largest |x(i)|, 0 for N < 1. */
+ZEK_API double F01_ABS_MAX(int n, const double *x, int incx) ZEK_SYMBOL("q69275");
+/* Euclidean norm, the squares formed on x divided by its largest element. */
+ZEK_API double F01_SCALED_NORM(int n, const double *x, int incx) ZEK_SYMBOL("q30861");
+/* x := x / ALPHA, dividing element by element where 1/ALPHA would overflow. */
+ZEK_API void F01_SAFE_DIVIDE_VECTOR(int n, double alpha, double *x, int incx) ZEK_SYMBOL("q93036");
+/* The reflector (ZETA, z) that maps (ALPHA, x) to (beta, 0), formed on the vector scaled by its largest
+ * element: ALPHA receives beta, x receives z; ZETA = 0 (identity, x unchanged) for a zero vector. */
+ZEK_API void F01_SCALED_REFLECTOR(int n, double *alpha, double *x, int incx, double *zeta) ZEK_SYMBOL("q24484");
+/* C := (I - u*u')*C for u = (ZETA, Z(1..M-1)) and the M by NCOL matrix C (LDC >= M); WORK(NCOL). */
+ZEK_API void F01_APPLY_REFLECTOR(int m, int ncol, double zeta, const double *z, double *c, int ldc, double *work)
+    ZEK_SYMBOL("q29128");
+
 /* Inverse of a general real N by N matrix (F01AAZ): A (IA >= N) is overwritten by the LU factors of
  * F03AFF, X (IX >= N) receives A^-1 by forward and back substitution on the identity followed by the
  * column interchanges of the pivots; P(N) holds the pivots as reals.  IFAIL (host channel): 1 A is
@@ -76,6 +99,20 @@ ZEK_API void F01_SPD_INVERSE(int n, const double *l, int tdl, const double *d, d
  * the inverse above with extended inner products, in allocated workspace.  Codes 11, 17, 367
  * ZE_NOT_POS_DEF (A is not positive definite, possibly because of rounding), 73. */
 ZEK_API void f01adc(int n, double *a, int tda, ZekFail *fail) ZEK_SYMBOL("q96835");
+
+/* Reduction to upper bidiagonal form for the singular value decomposition: A = Q*B*P' for the M by N
+ * matrix A (tda >= m, m >= n), B with diagonal D(n) and superdiagonal E(n-1).  Q = H(1)...H(n) with
+ * H(k) = I - u*u', u = (ZL(k), A(k+1:m, k)) on rows k..m; P = G(1)...G(n-2) with u = (ZR(k),
+ * A(k, k+2:n)) on columns k+1..n (the reflector form of this chapter).  At the same time
+ * B := Q'*B for the m by ncolb matrix B (tdb >= m), Y := Y*Q for the nrowy by m matrix Y (tdy >= nrowy),
+ * Z := P'*Z for the n by ncolz matrix Z (tdz >= n); a zero count leaves the matrix alone (it may be
+ * null).  WANTP nonzero: the first n rows of A then receive P' (n by n), and the vectors of Q held there
+ * are lost.  ZL(n), ZR(n).  Allocates max(m, n, ncolb, nrowy, ncolz) (+ n*n with WANTP) reals.  Codes 11
+ * ZE_INT_ARG_LT (n, ncolb, nrowy, ncolz below 0), 17 ZE_2_INT_ARG_LT (m < n and the leading dimensions),
+ * 73 ZE_ALLOC_FAIL. */
+ZEK_API void f01lzc(int m, int n, double *a, int tda, double *d, double *e, double *zl, double *zr, int ncolb,
+                    double *b, int tdb, int nrowy, double *y, int tdy, int ncolz, double *z, int tdz, int wantp,
+                    ZekFail *fail) ZEK_SYMBOL("q56390");
 
 /* In-place transposition: A holds an M by N matrix column by column (leading dimension M) and on
  * return its N by M transpose (leading dimension N).  Allocates M*N bytes of marks.  Codes 11

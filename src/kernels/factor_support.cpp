@@ -4,6 +4,7 @@
 #include "frame/ifail.h"
 #include "kernels/level1.h"
 #include "kernels/level3.h"
+#include "kernels/matrix_utilities.h"
 #include "zek2/frame.h"
 
 namespace zek {
@@ -31,10 +32,7 @@ void hermitian_update(char uplo, char trans, int n, int k, double alpha, const C
 }
 
 void permute_rows_forward(int n, const double *perm, int k, double *b, int ldb) {
-    for (int i = 1; i <= n; ++i) {
-        const int p = static_cast<int>(perm[i - 1]);
-        if (p != i) swap(k, b + (i - 1), ldb, b + (p - 1), ldb);
-    }
+    matrix_permute('L', 'T', n, perm, k, b, ldb);
 }
 
 } // namespace zek
