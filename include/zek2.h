@@ -17,6 +17,7 @@
 #include "zek2/m01.h"
 #include "zek2/messages.h"
 #include "zek2/p01.h"
+#include "zek2/s.h"
 #include "zek2/x02.h"
 #include "zek2/x03.h"
 #include "zek2/x04.h"
