@@ -7,4 +7,8 @@ void *tour_bind(const char *symbol);
 /* Prints a section heading. */
 void tour_section(const char *title);
 
+/* One worked example per chapter, each in examples/tour_<name>.c. */
+void tour_fourier(void);
+void tour_linear(void);
+
 #endif
