@@ -158,6 +158,32 @@ ZEK_API void E04_KEY_LOOKUP(int count, const char *table, int ordered, char *wor
 ZEK_API void E04_KEY_LOOKUP_BYREF(const int *count, const char *table, const int *ordered, char *word, int *result,
                                   int table_width, int word_width) ZEK_SYMBOL("q61663");
 
+/* ---- Linear programming: the active-set solver ------------------------------------------------ */
+
+/* Minimises CVEC'x (problem type LP, the default) or finds a feasible point (problem type FP) subject
+ * to BL <= (x ; A x) <= BU, by a dense active-set method.  Call E04WBA("E04MFA", ...) once, then any
+ * E04MHF option calls, then E04MFA.
+ *   N >= 1 variables, NCLIN >= 0 general rows; A(LDA, N), LDA >= max(1, NCLIN), is not referenced
+ *   when NCLIN = 0; BL, BU (N+NCLIN): bounds of the variables then of the rows, a bound at or beyond
+ *   the INFINITE BOUND size (1e20 by default) counts as infinite; CVEC (N) is not referenced for FP.
+ *   ISTATE (N+NCLIN): in for a warm start (0 free, 1 at lower bound, 2 at upper, 3 equality; -2, -1
+ *   and 4 read as 0), out: -2/-1 violates its lower/upper bound, 0 free, 1/2 in the working set at
+ *   its lower/upper bound, 3 equality, 4 held at its value (at most N free variables, NCLIN+1 when
+ *   NCLIN < N, are held at once).  X (N): in the start, out the solution.  ITER: iterations taken.
+ *   OBJ: the objective at X, or the sum of infeasibilities when no feasible point was found (and
+ *   for FP).  AX (NCLIN): A x.  CLAMDA (N+NCLIN): the Lagrange multipliers, 0 outside the working
+ *   set.  IWORK (LIWORK >= 2N+3), WORK (LWORK >= 7N + 5 NCLIN + 2 t*t, t = min(N, NCLIN+1), or 7N+1
+ *   when NCLIN = 0): workspace; its first three integer cells keep the working set for a later hot
+ *   start.  LWSAV, IWSAV, RWSAV: the state arrays of E04WBA.
+ * IFAIL (on exit): 0 optimal, or a feasible point found for FP; 1 weak solution (optimal, not
+ * unique); 2 unbounded; 3 no feasible point, or the working set cannot be satisfied to the accuracy
+ * requested; 4 iteration limit; 6 errors in the input (N, NCLIN, LDA, bounds, ISTATE of a warm
+ * start, workspace), all reported with their count; 7 problem type not recognised. */
+ZEK_API void E04MFA(const int *n, const int *nclin, const double *a, const int *lda, const double *bl,
+                    const double *bu, const double *cvec, int *istate, double *x, int *iter, double *obj,
+                    double *ax, double *clamda, int *iwork, const int *liwork, double *work, const int *lwork,
+                    int *lwsav, int *iwsav, double *rwsav, int *ifail) ZEK_SYMBOL("q91522");
+
 ZEK_END_DECLS
 
 #endif

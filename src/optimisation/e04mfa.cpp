@@ -1,0 +1,193 @@
+// E04MFA: linear programming and feasible points over bounds and general linear constraints, the first
+// user of the active-set core.
+#include <algorithm>
+#include <cmath>
+
+#include "frame/ifail.h"
+#include "frame/output.h"
+#include "optimisation/active_set.h"
+#include "optimisation/options.h"
+#include "zek2/e04.h"
+
+namespace {
+
+using zek::active_set::Core;
+using zek::active_set::Start;
+using zek::active_set::Word;
+namespace lc = zek::e04::lc;
+
+// The run's settings from the LC block, after its defaults were applied.
+zek::active_set::Settings settings_of(const int *iwsav, const double *rwsav, int type) {
+    using zek::e04::Block;
+    using zek::e04::real_setting;
+    using zek::e04::setting;
+    zek::active_set::Settings s;
+    s.solver = "E04MFA";
+    s.kind[0] = type == 1 ? 'F' : 'L';
+    s.kind[1] = 'P';
+    s.feasible_point_only = type == 1;
+    s.print_level = setting(iwsav, Block::LC, lc::kPrintLevel);
+    s.print_unit = setting(iwsav, Block::LC, lc::kPrintUnit);
+    s.monitor_unit = setting(iwsav, Block::LC, lc::kMonitoringUnit);
+    s.iteration_limit = setting(iwsav, Block::LC, lc::kOptimalityItns);
+    s.check_frequency = setting(iwsav, Block::LC, lc::kCheckFrequency);
+    s.expand_frequency = setting(iwsav, Block::LC, lc::kExpandFrequency);
+    s.minimum_sum = setting(iwsav, Block::LC, lc::kMinimumSum) > 0;
+    s.infinite_bound = real_setting(rwsav, Block::LC, lc::kInfiniteBound);
+    s.infinite_step = real_setting(rwsav, Block::LC, lc::kInfiniteStep);
+    s.crash_tolerance = real_setting(rwsav, Block::LC, lc::kCrashTolerance);
+    s.feasibility_tolerance = real_setting(rwsav, Block::LC, lc::kFeasibilityTolerance);
+    s.optimality_tolerance = real_setting(rwsav, Block::LC, lc::kOptimalityTolerance);
+    const zek::e04::MachineBase base = zek::e04::machine_base(rwsav);
+    s.eps = base.eps;
+    s.e33 = base.e33;
+    s.e50 = base.e50;
+    s.e80 = base.e80;
+    s.condition_limit = std::max(1.0 / base.e50, 100.0);
+    return s;
+}
+
+// The largest distance of a working constraint from its bound.
+double working_set_error(const Core &c) {
+    double worst = 0.0;
+    for (int j = 0; j < c.n + c.nclin; ++j) {
+        const int s = c.istate[j];
+        if (s < zek::active_set::kAtLower || s > zek::active_set::kEquality) continue;
+        const double v = j < c.n ? c.x[j] : c.ax[j - c.n];
+        const double b = s == zek::active_set::kAtUpper ? c.bu[j] : c.bl[j];
+        worst = std::max(worst, std::fabs(v - b));
+    }
+    return worst;
+}
+
+} // namespace
+
+extern "C" void E04MFA(const int *n_, const int *nclin_, const double *a, const int *lda_, const double *bl,
+                       const double *bu, const double *cvec, int *istate, double *x, int *iter, double *obj,
+                       double *ax, double *clamda, int *iwork, const int *liwork_, double *work, const int *lwork_,
+                       int *lwsav, int *iwsav, double *rwsav, int *ifail) {
+    using zek::format;
+    using zek::e04::Block;
+    using zek::e04::Family;
+    using zek::e04::setting;
+    zek::FailureExit exit("E04MFA", nullptr, ifail);
+    const int n = *n_, nclin = *nclin_, lda = *lda_, liwork = *liwork_, lwork = *lwork_;
+
+    zek::e04::ProblemSize size;
+    size.n = n;
+    size.nclin = nclin;
+    zek::e04::begin_run(Family::MFA, lwsav, iwsav, rwsav, size);
+    zek::e04::print_parameters(Family::MFA, iwsav, rwsav, size);
+    const int type = setting(iwsav, Block::LC, lc::kProblemType);
+    zek::active_set::Settings set = settings_of(iwsav, rwsav, type);
+    const auto say = [&](const std::string &line) {
+        if (set.print_level >= 1) zek::host_line(set.print_unit, line.c_str(), static_cast<int>(line.size()) + 1);
+    };
+
+    if (type != 1 && type != 2) {
+        say("");
+        say(" Exit E04MFA - Problem type not recognized.  Problem abandoned.");
+        zek::e04::end_run(Family::MFA, lwsav, iwsav, rwsav);
+        exit.fail(7, 99999, " ** Problem type not recognized.  Problem abandoned.");
+        return;
+    }
+    const int start_code = setting(iwsav, Block::LC, lc::kStart);
+    const Start start = start_code == 1 ? Start::Warm : start_code == 2 ? Start::Hot : Start::Cold;
+    const char *start_word = start == Start::Warm ? "Warm" : start == Start::Hot ? "Hot " : "Cold";
+
+    // The layout, and every input error counted before any work.
+    zek::Records records;
+    int errors = zek::active_set::check_input(start_word, n, nclin, lda, bl, bu, istate, start, set.infinite_bound,
+                                              records);
+    zek::active_set::Layout layout;
+    if (n > 0 && nclin >= 0) {
+        const int mn = std::min(n, nclin);
+        int maxact = setting(iwsav, Block::LC, lc::kMaxActive);
+        int maxfree = setting(iwsav, Block::LC, lc::kMaxFree);
+        maxact = std::clamp(maxact, 1, std::max(1, mn));
+        maxfree = std::clamp(maxfree, nclin < n ? nclin + 1 : n, n);
+        layout = zek::active_set::work_layout(n, nclin, maxact, maxfree);
+        if (liwork < layout.liwork || lwork < layout.lwork) {
+            ++errors;
+            records.add(format(" Workspace provided is     IWORK(%8ld),  WORK(%8ld).", static_cast<long>(liwork),
+                               static_cast<long>(lwork)));
+            records.add(format(" To solve problem we need  IWORK(%8ld),  WORK(%8ld).",
+                               static_cast<long>(layout.liwork), static_cast<long>(layout.lwork)));
+            records.add(" ** Not enough workspace to solve problem.");
+        }
+    }
+    if (errors > 0) {
+        say("");
+        say(format(" Exit E04MFA - %7ld errors found in the input parameters.  Problem abandoned.",
+                   static_cast<long>(errors)));
+        records.add(format(" ** %7ld errors found in the input parameters.  Problem abandoned.",
+                           static_cast<long>(errors)));
+        zek::e04::end_run(Family::MFA, lwsav, iwsav, rwsav);
+        exit.fail_with_records(6, 99998, records, {static_cast<long>(errors)});
+        return;
+    }
+
+    Core core;
+    core.n = n;
+    core.nclin = nclin;
+    core.a = a;
+    core.lda = lda;
+    core.bl = bl;
+    core.bu = bu;
+    core.set = set;
+    core.istate = istate;
+    core.x = x;
+    core.ax = ax;
+    core.clamda = clamda;
+    zek::active_set::bind(core, layout, iwork, work);
+    zek::active_set::LinearStep step(type == 2 ? cvec : nullptr);
+    const Word word = zek::active_set::solve(core, step, start);
+
+    *iter = core.itn;
+    const bool feasible = core.ninf == 0;
+    *obj = feasible && type == 2 ? core.objective : core.suminf;
+
+    const char *kind = set.kind;
+    if (set.print_level >= 1) {
+        say("");
+        say(format(" Exit from %2.2s problem after %5ld iterations.", kind, static_cast<long>(core.itn)));
+        if (set.print_level == 1 || set.print_level >= 10) zek::active_set::print_solution(core);
+        say("");
+        switch (word) {
+        case Word::Optimal: say(format(" Exit E04MFA - Optimal %2.2s solution.", kind)); break;
+        case Word::Feasible: say(" Exit E04MFA - Feasible point found.     "); break;
+        case Word::Weak: say(format(" Exit E04MFA - Weak %2.2s solution.", kind)); break;
+        case Word::Unbounded: say(format(" Exit E04MFA - %2.2s solution is unbounded.", kind)); break;
+        case Word::Infeasible: say(" Exit E04MFA - No feasible point for the linear constraints."); break;
+        case Word::RowError:
+            say(" Exit E04MFA - Cannot satisfy the working set constraints to the accuracy");
+            say("requested.");
+            break;
+        case Word::IterationLimit: say(" Exit E04MFA - Too many iterations."); break;
+        default: break;
+        }
+        say("");
+        if (feasible && type == 2) say(format(" Final %2.2s objective value =%16.7G", kind, core.objective));
+        else if (word == Word::Infeasible && set.minimum_sum)
+            say(format(" Minimum sum of infeasibilities =%16.7G", core.suminf));
+        else say(format(" Final sum of infeasibilities =%16.7G", core.suminf));
+    }
+    zek::e04::end_run(Family::MFA, lwsav, iwsav, rwsav);
+
+    switch (word) {
+    case Word::Weak: exit.fail(1, 99997, " ** Weak %2.2s solution.", {kind}); break;
+    case Word::Unbounded: exit.fail(2, 99996, " ** %2.2s solution is unbounded.", {kind}); break;
+    case Word::Infeasible: exit.fail(3, 99995, " ** No feasible point for the linear constraints."); break;
+    case Word::RowError: {
+        zek::Records rec;
+        rec.add(" ** Cannot satisfy the working set constraints to the accuracy requested.");
+        rec.add(format(" Sum of infeasibilities =%16.7G", core.suminf));
+        const double rowerr = working_set_error(core);
+        rec.add(format(" Maximum row error =%16.7G", rowerr));
+        exit.fail_with_records(3, 99994, rec, {core.suminf, rowerr});
+        break;
+    }
+    case Word::IterationLimit: exit.fail(4, 99993, " ** Too many iterations."); break;
+    default: exit.succeed(); break;
+    }
+}
