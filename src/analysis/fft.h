@@ -84,7 +84,9 @@ inline Index complex_table_size(int p, Index ido) { return (p >= 7 ? p - 1 : 0) 
 // The complex table for the factors, pass by pass: for a factor of 7 or more its roots
 // exp(-2 pi i q/p), q = 1..p-1, then for every factor the twiddles exp(-2 pi i l1 i j / N) for
 // j = 1..p-1, i = 1..ido-1.  Uses at most N-1 complex elements.
-void fill_complex_table(int n, const int *factors, int nf, double *trig);
+// SCRATCH (2N reals, or null) speeds it up: an accurate table of the first octant (or quadrant, or
+// half, as N allows) is made there and the rest follows by symmetry.
+void fill_complex_table(int n, const int *factors, int nf, double *trig, double *scratch = nullptr);
 // Runs all passes on rows of M complex values, ping-ponging between X and SCRATCH, and leaves the
 // result in X multiplied by SCALE (imaginary parts by SCALE_IM).
 // X's rows lie LDX complex values apart; SCRATCH holds M*N complex values with rows M apart.

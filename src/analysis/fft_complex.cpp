@@ -98,8 +98,8 @@ int C06_COMPLEX_BODY(const char *direct, int n, double *x, double *work, int dir
     int factors[zek::fft::kFactorListSize];
     const int nf = zek::fft::factor_list(n, factors);
     if (nf > zek::fft::kSecondEngineMostFactors) return 3;
-    C06_COMPLEX_TABLE(n, factors, nf, work);
     double *scratch = work + 2 * static_cast<Index>(n);
+    zek::fft::fill_complex_table(n, factors, nf, work, scratch);
     const double scale = 1.0 / std::sqrt(static_cast<double>(n));
     if (zek::fft::option_letter(direct, direct_len) == 'B') {
         // The conjugate of the forward transform of the conjugate.
@@ -194,7 +194,7 @@ int multiple_complex(BlockWorker worker, const char *direct, int m, int n, doubl
     int factors[zek::fft::kFactorListSize];
     const int nf = zek::fft::factor_list(n, factors);
     if (nf > zek::fft::kSecondEngineMostFactors) return 4;
-    C06_COMPLEX_TABLE(n, factors, nf, work);
+    zek::fft::fill_complex_table(n, factors, nf, work, work + 2 * static_cast<Index>(n));
     int first = 1, last = 0;
     zek::fft::block_split(zek::fft::team_size(), zek::fft::team_rank(), m, &first, &last);
     const int backward = zek::fft::option_letter(direct, direct_len) == 'B';
@@ -279,8 +279,8 @@ int C06_ONE_DIMENSION(const char *direct, int ndim, int l, const int *nd, int n,
     long long before = 1, after = 1;
     for (int i = 0; i < l - 1; ++i) before *= nd[i];
     for (int i = l; i < ndim; ++i) after *= nd[i];
-    C06_COMPLEX_TABLE(length, factors, nf, work);
     double *scratch = work + 2 * static_cast<Index>(length);
+    zek::fft::fill_complex_table(length, factors, nf, work, scratch);
     const int backward = zek::fft::option_letter(direct, direct_len) == 'B';
     if (before == 1) {
         // The sequences along the first dimension lie one after the other.

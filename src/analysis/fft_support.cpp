@@ -203,9 +203,70 @@ void fill_real_table(int n, double *cosv, double *sinv) {
     for (int j = 1; j < h; ++j) roots.next(cosv[j - 1], sinv[j - 1]);
 }
 
-void fill_complex_table(int n, const int *factors, int nf, double *trig) {
+namespace {
+
+// cos and sin of 2 pi t / n from the base table B of (cos, sin) pairs, by the symmetries N allows:
+// quarter turns when 4 divides N (B covers [0, N/8]), half turns when 2 does (B covers [0, N/4]),
+// otherwise the conjugate (B covers [0, N/2]).
+class BaseRoots {
+public:
+    // A null B leaves the object inactive.
+    BaseRoots(long long n, double *b) : n_(n), b_(b) {
+        if (b == nullptr) return;
+        const long long last = n % 4 == 0 ? n / 8 : n % 2 == 0 ? n / 4 : n / 2;
+        RootStream roots(n, 0, 1);
+        for (long long k = 0; k <= last; ++k) roots.next(b[2 * k], b[2 * k + 1]);
+    }
+    bool active() const { return b_ != nullptr; }
+    void get(long long t, double &c, double &s) const {
+        if (n_ % 4 == 0) {
+            const long long q = n_ / 4, quadrant = t / q, r = t - quadrant * q;
+            double x, y;
+            if (2 * r <= q) {
+                x = b_[2 * r];
+                y = b_[2 * r + 1];
+            } else { // angle pi/2 - 2 pi (q - r)/n
+                x = b_[2 * (q - r) + 1];
+                y = b_[2 * (q - r)];
+            }
+            switch (quadrant) {
+            case 0: c = x; s = y; break;
+            case 1: c = -y; s = x; break;
+            case 2: c = -x; s = -y; break;
+            default: c = y; s = -x; break;
+            }
+        } else if (n_ % 2 == 0) {
+            const long long half = n_ / 2;
+            const double sign = t >= half ? -1.0 : 1.0;
+            if (t >= half) t -= half;
+            // t in [0, N/2): cos(2 pi t/n) = -cos(2 pi (half - t)/n), sin equal
+            if (2 * t <= half) {
+                c = sign * b_[2 * t];
+                s = sign * b_[2 * t + 1];
+            } else {
+                c = -sign * b_[2 * (half - t)];
+                s = sign * b_[2 * (half - t) + 1];
+            }
+        } else if (2 * t <= n_) {
+            c = b_[2 * t];
+            s = b_[2 * t + 1];
+        } else {
+            c = b_[2 * (n_ - t)];
+            s = -b_[2 * (n_ - t) + 1];
+        }
+    }
+
+private:
+    long long n_;
+    const double *b_;
+};
+
+} // namespace
+
+void fill_complex_table(int n, const int *factors, int nf, double *trig, double *scratch) {
     Index l1 = 1, at = 0;
     double c, s;
+    const BaseRoots base(n, n >= 64 ? scratch : nullptr);
     for (int f = 0; f < nf; ++f) {
         const int p = factors[f];
         const Index ido = n / (l1 * p);
@@ -219,6 +280,18 @@ void fill_complex_table(int n, const int *factors, int nf, double *trig) {
             }
         }
         for (int j = 1; j < p; ++j) {
+            if (base.active()) {
+                const long long step = l1 * j;
+                long long t = 0;
+                for (Index i = 1; i < ido; ++i, ++at) {
+                    t += step;
+                    if (t >= n) t -= n;
+                    base.get(t, c, s);
+                    trig[2 * at] = c;
+                    trig[2 * at + 1] = -s;
+                }
+                continue;
+            }
             RootStream roots(n, l1 * j, l1 * j);
             for (Index i = 1; i < ido; ++i, ++at) {
                 roots.next(c, s);
