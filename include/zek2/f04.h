@@ -36,6 +36,18 @@ ZEK_API void f04ahc(int n, int nrhs, const double *a, int tda, const double *aa,
 ZEK_API void f04aec(int n, int nrhs, const double *a, int tda, const double *b, int tdb, double *aa, int tdaa,
                     double *x, int tdx, double *bb, int tdbb, ZekFail *fail) ZEK_SYMBOL("q30401");
 
+/* Least-squares solution of the full-rank system A*x ~ b, A m by n (tda >= m >= n >= 1): A is
+ * overwritten by its QR factorisation in the form of F01QCF (R over the upper triangle, ZETA(n) the
+ * zetas), b(m) by Q'*b with x in its first n places.  *SIGMA = ||b - A*x|| / sqrt(m - n), the residual
+ * standard error (0 when m = n); with R in A it is what F04YAF needs (SVD false, NRA = tda).  The rank
+ * is decided by the reciprocal condition number of R (1-norm, estimated): below TOL (TOL <= 0: n times
+ * the machine precision) A counts as rank deficient, *IRANK receives the number of leading diagonal
+ * elements of R above TOL times the largest, no solution is formed and code 376 ZE_RANK_LT_N is
+ * raised; otherwise *IRANK = n.  Codes 11 ZE_INT_ARG_LT (n < 1), 17 ZE_2_INT_ARG_LT (m < n, tda < m),
+ * 73 ZE_ALLOC_FAIL. */
+ZEK_API void f04jgc(int m, int n, double *a, int tda, double *b, double tol, double *sigma, int *irank, double *zeta,
+                    ZekFail *fail) ZEK_SYMBOL("q30404");
+
 /* Elements of the estimated variance-covariance matrix C of the solution of a linear least-squares
  * problem with P parameters, for a residual standard error SIGMA >= 0.  SVD = 0 (false): A (NRA >= P)
  * holds the upper triangular factor R of the QR factorisation in its first P rows, and

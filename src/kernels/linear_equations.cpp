@@ -13,6 +13,8 @@
 #include "kernels/level1.h"
 #include "kernels/level2.h"
 #include "kernels/lu.h"
+#include "kernels/norm_estimation.h"
+#include "kernels/qr.h"
 #include "zek2/f03.h"
 #include "zek2/f04.h"
 #include "zek2/frame.h"
@@ -300,4 +302,70 @@ extern "C" void f04aec(int n, int nrhs, const double *a, int tda, const double *
     }
     run_refinement(name, n, nrhs, a, tda, aa, tdaa, pivot, b, tdb, x, tdx, bb, tdbb, fail);
     ZEK_RELEASE(&space);
+}
+
+namespace zek {
+
+double triangular_rcond(int n, const double *r, int ldr, double *work, int *iwork) {
+    const std::ptrdiff_t ld = ldr;
+    double rnorm = 0.0;
+    for (int j = 0; j < n; ++j) rnorm = std::max(rnorm, asum(j + 1, r + j * ld, 1));
+    if (rnorm == 0.0) return 0.0;
+    for (int j = 0; j < n; ++j)
+        if (r[j + j * ld] == 0.0) return 0.0;
+    // ||R^-1||_1 from the estimator, with the products R^-1*x and R^-T*x by triangular solves.
+    double *x = work, *v = work + n;
+    double est = 0.0;
+    int kase = 0;
+    for (int round = 0; round < 12; ++round) {
+        estimate_norm(n, v, x, iwork, &est, &kase);
+        if (kase == 0) break;
+        trsv('U', kase == 1 ? 'N' : 'T', 'N', n, r, ldr, x, 1);
+    }
+    return est > 0.0 ? 1.0 / (rnorm * est) : 0.0;
+}
+
+} // namespace zek
+
+extern "C" void f04jgc(int m, int n, double *a, int tda, double *b, double tol, double *sigma, int *irank,
+                       double *zeta, ZekFail *fail) {
+    const char *name = "f04jgc";
+    zek::clear_fail(fail);
+    if (zek::raise_order(fail, name, "n", n)) return;
+    if (m < n) {
+        zek::raise_formatted(fail, name, 17, "m", static_cast<long>(m), "n", static_cast<long>(n), "m", "n");
+        return;
+    }
+    if (zek::raise_leading(fail, name, "tda", tda, "m", m)) return;
+    void *space = ZEK_ALLOCATE((2 * sizeof(double) + sizeof(int)) * static_cast<std::size_t>(n) + 3 * sizeof(int));
+    if (space == nullptr) {
+        zek::raise_plain(fail, name, zek::kAllocFail);
+        return;
+    }
+    double *work = static_cast<double *>(space);
+    int *iwork = reinterpret_cast<int *>(work + 2 * static_cast<std::ptrdiff_t>(n));
+    zek::qr_factor(m, n, a, tda, zeta);
+    const double limit = tol > 0.0 ? tol : n * zek::precision();
+    const double rcond = zek::triangular_rcond(n, a, tda, work, iwork);
+    const std::ptrdiff_t ld = tda;
+    if (!(rcond > limit)) {
+        // Rank deficient to the tolerance: the leading diagonal elements of R above tol (or the
+        // precision) times the largest tell the numerical rank.  No solution is formed.
+        double rmax = 0.0;
+        for (int k = 0; k < n; ++k) rmax = std::max(rmax, std::fabs(a[k + k * ld]));
+        int rank = 0;
+        while (rank < n && std::fabs(a[rank + rank * ld]) > limit * rmax) ++rank;
+        *irank = rank;
+        ZEK_RELEASE(&space);
+        zek::raise_plain(fail, name, zek::kRankDeficient);
+        return;
+    }
+    *irank = n;
+    // x = R^-1 * (Q'*b)(1:n); the residual is the rest of Q'*b.
+    zek::qr_apply('T', 'S', m, n, a, tda, zeta, 1, b, m, work);
+    const double rss = m > n ? zek::dnrm2(m - n, b + n, 1) : 0.0;
+    *sigma = m > n ? rss / std::sqrt(static_cast<double>(m - n)) : 0.0;
+    zek::trsv('U', 'N', 'N', n, a, tda, b, 1);
+    ZEK_RELEASE(&space);
+    zek::raise_success(fail, name);
 }

@@ -9,6 +9,7 @@ namespace zek {
 constexpr int kSingularMatrix = 366;     // ZE_SINGULAR
 constexpr int kNotPositiveDefinite = 367; // ZE_NOT_POS_DEF
 constexpr int kRefinementFailed = 378;   // ZE_ITER_FAIL_CONV
+constexpr int kRankDeficient = 376;      // ZE_RANK_LT_N
 
 // The LU factorisation of F03AFF: A = P*L*U (L unit lower, U upper, over A) with partial pivoting on
 // implicitly equilibrated rows: the pivot of column k is the element of largest |a(i,k)|/||row i||
@@ -24,6 +25,10 @@ int scaled_lu(int n, double eps, double *a, int lda, double *p, double *d1, int 
 // refinement to converge).
 int refined_solve(int n, int nrhs, const double *a, int lda, const double *lu, int ldlu, const int *ipiv,
                   const double *b, int ldb, double *x, int ldx, double *r, int ldr, double *work);
+
+// Reciprocal condition number 1/(||R||_1 * ||R^-1||_1) of the upper triangular N by N matrix R, with
+// ||R^-1||_1 estimated (zek::estimate_norm); 0 for an exactly singular R.  WORK(2N), IWORK(N+3).
+double triangular_rcond(int n, const double *r, int ldr, double *work, int *iwork);
 
 } // namespace zek
 

@@ -6,6 +6,8 @@
 // component, until the estimate stops growing or the signs repeat (at most five such rounds); a last
 // product with an alternating test vector guards against the cases where the power-method steps are
 // misled.  The state between calls lives in the caller's IWORK, nothing in the library.
+#include "kernels/norm_estimation.h"
+
 #include <cmath>
 #include <cstddef>
 

@@ -415,3 +415,47 @@ TEST(Transpose, RectangularAndSquareInPlace) {
     f01crc(x, 3, -1, &fail);
     EXPECT_EQ(fail.code, 11);
 }
+
+TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheCovariance) {
+    const PeerBlas &lapack = reference_lapack();
+    ASSERT_TRUE(lapack.loaded()) << lapack.error();
+    using Gels = void (*)(const char *, const int *, const int *, const int *, double *, const int *, double *,
+                          const int *, double *, const int *, int *, int);
+    auto dgels = lapack.get<Gels>("dgels");
+    ASSERT_NE(dgels, nullptr);
+    const int m = 40, n = 7, one = 1;
+    const Mat a = make_matrix(Kind::Graded, m, n, 12);
+    const Mat b = make_matrix(Kind::Random, m, 1, 13);
+    Mat ra = a, rb = b;
+    std::vector<double> work(1000);
+    const int lwork = 1000;
+    int info = 0;
+    dgels("N", &m, &n, &one, ra.data(), &ra.ld, rb.data(), &rb.ld, work.data(), &lwork, &info, 1);
+    Mat qa = a, qb = b;
+    std::vector<double> zeta(n);
+    double sigma = -1.0;
+    int irank = -1;
+    ZekFail fail{};
+    f04jgc(m, n, qa.data(), qa.ld, qb.data(), 0.0, &sigma, &irank, zeta.data(), &fail);
+    ASSERT_EQ(fail.code, 0);
+    EXPECT_EQ(irank, n);
+    for (int i = 0; i < n; ++i) EXPECT_NEAR(qb(i, 0) / rb(i, 0), 1.0, 1e-6) << i;
+    double rss = 0.0;
+    for (int i = n; i < m; ++i) rss += rb(i, 0) * rb(i, 0);
+    EXPECT_NEAR(sigma, std::sqrt(rss / (m - n)), 1e-12);
+    // The covariance of the fit from R.
+    std::vector<double> cj(n), w(n);
+    const int job = 0, svd = 0;
+    int ifail = 1;
+    F04YAF(&job, &n, &sigma, qa.data(), &qa.ld, &svd, &irank, nullptr, cj.data(), w.data(), &ifail);
+    EXPECT_EQ(ifail, 0);
+    for (double c : cj) EXPECT_GT(c, 0.0);
+    // Rank deficiency is reported with the numerical rank.
+    Mat d = make_matrix(Kind::RankDeficient, 20, 8, 2);
+    Mat db = make_matrix(Kind::Random, 20, 1, 3);
+    f04jgc(20, 8, d.data(), d.ld, db.data(), 1e-10, &sigma, &irank, zeta.data(), &fail);
+    EXPECT_EQ(fail.code, 376);
+    EXPECT_LT(irank, 8);
+    f04jgc(3, 4, d.data(), 3, db.data(), 0.0, &sigma, &irank, zeta.data(), &fail);
+    EXPECT_EQ(fail.code, 17);
+}
