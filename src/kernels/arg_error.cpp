@@ -15,7 +15,8 @@ namespace {
 constexpr int kReportNameLength = 13;
 }
 
-void F06_ARG_ERROR(const char *srname, int info) { F06_BAD_PARAMETER(srname, info, kReportNameLength); }
+void arg_error_master(int, const char *srname, int info) { F06_BAD_PARAMETER(srname, info, kReportNameLength); }
+void F06_ARG_ERROR(const char *srname, int info) { arg_error_master(1, srname, info); }
 
 void report_bad_argument(Reporter reporter, const KernelNames &names, int info) {
     switch (reporter) {

@@ -7,6 +7,8 @@ namespace zek {
 // The hard route for an illegal parameter INFO of a kernel named by a 13-character SRNAME such as
 // "F06PAF/DGEMV ": a hard failure on the host channel, whatever the caller asked for.
 void F06_ARG_ERROR(const char *srname, int info);
+// Its master: the selector changes nothing.
+void arg_error_master(int selector, const char *srname, int info);
 
 // Which reporter a form of a checked kernel uses: the masters and aliases the hard route, the copies
 // the exported stream form (which returns), the enumerated forms the catalogue code 71 on a clean

@@ -158,46 +158,95 @@ template <class T, class Cols, class X> void trmv_engine(char uplo, char trans, 
         run(std::false_type{});
 }
 
-template <class T, class Cols, class X> void trsv_engine(char uplo, char trans, bool nounit, std::ptrdiff_t n, Cols col, X x) {
+// The triangular solve.  Four columns go together: their 4 by 4 diagonal block is solved first, then
+// the rest of the vector takes the four columns in one pass (for op(A) = A), or four dot products run
+// side by side (for op(A) = A').  Each element still receives its terms in the published order.
+template <class T, class Cols, class X>
+void trsv_engine(char uplo, char trans, bool nounit, std::ptrdiff_t n, Cols col, X x) {
     const bool upper = uplo == 'U';
+    const T zero = zero_of<T>();
     if (trans == 'N') {
+        // Finishes x(j) and subtracts its column from rows [lo, hi).
+        const auto column = [&](std::ptrdiff_t j, std::ptrdiff_t lo, std::ptrdiff_t hi) {
+            if (x[j] == zero) return;
+            const T *c = col(j);
+            if (nounit) x[j] = divide(x[j], c[j]);
+            const T t = x[j];
+            for (std::ptrdiff_t i = lo; i < hi; ++i) x[i] = x[i] - t * c[i];
+        };
+        // Rows [lo, hi) take columns j0, j1, j2, j3 in that order.
+        const auto four = [&](std::ptrdiff_t j0, std::ptrdiff_t j1, std::ptrdiff_t j2, std::ptrdiff_t j3,
+                              std::ptrdiff_t lo, std::ptrdiff_t hi) {
+            const T t0 = x[j0], t1 = x[j1], t2 = x[j2], t3 = x[j3];
+            if (t0 == zero && t1 == zero && t2 == zero && t3 == zero) return;
+            const T *c0 = col(j0), *c1 = col(j1), *c2 = col(j2), *c3 = col(j3);
+            for (std::ptrdiff_t i = lo; i < hi; ++i) {
+                T v = x[i];
+                v = v - t0 * c0[i];
+                v = v - t1 * c1[i];
+                v = v - t2 * c2[i];
+                v = v - t3 * c3[i];
+                x[i] = v;
+            }
+        };
         if (upper) {
-            for (std::ptrdiff_t j = n - 1; j >= 0; --j) {
-                if (x[j] == zero_of<T>()) continue;
-                const T *c = col(j);
-                if (nounit) x[j] = divide(x[j], c[j]);
-                const T t = x[j];
-                for (std::ptrdiff_t i = 0; i < j; ++i) x[i] = x[i] - t * c[i];
+            std::ptrdiff_t j = n - 1;
+            for (; j >= 3; j -= 4) {
+                for (std::ptrdiff_t jj = j; jj > j - 4; --jj) column(jj, j - 3, jj);
+                four(j, j - 1, j - 2, j - 3, 0, j - 3);
             }
+            for (; j >= 0; --j) column(j, 0, j);
         } else {
-            for (std::ptrdiff_t j = 0; j < n; ++j) {
-                if (x[j] == zero_of<T>()) continue;
-                const T *c = col(j);
-                if (nounit) x[j] = divide(x[j], c[j]);
-                const T t = x[j];
-                for (std::ptrdiff_t i = j + 1; i < n; ++i) x[i] = x[i] - t * c[i];
+            std::ptrdiff_t j = 0;
+            for (; j + 4 <= n; j += 4) {
+                for (std::ptrdiff_t jj = j; jj < j + 4; ++jj) column(jj, jj + 1, j + 4);
+                four(j, j + 1, j + 2, j + 3, j + 4, n);
             }
+            for (; j < n; ++j) column(j, j + 1, n);
         }
         return;
     }
     const auto run = [&](auto conj_tag) {
         constexpr bool C = decltype(conj_tag)::value;
+        // Column j: its right-hand side less the products over rows i = from, from+dir, ..., to-dir.
+        const auto finish = [&](std::ptrdiff_t j, T t, std::ptrdiff_t from, std::ptrdiff_t to, std::ptrdiff_t dir) {
+            const T *c = col(j);
+            for (std::ptrdiff_t i = from; i != to; i += dir) t = t - cj<C>(c[i]) * x[i];
+            if (nounit) t = divide(t, cj<C>(c[j]));
+            x[j] = t;
+        };
+        // Four sums over rows [from .. to) in direction dir, side by side.
+        const auto four = [&](std::ptrdiff_t j, std::ptrdiff_t step, std::ptrdiff_t from, std::ptrdiff_t to,
+                              std::ptrdiff_t dir, T s[4]) {
+            const T *c0 = col(j), *c1 = col(j + step), *c2 = col(j + 2 * step), *c3 = col(j + 3 * step);
+            T s0 = x[j], s1 = x[j + step], s2 = x[j + 2 * step], s3 = x[j + 3 * step];
+            for (std::ptrdiff_t i = from; i != to; i += dir) {
+                const T xi = x[i];
+                s0 = s0 - cj<C>(c0[i]) * xi;
+                s1 = s1 - cj<C>(c1[i]) * xi;
+                s2 = s2 - cj<C>(c2[i]) * xi;
+                s3 = s3 - cj<C>(c3[i]) * xi;
+            }
+            s[0] = s0;
+            s[1] = s1;
+            s[2] = s2;
+            s[3] = s3;
+        };
+        T s[4];
         if (upper) {
-            for (std::ptrdiff_t j = 0; j < n; ++j) {
-                const T *c = col(j);
-                T t = x[j];
-                for (std::ptrdiff_t i = 0; i < j; ++i) t = t - cj<C>(c[i]) * x[i];
-                if (nounit) t = divide(t, cj<C>(c[j]));
-                x[j] = t;
+            std::ptrdiff_t j = 0;
+            for (; j + 4 <= n; j += 4) {
+                four(j, 1, 0, j, 1, s);
+                for (std::ptrdiff_t c = 0; c < 4; ++c) finish(j + c, s[c], j, j + c, 1);
             }
+            for (; j < n; ++j) finish(j, x[j], 0, j, 1);
         } else {
-            for (std::ptrdiff_t j = n - 1; j >= 0; --j) {
-                const T *c = col(j);
-                T t = x[j];
-                for (std::ptrdiff_t i = n - 1; i > j; --i) t = t - cj<C>(c[i]) * x[i];
-                if (nounit) t = divide(t, cj<C>(c[j]));
-                x[j] = t;
+            std::ptrdiff_t j = n - 1;
+            for (; j >= 3; j -= 4) {
+                four(j, -1, n - 1, j, -1, s);
+                for (std::ptrdiff_t c = 0; c < 4; ++c) finish(j - c, s[c], j, j - c, -1);
             }
+            for (; j >= 0; --j) finish(j, x[j], n - 1, j, -1);
         }
     };
     if (trans == 'C')

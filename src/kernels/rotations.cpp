@@ -278,32 +278,20 @@ void rotation_apply_general(char side, char pivot, char direct, int m, int n, in
         q = pivot == 'B' ? k2 : kk + 1;
     };
     if (side == 'L') {
-        // Columns outermost, four at a time: each stays in cache through the whole sequence, and the
-        // four independent chains of rotations overlap.
-        std::ptrdiff_t j = 0;
-        for (; j + 4 <= n; j += 4) {
-            double *a0 = a + j * ld, *a1 = a0 + ld, *a2 = a1 + ld, *a3 = a2 + ld;
+        // A block of columns at a time: the block stays in cache through the whole sequence, and each
+        // rotation sweeps the block's columns, whose updates are independent of one another.
+        constexpr std::ptrdiff_t kBlock = 16;
+        for (std::ptrdiff_t j0 = 0; j0 < n; j0 += kBlock) {
+            const std::ptrdiff_t width = std::min<std::ptrdiff_t>(kBlock, n - j0);
+            double *block = a + j0 * ld;
             std::ptrdiff_t kk = first;
             for (std::ptrdiff_t r = 0; r < count; ++r, kk += step) {
                 const double cs = c[kk - 1], sn = s[kk - 1];
                 if (identity(cs, sn)) continue;
                 std::ptrdiff_t p, q;
                 plane(kk, p, q);
-                rotate(a0[p - 1], a0[q - 1], cs, sn);
-                rotate(a1[p - 1], a1[q - 1], cs, sn);
-                rotate(a2[p - 1], a2[q - 1], cs, sn);
-                rotate(a3[p - 1], a3[q - 1], cs, sn);
-            }
-        }
-        for (; j < n; ++j) {
-            double *a0 = a + j * ld;
-            std::ptrdiff_t kk = first;
-            for (std::ptrdiff_t r = 0; r < count; ++r, kk += step) {
-                const double cs = c[kk - 1], sn = s[kk - 1];
-                if (identity(cs, sn)) continue;
-                std::ptrdiff_t p, q;
-                plane(kk, p, q);
-                rotate(a0[p - 1], a0[q - 1], cs, sn);
+                double *xp = block + (p - 1), *yp = block + (q - 1);
+                for (std::ptrdiff_t j = 0; j < width; ++j) rotate(xp[j * ld], yp[j * ld], cs, sn);
             }
         }
         return;

@@ -116,13 +116,33 @@ inline void fold(double value, double &scale, double &sumsq) {
 } // namespace
 
 void sumsq_update(int n, const double *x, int incx, double *scale, double *sumsq) {
+    typedef double v2d __attribute__((vector_size(16)));
     double sc = *scale, sq = *sumsq;
-    if (incx == 1) {
-        for (int i = 0; i < n; ++i) fold(x[i], sc, sq);
-    } else {
-        std::ptrdiff_t ix = 0;
-        for (int i = 0; i < n; ++i, ix += incx) fold(x[ix], sc, sq);
+    std::ptrdiff_t ix = 0;
+    const std::ptrdiff_t inc = incx;
+    int i = 0;
+    // Four elements at a time while none of them raises the scale: the quotients are formed two to a
+    // division, and the additions into sumsq stay one at a time in order.  An exact zero then adds
+    // (0/scale)**2 = 0, which leaves sumsq as skipping it would.
+    for (; i + 4 <= n; i += 4, ix += 4 * inc) {
+        const double m0 = std::fabs(x[ix]), m1 = std::fabs(x[ix + inc]), m2 = std::fabs(x[ix + 2 * inc]),
+                     m3 = std::fabs(x[ix + 3 * inc]);
+        if (sc > 0.0 && !(sc < m0) && !(sc < m1) && !(sc < m2) && !(sc < m3)) {
+            const v2d d = {sc, sc};
+            const v2d q01 = v2d{m0, m1} / d, q23 = v2d{m2, m3} / d;
+            const v2d r01 = q01 * q01, r23 = q23 * q23;
+            sq = sq + r01[0];
+            sq = sq + r01[1];
+            sq = sq + r23[0];
+            sq = sq + r23[1];
+        } else {
+            fold(x[ix], sc, sq);
+            fold(x[ix + inc], sc, sq);
+            fold(x[ix + 2 * inc], sc, sq);
+            fold(x[ix + 3 * inc], sc, sq);
+        }
     }
+    for (; i < n; ++i, ix += inc) fold(x[ix], sc, sq);
     *scale = sc;
     *sumsq = sq;
 }
