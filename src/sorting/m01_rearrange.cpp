@@ -1,7 +1,6 @@
 // Rearranging by ranks and inverting permutations: M01EAF, M01EBF, M01EDF, M01ZAF, M01ZBF (IFAIL
 // layer) and m01esc, m01zac (C-style layer).
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -11,6 +10,7 @@
 #include "sorting/m01_common.h"
 #include "sorting/m01_engines.h"
 #include "sorting/sorting.h"
+#include "zek2/frame.h"
 #include "zek2/m01.h"
 
 namespace zek {
@@ -242,13 +242,13 @@ void m01esc(void *vec, int n, int size, int stride, int ranks[], ZekFail *fail) 
         zek::raise_text(fail, kName, zek::kNullArray, vec == nullptr ? "vec" : "ranks");
         return;
     }
-    void *buffer = std::malloc(static_cast<std::size_t>(size));
+    void *buffer = ZEK_ALLOCATE(static_cast<std::size_t>(size));
     if (buffer == nullptr) {
         zek::raise_plain(fail, kName, zek::kAllocFail);
         return;
     }
     if (zek::m01::check_and_mark(ranks, n, 0).ierror != 0) {
-        std::free(buffer);
+        ZEK_RELEASE(&buffer);
         zek::raise_text(fail, kName, zek::m01::kBadRank, "rank");
         return;
     }
@@ -262,7 +262,7 @@ void m01esc(void *vec, int n, int size, int stride, int ranks[], ZekFail *fail) 
         std::memcpy(a, b, bytes);
         std::memcpy(b, buffer, bytes);
     });
-    std::free(buffer);
+    ZEK_RELEASE(&buffer);
     zek::raise_success(fail, kName);
 }
 

@@ -27,6 +27,23 @@ double gamma_one_plus(double g) {
     return 0.886226925452758 + (special::kGammaLow[0] + w * p);
 }
 
+// The product of COUNT factors x + step k: x - 1, x - 2, ... for step -1 (k from 1), and x, x + 1, ...
+// for step 1 (k from 0).  Four interleaved partial products keep the multiplications from waiting on
+// one another.
+long double factor_product(double x, double step, double count) {
+    long double f0 = 1.0L, f1 = 1.0L, f2 = 1.0L, f3 = 1.0L;
+    double k = step < 0.0 ? 1.0 : 0.0;
+    const double end = k + count;
+    for (; k + 3.0 < end; k += 4.0) {
+        f0 *= static_cast<long double>(x + step * k);
+        f1 *= static_cast<long double>(x + step * (k + 1.0));
+        f2 *= static_cast<long double>(x + step * (k + 2.0));
+        f3 *= static_cast<long double>(x + step * (k + 3.0));
+    }
+    for (; k < end; k += 1.0) f0 *= static_cast<long double>(x + step * k);
+    return (f0 * f1) * (f2 * f3);
+}
+
 enum class GammaFailure { None, TooLarge, TooNegative, TooSmall, NegativeInteger };
 
 struct GammaResult {
@@ -51,14 +68,11 @@ GammaResult gamma_with_failure(double x) {
         const double g = x - n;
         const double s = gamma_one_plus(g);
         if (n == 0.0) return {s / x, GammaFailure::None};
-        long double f = 1.0L;
-        for (double i = 1.0; i < n; i += 1.0) f *= static_cast<long double>(x - i);
-        return {static_cast<double>(f * s), GammaFailure::None};
+        return {static_cast<double>(factor_product(x, -1.0, n - 1.0) * s), GammaFailure::None};
     }
     const double g = x - (n - 1.0);
     if (g == 1.0) return {4.3e304, GammaFailure::NegativeInteger};
-    long double f = static_cast<long double>(x);
-    for (double i = 1.0; i <= 1.0 - n; i += 1.0) f *= static_cast<long double>(x + i);
+    const long double f = factor_product(x, 1.0, 2.0 - n);
     return {static_cast<double>(static_cast<long double>(gamma_one_plus(g)) / f), GammaFailure::None};
 }
 
