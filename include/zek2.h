@@ -14,6 +14,7 @@
 #include "zek2/f07.h"
 #include "zek2/f08.h"
 #include "zek2/frame.h"
+#include "zek2/h02.h"
 #include "zek2/m01.h"
 #include "zek2/messages.h"
 #include "zek2/p01.h"

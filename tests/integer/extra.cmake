@@ -1,0 +1,11 @@
+# The reader's tests capture host-channel text with the frame suite's helper, and cross-check the
+# Netlib and MIPLIB files against GLPK's MPS reader (Debian package libglpk-dev) when it is installed.
+target_sources(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/frame/host_capture.cpp
+                                 ${CMAKE_CURRENT_SOURCE_DIR}/optimisation/option_test_support.cpp)
+find_path(ZEK_GLPK_INCLUDE_DIR glpk.h)
+find_library(ZEK_GLPK_LIBRARY glpk)
+if(ZEK_GLPK_INCLUDE_DIR AND ZEK_GLPK_LIBRARY)
+  target_include_directories(${target} PRIVATE ${ZEK_GLPK_INCLUDE_DIR})
+  target_link_libraries(${target} PRIVATE ${ZEK_GLPK_LIBRARY})
+  target_compile_definitions(${target} PRIVATE ZEK_HAVE_GLPK=1)
+endif()
