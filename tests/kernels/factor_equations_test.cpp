@@ -432,7 +432,7 @@ TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheC
     int info = 0;
     dgels("N", &m, &n, &one, ra.data(), &ra.ld, rb.data(), &rb.ld, work.data(), &lwork, &info, 1);
     Mat qa = a, qb = b;
-    std::vector<double> zeta(n);
+    std::vector<double> zeta(8);
     double sigma = -1.0;
     int irank = -1;
     ZekFail fail{};
