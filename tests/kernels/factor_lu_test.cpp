@@ -103,6 +103,14 @@ TEST(LuFactor, EmptyMatrixAndMasterSelectors) {
     f07adf_ENTRY(1, &b1.m, &b1.n, b1.data(), &b1.ld, p1.data(), &i1);
     EXPECT_EQ(b0.v, b1.v);
     EXPECT_EQ(p0, p1);
+    // The complex masters, on the real matrix as a complex one.
+    std::vector<double> z0(72, 0.0), z1;
+    for (int k = 0; k < 36; ++k) z0[2 * k] = a.v[k];
+    z1 = z0;
+    f07arf_ENTRY(0, &a.m, &a.n, z0.data(), &a.ld, p0.data(), &i0);
+    f07arf_ENTRY(1, &a.m, &a.n, z1.data(), &a.ld, p1.data(), &i1);
+    EXPECT_EQ(z0, z1);
+    EXPECT_EQ(p0, p1);
 }
 
 // Illegal arguments leave INFO as the only report: nothing is printed and nothing ends.

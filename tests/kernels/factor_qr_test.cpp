@@ -115,6 +115,13 @@ TEST(QrFactor, DiagonalZetasAndTheCStyleTwinsAgree) {
     EXPECT_EQ(fail.code, 0);
     EXPECT_EQ(c.v, r.f.v);
     EXPECT_EQ(zc, r.zeta);
+    // And so is the host-channel form.
+    Mat h = a;
+    std::vector<double> zh(5);
+    int hifail = 0;
+    F01QCZ(&h.m, &h.n, h.data(), &h.ld, zh.data(), &hifail);
+    EXPECT_EQ(hifail, 0);
+    EXPECT_EQ(h.v, r.f.v);
     // Zetas on the diagonal (WHERET 'I') act as those held apart.
     Mat d = r.f;
     for (int k = 0; k < 5; ++k) d(k, k) = r.zeta[k];
