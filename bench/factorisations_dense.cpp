@@ -112,16 +112,16 @@ void lu(benchmark::State &state, Who who, int nb) {
     set_block("F07ADF", 1);
 }
 
-void cholesky(benchmark::State &state, Who who, int nb) {
+void cholesky(benchmark::State &state, Who who, int nb, const char *uplo) {
     const Peer *p = peer_of(who);
     if (p != nullptr && !p->ok()) return state.SkipWithError("peer not loaded");
     set_block("F07FDF", nb);
     run(state, true, [&](int n, double *a) {
         int info = 0;
         if (p == nullptr)
-            F07FDF("L", &n, a, &n, &info, 1);
+            F07FDF(uplo, &n, a, &n, &info, 1);
         else
-            p->potrf("L", &n, a, &n, &info, 1);
+            p->potrf(uplo, &n, a, &n, &info, 1);
     });
     set_block("F07FDF", 1);
 }
@@ -150,10 +150,13 @@ BENCHMARK_CAPTURE(lu, zek_unblocked, Who::Ours, 1)->Apply(sizes);
 BENCHMARK_CAPTURE(lu, zek_nb64, Who::Ours, 64)->Apply(sizes);
 BENCHMARK_CAPTURE(lu, reference_lapack, Who::Reference, 1)->Apply(sizes);
 BENCHMARK_CAPTURE(lu, openblas_serial, Who::OpenBlas, 1)->Apply(sizes);
-BENCHMARK_CAPTURE(cholesky, zek_unblocked, Who::Ours, 1)->Apply(sizes);
-BENCHMARK_CAPTURE(cholesky, zek_nb64, Who::Ours, 64)->Apply(sizes);
-BENCHMARK_CAPTURE(cholesky, reference_lapack, Who::Reference, 1)->Apply(sizes);
-BENCHMARK_CAPTURE(cholesky, openblas_serial, Who::OpenBlas, 1)->Apply(sizes);
+BENCHMARK_CAPTURE(cholesky, zek_unblocked_lower, Who::Ours, 1, "L")->Apply(sizes);
+BENCHMARK_CAPTURE(cholesky, zek_nb64_lower, Who::Ours, 64, "L")->Apply(sizes);
+BENCHMARK_CAPTURE(cholesky, zek_unblocked_upper, Who::Ours, 1, "U")->Apply(sizes);
+BENCHMARK_CAPTURE(cholesky, zek_nb64_upper, Who::Ours, 64, "U")->Apply(sizes);
+BENCHMARK_CAPTURE(cholesky, reference_lapack_lower, Who::Reference, 1, "L")->Apply(sizes);
+BENCHMARK_CAPTURE(cholesky, reference_lapack_upper, Who::Reference, 1, "U")->Apply(sizes);
+BENCHMARK_CAPTURE(cholesky, openblas_serial_lower, Who::OpenBlas, 1, "L")->Apply(sizes);
 BENCHMARK_CAPTURE(qr, zek_f01qcf, Who::Ours)->Apply(sizes);
 BENCHMARK_CAPTURE(qr, reference_lapack, Who::Reference)->Apply(sizes);
 BENCHMARK_CAPTURE(qr, openblas_serial, Who::OpenBlas)->Apply(sizes);
