@@ -76,14 +76,16 @@ struct Settings {
 };
 
 // Where everything lives in the caller's work arrays.  Integer work: the saved state (UNITQ, NFREE,
-// NACTIV) in its first three cells, then KACTIV (n cells) and KX (n cells).  Real work: the
-// per-constraint tolerances, three row vectors, five n-vectors, then R and Q, maxfree by maxfree each
-// (R only when there are general rows).
+// NACTIV) in its first three cells, then KACTIV (n cells) and KX (n cells).  Real work: the user's
+// feasibility tolerance per constraint (FEATLU), the pricing weights per constraint, three row vectors,
+// five n-vectors, then R and Q, maxfree by maxfree each (R only when there are general rows).  The
+// working tolerances are FEATLU times one common factor that the anti-cycling procedure moves, so
+// the factor is kept instead of an array of them.
 struct Layout {
     int maxact = 0;   // most general rows in the working set: min(n, nclin), at least 1
     int maxfree = 0;  // most free variables: n, or nclin+1 when nclin < n
     std::ptrdiff_t kactiv = 0, kx = 0, liwork = 0;
-    std::ptrdiff_t featlu = 0, featol = 0, anorm = 0, ap = 0, rwork = 0, g = 0, p = 0, w = 0, crot = 0, srot = 0,
+    std::ptrdiff_t featlu = 0, weights = 0, anorm = 0, ap = 0, rwork = 0, g = 0, p = 0, w = 0, crot = 0, srot = 0,
                    t = 0, q = 0, lwork = 0;
 };
 Layout work_layout(int n, int nclin, int maxact, int maxfree);
@@ -120,6 +122,9 @@ public:
     // so that the multipliers decide what to delete.
     virtual bool direction(const Core &core, const double *gz, double gznorm, double gnorm, double *pz,
                            double *natural) = 0;
+    // True when the gradient does not change with x (a linear objective): the core then carries the
+    // multipliers from one vertex to the next instead of computing them afresh.
+    virtual bool constant_gradient() const { return false; }
     // Notifications for a solver that keeps a factor on the null space (Rz).  The core calls them after
     // changing Q.
     // Rotations k1..k2-1 (one-based, planes (k, k+1), applied in increasing k) have acted on the
@@ -136,6 +141,7 @@ class LinearStep : public NullSpaceStep {
 public:
     explicit LinearStep(const double *cvec) : cvec_(cvec) {}
     double objective(const Core &core, double *g) override;
+    bool constant_gradient() const override { return true; }
     bool direction(const Core &core, const double *gz, double gznorm, double gnorm, double *pz,
                    double *natural) override;
 
@@ -162,11 +168,12 @@ struct Core {
     int *kx = nullptr, *kactiv = nullptr;
     double *t = nullptr, *q = nullptr;
     int ldt = 1, ldq = 1;
-    // Work vectors: tolerances (n+nclin each), row norms, A p, row scratch (nclin each), gradient,
-    // direction, Q'g, rotation pair (n each).
-    double *featlu = nullptr, *featol = nullptr, *anorm = nullptr, *ap = nullptr, *rwork = nullptr;
+    // Work vectors: tolerances and pricing weights (n+nclin each), row norms, A p, row scratch (nclin
+    // each), gradient, direction, Q'g, rotation pair (n each).
+    double *featlu = nullptr, *weights = nullptr, *anorm = nullptr, *ap = nullptr, *rwork = nullptr;
     double *g = nullptr, *p = nullptr, *w = nullptr, *crot = nullptr, *srot = nullptr;
     double weight_scale = 1.0;  // 1 / largest FEATLU: the weights of the sum of infeasibilities
+    double tolfactor = 0.5;     // the working tolerance of constraint j is tolfactor * featlu[j]
     Expand expand;
     // Progress.
     int itn = 0;
@@ -182,7 +189,15 @@ struct Core {
     double dtmax = 0.0, dtmin = 0.0;  // extreme diagonals of T
     int page_lines = 0;          // iteration lines written since the last heading
     bool warned_condition = false;
+    // Pricing: the constraint deleted in the current iteration (-1 for none), its weight and multiplier;
+    // whether CLAMDA holds the multipliers of the last vertex for the current gradient.
+    int qdel = -1;
+    double qweight = 1.0, qlambda = 0.0;
+    bool lambda_valid = false;
 };
+
+// The working feasibility tolerance of constraint j.
+inline double featol(const Core &c, int j) { return c.tolfactor * c.featlu[j]; }
 
 // Binds the core to the caller's work arrays through the layout.
 void bind(Core &core, const Layout &layout, int *iwork, double *work);
@@ -232,11 +247,11 @@ void fix_variable(Core &core, int pos, int state, NullSpaceStep *step);
 void delete_general(Core &core, int k, NullSpaceStep *step);
 // Frees the fixed variable j (zero-based); requires nfree < maxfree.
 void free_variable(Core &core, int j, NullSpaceStep *step);
-// w := Q' g restricted to the free variables (g in natural order).
-void project(Core &core, const double *g, double *w);
-// Multipliers at the gradient g whose projection Q'g is in w: into CLAMDA for the working constraints,
-// 0 for the others.
-void multipliers(Core &core, const double *g, const double *w);
+// w := the first cols elements of Q'g, g restricted to the free variables (g in natural order); cols =
+// nz gives the reduced gradient Z'g.
+void project(Core &core, const double *g, double *w, int cols);
+// Multipliers of the working constraints at the gradient g, into CLAMDA (0 outside the working set).
+void multipliers(Core &core, const double *g);
 // The extreme diagonals of T (dtmax, dtmin).
 void factor_diagonals(Core &core);
 

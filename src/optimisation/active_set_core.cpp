@@ -23,6 +23,65 @@ inline double arow(const Core &c, int row, int col) { return c.a[row + static_ca
 inline double value_of(const Core &c, int j) { return j < c.n ? c.x[j] : c.ax[j - c.n]; }
 inline double weight(const Core &c, int j) { return c.featlu[j] * c.weight_scale; }
 
+// Pricing by reference weights (devex).  The weight of a working constraint approximates the squared
+// length of the edge along which its deletion moves, relative to a reference framework that starts as
+// the variables' unit rows and the rows of A scaled to unit length; the deletion chosen maximises
+// multiplier**2 / weight.  After an exchange of q for r at a vertex, with mu the multipliers of q's row
+// in the new working set: weight(i) := max(weight(i), mu(i)**2 weight(q)) and weight(r) :=
+// max(mu(r)**2 weight(q), its reference value).
+constexpr double kWeightLimit = 1e8;  // beyond this the reference framework starts again
+
+inline double initial_weight(const Core &c, int j) {
+    if (j < c.n) return 1.0;
+    const double rn = c.anorm[j - c.n];
+    return rn > 0.0 ? 1.0 / (rn * rn) : 1.0;
+}
+
+void reset_weights(Core &c) {
+    for (int j = 0; j < c.n + c.nclin; ++j) c.weights[j] = initial_weight(c, j);
+}
+
+void devex_update(Core &c, int q, int r, bool carry_multipliers) {
+    const int n = c.n, nf = c.nfree, na = c.nactiv;
+    // Q' times the free part of q's row.
+    int qpos = -1;
+    if (q < n) {
+        for (int k = 0; k < nf; ++k)
+            if (c.kx[k] == q) qpos = k;
+        if (qpos >= 0) dcopy(nf, c.q + qpos, c.ldq, c.w, 1);
+        else vector_load(nf, 0.0, c.w, 1);
+    } else {
+        for (int k = 0; k < nf; ++k) c.crot[k] = arow(c, q - n, c.kx[k]);
+        dgemv("T", nf, nf, 1.0, c.q, c.ldq, c.crot, 1, 0.0, c.w, 1);
+    }
+    double *mu = c.rwork;
+    if (na > 0) {
+        dcopy(na, c.w + c.nz, 1, mu, -1);
+        dtrsv("U", "N", "N", na, c.t, c.ldt, mu, 1);
+    }
+    // With mu the multipliers of q's row in the new working set, the gradient's multipliers move as
+    // lambda(i) += lambda(q) mu(i), lambda(r) = lambda(q) mu(r).
+    const double wq = c.qweight, lq = c.qlambda;
+    double largest = 0.0;
+    const auto update = [&](int i, double m) {
+        double &wi = c.weights[i];
+        if (i == r) wi = std::max(m * m * wq, initial_weight(c, i));
+        else wi = std::max(wi, m * m * wq);
+        largest = std::max(largest, wi);
+        if (carry_multipliers) c.clamda[i] = i == r ? lq * m : c.clamda[i] + lq * m;
+    };
+    for (int k = 0; k < na; ++k) update(n + c.kactiv[k], mu[k]);
+    for (int f = nf; f < n; ++f) {
+        const int j = c.kx[f];
+        const double *col = c.a + static_cast<std::ptrdiff_t>(j) * c.lda;
+        double m = q < n ? (j == q ? 1.0 : 0.0) : col[q - n];
+        for (int k = 0; k < na; ++k) m -= mu[k] * col[c.kactiv[k]];
+        update(j, m);
+    }
+    if (carry_multipliers && q != r) c.clamda[q] = 0.0;
+    if (!(largest <= kWeightLimit)) reset_weights(c);
+}
+
 // The bound a working constraint of state s holds.
 inline double working_bound(const Core &c, int j, int s) { return s == kAtUpper ? c.bu[j] : c.bl[j]; }
 
@@ -54,23 +113,27 @@ bool linear_direction(const Core &c, const double *gz, double gznorm, double gno
 // the worst test value.
 int choose_deletion(Core &c, double tolmul) {
     int jbest = -1;
-    double best = tolmul;
+    double best = -1.0;
     c.nopt = 0;
     c.min_multiplier = 0.0;
     for (int j = 0; j < c.n + c.nclin; ++j) {
         const int s = c.istate[j];
         if (s < kAtLower || s == kEquality) continue;
-        double v = wrong_sign_value(c, j);
+        const double v = wrong_sign_value(c, j);
+        // The test value: the multiplier over the row norm.
+        double test = v;
         if (j >= c.n) {
             const double rn = c.anorm[j - c.n];
             if (!(rn > 0.0)) continue;
-            v /= rn;
+            test /= rn;
         }
-        if (!(v == v)) continue;
-        c.min_multiplier = std::min(c.min_multiplier, -v);
-        if (v > tolmul) ++c.nopt;
-        if (v > best) {
-            best = v;
+        if (!(test == test)) continue;
+        c.min_multiplier = std::min(c.min_multiplier, -test);
+        if (!(test > tolmul)) continue;
+        ++c.nopt;
+        const double score = v * v / c.weights[j];
+        if (score > best) {
+            best = score;
             jbest = j;
         }
     }
@@ -89,7 +152,9 @@ void make_room(Core &c, NullSpaceStep &step) {
             best = k;
         }
     }
+    const int j = c.kx[best];
     fix_variable(c, best, kTemporaryFix, &step);
+    c.weights[j] = initial_weight(c, j);
 }
 
 struct RatioResult {
@@ -119,7 +184,7 @@ RatioResult ratio_test(Core &c, double alfmax, double pnorm, bool firstv) {
         double pivot;
         const double d = direction_of(j, pivot);
         if (!(pivot > tolpiv)) continue;
-        const double v = value_of(c, j), tol = c.featol[j];
+        const double v = value_of(c, j), tol = featol(c, j);
         if (d < 0.0) {
             if (s == kBelowLower) continue;
             if (s == kAboveUpper) bigpiv = std::max(bigpiv, pivot);
@@ -316,8 +381,8 @@ Layout work_layout(int n, int nclin, int maxact, int maxfree) {
     l.kx = l.kactiv + N;
     l.liwork = l.kx + N;
     l.featlu = 0;
-    l.featol = l.featlu + N + M;
-    l.anorm = l.featol + N + M;
+    l.weights = l.featlu + N + M;
+    l.anorm = l.weights + N + M;
     l.ap = l.anorm + M;
     l.rwork = l.ap + M;
     l.g = l.rwork + M;
@@ -347,7 +412,7 @@ void bind(Core &c, const Layout &l, int *iwork, double *work) {
     c.kactiv = iwork + l.kactiv;
     c.kx = iwork + l.kx;
     c.featlu = work + l.featlu;
-    c.featol = work + l.featol;
+    c.weights = work + l.weights;
     c.anorm = work + l.anorm;
     c.ap = work + l.ap;
     c.rwork = work + l.rwork;
@@ -382,15 +447,19 @@ int check_input(const char *start_word, int n, int nclin, int lda, const double 
     }
     if (n <= 0 || nclin < 0) return errors;
     const int nctotl = n + nclin;
+    const auto name_of = [n](int j) {
+        return j < n ? format("%5.5s%3ld", "Varbl", static_cast<long>(j + 1))
+                     : format("%5.5s%3ld", "L Con", static_cast<long>(j - n + 1));
+    };
     for (int j = 0; j < nctotl; ++j) {
-        const std::string name = j < n ? format("%5.5s%3ld", "Varbl", static_cast<long>(j + 1))
-                                       : format("%5.5s%3ld", "L Con", static_cast<long>(j - n + 1));
         const double l = bl[j], u = bu[j];
         if (l == u && std::fabs(l) >= bigbnd) {
+            const std::string name = name_of(j);
             ++errors;
             records.add(format(" ** On entry, the equal bounds on  %8.8s  are infinite (because", name.c_str()));
             records.add(format("    BL = BU = %16.7G  and  BIGBND = %16.7G)", l, bigbnd));
         } else if (!(l <= u)) {
+            const std::string name = name_of(j);
             ++errors;
             records.add(format(" ** On entry, the bounds on  %8.8s  are inconsistent:", name.c_str()));
             records.add(format("    BL = %16.7G  BU = %16.7G", l, u));
@@ -423,7 +492,9 @@ void initialise(Core &c) {
     e.frozen = e.period >= kNoExpansion;
     e.tolinc = e.frozen ? 0.0 : (e.tolx1 - e.tolx0) / e.period;
     e.next = e.frozen ? INT_MAX : e.period;
-    for (int j = 0; j < nctotl; ++j) c.featol[j] = c.featlu[j] * e.tolx0;
+    c.tolfactor = e.tolx0;
+    for (int j = 0; j < nctotl; ++j) c.weights[j] = initial_weight(c, j);
+    c.lambda_valid = false;
     c.itn = 0;
 }
 
@@ -437,8 +508,8 @@ Start crash(Core &c, Start start) {
     const bool cold = start == Start::Cold;
     // Onto the bounds.
     for (int j = 0; j < n; ++j) {
-        if (c.bl[j] > -bigbnd && c.x[j] + c.featol[j] < c.bl[j]) c.x[j] = c.bl[j];
-        else if (c.bu[j] < bigbnd && c.x[j] - c.featol[j] > c.bu[j]) c.x[j] = c.bu[j];
+        if (c.bl[j] > -bigbnd && c.x[j] + featol(c, j) < c.bl[j]) c.x[j] = c.bl[j];
+        else if (c.bu[j] < bigbnd && c.x[j] - featol(c, j) > c.bu[j]) c.x[j] = c.bu[j];
     }
     // The states to start from.
     for (int j = 0; j < n + nclin; ++j) {
@@ -553,7 +624,7 @@ void infeasibilities(Core &c) {
     for (int j = 0; j < c.n + c.nclin; ++j) {
         int &s = c.istate[j];
         if (s > 0) continue;
-        const double v = value_of(c, j), tol = c.featol[j];
+        const double v = value_of(c, j), tol = featol(c, j);
         if (c.bl[j] > -bigbnd && v < c.bl[j] - tol) {
             s = kBelowLower;
             ++c.ninf;
@@ -583,7 +654,7 @@ int expand(Core &c, ExpandMode mode) {
     } else {
         e.tolinc = 0.0;
     }
-    for (int j = 0; j < c.n + c.nclin; ++j) c.featol[j] = c.featlu[j] * e.tolx0;
+    c.tolfactor = e.tolx0;
     e.itnfix = c.itn;
     int moved = 0;
     for (int j = 0; j < c.n + c.nclin; ++j) {
@@ -607,7 +678,7 @@ void row_error(Core &c) {
         const int s = c.istate[j];
         if (s < kAtLower || s > kEquality) continue;
         const double err = std::fabs(value_of(c, j) - working_bound(c, j, s));
-        if (err > c.featol[j]) {
+        if (err > featol(c, j)) {
             ++count;
             if (err > worst) {
                 worst = err;
@@ -646,10 +717,14 @@ Word iterate(Core &c, NullSpaceStep &step) {
         if (feasible && c.set.feasible_point_only) return Word::Feasible;
         c.objective = feasible ? step.objective(c, c.g) : sum_gradient(c, c.g);
         c.gnorm = n > 0 ? std::fabs(c.g[idamax(n, c.g, 1) - 1]) : 0.0;
-        project(c, c.g, c.w);
+        project(c, c.g, c.w, c.nz);
         c.gznorm = dnrm2(c.nz, c.w, 1);
+        // Multipliers carried from the last vertex serve only for a gradient that stays the same.
+        const bool carried = feasible && step.constant_gradient();
+        if (!carried) c.lambda_valid = false;
         c.jdel = 0;
         c.del_kind = ' ';
+        c.qdel = -1;
 
         // The direction, after a deletion when the point is stationary on the working set.
         double natural = kInfinity;
@@ -661,17 +736,27 @@ Word iterate(Core &c, NullSpaceStep &step) {
             return linear_direction(c, c.w, c.gznorm, c.gnorm, pz);
         };
         if (!find_direction()) {
-            multipliers(c, c.g, c.w);
             const double tolmul = c.set.optimality_tolerance * std::max(1.0, c.gnorm);
-            const int jdel = choose_deletion(c, tolmul);
+            int jdel = -1;
+            if (c.lambda_valid && c.nz == 0) jdel = choose_deletion(c, tolmul);
+            if (jdel < 0) {
+                // Afresh, and always before the point is declared optimal.
+                multipliers(c, c.g);
+                c.lambda_valid = carried && c.nz == 0;
+                jdel = choose_deletion(c, tolmul);
+            }
             if (jdel < 0) return feasible ? Word::Optimal : Word::Infeasible;
             const int s = c.istate[jdel];
             c.jdel = jdel + 1;
+            c.qdel = jdel;
+            c.qweight = c.weights[jdel];
+            c.qlambda = c.clamda[jdel];
             c.del_kind = s == kAtLower ? 'L' : s == kAtUpper ? 'U' : s == kEquality ? 'E' : 'F';
             if (jdel < n) {
                 if (c.nfree == c.maxfree) {
                     if (c.nz == 0) return feasible ? Word::Optimal : Word::Infeasible;
                     make_room(c, step);
+                    c.lambda_valid = false;
                 }
                 free_variable(c, jdel, &step);
             } else {
@@ -680,7 +765,7 @@ Word iterate(Core &c, NullSpaceStep &step) {
                 delete_general(c, k, &step);
                 c.istate[jdel] = kNotInWorkingSet;
             }
-            project(c, c.g, c.w);
+            project(c, c.g, c.w, c.nz);
             c.gznorm = dnrm2(c.nz, c.w, 1);
             if (!find_direction()) {
                 // Nothing to gain along the freed direction: the point stands.
@@ -710,7 +795,7 @@ Word iterate(Core &c, NullSpaceStep &step) {
 
         daxpy(n, alfa, c.p, 1, c.x, 1);
         if (nclin > 0) daxpy(nclin, alfa, c.ap, 1, c.ax, 1);
-        if (c.expand.tolinc > 0.0) daxpy(n + nclin, c.expand.tolinc, c.featlu, 1, c.featol, 1);
+        c.tolfactor += c.expand.tolinc;
         c.step = alfa;
         c.jadd = 0;
         c.add_kind = ' ';
@@ -727,6 +812,12 @@ Word iterate(Core &c, NullSpaceStep &step) {
                 if (added) c.istate[j] = state;
             }
             if (added) {
+                if (c.qdel >= 0 && c.nz == 0) {
+                    devex_update(c, c.qdel, j, c.lambda_valid);
+                } else {
+                    c.weights[j] = initial_weight(c, j);
+                    c.lambda_valid = false;
+                }
                 c.jadd = j + 1;
                 c.add_kind = state == kEquality ? 'E' : state == kAtUpper ? 'U' : 'L';
                 if (c.dtmin > 0.0 && c.dtmax / c.dtmin > c.set.condition_limit && !c.warned_condition &&
@@ -738,8 +829,10 @@ Word iterate(Core &c, NullSpaceStep &step) {
                 }
             }
         }
+        if (!r.hit || c.jadd == 0) c.lambda_valid = false;
         ++c.itn;
         infeasibilities(c);
+        if (c.ninf > 0 || c.itn % std::max(c.set.check_frequency, 1) == 0) c.lambda_valid = false;
         if (c.set.print_level >= 5 || c.set.monitor_unit >= 0) {
             c.objective = c.ninf > 0 ? c.suminf : c.set.feasible_point_only ? 0.0 : step.objective(c, c.g);
             print_iteration(c);
@@ -789,8 +882,7 @@ Word solve(Core &c, NullSpaceStep &step, Start start) {
     } else {
         c.objective = feasible ? step.objective(c, c.g) : sum_gradient(c, c.g);
     }
-    project(c, c.g, c.w);
-    multipliers(c, c.g, c.w);
+    multipliers(c, c.g);
     final_states(c);
 
     if (word == Word::Optimal) {

@@ -45,17 +45,19 @@ void factor_diagonals(Core &c) {
     abs_max_min(c.nactiv, c.t, c.ldt + 1, &c.dtmax, &c.dtmin);
 }
 
-void project(Core &c, const double *g, double *w) {
+void project(Core &c, const double *g, double *w, int cols) {
     const int nf = c.nfree;
-    if (nf == 0) return;
+    if (nf == 0 || cols == 0) return;
     double *gf = c.crot;
     for (int k = 0; k < nf; ++k) gf[k] = g[c.kx[k]];
-    if (c.unitq) dcopy(nf, gf, 1, w, 1);
-    else dgemv("T", nf, nf, 1.0, c.q, c.ldq, gf, 1, 0.0, w, 1);
+    if (c.unitq) dcopy(cols, gf, 1, w, 1);
+    else dgemv("T", nf, cols, 1.0, c.q, c.ldq, gf, 1, 0.0, w, 1);
 }
 
-void multipliers(Core &c, const double *g, const double *w) {
+void multipliers(Core &c, const double *g) {
     const int n = c.n;
+    double *w = c.w;
+    project(c, g, w, c.nfree);
     std::fill(c.clamda, c.clamda + n + c.nclin, 0.0);
     if (c.nactiv > 0) {
         // R lambda = (Y'g) in the row order of R.
@@ -63,10 +65,13 @@ void multipliers(Core &c, const double *g, const double *w) {
         dtrsv("U", "N", "N", c.nactiv, c.t, c.ldt, c.rwork, 1);
         for (int k = 0; k < c.nactiv; ++k) c.clamda[n + c.kactiv[k]] = c.rwork[k];
     }
+    // A fixed variable's multiplier: its gradient less its coefficients in the working rows weighted by
+    // theirs.
     for (int k = c.nfree; k < n; ++k) {
         const int j = c.kx[k];
+        const double *col = c.a + static_cast<std::ptrdiff_t>(j) * c.lda;
         double lam = g[j];
-        if (c.nactiv > 0) lam -= ddot(c.nclin, c.a + static_cast<std::ptrdiff_t>(j) * c.lda, 1, c.clamda + n, 1);
+        for (int i = 0; i < c.nactiv; ++i) lam -= c.rwork[i] * col[c.kactiv[i]];
         c.clamda[j] = lam;
     }
 }
@@ -175,25 +180,35 @@ void free_variable(Core &c, int j, NullSpaceStep *step) {
     int pos = nf;
     while (pos < c.n && c.kx[pos] != j) ++pos;
     if (pos != nf) std::swap(c.kx[pos], c.kx[nf]);
-    // Border Q by the new variable.
-    for (int k = 0; k < nf; ++k) {
-        qm(c, nf, k) = 0.0;
-        qm(c, k, nf) = 0.0;
+    // Border Q by the new variable, its column placed between Z and Y: the Y columns move right.
+    const int nz = c.nz;
+    for (int k = nf; k > nz; --k) std::copy_n(&qm(c, 0, k - 1), nf, &qm(c, 0, k));
+    for (int k = 0; k <= nf; ++k) qm(c, nf, k) = 0.0;
+    for (int i = 0; i < nf; ++i) qm(c, i, nz) = 0.0;
+    qm(c, nf, nz) = 1.0;
+    // The new column belongs to a new last row of R: the variable's coefficients in the working rows.
+    // Folding that row into the triangle leaves it zero, so the column joins Z; the rotations start at
+    // the first working row in which the variable appears.
+    double *v = c.rwork, *rc = c.ap;
+    int k0 = na;
+    for (int k = na - 1; k >= 0; --k) {
+        v[k] = arow(c, c.kactiv[k], j);
+        if (v[k] != 0.0) k0 = k;
     }
-    qm(c, nf, nf) = 1.0;
-    if (na > 0) {
-        // The new column of Q belongs to a new first row of R: the variable's coefficients in the
-        // working rows.  The old rows move down one place, their diagonal becoming the subdiagonal.
-        double *rc = c.ap, *rs = c.rwork;
-        for (int k = na - 1; k >= 0; --k) {
-            double *col = &rm(c, 0, k);
-            rs[k] = col[k];
-            std::copy_backward(col, col + k, col + k + 1);
-            col[0] = arow(c, c.kactiv[k], j);
+    if (k0 < na) {
+        triangle_add_row(na - k0, 1.0, &v[k0], 1, &rm(c, k0, k0), c.ldt, &rc[k0], &v[k0], kFrozenConstants);
+        // Row k of R belongs to column nf-k of the bordered Q, the folded row to column nz: rotation k
+        // is plane (nz, nf-k) of Q, sine negated.
+        const int nf1 = nf + 1;
+        for (int k = k0; k < na; ++k) {
+            const int kq = nf - k;
+            c.crot[kq - 1] = rc[k];
+            c.srot[kq - 1] = -v[k];
         }
-        for (int i = 0; i <= na; ++i) rm(c, i, na) = 0.0;
-        hessenberg_to_triangle('L', na + 1, 1, na + 1, rc, rs, c.t, c.ldt, kFrozenConstants);
-        rows_to_q(c, nf + 1, 1, na, rc, rs);
+        rotation_apply_general('R', 'T', 'B', nf1, nf1, nz + 1, nf - k0 + 1, c.crot, c.srot, c.q, c.ldq);
+        c.unitq = false;
+    } else if (na > 0) {
+        c.unitq = false;
     }
     c.istate[j] = kNotInWorkingSet;
     c.nfree = nf + 1;
