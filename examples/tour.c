@@ -68,6 +68,8 @@ int main(void) {
         return 1;
     }
     tour_frame();
+    tour_sorting();
+    tour_kernels();
     tour_linear();
     tour_fourier();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces);

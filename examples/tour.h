@@ -8,7 +8,9 @@ void *tour_bind(const char *symbol);
 void tour_section(const char *title);
 
 /* One worked example per chapter, each in examples/tour_<name>.c. */
-void tour_fourier(void);
+void tour_sorting(void);
+void tour_kernels(void);
 void tour_linear(void);
+void tour_fourier(void);
 
 #endif
