@@ -71,11 +71,6 @@ TEST_P(QrBackwardError, QTimesRIsAAndQIsOrthogonal) {
     if (m == n) {
         EXPECT_EQ(r.zeta[n - 1], 0.0);
     }
-    if (kind == Kind::ZeroColumn && n / 2 < m - 1) {
-        // The zero column's trailing part is zero after the earlier reflectors only in exact arithmetic,
-        // so only a column that is zero from the start (the first) would give zeta 0 exactly.
-        SUCCEED();
-    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Shapes, QrBackwardError,
