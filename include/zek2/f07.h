@@ -35,8 +35,11 @@ ZEK_API void F07ADF(const int *m, const int *n, double *a, const int *lda, int *
 ZEK_API void f07adf_ENTRY(int selector, const int *m, const int *n, double *a, const int *lda, int *ipiv,
                           int *info) ZEK_SYMBOL("f07adf_ENTRY");
 
-/* F07ADF for callers that keep pivots in real workspace: PIV(1..min(M,N)) holds the row indices as
- * reals.  Same block size (that of F07ADF) and the same INFO. */
+/* LU factorisation for callers that keep pivots in real workspace, in Crout form: A = P*L*U with L
+ * lower trapezoidal carrying the diagonal and U unit upper trapezoidal, both over A.  PIV(1..min(M,N))
+ * holds the interchanged rows as reals.  Blocked with the block size of F07ADF.  INFO = i > 0: L(i,i)
+ * is exactly zero (the first such column); the loop goes on, but with a zero pivot the row of U beside
+ * it stays unscaled. */
 ZEK_API void F07ADG(const int *m, const int *n, double *a, const int *lda, double *piv, int *info)
     ZEK_SYMBOL("q62559");
 
