@@ -254,7 +254,7 @@ TEST(M01Rearrange, EveryElementTypeMovesToItsRankAndRanksComeBack) {
 
     std::vector<double> rv(static_cast<std::size_t>(m2));
     std::vector<int> iv(static_cast<std::size_t>(m2));
-    std::vector<char> ch(static_cast<std::size_t>(m2) * 3);
+    std::vector<char> ch(static_cast<std::size_t>(m2) * 3 + 1); // room for the last terminator
     for (int i = 0; i < m2; ++i) {
         rv[static_cast<std::size_t>(i)] = i * 0.5;
         iv[static_cast<std::size_t>(i)] = -i;
@@ -369,10 +369,22 @@ TEST(M01Failures, IfailExitsReportTextAndErrbufAndLeaveRanksAlone) {
 
 TEST(M01Failures, InternalMembersReportUnderTheirOwnNames) {
     double rv[3] = {3, 1, 2};
-    int ifail = 1;
-    zek::M01CAF(rv, 1, 3, "q", &ifail, 1);
+    int ifail = -1;
+    {
+        zek_test::OutputCapture sort_capture;
+        zek::M01CAF(rv, 1, 3, "q", &ifail, 1);
+        EXPECT_EQ(host_text(sort_capture), " ** On entry, ORDER has an illegal value: ORDER = 'q'.\n"
+                                           " ** ABNORMAL EXIT from ZEK Library routine M01CAF: IFAIL =     2\n"
+                                           " ** ZEK soft failure - control returned\n");
+    }
     EXPECT_EQ(ifail, 2);
     EXPECT_EQ(rv[0], 3.0);
+    int iv[3] = {5, 6, 7}, bad_rank[3] = {1, 2, 2};
+    ifail = 1;
+    zek::M01EBF(iv, 1, 3, bad_rank, &ifail);
+    EXPECT_EQ(ifail, 3);
+    EXPECT_EQ(iv[0], 5);
+    EXPECT_EQ(bad_rank[2], 2);
     int iperm[3] = {2, 2, 1};
     zek_test::OutputCapture capture;
     ifail = -1;
@@ -426,6 +438,11 @@ TEST(M01Failures, CStyleCodesAndTexts) {
     int bad[4] = {0, 4, 1, 2};
     m01esc(v, 4, 8, 8, bad, &fail), record("m01esc bad ranks");
     m01zac(bad, 4, &fail), record("m01zac rank n");
+    m01dsc(v, 4, 8, nullptr, Zek_Ascending, ranks, &fail), record("m01dsc compare");
+    m01dsc(v, 4, 8, compare_records, 0, ranks, &fail), record("m01dsc order");
+    m01dsc(v, 4, 8, compare_records, Zek_Ascending, nullptr, &fail), record("m01dsc null ranks");
+    m01esc(v, 4, 0x20000000, 0x20000000, ranks, &fail), record("m01esc size big");
+    m01zac(nullptr, 4, &fail), record("m01zac null");
 
     const std::vector<CodeCase> expected = {
         {"m01cac n=0", 11, "ZE_INT_ARG_LT:\n  On entry, n must not be less than 1: n = 0."},
@@ -441,6 +458,11 @@ TEST(M01Failures, CStyleCodesAndTexts) {
          "ZE_INT_ARG_GT:\n  On entry, abs(stride) must not be greater than 536870911: abs(stride) = 536870912."},
         {"m01esc bad ranks", 701, "ZE_BAD_RANK:\n  On entry, rank does not contain a valid permutation."},
         {"m01zac rank n", 701, "ZE_BAD_RANK:\n  On entry, rank does not contain a valid permutation."},
+        {"m01dsc compare", 70, "ZE_BAD_PARAM:\n  On entry, parameter compare had an illegal value."},
+        {"m01dsc order", 70, "ZE_BAD_PARAM:\n  On entry, parameter order had an illegal value."},
+        {"m01dsc null ranks", 82, "ZE_NULL_ARRAY:\n  Array ranks has null address."},
+        {"m01esc size big", 13, "ZE_INT_ARG_GT:\n  On entry, size must not be greater than 536870911: size = 536870912."},
+        {"m01zac null", 82, "ZE_NULL_ARRAY:\n  Array ranks has null address."},
     };
     ASSERT_EQ(seen.size(), expected.size());
     for (std::size_t i = 0; i < seen.size(); ++i) {
