@@ -188,7 +188,10 @@ void trsm_left(bool upper, bool trans, bool nounit, std::ptrdiff_t m, std::ptrdi
     }
 }
 
-// Right-side solves: the published column loops, alpha where they apply it.
+// Right-side solves: the published column loops, alpha where they apply it.  Rows of B are
+// independent here, so the caller hands over panels of rows that stay in cache; inside a panel four
+// columns of B go together (four terms into one column, or one column into four), each element still
+// receiving its terms in the published order.
 template <class T, bool C>
 void trsm_right(bool upper, bool trans, bool nounit, std::ptrdiff_t m, std::ptrdiff_t n, T alpha, const T *a,
                 std::ptrdiff_t lda, T *b, std::ptrdiff_t ldb) {
@@ -199,17 +202,35 @@ void trsm_right(bool upper, bool trans, bool nounit, std::ptrdiff_t m, std::ptrd
         T *bj = col(j);
         for (std::ptrdiff_t i = 0; i < m; ++i) bj[i] = s * bj[i];
     };
-    const auto subtract = [&](std::ptrdiff_t j, T t, std::ptrdiff_t k) {
-        T *__restrict bj = col(j);
-        const T *__restrict bk = col(k);
-        for (std::ptrdiff_t i = 0; i < m; ++i) bj[i] = bj[i] - t * bk[i];
-    };
     if (!trans) {
-        // B*inv(A): column j is its right-hand side less the solved columns it depends on.
+        // B*inv(A): column j is its right-hand side less the solved columns k = lo..hi-1 it depends on.
         const auto column = [&](std::ptrdiff_t j, std::ptrdiff_t lo, std::ptrdiff_t hi) {
             if (alpha != one) scale(j, alpha);
-            for (std::ptrdiff_t k = lo; k < hi; ++k)
-                if (a[k + j * lda] != zero) subtract(j, a[k + j * lda], k);
+            T *__restrict bj = col(j);
+            std::ptrdiff_t k = lo;
+            for (; k + 4 <= hi; k += 4) {
+                const T a0 = a[k + j * lda], a1 = a[k + 1 + j * lda], a2 = a[k + 2 + j * lda], a3 = a[k + 3 + j * lda];
+                // Zero multipliers are skipped as the published loop skips them: one at a time.
+                if (a0 == zero || a1 == zero || a2 == zero || a3 == zero) break;
+                const T *__restrict b0 = col(k);
+                const T *__restrict b1 = col(k + 1);
+                const T *__restrict b2 = col(k + 2);
+                const T *__restrict b3 = col(k + 3);
+                for (std::ptrdiff_t i = 0; i < m; ++i) {
+                    T v = bj[i];
+                    v = v - a0 * b0[i];
+                    v = v - a1 * b1[i];
+                    v = v - a2 * b2[i];
+                    v = v - a3 * b3[i];
+                    bj[i] = v;
+                }
+            }
+            for (; k < hi; ++k) {
+                const T akj = a[k + j * lda];
+                if (akj == zero) continue;
+                const T *__restrict bk = col(k);
+                for (std::ptrdiff_t i = 0; i < m; ++i) bj[i] = bj[i] - akj * bk[i];
+            }
             if (nounit) scale(j, divide(one, a[j + j * lda]));
         };
         if (upper) {
@@ -218,11 +239,32 @@ void trsm_right(bool upper, bool trans, bool nounit, std::ptrdiff_t m, std::ptrd
             for (std::ptrdiff_t j = n - 1; j >= 0; --j) column(j, j + 1, n);
         }
     } else {
-        // B*inv(A'): column k is finished first and then removed from the columns that depend on it.
+        // B*inv(A'): column k is finished first and then removed from the columns j = lo..hi-1.
         const auto column = [&](std::ptrdiff_t k, std::ptrdiff_t lo, std::ptrdiff_t hi) {
             if (nounit) scale(k, divide(one, A(k, k)));
-            for (std::ptrdiff_t j = lo; j < hi; ++j)
-                if (a[j + k * lda] != zero) subtract(j, A(j, k), k);
+            const T *__restrict bk = col(k);
+            std::ptrdiff_t j = lo;
+            for (; j + 4 <= hi; j += 4) {
+                const T a0 = A(j, k), a1 = A(j + 1, k), a2 = A(j + 2, k), a3 = A(j + 3, k);
+                if (a0 == zero || a1 == zero || a2 == zero || a3 == zero) break;
+                T *__restrict b0 = col(j);
+                T *__restrict b1 = col(j + 1);
+                T *__restrict b2 = col(j + 2);
+                T *__restrict b3 = col(j + 3);
+                for (std::ptrdiff_t i = 0; i < m; ++i) {
+                    const T v = bk[i];
+                    b0[i] = b0[i] - a0 * v;
+                    b1[i] = b1[i] - a1 * v;
+                    b2[i] = b2[i] - a2 * v;
+                    b3[i] = b3[i] - a3 * v;
+                }
+            }
+            for (; j < hi; ++j) {
+                const T ajk = A(j, k);
+                if (ajk == zero) continue;
+                T *__restrict bj = col(j);
+                for (std::ptrdiff_t i = 0; i < m; ++i) bj[i] = bj[i] - ajk * bk[i];
+            }
             if (alpha != one) scale(k, alpha);
         };
         if (upper) {
@@ -279,10 +321,16 @@ void trsm(char side, char uplo, char transa, char diag, int m, int n, T alpha, c
             trsm_left<T, true>(upper, trans, nounit, m, n, a, lda, b, ldb);
         else
             trsm_left<T, false>(upper, trans, nounit, m, n, a, lda, b, ldb);
-    } else if (conjugate) {
-        trsm_right<T, true>(upper, trans, nounit, m, n, alpha, a, lda, b, ldb);
     } else {
-        trsm_right<T, false>(upper, trans, nounit, m, n, alpha, a, lda, b, ldb);
+        // Panels of rows, each solved on its own while it stays in cache.
+        constexpr std::ptrdiff_t kPanel = 128;
+        for (std::ptrdiff_t i0 = 0; i0 < m; i0 += kPanel) {
+            const std::ptrdiff_t rows = std::min<std::ptrdiff_t>(kPanel, m - i0);
+            if (conjugate)
+                trsm_right<T, true>(upper, trans, nounit, rows, n, alpha, a, lda, b + i0, ldb);
+            else
+                trsm_right<T, false>(upper, trans, nounit, rows, n, alpha, a, lda, b + i0, ldb);
+        }
     }
 }
 
