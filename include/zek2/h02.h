@@ -85,6 +85,112 @@ ZEK_API void H02BVF(const int *n, const int *m, const double *a, const int *lda,
                     const double *clamda, const int *istate, const double *bl, const double *bu, const double *bigbnd,
                     int *ifail, int crname_len) ZEK_SYMBOL("q44026");
 
+/* ---- Integer linear programming by branch and bound ------------------------------------------------
+ *
+ * Calling order: H02WBF("H02BBF", ...) once to prepare the option store, then H02BBF, then H02BZF to
+ * copy out the final state, which H02BBF leaves at the head of its workspace.  Every LP of the search
+ * is solved by E04MFA (chapter E04), whose options H02BBF sets through E04MHF in the same store:
+ * after a call the store holds "Print Level = 0", the tolerances, the iteration limit and "Cold Start"
+ * (or "Warm Start" and the doubled limit once a node needed more iterations). */
+
+/* Prepares the option store (the communication arrays of E04WBA) for RNAME, upper-cased first:
+ * "H02BBF", "H02BFF" (both solve their LPs with E04MFA), "H02CBF" or "H02CEF" (E04NFA).  Arguments,
+ * in order: RNAME, CWSAV, LCWSAV, LWSAV, LLWSAV, IWSAV, LIWSAV, RWSAV, LRWSAV, IFAIL, then the hidden
+ * lengths of RNAME and of CWSAV's elements.  Minimum lengths for every name: LCWSAV 1, LLWSAV 120,
+ * LIWSAV 610, LRWSAV 475 (what E04WBA requires for E04MFA and E04NFA).
+ * Failures (IFAIL): 1 the name is none of these; 2 an array is too short. */
+ZEK_API void H02WBF(const char *rname, char *cwsav, const int *lcwsav, int *lwsav, const int *llwsav, int *iwsav,
+                    const int *liwsav, double *rwsav, const int *lrwsav, int *ifail, int rname_len, int cwsav_len)
+    ZEK_SYMBOL("q57465");
+
+/* Copies the final state that H02BBF left at the head of IWORK and RWORK (after IFAIL 0 or 9): for
+ * j = 1..N+M, ISTATE(j) = IWORK(j), BL(j) = RWORK(j), BU(j) = RWORK(N+M+j), CLAMDA(j) =
+ * RWORK(2(N+M)+j): the states ("--" -2, "++" -1, free 0, at lower 1, at upper 2, equal 3, fixed 4),
+ * the bounds of the node where the solution was found and the LP multipliers there.  Arguments, in
+ * order: N, M, IWORK, LIWORK, RWORK, LRWORK, ISTATE(N+M), BL(N+M), BU(N+M), CLAMDA(N+M), IFAIL.
+ * Failures (IFAIL 1): N < 1, M < 0, LIWORK < N+M, LRWORK < 3(N+M). */
+ZEK_API void H02BZF(const int *n, const int *m, const int *iwork, const int *liwork, const double *rwork,
+                    const int *lrwork, int *istate, double *bl, double *bu, double *clamda, int *ifail)
+    ZEK_SYMBOL("q61773");
+
+/* Solves  minimise CVEC'x  subject to  BL <= ( x ; A x ) <= BU,  x(j) integer where INTVAR(j) = 1,
+ * by a tree search over LP relaxations.  Arguments, in order:
+ *   ITMAX      in/out: iteration limit of each LP; max(50, 5(N+M)) when not positive.  The value
+ *              -11111 is a trace request: MSGLVL becomes 0 (below 5), 15 (5) or 20 (above 5).
+ *   MSGLVL     print level: 0 none; 1 parameters and final solution; 2 also the node log; above 2
+ *              also the detail of each bad bound; 10 or 20 also the root LP's solution.
+ *   N >= 1, M >= 0   variables and general rows
+ *   A(LDA,N), LDA >= max(1,M)   the rows
+ *   BL, BU(N+M)   bounds of the variables, then of the rows; at or beyond BIGBND means none
+ *   INTVAR(N)  1 for an integer variable, 0 for a continuous one
+ *   CVEC(N)    the objective
+ *   MAXNOD     positive: stop once that many nodes would be reached; otherwise no limit
+ *   INTFST     positive: stop at the first integer solution
+ *   MAXDPT >= 2   deepest branching and number of pending LPs held at once
+ *   TOLIV      in/out: integer tolerance, 1e-5 when not positive
+ *   TOLFES     in/out: feasibility tolerance of the LPs, sqrt(machine precision) when not positive
+ *   BIGBND     in/out: infinite bound size, 1e20 when not positive
+ *   X(N)       in: the start of the first LP; out: the solution
+ *   OBJMIP     out: its objective (1/(smallest positive number) when there is none)
+ *   IWORK(LIWORK), LIWORK >= (N+M+25) MAXDPT + N+M + 4N + 4; more buys a larger tree
+ *   RWORK(LRWORK), LRWORK >= (N+1) MAXDPT + 2 (t*t + 6M + 7N), t = min(N, M+1)
+ *   LWSAV, IWSAV, RWSAV   the option store prepared by H02WBF
+ *   IFAIL
+ * Failures (IFAIL): 1 no integer solution; 2, 3, 4 the first LP is unbounded, infeasible, or stopped
+ * by its iteration limit; 6 bad N, M, LDA, INTVAR, MAXDPT, LIWORK, LRWORK or bounds (nothing is
+ * changed); 8 the depth limit was reached (X then holds the last LP's solution); 9 the node limit was
+ * reached with an integer solution in X; 10 the node limit was reached without one; 11 the tree or the
+ * slots ran out. */
+ZEK_API void H02BBF(int *itmax, const int *msglvl, const int *n, const int *m, const double *a, const int *lda,
+                    const double *bl, const double *bu, const int *intvar, const double *cvec, const int *maxnod,
+                    const int *intfst, const int *maxdpt, double *toliv, double *tolfes, double *bigbnd, double *x,
+                    double *objmip, int *iwork, const int *liwork, double *rwork, const int *lrwork, int *lwsav,
+                    int *iwsav, double *rwsav, int *ifail) ZEK_SYMBOL("q23228");
+
+/* The worker behind H02BBF: the same arguments with MSGLVL, N, M, LDA, MAXNOD, INTFST, MAXDPT, LIWORK
+ * and LRWORK by value (ITMAX, TOLIV, TOLFES and BIGBND stay by reference, since they return their
+ * defaults), then ERRBUF (200 characters) and IFAIL, then ERRBUF's length. */
+ZEK_API void H02BBF_INNER(int *itmax, int msglvl, int n, int m, const double *a, int lda, const double *bl,
+                          const double *bu, const int *intvar, const double *cvec, int maxnod, int intfst, int maxdpt,
+                          double *toliv, double *tolfes, double *bigbnd, double *x, double *objmip, int *iwork,
+                          int liwork, double *rwork, int lrwork, int *lwsav, int *iwsav, double *rwsav, char *errbuf,
+                          int *ifail, int errbuf_len) ZEK_SYMBOL("q66240");
+
+/* The tree search behind H02BBF, on workspace already divided (58 words on a 32-bit ABI; the
+ * tolerances are doubles by value).  Arguments, in order:
+ *   N, M, A, LDA, BL, BU, INTVAR, CVEC            the problem
+ *   MAXNOD, INTFST, S (slots = MAXDPT), T (tree nodes), MSGLVL, ITMAX, TOLIV, TOLFES, BIGBND
+ *   X (N), OBJMIP                                  in/out as for H02BBF
+ *   NODES        out: nodes solved (negated at MSGLVL >= 15)
+ *   CODE         out: the IFAIL value the search ends with (0, 1, 2, 3, 4, 8, 9, 10 or 11)
+ *   EXIT_KIND    out: 0 optimum, 1 first solution, 2 best solution (a branch was abandoned, or the
+ *                node limit)
+ *   PARENT, LEFT, RIGHT, BRANCH_VAR, BRANCH_VALUE (T each)   the tree
+ *   LINK (S+1), SLOT_BOUND (S, real), SLOT_NODE, SLOT_FLAG, SLOT_NUMBER (S each), SLOT_X (N by S),
+ *   SLOT_STATE (N+M by S+1)                        the slots; column S+1 of SLOT_STATE is the incumbent's
+ *   WBL, WBU (N+M)                                 the bounds of the current node
+ *   BEST_BL, BEST_BU, BEST_CLAMDA (N+M), BEST_X (N)   the incumbent
+ *   AX (M), CLAMDA (N+M)                           the LP's row values and multipliers
+ *   PATH (S)                                       scratch of the bound rebuild
+ *   LP_IWORK, LP_LIWORK, LP_WORK, LP_LWORK         the LP solver's workspace
+ *   LWSAV, IWSAV, RWSAV                            the option store
+ *   DEPTH        out: depth of the last node
+ *   LP_ITERATIONS  out: iterations of all LPs
+ *   PRINT_UNIT   unit of the log
+ *   ABANDONED    out: branches abandoned because their LP failed
+ *   BEST_NODE    out: node number of the integer solution returned, 0 when none */
+ZEK_API void H02_TREE_SEARCH(int n, int m, const double *a, int lda, const double *bl, const double *bu,
+                             const int *intvar, const double *cvec, int maxnod, int intfst, int slots, int ntree,
+                             int msglvl, int itmax, double toliv, double tolfes, double bigbnd, double *x,
+                             double *objmip, int *nodes, int *code, int *exit_kind, int *parent, int *left,
+                             int *right, int *branch_var, int *branch_value, int *link, double *slot_bound,
+                             int *slot_node, int *slot_flag, int *slot_number, double *slot_x, int *slot_state,
+                             double *wbl, double *wbu, double *best_bl, double *best_bu, double *best_clamda,
+                             double *best_x, double *ax, double *clamda, int *path, int *lp_iwork, int lp_liwork,
+                             double *lp_work, int lp_lwork, int *lwsav, int *iwsav, double *rwsav, int *depth,
+                             int *lp_iterations, int print_unit, int *abandoned, int *best_node)
+    ZEK_SYMBOL("q98717");
+
 ZEK_END_DECLS
 
 #endif
