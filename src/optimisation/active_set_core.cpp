@@ -875,6 +875,7 @@ Word solve(Core &c, NullSpaceStep &step, Start start) {
     }
 
     // Multipliers at the final point, for the objective when feasible, else for the sum.
+    compute_ax(c);
     const bool feasible = c.ninf == 0;
     if (feasible && c.set.feasible_point_only) {
         vector_load(c.n, 0.0, c.g, 1);
