@@ -456,3 +456,30 @@ TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheC
     f04jgc(3, 4, d.data(), 3, db.data(), 0.0, &sigma, &irank, zeta.data(), &fail);
     EXPECT_EQ(fail.code, 17);
 }
+
+TEST(LinearEquations, RefinementFailsOnANearlySingularMatrix) {
+    // Condition 1e20: the factorisation goes through, but no correction can shrink.
+    const int n = 12;
+    const Mat a = with_condition(n, 1e20, 21);
+    const Mat b = make_matrix(Kind::Random, n, 1, 22);
+    Mat aa(n, n), x(n, 1);
+    ZekFail fail{};
+    f04aec(n, 1, a.data(), n, b.data(), n, aa.data(), n, x.data(), n, nullptr, 0, &fail);
+    EXPECT_EQ(fail.code, 378);
+    // The IFAIL-layer argument exits of the inversion and the estimators.
+    int bad = 0, ia = 1, ifail = 1;
+    double w[4];
+    F01AAZ(w, &ia, &bad, w, &ia, w, &ifail);
+    EXPECT_EQ(ifail, 2);
+    int icase = 0;
+    double est;
+    int iw[4];
+    ifail = 1;
+    F04ZCF(&icase, &bad, w, &est, w, iw, &ifail);
+    EXPECT_EQ(ifail, 1);
+    f01adc(3, w, 2, &fail);
+    EXPECT_EQ(fail.code, 17);
+    double d[2] = {1.0, 0.0};
+    F01_SPD_INVERSE(2, w, 2, d, w, 2, 1, w + 2, &fail);
+    EXPECT_EQ(fail.code, 367);
+}
