@@ -23,6 +23,8 @@ struct Sequence {
     double &operator()(std::ptrdiff_t k) const { return v[k - 1]; }
 };
 
+typedef double v2d __attribute__((vector_size(16)));
+
 inline bool identity(double c, double s) { return c == 1.0 && s == 0.0; }
 
 // x' = c*x + s*y, y' = c*y - s*x.
@@ -291,7 +293,19 @@ void rotation_apply_general(char side, char pivot, char direct, int m, int n, in
                 std::ptrdiff_t p, q;
                 plane(kk, p, q);
                 double *xp = block + (p - 1), *yp = block + (q - 1);
-                for (std::ptrdiff_t j = 0; j < width; ++j) rotate(xp[j * ld], yp[j * ld], cs, sn);
+                // Two columns to a vector register: the same operations on each, in the same order.
+                const v2d c2 = {cs, cs}, s2 = {sn, sn};
+                std::ptrdiff_t j = 0;
+                for (; j + 2 <= width; j += 2) {
+                    double &x0 = xp[j * ld], &x1 = xp[(j + 1) * ld], &y0 = yp[j * ld], &y1 = yp[(j + 1) * ld];
+                    const v2d x = {x0, x1}, t = {y0, y1};
+                    const v2d ny = c2 * t - s2 * x, nx = s2 * t + c2 * x;
+                    x0 = nx[0];
+                    x1 = nx[1];
+                    y0 = ny[0];
+                    y1 = ny[1];
+                }
+                for (; j < width; ++j) rotate(xp[j * ld], yp[j * ld], cs, sn);
             }
         }
         return;
