@@ -50,20 +50,51 @@ struct RealTable {
 void fill_real_table(int n, double *cosv, double *sinv);
 
 // Successive roots cos(2 pi t/DEN), sin(2 pi t/DEN) for t = START, START+STEP, ...  Every root is
-// anchored to its exact integer index: an accurate evaluation in long double every 32 steps and a
-// long double rotation in between, so no error of a rounded base angle builds up along the run (a
+// anchored to its exact integer index, so no error of a rounded base angle builds up along the run (a
 // coherent error that would otherwise grow with N in the running sums of the sine and cosine
-// transforms).
+// transforms).  The run is cut in stretches of kRun roots: root q*kRun + r is the product, in long
+// double, of the stretch's first root w(START + q*kRun*STEP) and the fine root w(r*STEP).  The fine
+// roots come from one accurate root by repeated products, once; the stretch roots likewise, with an
+// accurate evaluation every kAnchor stretches.  The products are independent of each other, so a
+// run pipelines, and every root is within a few long double roundings of the truth before its one
+// rounding to double.
 class RootStream {
 public:
     RootStream(long long den, long long start, long long step);
-    void next(double &c, double &s);
+    // The next root.
+    void next(double &c, double &s) {
+        run(1, [&](Index, double cv, double sv) {
+            c = cv;
+            s = sv;
+        });
+    }
+    // The next COUNT roots, handed to store(k, c, s) for k = 0 .. COUNT-1.
+    template <class Store> void run(Index count, Store store) {
+        for (Index k = 0; k < count;) {
+            if (r_ == kRun) next_stretch();
+            const int stop = count - k < kRun - r_ ? r_ + static_cast<int>(count - k) : kRun;
+            if (stop > fine_built_) extend_fine(stop);
+            const long double cr = cr_, ci = ci_;
+            for (; r_ < stop; ++r_, ++k) {
+                // The fine roots are kept as exact sums of two doubles, which load faster than long
+                // doubles.
+                const long double fr = static_cast<long double>(fine_[4 * r_]) + fine_[4 * r_ + 1];
+                const long double fi = static_cast<long double>(fine_[4 * r_ + 2]) + fine_[4 * r_ + 3];
+                store(k, static_cast<double>(cr * fr - ci * fi), static_cast<double>(cr * fi + ci * fr));
+            }
+        }
+    }
 
 private:
-    void anchor();
-    long long den_, index_, step_;
-    int count_ = 0;
-    long double cr_ = 1, ci_ = 0, wr_ = 1, wi_ = 0;
+    static constexpr int kRun = 32;
+    static constexpr int kAnchor = 8;
+    void next_stretch();
+    void extend_fine(int stop);
+    long long den_, start_, step_;
+    long long stretch_ = 0;
+    int r_ = 0, fine_built_ = 1;
+    long double cr_ = 1, ci_ = 0, gr_ = 1, gi_ = 0, f1r_ = 1, f1i_ = 0, lastr_ = 1, lasti_ = 0;
+    double fine_[4 * kRun]; // w(r*STEP) = (hi + lo, hi + lo) per r
 };
 
 // One in-place real pass of factor P at running product K over the blocks of length K*P of N rows:

@@ -17,39 +17,42 @@ namespace zek::fft {
 
 namespace {
 
-// One sequence: the loop over i runs innermost, at stride 1.
+// The butterflies work on complex numbers held as vector pairs (fft_kernels.h): the P inputs of one
+// output column are loaded, transformed in registers, multiplied by their twiddles and stored.
+
+// One sequence: the loop over i runs innermost, at stride 1, each twiddle read from the table as it
+// is needed.
 template <int P> void pass_single(int ido, int l1, const double *cc, double *ch, const double *tw) {
-    const Index tstride = ido - 1;
+    const Index tstride = 2 * (static_cast<Index>(ido) - 1);
+    const Index istride = 2 * static_cast<Index>(ido), ostride = 2 * static_cast<Index>(ido) * l1;
+    if (ido == 1) {
+        // The last pass: no twiddles, one column per k.
+        for (Index k = 0; k < l1; ++k) {
+            const double *in = cc + 2 * P * k;
+            double *out = ch + 2 * k;
+            Cv z[P];
+            for (int r = 0; r < P; ++r) z[r] = load(in + 2 * r);
+            cdft<P>(z);
+            for (int j = 0; j < P; ++j) store(out + j * ostride, z[j]);
+        }
+        return;
+    }
     for (Index k = 0; k < l1; ++k) {
-        const double *in = cc + 2 * ido * P * k;
+        const double *in = cc + istride * P * k;
         double *out = ch + 2 * ido * k;
-        const Index ostride = 2 * static_cast<Index>(ido) * l1, istride = 2 * static_cast<Index>(ido);
         {
-            double re[P], im[P];
-            for (int r = 0; r < P; ++r) {
-                re[r] = in[r * istride];
-                im[r] = in[r * istride + 1];
-            }
-            dft<P>(re, im);
-            for (int j = 0; j < P; ++j) {
-                out[j * ostride] = re[j];
-                out[j * ostride + 1] = im[j];
-            }
+            Cv z[P];
+            for (int r = 0; r < P; ++r) z[r] = load(in + r * istride);
+            cdft<P>(z);
+            for (int j = 0; j < P; ++j) store(out + j * ostride, z[j]);
         }
         for (Index i = 1; i < ido; ++i) {
-            double re[P], im[P];
-            for (int r = 0; r < P; ++r) {
-                re[r] = in[r * istride + 2 * i];
-                im[r] = in[r * istride + 2 * i + 1];
-            }
-            dft<P>(re, im);
-            out[2 * i] = re[0];
-            out[2 * i + 1] = im[0];
-            for (int j = 1; j < P; ++j) {
-                const double wr = tw[2 * ((j - 1) * tstride + i - 1)], wi = tw[2 * ((j - 1) * tstride + i - 1) + 1];
-                out[j * ostride + 2 * i] = re[j] * wr - im[j] * wi;
-                out[j * ostride + 2 * i + 1] = re[j] * wi + im[j] * wr;
-            }
+            Cv z[P];
+            for (int r = 0; r < P; ++r) z[r] = load(in + r * istride + 2 * i);
+            cdft<P>(z);
+            store(out + 2 * i, z[0]);
+            const double *w = tw + 2 * (i - 1);
+            for (int j = 1; j < P; ++j) store(out + j * ostride + 2 * i, times(z[j], twiddle_at(w + (j - 1) * tstride)));
         }
     }
 }
@@ -57,45 +60,29 @@ template <int P> void pass_single(int ido, int l1, const double *cc, double *ch,
 // Rows of M values: the loop over the rows runs innermost, with the twiddles held fixed.
 template <int P>
 void pass_rows(int m, Index ldi, Index ldo, int ido, int l1, const double *cc, double *ch, const double *tw) {
-    const Index tstride = ido - 1;
+    const Index tstride = 2 * (static_cast<Index>(ido) - 1);
+    const Index istride = 2 * ldi * ido, ostride = 2 * ldo * ido * l1;
     for (Index k = 0; k < l1; ++k) {
         for (Index i = 0; i < ido; ++i) {
-            double wr[P], wi[P];
-            for (int j = 1; j < P; ++j) {
-                wr[j] = i > 0 ? tw[2 * ((j - 1) * tstride + i - 1)] : 1.0;
-                wi[j] = i > 0 ? tw[2 * ((j - 1) * tstride + i - 1) + 1] : 0.0;
-            }
             const double *in = cc + 2 * ldi * (i + ido * P * k);
             double *out = ch + 2 * ldo * (i + ido * k);
-            const Index istride = 2 * ldi * ido, ostride = 2 * ldo * ido * l1;
             if (i == 0) {
                 for (Index row = 0; row < m; ++row) {
-                    double re[P], im[P];
-                    for (int r = 0; r < P; ++r) {
-                        re[r] = in[r * istride + 2 * row];
-                        im[r] = in[r * istride + 2 * row + 1];
-                    }
-                    dft<P>(re, im);
-                    for (int j = 0; j < P; ++j) {
-                        out[j * ostride + 2 * row] = re[j];
-                        out[j * ostride + 2 * row + 1] = im[j];
-                    }
+                    Cv z[P];
+                    for (int r = 0; r < P; ++r) z[r] = load(in + r * istride + 2 * row);
+                    cdft<P>(z);
+                    for (int j = 0; j < P; ++j) store(out + j * ostride + 2 * row, z[j]);
                 }
                 continue;
             }
+            Twiddle w[P];
+            for (int j = 1; j < P; ++j) w[j] = twiddle_at(tw + (j - 1) * tstride + 2 * (i - 1));
             for (Index row = 0; row < m; ++row) {
-                double re[P], im[P];
-                for (int r = 0; r < P; ++r) {
-                    re[r] = in[r * istride + 2 * row];
-                    im[r] = in[r * istride + 2 * row + 1];
-                }
-                dft<P>(re, im);
-                out[2 * row] = re[0];
-                out[2 * row + 1] = im[0];
-                for (int j = 1; j < P; ++j) {
-                    out[j * ostride + 2 * row] = re[j] * wr[j] - im[j] * wi[j];
-                    out[j * ostride + 2 * row + 1] = re[j] * wi[j] + im[j] * wr[j];
-                }
+                Cv z[P];
+                for (int r = 0; r < P; ++r) z[r] = load(in + r * istride + 2 * row);
+                cdft<P>(z);
+                store(out + 2 * row, z[0]);
+                for (int j = 1; j < P; ++j) store(out + j * ostride + 2 * row, times(z[j], w[j]));
             }
         }
     }

@@ -159,6 +159,74 @@ inline void dft_odd(int p, const double *xr, const double *xi, double *yr, doubl
     }
 }
 
+// ---- The same butterflies on complex numbers held as pairs (re, im) in one vector ----
+//
+// Cv is one complex number in a vector of two doubles; the arithmetic is the scalar arithmetic above,
+// operation for operation (additions of re and im parts side by side), so both forms give the same
+// results bit for bit.  Multiplying by +-1 to flip a sign is exact.
+using Cv = double __attribute__((vector_size(16)));
+using CvMask = long long __attribute__((vector_size(16)));
+
+inline Cv load(const double *p) {
+    Cv v;
+    __builtin_memcpy(&v, p, sizeof v);
+    return v;
+}
+inline void store(double *p, Cv v) { __builtin_memcpy(p, &v, sizeof v); }
+inline Cv swapped(Cv x) { return __builtin_shuffle(x, CvMask{1, 0}); }
+// x * (-i) = (im, -re)
+inline Cv times_minus_i(Cv x) { return swapped(x) * Cv{1.0, -1.0}; }
+
+// A twiddle factor w = (c, s) prepared for products: (c, c) and (-s, s).
+struct Twiddle {
+    Cv cc, ss;
+};
+inline Twiddle twiddle_of(double c, double s) { return Twiddle{Cv{c, c}, Cv{-s, s}}; }
+inline Twiddle twiddle_at(const double *p) { return twiddle_of(p[0], p[1]); }
+// (a + ib)(c + is) = (ac - bs, as + bc)
+inline Cv times(Cv x, Twiddle w) { return x * w.cc + swapped(x) * w.ss; }
+
+template <int P> inline void cdft(Cv *z);
+
+template <> inline void cdft<2>(Cv *z) {
+    const Cv d = z[0] - z[1];
+    z[0] += z[1];
+    z[1] = d;
+}
+
+template <> inline void cdft<3>(Cv *z) {
+    const Cv t = z[1] + z[2];
+    const Cv d = kSin60 * (z[1] - z[2]);
+    const Cv m = z[0] - 0.5 * t;
+    const Cv e = swapped(d) * Cv{1.0, -1.0}; // (di, -dr)
+    z[0] += t;
+    z[1] = m + e;
+    z[2] = m - e;
+}
+
+template <> inline void cdft<4>(Cv *z) {
+    const Cv a = z[0] + z[2], b = z[0] - z[2];
+    const Cv c = z[1] + z[3], d = times_minus_i(z[1] - z[3]); // (di, -dr)
+    z[0] = a + c;
+    z[2] = a - c;
+    z[1] = b + d;
+    z[3] = b - d;
+}
+
+template <> inline void cdft<5>(Cv *z) {
+    const Cv t1 = z[1] + z[4], t2 = z[2] + z[3];
+    const Cv d1 = z[1] - z[4], d2 = z[2] - z[3];
+    const Cv m1 = z[0] + kCos72 * t1 + kCos144 * t2;
+    const Cv m2 = z[0] + kCos144 * t1 + kCos72 * t2;
+    const Cv n1 = times_minus_i(kSin72 * d1 + kSin144 * d2);  // (n1i, -n1r)
+    const Cv n2 = times_minus_i(kSin144 * d1 - kSin72 * d2);
+    z[0] += t1 + t2;
+    z[1] = m1 + n1;
+    z[4] = m1 - n1;
+    z[2] = m2 + n2;
+    z[3] = m2 - n2;
+}
+
 } // namespace zek::fft
 
 #endif

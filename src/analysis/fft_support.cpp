@@ -123,11 +123,66 @@ template <class Move> void for_each_digit_reversal(int n, const int *factors, in
     }
 }
 
+// The same moves for one value per index, in an order kind to the cache.  The first digits of n (most
+// significant) become the last of pos (least significant) and the other way round, so with A the
+// first few digits and B the last few, every value of the middle digits names an A by B block that
+// is read in runs of B and written in runs of A: a small transposition instead of a scatter over the
+// whole array.  Returns false, doing nothing, when the factors are too few or too large for that.
+constexpr int kBlockDigits = 64;
+
+template <class Move> bool for_each_digit_reversal_blocked(const int *factors, int nf, Move move) {
+    int radix[kFactorListSize];
+    Index weight[kFactorListSize];
+    const int count = digit_weights(factors, nf, radix, weight);
+    int a = 0, b = count;
+    Index asize = 1, bsize = 1;
+    while (a < count && asize < 8) asize *= radix[a++];
+    while (b > a && bsize < 8) bsize *= radix[--b];
+    if (asize < 8 || bsize < 8 || asize > kBlockDigits || bsize > kBlockDigits) return false;
+    // Offsets in pos of the A and B digit groups, enumerated in the order of n.
+    Index apos[kBlockDigits], bpos[kBlockDigits];
+    auto enumerate = [&](int first, int last, Index *out) {
+        int d[kFactorListSize] = {0};
+        Index p = 0, k = 0;
+        for (;;) {
+            out[k++] = p;
+            int j = last - 1;
+            for (; j >= first; --j) {
+                p += weight[j];
+                if (++d[j] < radix[j]) break;
+                p -= radix[j] * weight[j];
+                d[j] = 0;
+            }
+            if (j < first) return;
+        }
+    };
+    enumerate(0, a, apos);
+    enumerate(b, count, bpos);
+    Index msize = 1;
+    for (int j = a; j < b; ++j) msize *= radix[j];
+    int d[kFactorListSize] = {0};
+    Index mpos = 0;
+    for (Index im = 0; im < msize; ++im) {
+        for (Index ia = 0; ia < asize; ++ia) {
+            const Index i0 = (ia * msize + im) * bsize, p0 = mpos + apos[ia];
+            for (Index ib = 0; ib < bsize; ++ib) move(i0 + ib, p0 + bpos[ib]);
+        }
+        for (int j = b - 1; j >= a; --j) {
+            mpos += weight[j];
+            if (++d[j] < radix[j]) break;
+            mpos -= radix[j] * weight[j];
+            d[j] = 0;
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 void digit_permute(int m, int n, const int *factors, int nf, const double *src, double *dst) {
     if (m == 1) {
-        for_each_digit_reversal(n, factors, nf, [&](Index i, Index pos) { dst[pos] = src[i]; });
+        auto move = [&](Index i, Index pos) { dst[pos] = src[i]; };
+        if (!for_each_digit_reversal_blocked(factors, nf, move)) for_each_digit_reversal(n, factors, nf, move);
     } else {
         const std::size_t bytes = sizeof(double) * static_cast<std::size_t>(m);
         for_each_digit_reversal(n, factors, nf,
@@ -137,7 +192,8 @@ void digit_permute(int m, int n, const int *factors, int nf, const double *src, 
 
 void digit_permute_inverse(int m, int n, const int *factors, int nf, const double *src, double *dst) {
     if (m == 1) {
-        for_each_digit_reversal(n, factors, nf, [&](Index i, Index pos) { dst[i] = src[pos]; });
+        auto move = [&](Index i, Index pos) { dst[i] = src[pos]; };
+        if (!for_each_digit_reversal_blocked(factors, nf, move)) for_each_digit_reversal(n, factors, nf, move);
     } else {
         const std::size_t bytes = sizeof(double) * static_cast<std::size_t>(m);
         for_each_digit_reversal(n, factors, nf,
@@ -147,8 +203,43 @@ void digit_permute_inverse(int m, int n, const int *factors, int nf, const doubl
 
 namespace {
 
-// cos and sin of 2 pi t / den in long double, reduced to the first octant so that the argument of
-// the library functions stays small.
+// sin and cos of A in [0, pi/4] in long double, by their Taylor series: the terms left out are below
+// 2^-70 of the result.
+void sin_cos_octant(long double a, long double &s, long double &c) {
+    constexpr long double f3 = 6.0L, f5 = f3 * 20, f7 = f5 * 42, f9 = f7 * 72, f11 = f9 * 110, f13 = f11 * 156,
+                          f15 = f13 * 210, f17 = f15 * 272, f19 = f17 * 342, f21 = f19 * 420, f23 = f21 * 506;
+    constexpr long double f2 = 2.0L, f4 = f2 * 12, f6 = f4 * 30, f8 = f6 * 56, f10 = f8 * 90, f12 = f10 * 132,
+                          f14 = f12 * 182, f16 = f14 * 240, f18 = f16 * 306, f20 = f18 * 380, f22 = f20 * 462,
+                          f24 = f22 * 552;
+    const long double x = a * a;
+    long double ps = -1 / f23;
+    ps = ps * x + 1 / f21;
+    ps = ps * x - 1 / f19;
+    ps = ps * x + 1 / f17;
+    ps = ps * x - 1 / f15;
+    ps = ps * x + 1 / f13;
+    ps = ps * x - 1 / f11;
+    ps = ps * x + 1 / f9;
+    ps = ps * x - 1 / f7;
+    ps = ps * x + 1 / f5;
+    ps = ps * x - 1 / f3;
+    s = a + a * (x * ps);
+    long double pc = 1 / f24;
+    pc = pc * x - 1 / f22;
+    pc = pc * x + 1 / f20;
+    pc = pc * x - 1 / f18;
+    pc = pc * x + 1 / f16;
+    pc = pc * x - 1 / f14;
+    pc = pc * x + 1 / f12;
+    pc = pc * x - 1 / f10;
+    pc = pc * x + 1 / f8;
+    pc = pc * x - 1 / f6;
+    pc = pc * x + 1 / f4;
+    pc = pc * x - 1 / f2;
+    c = 1 + x * pc;
+}
+
+// cos and sin of 2 pi t / den in long double, reduced to the first octant.
 void accurate_root(long long den, long long t, long double &c, long double &s) {
     t %= den;
     if (t < 0) t += den;
@@ -158,12 +249,9 @@ void accurate_root(long long den, long long t, long double &c, long double &s) {
     const int octant = static_cast<int>(eight / den);
     const long long rest = eight - static_cast<long long>(octant) * den;
     // angle = (octant + rest/den) * pi/4; reflect odd octants so the reduced angle is in [0, pi/4].
-    long double a;
-    if (octant % 2 == 0)
-        a = pi / 4 * static_cast<long double>(rest) / den;
-    else
-        a = pi / 4 * static_cast<long double>(den - rest) / den;
-    const long double sa = std::sin(a), ca = std::cos(a);
+    const long long part = octant % 2 == 0 ? rest : den - rest;
+    long double sa, ca;
+    sin_cos_octant(pi / 4 * static_cast<long double>(part) / den, sa, ca);
     long double x, y; // cos and sin of the full angle
     switch (octant) {
     case 0: x = ca; y = sa; break;
@@ -179,126 +267,177 @@ void accurate_root(long long den, long long t, long double &c, long double &s) {
     s = y;
 }
 
-} // namespace
-
-RootStream::RootStream(long long den, long long start, long long step) : den_(den), index_(start), step_(step) {
-    accurate_root(den_, step_, wr_, wi_);
+// A long double as two doubles whose sum is exact.
+void split(long double v, double *hi_lo) {
+    hi_lo[0] = static_cast<double>(v);
+    hi_lo[1] = static_cast<double>(v - hi_lo[0]);
 }
 
-void RootStream::anchor() { accurate_root(den_, index_, cr_, ci_); }
+} // namespace
 
-void RootStream::next(double &c, double &s) {
-    if (count_++ % 32 == 0) anchor();
-    c = static_cast<double>(cr_);
-    s = static_cast<double>(ci_);
-    const long double r = cr_ * wr_ - ci_ * wi_;
-    ci_ = cr_ * wi_ + ci_ * wr_;
+RootStream::RootStream(long long den, long long start, long long step) : den_(den), start_(start), step_(step) {
+    accurate_root(den_, start_, cr_, ci_);
+    split(1.0L, fine_);
+    split(0.0L, fine_ + 2);
+}
+
+void RootStream::extend_fine(int stop) {
+    if (fine_built_ == 1) {
+        accurate_root(den_, step_, f1r_, f1i_);
+        lastr_ = f1r_;
+        lasti_ = f1i_;
+        split(lastr_, fine_ + 4);
+        split(lasti_, fine_ + 6);
+        ++fine_built_;
+    }
+    for (; fine_built_ < stop; ++fine_built_) {
+        const long double r = lastr_ * f1r_ - lasti_ * f1i_;
+        lasti_ = lastr_ * f1i_ + lasti_ * f1r_;
+        lastr_ = r;
+        split(lastr_, fine_ + 4 * fine_built_);
+        split(lasti_, fine_ + 4 * fine_built_ + 2);
+    }
+}
+
+void RootStream::next_stretch() {
+    ++stretch_;
+    r_ = 0;
+    if (stretch_ % kAnchor == 0) {
+        accurate_root(den_, start_ + stretch_ * kRun * step_, cr_, ci_);
+        return;
+    }
+    if (stretch_ == 1) accurate_root(den_, kRun * step_, gr_, gi_);
+    const long double r = cr_ * gr_ - ci_ * gi_;
+    ci_ = cr_ * gi_ + ci_ * gr_;
     cr_ = r;
-    index_ += step_;
 }
 
 void fill_real_table(int n, double *cosv, double *sinv) {
-    const int h = (n + 1) / 2;
+    // Only the roots up to the eighth of the circle (quarter, half, as N allows) are evaluated; the
+    // rest are the same numbers reflected, so the table keeps the exact symmetries of the circle.
+    const Index h = (n + 1) / 2;
+    Index last = h - 1;
+    if (n % 4 == 0)
+        last = n / 8;
+    else if (n % 2 == 0)
+        last = n / 4;
+    if (last > h - 1) last = h - 1;
     RootStream roots(n, 1, 1);
-    for (int j = 1; j < h; ++j) roots.next(cosv[j - 1], sinv[j - 1]);
+    roots.run(last, [&](Index k, double c, double s) {
+        cosv[k] = c;
+        sinv[k] = s;
+    });
+    Index j = last + 1;
+    if (n % 4 == 0) {
+        // cos(2 pi j/N) = sin(2 pi (N/4 - j)/N) up to the quarter turn
+        const Index q = n / 4;
+        for (; j < q && j < h; ++j) {
+            cosv[j - 1] = sinv[q - j - 1];
+            sinv[j - 1] = cosv[q - j - 1];
+        }
+        if (j == q && j < h) {
+            cosv[j - 1] = 0.0;
+            sinv[j - 1] = 1.0;
+            ++j;
+        }
+    }
+    // Beyond the quarter turn: cos(2 pi j/N) = -cos(2 pi (N/2 - j)/N), the sine alike.
+    for (const Index half = n / 2; j < h; ++j) {
+        cosv[j - 1] = -cosv[half - j - 1];
+        sinv[j - 1] = sinv[half - j - 1];
+    }
 }
 
 namespace {
 
-// cos and sin of 2 pi t / n from the base table B of (cos, sin) pairs, by the symmetries N allows:
-// quarter turns when 4 divides N (B covers [0, N/8]), half turns when 2 does (B covers [0, N/4]),
-// otherwise the conjugate (B covers [0, N/2]).
-class BaseRoots {
-public:
-    // A null B leaves the object inactive.
-    BaseRoots(long long n, double *b) : n_(n), b_(b) {
-        if (b == nullptr) return;
-        const long long last = n % 4 == 0 ? n / 8 : n % 2 == 0 ? n / 4 : n / 2;
-        RootStream roots(n, 0, 1);
-        for (long long k = 0; k <= last; ++k) roots.next(b[2 * k], b[2 * k + 1]);
-    }
-    bool active() const { return b_ != nullptr; }
-    void get(long long t, double &c, double &s) const {
-        if (n_ % 4 == 0) {
-            const long long q = n_ / 4, quadrant = t / q, r = t - quadrant * q;
-            double x, y;
-            if (2 * r <= q) {
-                x = b_[2 * r];
-                y = b_[2 * r + 1];
-            } else { // angle pi/2 - 2 pi (q - r)/n
-                x = b_[2 * (q - r) + 1];
-                y = b_[2 * (q - r)];
-            }
-            switch (quadrant) {
-            case 0: c = x; s = y; break;
-            case 1: c = -y; s = x; break;
-            case 2: c = -x; s = -y; break;
-            default: c = y; s = -x; break;
-            }
-        } else if (n_ % 2 == 0) {
-            const long long half = n_ / 2;
-            const double sign = t >= half ? -1.0 : 1.0;
-            if (t >= half) t -= half;
-            // t in [0, N/2): cos(2 pi t/n) = -cos(2 pi (half - t)/n), sin equal
-            if (2 * t <= half) {
-                c = sign * b_[2 * t];
-                s = sign * b_[2 * t + 1];
-            } else {
-                c = -sign * b_[2 * (half - t)];
-                s = sign * b_[2 * (half - t) + 1];
-            }
-        } else if (2 * t <= n_) {
-            c = b_[2 * t];
-            s = b_[2 * t + 1];
-        } else {
-            c = b_[2 * (n_ - t)];
-            s = -b_[2 * (n_ - t) + 1];
+// The whole circle (cos t, -sin t), t = 2 pi k / N for k = 0 .. N-1, as pairs in E (2N reals): the
+// first eighth (quarter, half, as N allows) evaluated accurately, the rest by the symmetries of the
+// circle, which are exact.
+void fill_circle(Index n, double *e) {
+    Index last = n / 2;
+    if (n % 4 == 0)
+        last = n / 8;
+    else if (n % 2 == 0)
+        last = n / 4;
+    RootStream roots(n, 0, 1);
+    roots.run(last + 1, [&](Index k, double c, double s) {
+        e[2 * k] = c;
+        e[2 * k + 1] = -s;
+    });
+    Index k = last + 1;
+    if (n % 4 == 0) {
+        const Index q = n / 4;
+        for (; k <= q; ++k) { // reflection in the diagonal
+            e[2 * k] = -e[2 * (q - k) + 1];
+            e[2 * k + 1] = -e[2 * (q - k)];
+        }
+        for (; k < n; ++k) { // quarter turns: w(k) = -i w(k - N/4)
+            e[2 * k] = e[2 * (k - q) + 1];
+            e[2 * k + 1] = -e[2 * (k - q)];
+        }
+    } else if (n % 2 == 0) {
+        const Index half = n / 2;
+        for (; k < half; ++k) { // w(k) = -conj(w(N/2 - k))
+            e[2 * k] = -e[2 * (half - k)];
+            e[2 * k + 1] = e[2 * (half - k) + 1];
+        }
+        for (; k < n; ++k) { // half turns
+            e[2 * k] = -e[2 * (k - half)];
+            e[2 * k + 1] = -e[2 * (k - half) + 1];
         }
     }
-
-private:
-    long long n_;
-    const double *b_;
-};
+    for (; k < n; ++k) { // conjugates
+        e[2 * k] = e[2 * (n - k)];
+        e[2 * k + 1] = -e[2 * (n - k) + 1];
+    }
+}
 
 } // namespace
 
 void fill_complex_table(int n, const int *factors, int nf, double *trig, double *scratch) {
     Index l1 = 1, at = 0;
-    double c, s;
-    const BaseRoots base(n, n >= 64 ? scratch : nullptr);
+    if (scratch != nullptr) {
+        // Every entry is a root of the circle of N: gather them from the whole circle in the scratch.
+        fill_circle(n, scratch);
+        for (int f = 0; f < nf; ++f) {
+            const int p = factors[f];
+            const Index ido = n / (l1 * p);
+            if (p >= 7) {
+                for (Index q = 1; q < p; ++q, ++at) { // exp(-2 pi i q/p)
+                    const Index t = q * (n / p);
+                    trig[2 * at] = scratch[2 * t];
+                    trig[2 * at + 1] = scratch[2 * t + 1];
+                }
+            }
+            for (Index j = 1; j < p; ++j) {
+                const Index step = l1 * j; // (ido-1)*step < N: no wrap
+                const double *src = scratch + 2 * step;
+                double *dst = trig + 2 * at;
+                for (Index i = 1; i < ido; ++i) {
+                    dst[0] = src[0];
+                    dst[1] = src[1];
+                    dst += 2;
+                    src += 2 * step;
+                }
+                at += ido - 1;
+            }
+            l1 *= p;
+        }
+        return;
+    }
+    auto store = [&](Index, double c, double s) {
+        trig[2 * at] = c;
+        trig[2 * at + 1] = -s;
+        ++at;
+    };
     for (int f = 0; f < nf; ++f) {
         const int p = factors[f];
         const Index ido = n / (l1 * p);
         if (p >= 7) {
             // The factor's own roots: the row's angle first, then its multiples.
-            RootStream roots(p, 1, 1);
-            for (int q = 1; q < p; ++q, ++at) {
-                roots.next(c, s);
-                trig[2 * at] = c;
-                trig[2 * at + 1] = -s;
-            }
+            RootStream(p, 1, 1).run(p - 1, store);
         }
-        for (int j = 1; j < p; ++j) {
-            if (base.active()) {
-                const long long step = l1 * j;
-                long long t = 0;
-                for (Index i = 1; i < ido; ++i, ++at) {
-                    t += step;
-                    if (t >= n) t -= n;
-                    base.get(t, c, s);
-                    trig[2 * at] = c;
-                    trig[2 * at + 1] = -s;
-                }
-                continue;
-            }
-            RootStream roots(n, l1 * j, l1 * j);
-            for (Index i = 1; i < ido; ++i, ++at) {
-                roots.next(c, s);
-                trig[2 * at] = c;
-                trig[2 * at + 1] = -s;
-            }
-        }
+        for (int j = 1; j < p; ++j) RootStream(n, l1 * j, l1 * j).run(ido - 1, store);
         l1 *= p;
     }
 }
