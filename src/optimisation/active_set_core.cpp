@@ -90,12 +90,22 @@ void compute_ax(Core &c) {
 }
 
 // The gradient of the weighted sum of infeasibilities into g; returns the sum.
+// The side (-1 below, +1 above, 0 neither) on which a variable held at its value violates a bound.
+int held_violation(const Core &c, int j) {
+    const double v = c.x[j], tol = featol(c, j), bigbnd = c.set.infinite_bound;
+    if (c.bl[j] > -bigbnd && v < c.bl[j] - tol) return -1;
+    if (c.bu[j] < bigbnd && v > c.bu[j] + tol) return 1;
+    return 0;
+}
+
 double sum_gradient(Core &c, double *g) {
     vector_load(c.n, 0.0, g, 1);
     for (int j = 0; j < c.n + c.nclin; ++j) {
         const int s = c.istate[j];
-        if (s != kBelowLower && s != kAboveUpper) continue;
-        const double w = s == kBelowLower ? -weight(c, j) : weight(c, j);
+        int side = s == kBelowLower ? -1 : s == kAboveUpper ? 1 : 0;
+        if (s == kTemporaryFix) side = held_violation(c, j);
+        if (side == 0) continue;
+        const double w = side * weight(c, j);
         if (j < c.n) g[j] += w;
         else daxpy(c.n, w, c.a + (j - c.n), c.lda, g, 1);
     }
@@ -120,12 +130,14 @@ int choose_deletion(Core &c, double tolmul) {
         const int s = c.istate[j];
         if (s < kAtLower || s == kEquality) continue;
         const double v = wrong_sign_value(c, j);
-        // The test value: the multiplier over the row norm.
+        // The test value: the multiplier of the row scaled to unit length, that is the multiplier times
+        // the row norm.  (Over the row norm, a row of large norm would hide a multiplier of the wrong
+        // sign that matters to the objective.)
         double test = v;
         if (j >= c.n) {
             const double rn = c.anorm[j - c.n];
             if (!(rn > 0.0)) continue;
-            test /= rn;
+            test *= rn;
         }
         if (!(test == test)) continue;
         c.min_multiplier = std::min(c.min_multiplier, -test);
@@ -143,10 +155,12 @@ int choose_deletion(Core &c, double tolmul) {
 // Frees a place among the free variables by fixing, at its value, the free variable that weighs most
 // in the null space.  Needs nz >= 1; at a stationary point the new fix carries no multiplier.
 void make_room(Core &c, NullSpaceStep &step) {
+    // A variable within its bounds is preferred, by a margin that keeps the choice well conditioned.
     int best = 0;
     double bestnorm = -1.0;
     for (int k = 0; k < c.nfree; ++k) {
-        const double r = dnrm2(c.nz, c.q + k, c.ldq);
+        double r = dnrm2(c.nz, c.q + k, c.ldq);
+        if (c.istate[c.kx[k]] != kNotInWorkingSet) r *= 0.01;
         if (r > bestnorm) {
             bestnorm = r;
             best = k;
@@ -623,6 +637,16 @@ void infeasibilities(Core &c) {
     c.suminf = 0.0;
     for (int j = 0; j < c.n + c.nclin; ++j) {
         int &s = c.istate[j];
+        if (s == kTemporaryFix) {
+            // A variable held at its value counts while it violates a bound, so that the feasibility
+            // phase gives it a multiplier and frees it.
+            const int side = held_violation(c, j);
+            if (side != 0) {
+                ++c.ninf;
+                c.suminf += weight(c, j) * (side < 0 ? c.bl[j] - c.x[j] : c.x[j] - c.bu[j]);
+            }
+            continue;
+        }
         if (s > 0) continue;
         const double v = value_of(c, j), tol = featol(c, j);
         if (c.bl[j] > -bigbnd && v < c.bl[j] - tol) {

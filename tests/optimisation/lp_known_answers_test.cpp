@@ -78,6 +78,18 @@ std::vector<KnownAnswer> cases() {
                  LpProblem::dense({{1, 1, 1, 1, 1, 1}}, {-kInf, -kInf, 0, 0, 0, 0, 1}, {kInf, kInf, 9, 9, 9, 9, 1},
                                   {0, 0, 1, 2, 3, 4}),
                  {1}, 0.0, {}});
+    // A transportation problem: its equalities hold one redundant row; started away from the vertices,
+    // the free variables beyond NCLIN+1 are held at values that violate their bounds.
+    k.push_back({"transportation",
+                 LpProblem::dense({{1, 1, 1, 0, 0, 0}, {0, 0, 0, 1, 1, 1}, {1, 0, 0, 1, 0, 0}, {0, 1, 0, 0, 1, 0},
+                                   {0, 0, 1, 0, 0, 1}},
+                                  {0, 0, 0, 0, 0, 0, 5, 7, 3, 4, 5}, {kInf, kInf, kInf, kInf, kInf, kInf, 5, 7, 3, 4, 5},
+                                  {4, 6, 9, 5, 3, 8}),
+                 {0, 1}, 66.0, {3, 0, 2, 0, 4, 3}});
+    // A row of large norm whose multiplier is small but matters: it must still be tested.
+    k.push_back({"badly_scaled_row",
+                 LpProblem::dense({{1e4, 1e4}, {1, -1}}, {0, 0, -kInf, -kInf}, {kInf, kInf, 1e4, 0.5}, {-1, -2e-4}),
+                 {0}, -0.75 - 0.25 * 2e-4, {0.75, 0.25}});
     k.push_back({"wide_unique",
                  LpProblem::dense({{1, 1, 1, 1, 1}}, {0, 0, 0, 0, 0, 10}, {4, 4, 4, 4, 4, 10}, {5, 4, 3, 2, 1}),
                  {0}, 18.0, {0, 0, 2, 4, 4}});
@@ -106,7 +118,8 @@ TEST_P(KnownAnswers, MatchesTheClosedForm) {
     const OptionSet &o = option_sets()[static_cast<std::size_t>(std::get<1>(GetParam()))];
     LpSession session;
     for (const std::string &line : o.lines) ASSERT_EQ(session.option(line), 0) << line;
-    const LpResult r = session.solve(c.p);
+    // Started off the bounds, so that the crash leaves free variables and holds some at their values.
+    const LpResult r = session.solve(c.p, std::vector<double>(static_cast<std::size_t>(c.p.n), -0.5));
     const bool expected_ifail = std::find(c.ifail.begin(), c.ifail.end(), r.ifail) != c.ifail.end();
     EXPECT_TRUE(expected_ifail) << c.name << " IFAIL " << r.ifail;
     EXPECT_GE(r.iter, 0);

@@ -179,6 +179,38 @@ void compare(const LpProblem &p, const std::string &what) {
     }
 }
 
+// A transportation problem: S sources, D sinks, every row an equality, one of them redundant.
+LpProblem transportation(unsigned seed) {
+    std::mt19937 rng(seed);
+    const int S = 2 + static_cast<int>(rng() % 12), D = 2 + static_cast<int>(rng() % 12);
+    LpProblem p;
+    p.n = S * D;
+    p.m = S + D;
+    p.a.assign(static_cast<std::size_t>(p.m) * static_cast<std::size_t>(p.n), 0.0);
+    std::vector<double> supply(static_cast<std::size_t>(S)), demand(static_cast<std::size_t>(D));
+    double total = 0.0;
+    for (double &s : supply) total += (s = 1.0 + static_cast<double>(rng() % 20));
+    double left = total;
+    for (int d = 0; d < D; ++d) left -= (demand[static_cast<std::size_t>(d)] = d == D - 1 ? left : std::floor(total / D));
+    for (int s = 0; s < S; ++s)
+        for (int d = 0; d < D; ++d) {
+            const std::size_t j = static_cast<std::size_t>(s * D + d);
+            p.a[static_cast<std::size_t>(s) + j * static_cast<std::size_t>(p.m)] = 1.0;
+            p.a[static_cast<std::size_t>(S + d) + j * static_cast<std::size_t>(p.m)] = 1.0;
+            p.c.push_back(1.0 + static_cast<double>(rng() % 9));
+            p.bl.push_back(0.0);
+            p.bu.push_back(kInf);
+        }
+    for (double s : supply) p.bl.push_back(s), p.bu.push_back(s);
+    for (double d : demand) p.bl.push_back(d), p.bu.push_back(d);
+    return p;
+}
+
+// Seed 782 once held a variable at a value below its bound and declared the point optimal.
+TEST(RandomReference, TransportationProblemsAgreeWithGlpk) {
+    for (unsigned seed = 770; seed <= 800; ++seed) compare(transportation(seed), "seed " + std::to_string(seed));
+}
+
 TEST(RandomReference, SmallDenseProblemsAgreeWithGlpk) {
     for (unsigned seed = 1; seed <= 150; ++seed) compare(random_problem(seed, 1, 30, static_cast<int>(seed % 5)),
                                                          "seed " + std::to_string(seed));
