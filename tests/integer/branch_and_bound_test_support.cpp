@@ -26,23 +26,23 @@ IntegerProgram IntegerProgram::box(int n, int m, double upper) {
     return p;
 }
 
-bool IntegerProgram::from_file(const std::string &path, IntegerProgram &out) {
+bool IntegerProgram::from_file(const std::string &path, IntegerProgram &out, const char *optim) {
     std::ifstream in(path);
     std::stringstream text;
     text << in.rdbuf();
     MpsxRead r(400, 400);
+    r.optim = optim;
     if (r.read_text(text.str()) != 0) return false;
     out.n = r.n;
     out.m = r.m;
     out.a.assign(static_cast<std::size_t>(out.lda()) * static_cast<std::size_t>(r.n), 0.0);
     for (int j = 1; j <= r.n; ++j)
         for (int i = 1; i <= r.m; ++i) out.at(i, j) = r.at(i, j);
-    out.bl.clear();
-    out.bu.clear();
     out.bl.assign(r.bl.begin(), r.bl.begin() + r.n + r.m);
     out.bu.assign(r.bu.begin(), r.bu.begin() + r.n + r.m);
     out.cvec.assign(r.cvec.begin(), r.cvec.begin() + r.n);
     out.intvar.assign(r.intvar.begin(), r.intvar.begin() + r.n);
+    out.names.assign(r.crname.begin(), r.crname.begin() + 8 * (r.n + r.m));
     return true;
 }
 
@@ -67,13 +67,22 @@ int BranchCall::run(const IntegerProgram &p) {
     H02WBF("H02BBF", cwsav.data(), &lc, lwsav.data(), &ll, iwsav.data(), &lis, rwsav.data(), &lrs, &store_ifail, 6,
            80);
     x = x0;
-    x.resize(static_cast<std::size_t>(std::max(p.n, 1)), 0.0);
-    const int lda = p.lda();
+    x.resize(std::max(x.size(), static_cast<std::size_t>(std::max(p.n, 1))), 0.0);
+    const int ld = lda >= 0 ? lda : p.lda();
     ifail = ifail_in;
-    H02BBF(&itmax, &msglvl, &p.n, &p.m, p.a.data(), &lda, p.bl.data(), p.bu.data(), p.intvar.data(), p.cvec.data(),
+    H02BBF(&itmax, &msglvl, &p.n, &p.m, p.a.data(), &ld, p.bl.data(), p.bu.data(), p.intvar.data(), p.cvec.data(),
            &maxnod, &intfst, &maxdpt, &toliv, &tolfes, &bigbnd, x.data(), &objective, iwork.data(), &li, rwork.data(),
            &lr, lwsav.data(), iwsav.data(), rwsav.data(), &ifail);
     return ifail;
+}
+
+std::vector<std::string> trimmed(const std::vector<std::string> &lines) {
+    std::vector<std::string> out;
+    for (const std::string &l : lines) {
+        const std::size_t end = l.find_last_not_of(' ');
+        out.push_back(end == std::string::npos ? std::string() : l.substr(0, end + 1));
+    }
+    return out;
 }
 
 bool enumerate_optimum(const IntegerProgram &p, double *best) {

@@ -17,8 +17,10 @@ struct IntegerProgram {
     double &at(int i, int j) { return a[static_cast<std::size_t>((i - 1) + (j - 1) * lda())]; }
     // An empty program of N variables in [0, upper] (all integer) and M rows in [-1e20, 1e20].
     static IntegerProgram box(int n, int m, double upper);
-    // The program an MPSX file describes (read by H02BUF); false when the reader fails.
-    static bool from_file(const std::string &path, IntegerProgram &out);
+    std::vector<char> names;  // from a file: the names of the columns, then of the rows, 8 characters each
+    // The program an MPSX file describes (read by H02BUF, OPTIM "MIN" or "MAX"); false when the reader
+    // fails.
+    static bool from_file(const std::string &path, IntegerProgram &out, const char *optim = "MIN");
 };
 
 struct BranchCall {
@@ -27,6 +29,7 @@ struct BranchCall {
     double toliv = 0.0, tolfes = 0.0, bigbnd = 0.0;
     int extra_iwork = 0;  // integers beyond the minimum LIWORK (a larger tree)
     int liwork = -1, lrwork = -1;  // explicit lengths, when not negative
+    int lda = -1;                  // an explicit leading dimension, when not negative
     int ifail_in = 1;
     std::vector<double> x0;  // start point, zeros when empty
 
@@ -47,6 +50,9 @@ struct BranchCall {
 // The minimum workspace lengths of H02BBF.
 long long minimum_liwork(int n, int m, int maxdpt);
 long long minimum_lrwork(int n, int m, int maxdpt);
+
+// The lines without their trailing blanks (failure records come blank padded).
+std::vector<std::string> trimmed(const std::vector<std::string> &lines);
 
 // The best objective of P over all integer points of its box (every variable integer), by
 // enumeration; false when no point is feasible.  The box must be small.
