@@ -93,20 +93,36 @@ void pack_b(std::ptrdiff_t kc, std::ptrdiff_t nr, double alpha, const double *b,
     }
 }
 
-// The plain column loops, for products too small to pack.
+// The plain loops, for products too small to pack.  With A stored by rows of op(A) each element of C
+// is accumulated in a register over a chunk of alpha*B(:, j); otherwise columns of A are added to C.
+// Either way C(i, j) receives the same terms in the same order.
 void gemm_small(std::ptrdiff_t m, std::ptrdiff_t n, std::ptrdiff_t k, double alpha, const double *a,
                 std::ptrdiff_t a_rs, std::ptrdiff_t a_cs, const double *b, std::ptrdiff_t b_rs, std::ptrdiff_t b_cs,
                 double *c, std::ptrdiff_t ldc) {
+    if (a_rs != 1) {
+        constexpr std::ptrdiff_t kChunk = 256;
+        double t[kChunk];
+        for (std::ptrdiff_t j = 0; j < n; ++j) {
+            double *col = c + j * ldc;
+            for (std::ptrdiff_t l0 = 0; l0 < k; l0 += kChunk) {
+                const std::ptrdiff_t kc = std::min(kChunk, k - l0);
+                for (std::ptrdiff_t l = 0; l < kc; ++l) t[l] = alpha * b[(l0 + l) * b_rs + j * b_cs];
+                for (std::ptrdiff_t i = 0; i < m; ++i) {
+                    const double *q = a + i * a_rs + l0 * a_cs;
+                    double v = col[i];
+                    for (std::ptrdiff_t l = 0; l < kc; ++l) v = v + t[l] * q[l * a_cs];
+                    col[i] = v;
+                }
+            }
+        }
+        return;
+    }
     for (std::ptrdiff_t j = 0; j < n; ++j) {
         double *__restrict col = c + j * ldc;
         for (std::ptrdiff_t l = 0; l < k; ++l) {
             const double t = alpha * b[l * b_rs + j * b_cs];
             const double *q = a + l * a_cs;
-            if (a_rs == 1) {
-                for (std::ptrdiff_t i = 0; i < m; ++i) col[i] = col[i] + t * q[i];
-            } else {
-                for (std::ptrdiff_t i = 0; i < m; ++i) col[i] = col[i] + t * q[i * a_rs];
-            }
+            for (std::ptrdiff_t i = 0; i < m; ++i) col[i] = col[i] + t * q[i];
         }
     }
 }
