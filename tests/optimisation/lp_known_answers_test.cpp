@@ -187,3 +187,27 @@ TEST(LpLimits, IterationLimit) {
 }
 
 } // namespace
+
+namespace {
+
+// NaN or infinite data anywhere ends the run, with a result or a failure, within the iteration limit.
+TEST(LpRobustness, NonFiniteDataEndsTheRun) {
+    const double nan = std::nan("");
+    const LpProblem base = cases()[0].p;
+    for (int where = 0; where < 5; ++where) {
+        LpProblem p = base;
+        std::vector<double> x0;
+        if (where == 0) p.a[1] = nan;
+        if (where == 1) p.c[0] = nan;
+        if (where == 2) p.a[0] = zek_test::kInf;
+        if (where == 3) x0 = {nan, 1.0};
+        if (where == 4) p.bu[2] = nan;
+        LpSession session;
+        const LpResult r = session.solve(p, x0);
+        EXPECT_GE(r.ifail, 0) << where;
+        EXPECT_LE(r.ifail, 7) << where;
+        EXPECT_LE(r.iter, 50) << where;
+    }
+}
+
+} // namespace
