@@ -172,6 +172,7 @@ void trsv_engine(char uplo, char trans, bool nounit, std::ptrdiff_t n, Cols col,
             const T *c = col(j);
             if (nounit) x[j] = divide(x[j], c[j]);
             const T t = x[j];
+#pragma GCC ivdep
             for (std::ptrdiff_t i = lo; i < hi; ++i) x[i] = x[i] - t * c[i];
         };
         // Rows [lo, hi) take columns j0, j1, j2, j3 in that order.
@@ -180,6 +181,7 @@ void trsv_engine(char uplo, char trans, bool nounit, std::ptrdiff_t n, Cols col,
             const T t0 = x[j0], t1 = x[j1], t2 = x[j2], t3 = x[j3];
             if (t0 == zero && t1 == zero && t2 == zero && t3 == zero) return;
             const T *c0 = col(j0), *c1 = col(j1), *c2 = col(j2), *c3 = col(j3);
+#pragma GCC ivdep
             for (std::ptrdiff_t i = lo; i < hi; ++i) {
                 T v = x[i];
                 v = v - t0 * c0[i];
@@ -189,16 +191,18 @@ void trsv_engine(char uplo, char trans, bool nounit, std::ptrdiff_t n, Cols col,
                 x[i] = v;
             }
         };
+        // Short solves gain nothing from the blocks.
+        const std::ptrdiff_t blocked = n > 16 ? 3 : n;
         if (upper) {
             std::ptrdiff_t j = n - 1;
-            for (; j >= 3; j -= 4) {
+            for (; j >= blocked; j -= 4) {
                 for (std::ptrdiff_t jj = j; jj > j - 4; --jj) column(jj, j - 3, jj);
                 four(j, j - 1, j - 2, j - 3, 0, j - 3);
             }
             for (; j >= 0; --j) column(j, 0, j);
         } else {
             std::ptrdiff_t j = 0;
-            for (; j + 4 <= n; j += 4) {
+            for (; n > 16 && j + 4 <= n; j += 4) {
                 for (std::ptrdiff_t jj = j; jj < j + 4; ++jj) column(jj, jj + 1, j + 4);
                 four(j, j + 1, j + 2, j + 3, j + 4, n);
             }
@@ -233,20 +237,22 @@ void trsv_engine(char uplo, char trans, bool nounit, std::ptrdiff_t n, Cols col,
             s[3] = s3;
         };
         T s[4];
+        // The columns left over from the blocks of four come first, where their sums are shortest.
+        const std::ptrdiff_t single = n > 16 ? n % 4 : n;
         if (upper) {
             std::ptrdiff_t j = 0;
-            for (; j + 4 <= n; j += 4) {
+            for (; j < single; ++j) finish(j, x[j], 0, j, 1);
+            for (; j < n; j += 4) {
                 four(j, 1, 0, j, 1, s);
                 for (std::ptrdiff_t c = 0; c < 4; ++c) finish(j + c, s[c], j, j + c, 1);
             }
-            for (; j < n; ++j) finish(j, x[j], 0, j, 1);
         } else {
             std::ptrdiff_t j = n - 1;
-            for (; j >= 3; j -= 4) {
+            for (; j >= n - single; --j) finish(j, x[j], n - 1, j, -1);
+            for (; j >= 0; j -= 4) {
                 four(j, -1, n - 1, j, -1, s);
                 for (std::ptrdiff_t c = 0; c < 4; ++c) finish(j - c, s[c], j, j - c, -1);
             }
-            for (; j >= 0; --j) finish(j, x[j], n - 1, j, -1);
         }
     };
     if (trans == 'C')
