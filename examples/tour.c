@@ -72,6 +72,8 @@ int main(void) {
     tour_kernels();
     tour_linear();
     tour_fourier();
+    tour_lp();
+    tour_integer();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces);
     dlclose(library);
     return 0;
