@@ -54,8 +54,8 @@ void fill_real_table(int n, double *cosv, double *sinv);
 // coherent error that would otherwise grow with N in the running sums of the sine and cosine
 // transforms).  The run is cut in stretches of kRun roots: root q*kRun + r is the product, in long
 // double, of the stretch's first root w(START + q*kRun*STEP) and the fine root w(r*STEP).  The fine
-// roots come from one accurate root by repeated products, once; the stretch roots likewise, with an
-// accurate evaluation every kAnchor stretches.  The products are independent of each other, so a
+// roots come from one accurate root by products, once; the stretch roots likewise, with an accurate
+// evaluation every kAnchor stretches.  The products are independent of each other, so a
 // run pipelines, and every root is within a few long double roundings of the truth before its one
 // rounding to double.
 class RootStream {
@@ -78,8 +78,8 @@ public:
             for (; r_ < stop; ++r_, ++k) {
                 // The fine roots are kept as exact sums of two doubles, which load faster than long
                 // doubles.
-                const long double fr = static_cast<long double>(fine_[4 * r_]) + fine_[4 * r_ + 1];
-                const long double fi = static_cast<long double>(fine_[4 * r_ + 2]) + fine_[4 * r_ + 3];
+                const long double fr = static_cast<long double>(fine_rh_[r_]) + fine_rl_[r_];
+                const long double fi = static_cast<long double>(fine_ih_[r_]) + fine_il_[r_];
                 store(k, static_cast<double>(cr * fr - ci * fi), static_cast<double>(cr * fi + ci * fr));
             }
         }
@@ -93,8 +93,9 @@ private:
     long long den_, start_, step_;
     long long stretch_ = 0;
     int r_ = 0, fine_built_ = 1;
-    long double cr_ = 1, ci_ = 0, gr_ = 1, gi_ = 0, f1r_ = 1, f1i_ = 0, lastr_ = 1, lasti_ = 0;
-    double fine_[4 * kRun]; // w(r*STEP) = (hi + lo, hi + lo) per r
+    long double cr_ = 1, ci_ = 0, gr_ = 1, gi_ = 0;
+    // w(r*STEP): real part rh + rl, imaginary part ih + il.
+    double fine_rh_[kRun], fine_rl_[kRun], fine_ih_[kRun], fine_il_[kRun];
 };
 
 // One in-place real pass of factor P at running product K over the blocks of length K*P of N rows:

@@ -18,20 +18,18 @@ constexpr double kCos144 = -0.80901699437494742410; // cos(4 pi / 5)
 constexpr double kSin72 = 0.95105651629515357212;   // sin(2 pi / 5)
 constexpr double kSin144 = 0.58778525229247312917;  // sin(4 pi / 5)
 
-template <int P> inline void dft(double *re, double *im);
-
-template <> inline void dft<2>(double *re, double *im) {
-    const double r = re[0] - re[1], i = im[0] - im[1];
+template <class T> inline void dft2(T *re, T *im) {
+    const T r = re[0] - re[1], i = im[0] - im[1];
     re[0] += re[1];
     im[0] += im[1];
     re[1] = r;
     im[1] = i;
 }
 
-template <> inline void dft<3>(double *re, double *im) {
-    const double tr = re[1] + re[2], ti = im[1] + im[2];
-    const double dr = kSin60 * (re[1] - re[2]), di = kSin60 * (im[1] - im[2]);
-    const double mr = re[0] - 0.5 * tr, mi = im[0] - 0.5 * ti;
+template <class T> inline void dft3(T *re, T *im) {
+    const T tr = re[1] + re[2], ti = im[1] + im[2];
+    const T dr = kSin60 * (re[1] - re[2]), di = kSin60 * (im[1] - im[2]);
+    const T mr = re[0] - 0.5 * tr, mi = im[0] - 0.5 * ti;
     re[0] += tr;
     im[0] += ti;
     re[1] = mr + di;
@@ -40,11 +38,11 @@ template <> inline void dft<3>(double *re, double *im) {
     im[2] = mi + dr;
 }
 
-template <> inline void dft<4>(double *re, double *im) {
-    const double ar = re[0] + re[2], ai = im[0] + im[2];
-    const double br = re[0] - re[2], bi = im[0] - im[2];
-    const double cr = re[1] + re[3], ci = im[1] + im[3];
-    const double dr = re[1] - re[3], di = im[1] - im[3];
+template <class T> inline void dft4(T *re, T *im) {
+    const T ar = re[0] + re[2], ai = im[0] + im[2];
+    const T br = re[0] - re[2], bi = im[0] - im[2];
+    const T cr = re[1] + re[3], ci = im[1] + im[3];
+    const T dr = re[1] - re[3], di = im[1] - im[3];
     re[0] = ar + cr;
     im[0] = ai + ci;
     re[2] = ar - cr;
@@ -55,15 +53,15 @@ template <> inline void dft<4>(double *re, double *im) {
     im[3] = bi + dr;
 }
 
-template <> inline void dft<5>(double *re, double *im) {
-    const double t1r = re[1] + re[4], t1i = im[1] + im[4];
-    const double t2r = re[2] + re[3], t2i = im[2] + im[3];
-    const double d1r = re[1] - re[4], d1i = im[1] - im[4];
-    const double d2r = re[2] - re[3], d2i = im[2] - im[3];
-    const double m1r = re[0] + kCos72 * t1r + kCos144 * t2r, m1i = im[0] + kCos72 * t1i + kCos144 * t2i;
-    const double m2r = re[0] + kCos144 * t1r + kCos72 * t2r, m2i = im[0] + kCos144 * t1i + kCos72 * t2i;
-    const double n1r = kSin72 * d1r + kSin144 * d2r, n1i = kSin72 * d1i + kSin144 * d2i;
-    const double n2r = kSin144 * d1r - kSin72 * d2r, n2i = kSin144 * d1i - kSin72 * d2i;
+template <class T> inline void dft5(T *re, T *im) {
+    const T t1r = re[1] + re[4], t1i = im[1] + im[4];
+    const T t2r = re[2] + re[3], t2i = im[2] + im[3];
+    const T d1r = re[1] - re[4], d1i = im[1] - im[4];
+    const T d2r = re[2] - re[3], d2i = im[2] - im[3];
+    const T m1r = re[0] + kCos72 * t1r + kCos144 * t2r, m1i = im[0] + kCos72 * t1i + kCos144 * t2i;
+    const T m2r = re[0] + kCos144 * t1r + kCos72 * t2r, m2i = im[0] + kCos144 * t1i + kCos72 * t2i;
+    const T n1r = kSin72 * d1r + kSin144 * d2r, n1i = kSin72 * d1i + kSin144 * d2i;
+    const T n2r = kSin144 * d1r - kSin72 * d2r, n2i = kSin144 * d1i - kSin72 * d2i;
     re[0] += t1r + t2r;
     im[0] += t1i + t2i;
     re[1] = m1r + n1i;
@@ -77,14 +75,14 @@ template <> inline void dft<5>(double *re, double *im) {
 }
 
 // 6 = 2 x 3: two transforms of three on the even and odd values, joined with the sixth roots.
-template <> inline void dft<6>(double *re, double *im) {
-    double er[3] = {re[0], re[2], re[4]}, ei[3] = {im[0], im[2], im[4]};
-    double orr[3] = {re[1], re[3], re[5]}, oi[3] = {im[1], im[3], im[5]};
-    dft<3>(er, ei);
-    dft<3>(orr, oi);
+template <class T> inline void dft6(T *re, T *im) {
+    T er[3] = {re[0], re[2], re[4]}, ei[3] = {im[0], im[2], im[4]};
+    T orr[3] = {re[1], re[3], re[5]}, oi[3] = {im[1], im[3], im[5]};
+    dft3(er, ei);
+    dft3(orr, oi);
     // exp(-i pi/3) = (1/2, -s), exp(-2 i pi/3) = (-1/2, -s)
-    const double w1r = 0.5 * orr[1] + kSin60 * oi[1], w1i = 0.5 * oi[1] - kSin60 * orr[1];
-    const double w2r = -0.5 * orr[2] + kSin60 * oi[2], w2i = -0.5 * oi[2] - kSin60 * orr[2];
+    const T w1r = 0.5 * orr[1] + kSin60 * oi[1], w1i = 0.5 * oi[1] - kSin60 * orr[1];
+    const T w2r = -0.5 * orr[2] + kSin60 * oi[2], w2i = -0.5 * oi[2] - kSin60 * orr[2];
     re[0] = er[0] + orr[0];
     im[0] = ei[0] + oi[0];
     re[3] = er[0] - orr[0];
@@ -100,15 +98,15 @@ template <> inline void dft<6>(double *re, double *im) {
 }
 
 // 8 = 2 x 4: two transforms of four, joined with the eighth roots.
-template <> inline void dft<8>(double *re, double *im) {
-    double er[4] = {re[0], re[2], re[4], re[6]}, ei[4] = {im[0], im[2], im[4], im[6]};
-    double orr[4] = {re[1], re[3], re[5], re[7]}, oi[4] = {im[1], im[3], im[5], im[7]};
-    dft<4>(er, ei);
-    dft<4>(orr, oi);
+template <class T> inline void dft8(T *re, T *im) {
+    T er[4] = {re[0], re[2], re[4], re[6]}, ei[4] = {im[0], im[2], im[4], im[6]};
+    T orr[4] = {re[1], re[3], re[5], re[7]}, oi[4] = {im[1], im[3], im[5], im[7]};
+    dft4(er, ei);
+    dft4(orr, oi);
     // exp(-i pi/4) = s(1, -1), exp(-i pi/2) = -i, exp(-3 i pi/4) = s(-1, -1)
-    const double w1r = kSqrtHalf * (orr[1] + oi[1]), w1i = kSqrtHalf * (oi[1] - orr[1]);
-    const double w2r = oi[2], w2i = -orr[2];
-    const double w3r = kSqrtHalf * (oi[3] - orr[3]), w3i = -kSqrtHalf * (orr[3] + oi[3]);
+    const T w1r = kSqrtHalf * (orr[1] + oi[1]), w1i = kSqrtHalf * (oi[1] - orr[1]);
+    const T w2r = oi[2], w2i = -orr[2];
+    const T w3r = kSqrtHalf * (oi[3] - orr[3]), w3i = -kSqrtHalf * (orr[3] + oi[3]);
     re[0] = er[0] + orr[0];
     im[0] = ei[0] + oi[0];
     re[4] = er[0] - orr[0];
@@ -125,6 +123,23 @@ template <> inline void dft<8>(double *re, double *im) {
     im[3] = ei[3] + w3i;
     re[7] = er[3] - w3r;
     im[7] = ei[3] - w3i;
+}
+
+// dft<P> for the radices that have a written-out form.  T is double, or a vector of doubles holding
+// several independent transforms side by side.
+template <int P, class T> inline void dft(T *re, T *im) {
+    if constexpr (P == 2)
+        dft2(re, im);
+    else if constexpr (P == 3)
+        dft3(re, im);
+    else if constexpr (P == 4)
+        dft4(re, im);
+    else if constexpr (P == 5)
+        dft5(re, im);
+    else if constexpr (P == 6)
+        dft6(re, im);
+    else
+        dft8(re, im);
 }
 
 // A transform of any odd length p from the roots cos(2 pi q / p), sin(2 pi q / p), q = 0..p-1, in

@@ -39,6 +39,105 @@ inline void root(const RealTable &t, Index n, Index idx, double &c, double &s) {
     }
 }
 
+// Access to the values of one group (T = double) or of two neighbouring groups k1, k1+1 side by side
+// (T = Cv, lanes 0 and 1).  Positions rising with k1 are read "up", positions falling with k1 "down":
+// lane 1 of a down access is the value just below.
+struct OneGroup {
+    using T = double;
+    static double up(const double *p) { return *p; }
+    static double down(const double *p) { return *p; }
+    static void put_up(double *p, double v) { *p = v; }
+    static void put_down(double *p, double v) { *p = v; }
+    static double gather(const double *v, Index i, Index) { return v[i]; }
+};
+
+struct TwoGroups {
+    using T = Cv;
+    static Cv up(const double *p) { return load(p); }
+    static Cv down(const double *p) { return swapped(load(p - 1)); }
+    static void put_up(double *p, Cv v) { store(p, v); }
+    static void put_down(double *p, Cv v) { store(p - 1, swapped(v)); }
+    static Cv gather(const double *v, Index i, Index step) { return Cv{v[i], v[i + step]}; }
+};
+
+// The groups 0 < k1 < K/2 of one block: Y(r)(k1) = (x(rK+k1), x(rK+K-k1)) twiddled by
+// exp(-2 pi i r k1 / L), transformed, and Z(k1 + qK) stored in the places of the inputs (as its
+// conjugate partner Z(L - k1 - qK) when that is the one in the lower half).
+template <int P, class G>
+inline void forward_group(double *blk, Index k, Index l, Index k1, const RealTable &t, Index s) {
+    using T = typename G::T;
+    T re[P], im[P];
+    re[0] = G::up(blk + k1);
+    im[0] = G::down(blk + k - k1);
+    for (int r = 1; r < P; ++r) {
+        const Index idx = s * r * k1 - 1;
+        const T wc = G::gather(t.cosv, idx, s * r), ws = G::gather(t.sinv, idx, s * r);
+        const T a = G::up(blk + r * k + k1), b = G::down(blk + r * k + k - k1);
+        re[r] = a * wc + b * ws;
+        im[r] = b * wc - a * ws;
+    }
+    dft<P>(re, im);
+    for (int q = 0; q < P; ++q) {
+        const Index kk = k1 + q * k;
+        if (2 * q + 1 < P + 1) { // kk < L/2 for every k1 < K/2
+            G::put_up(blk + kk, re[q]);
+            G::put_down(blk + l - kk, im[q]);
+        } else {
+            G::put_down(blk + l - kk, re[q]);
+            G::put_up(blk + kk, -im[q]);
+        }
+    }
+}
+
+// The transpose of forward_group.  The inverse small transform is the forward one with real and
+// imaginary parts exchanged, so the loads fill (im, re) and the results are read back the same way.
+template <int P, class G>
+inline void backward_group(double *blk, Index k, Index l, Index k1, const RealTable &t, Index s) {
+    using T = typename G::T;
+    T re[P], im[P];
+    for (int q = 0; q < P; ++q) {
+        const Index kk = k1 + q * k;
+        if (2 * q + 1 < P + 1) {
+            im[q] = G::up(blk + kk);
+            re[q] = G::down(blk + l - kk);
+        } else {
+            im[q] = G::down(blk + l - kk);
+            re[q] = -G::up(blk + kk);
+        }
+    }
+    dft<P>(re, im);
+    G::put_up(blk + k1, im[0]);
+    G::put_down(blk + k - k1, re[0]);
+    for (int r = 1; r < P; ++r) {
+        const Index idx = s * r * k1 - 1;
+        const T wc = G::gather(t.cosv, idx, s * r), ws = G::gather(t.sinv, idx, s * r);
+        // (a + ib)(c + is) with a = im[r], b = re[r]
+        const T a = im[r], b = re[r];
+        G::put_up(blk + r * k + k1, a * wc - b * ws);
+        G::put_down(blk + r * k + k - k1, b * wc + a * ws);
+    }
+}
+
+// The groups 0 < k1 < K/2 of every block of one sequence, two at a time.
+template <int P, bool kForward> void groups_single(Index n, Index k, double *x, const RealTable &t) {
+    const Index l = k * P, s = n / l;
+    for (double *blk = x; blk < x + n; blk += l) {
+        Index k1 = 1;
+        for (; 2 * (k1 + 1) < k; k1 += 2) {
+            if constexpr (kForward)
+                forward_group<P, TwoGroups>(blk, k, l, k1, t, s);
+            else
+                backward_group<P, TwoGroups>(blk, k, l, k1, t, s);
+        }
+        if (2 * k1 < k) {
+            if constexpr (kForward)
+                forward_group<P, OneGroup>(blk, k, l, k1, t, s);
+            else
+                backward_group<P, OneGroup>(blk, k, l, k1, t, s);
+        }
+    }
+}
+
 template <int P, bool kSingle> void forward_pass(int m_rows, int n, Index k, double *x, RealTable t) {
     const Index m = kSingle ? 1 : m_rows;
     const Index l = k * P, s = n / l, blocks = n / l;
@@ -61,26 +160,28 @@ template <int P, bool kSingle> void forward_pass(int m_rows, int n, Index k, dou
             if (P % 2 == 0) blk[(P / 2) * k * m + row] = re[P / 2];
         }
         // 0 < k1 < K/2: complex inputs in conjugate pairs.
-        for (Index k1 = 1; 2 * k1 < k; ++k1) {
-            for (int r = 1; r < P; ++r) twiddle(t, s * r * k1, wc[r], ws[r]);
-            for (Index row = 0; row < m; ++row) {
-                double re[P], im[P];
-                re[0] = blk[k1 * m + row];
-                im[0] = blk[(k - k1) * m + row];
-                for (int r = 1; r < P; ++r) {
-                    const double a = blk[(r * k + k1) * m + row], bb = blk[(r * k + k - k1) * m + row];
-                    re[r] = a * wc[r] + bb * ws[r];
-                    im[r] = bb * wc[r] - a * ws[r];
-                }
-                dft<P>(re, im);
-                for (int q = 0; q < P; ++q) {
-                    const Index kk = k1 + q * k;
-                    if (2 * kk < l) {
-                        blk[kk * m + row] = re[q];
-                        blk[(l - kk) * m + row] = im[q];
-                    } else {
-                        blk[(l - kk) * m + row] = re[q];
-                        blk[kk * m + row] = -im[q];
+        if (!kSingle) {
+            for (Index k1 = 1; 2 * k1 < k; ++k1) {
+                for (int r = 1; r < P; ++r) twiddle(t, s * r * k1, wc[r], ws[r]);
+                for (Index row = 0; row < m; ++row) {
+                    double re[P], im[P];
+                    re[0] = blk[k1 * m + row];
+                    im[0] = blk[(k - k1) * m + row];
+                    for (int r = 1; r < P; ++r) {
+                        const double a = blk[(r * k + k1) * m + row], bb = blk[(r * k + k - k1) * m + row];
+                        re[r] = a * wc[r] + bb * ws[r];
+                        im[r] = bb * wc[r] - a * ws[r];
+                    }
+                    dft<P>(re, im);
+                    for (int q = 0; q < P; ++q) {
+                        const Index kk = k1 + q * k;
+                        if (2 * q + 1 < P + 1) {
+                            blk[kk * m + row] = re[q];
+                            blk[(l - kk) * m + row] = im[q];
+                        } else {
+                            blk[(l - kk) * m + row] = re[q];
+                            blk[kk * m + row] = -im[q];
+                        }
                     }
                 }
             }
@@ -108,12 +209,14 @@ template <int P, bool kSingle> void forward_pass(int m_rows, int n, Index k, dou
             }
         }
     }
+    if (kSingle && k > 2) groups_single<P, true>(n, k, x, t);
 }
 
 template <int P, bool kSingle> void backward_pass(int m_rows, int n, Index k, double *x, RealTable t) {
     const Index m = kSingle ? 1 : m_rows;
     const Index l = k * P, s = n / l, blocks = n / l;
     double wc[P], ws[P];
+    if (kSingle && k > 2) groups_single<P, false>(n, k, x, t);
     // The inverse small transform is the forward one with real and imaginary parts exchanged, so the
     // loads below fill (im, re) and the results are read back the same way.
     for (Index b = 0; b < blocks; ++b) {
@@ -135,28 +238,30 @@ template <int P, bool kSingle> void backward_pass(int m_rows, int n, Index k, do
             dft<P>(re, im);
             for (int r = 0; r < P; ++r) blk[r * k * m + row] = im[r];
         }
-        for (Index k1 = 1; 2 * k1 < k; ++k1) {
-            for (int r = 1; r < P; ++r) twiddle(t, s * r * k1, wc[r], ws[r]);
-            for (Index row = 0; row < m; ++row) {
-                double re[P], im[P];
-                for (int q = 0; q < P; ++q) {
-                    const Index kk = k1 + q * k;
-                    if (2 * kk < l) {
-                        im[q] = blk[kk * m + row];
-                        re[q] = blk[(l - kk) * m + row];
-                    } else {
-                        im[q] = blk[(l - kk) * m + row];
-                        re[q] = -blk[kk * m + row];
+        if (!kSingle) {
+            for (Index k1 = 1; 2 * k1 < k; ++k1) {
+                for (int r = 1; r < P; ++r) twiddle(t, s * r * k1, wc[r], ws[r]);
+                for (Index row = 0; row < m; ++row) {
+                    double re[P], im[P];
+                    for (int q = 0; q < P; ++q) {
+                        const Index kk = k1 + q * k;
+                        if (2 * q + 1 < P + 1) {
+                            im[q] = blk[kk * m + row];
+                            re[q] = blk[(l - kk) * m + row];
+                        } else {
+                            im[q] = blk[(l - kk) * m + row];
+                            re[q] = -blk[kk * m + row];
+                        }
                     }
-                }
-                dft<P>(re, im);
-                blk[k1 * m + row] = im[0];
-                blk[(k - k1) * m + row] = re[0];
-                for (int r = 1; r < P; ++r) {
-                    // (a + ib)(c + is) with a = im[r], b = re[r]
-                    const double a = im[r], bb = re[r];
-                    blk[(r * k + k1) * m + row] = a * wc[r] - bb * ws[r];
-                    blk[(r * k + k - k1) * m + row] = bb * wc[r] + a * ws[r];
+                    dft<P>(re, im);
+                    blk[k1 * m + row] = im[0];
+                    blk[(k - k1) * m + row] = re[0];
+                    for (int r = 1; r < P; ++r) {
+                        // (a + ib)(c + is) with a = im[r], b = re[r]
+                        const double a = im[r], bb = re[r];
+                        blk[(r * k + k1) * m + row] = a * wc[r] - bb * ws[r];
+                        blk[(r * k + k - k1) * m + row] = bb * wc[r] + a * ws[r];
+                    }
                 }
             }
         }
@@ -184,51 +289,156 @@ template <int P, bool kSingle> void backward_pass(int m_rows, int n, Index k, do
     }
 }
 
-// Any other factor: the outputs of a group come straight from the definition, each root
-// exp(-2 pi i r k / L) read from the table.  A group's inputs are gathered first, into a local buffer
-// or, for large factors, into TMP: P values for the groups k1 = 0 and K/2, 2P for the others (which
-// exist only when K >= 3, so that 2P <= N).
-constexpr int kLocalGroup = 64;
+// Any other factor (an odd prime from 7 up): each group is twiddled as in the written-out passes and
+// then transformed by an odd-length DFT that meets x(r) and x(P-r) as their sum and difference, so
+// that the work is about P*P/2 complex products per group.  The roots cos, sin(2 pi q/P) are those of
+// the table at the multiples of N/P, copied to a local array when P is small.  A group's twiddled
+// inputs are gathered first, into a local buffer or, for large factors, into TMP (M*N values): P
+// values for the group k1 = 0, 2P for the others (which exist only when K >= 2, so that 2P <= N).
+constexpr int kLocalFactor = 64;
+
+// exp(+2 pi i q / P) = (c, s), q = 0 .. P-1.
+struct OddRoots {
+    RealTable t;
+    Index n, p;
+    const double *c, *s; // local copies, or null
+    void get(Index q, double &cv, double &sv) const {
+        if (c != nullptr) {
+            cv = c[q];
+            sv = s[q];
+        } else {
+            root(t, n, q * (n / p), cv, sv);
+        }
+    }
+};
+
+// Y(q) = sum over r of X(r) exp(-2 pi i r q / P) for odd P, or with +i when kInverse, handed to
+// put(q, re, im).
+template <bool kInverse, class Put>
+inline void odd_dft(Index p, const double *xr, const double *xi, const OddRoots &w, Put put) {
+    const Index h = p / 2;
+    double sr = xr[0], si = xi[0];
+    for (Index r = 1; r <= h; ++r) {
+        sr += xr[r] + xr[p - r];
+        si += xi[r] + xi[p - r];
+    }
+    put(0, sr, si);
+    for (Index q = 1; q <= h; ++q) {
+        double ur = xr[0], ui = xi[0], vr = 0.0, vi = 0.0;
+        Index idx = 0;
+        for (Index r = 1; r <= h; ++r) {
+            idx += q;
+            if (idx >= p) idx -= p;
+            double c, sn;
+            w.get(idx, c, sn);
+            ur += c * (xr[r] + xr[p - r]);
+            ui += c * (xi[r] + xi[p - r]);
+            vr += sn * (xr[r] - xr[p - r]);
+            vi += sn * (xi[r] - xi[p - r]);
+        }
+        // forward: y(q) = u - i v, y(p-q) = u + i v; inverse the other way round
+        if (kInverse) {
+            put(q, ur - vi, ui + vr);
+            put(p - q, ur + vi, ui - vr);
+        } else {
+            put(q, ur + vi, ui - vr);
+            put(p - q, ur - vi, ui + vr);
+        }
+    }
+}
+
+// Z(q) = sum over r of x(r) exp(-2 pi i r q / P) for real x and odd P, q = 0 .. P/2, handed to
+// put(q, re, im).
+template <class Put> inline void odd_dft_real(Index p, const double *x, const OddRoots &w, Put put) {
+    const Index h = p / 2;
+    double s0 = x[0];
+    for (Index r = 1; r <= h; ++r) s0 += x[r] + x[p - r];
+    put(0, s0, 0.0);
+    for (Index q = 1; q <= h; ++q) {
+        double u = x[0], v = 0.0;
+        Index idx = 0;
+        for (Index r = 1; r <= h; ++r) {
+            idx += q;
+            if (idx >= p) idx -= p;
+            double c, sn;
+            w.get(idx, c, sn);
+            u += c * (x[r] + x[p - r]);
+            v += sn * (x[r] - x[p - r]);
+        }
+        put(q, u, -v);
+    }
+}
+
+// The inverse for a Hermitian Z held as z(0) = Z(0), z(q) = Re Z(q), z(P-q) = Im Z(q), q = 1 .. P/2:
+// the real y(r) = sum over q of Z(q) exp(+2 pi i r q / P), handed to put(r, y).
+template <class Put> inline void odd_dft_hermitian(Index p, const double *z, const OddRoots &w, Put put) {
+    const Index h = p / 2;
+    double s0 = z[0];
+    for (Index q = 1; q <= h; ++q) s0 += 2.0 * z[q];
+    put(0, s0);
+    for (Index r = 1; r <= h; ++r) {
+        double a = z[0], bsum = 0.0;
+        Index idx = 0;
+        for (Index q = 1; q <= h; ++q) {
+            idx += r;
+            if (idx >= p) idx -= p;
+            double c, sn;
+            w.get(idx, c, sn);
+            a += 2.0 * (c * z[q]);
+            bsum += 2.0 * (sn * z[p - q]);
+        }
+        put(r, a - bsum);
+        put(p - r, a + bsum);
+    }
+}
 
 void general_forward(int p, int m, int n, Index k, double *x, RealTable t, double *tmp) {
     const Index l = k * p, s = n / l, blocks = n / l;
-    double local[kLocalGroup];
-    double *bre = 2 * p <= kLocalGroup || tmp == nullptr ? local : tmp;
-    double *bim = bre + p;
+    double local[4 * kLocalFactor];
+    const bool small = p <= kLocalFactor;
+    double *in_r = small || tmp == nullptr ? local : tmp, *in_i = in_r + p;
+    OddRoots w{t, n, p, nullptr, nullptr};
+    if (small) {
+        double *c = local + 2 * kLocalFactor, *sn = c + kLocalFactor;
+        for (Index q = 0; q < p; ++q) w.get(q, c[q], sn[q]);
+        w.c = c;
+        w.s = sn;
+    }
     for (Index b = 0; b < blocks; ++b) {
         double *blk = x + b * l * m;
         for (Index k1 = 0; 2 * k1 <= k; ++k1) {
             const bool paired = k1 > 0 && 2 * k1 < k;
             for (Index row = 0; row < m; ++row) {
-                for (int r = 0; r < p; ++r) {
-                    bre[r] = blk[(r * k + k1) * m + row];
-                    if (paired) bim[r] = blk[(r * k + k - k1) * m + row];
+                if (k1 == 0) {
+                    // Real inputs: P values of the buffer are enough.
+                    for (Index r = 0; r < p; ++r) in_r[r] = blk[r * k * m + row];
+                    odd_dft_real(p, in_r, w, [&](Index q, double zr, double zi) {
+                        blk[q * k * m + row] = zr;
+                        if (q > 0) blk[(l - q * k) * m + row] = zi;
+                    });
+                    continue;
                 }
-                for (int q = 0; q < p; ++q) {
+                in_r[0] = blk[k1 * m + row];
+                in_i[0] = paired ? blk[(k - k1) * m + row] : 0.0;
+                for (Index r = 1; r < p; ++r) {
+                    const double a = blk[(r * k + k1) * m + row], bb = paired ? blk[(r * k + k - k1) * m + row] : 0.0;
+                    double c, sn;
+                    twiddle(t, s * r * k1, c, sn);
+                    in_r[r] = a * c + bb * sn;
+                    in_i[r] = bb * c - a * sn;
+                }
+                odd_dft<false>(p, in_r, in_i, w, [&](Index q, double zr, double zi) {
                     const Index kk = k1 + q * k;
-                    if (2 * kk > l && !paired) continue; // the conjugate of a value stored already
-                    double zr = 0.0, zi = 0.0;
-                    const Index step = (s * kk) % n;
-                    Index idx = 0;
-                    for (int r = 0; r < p; ++r) {
-                        double c, sn;
-                        root(t, n, idx, c, sn);
-                        const double bi = paired ? bim[r] : 0.0;
-                        zr += bre[r] * c + bi * sn;
-                        zi += bi * c - bre[r] * sn;
-                        idx += step;
-                        if (idx >= n) idx -= n;
-                    }
                     if (2 * kk < l) {
                         blk[kk * m + row] = zr;
                         if (kk > 0) blk[(l - kk) * m + row] = zi;
                     } else if (2 * kk == l) {
                         blk[kk * m + row] = zr;
-                    } else {
+                    } else if (paired) {
                         blk[(l - kk) * m + row] = zr;
                         blk[kk * m + row] = -zi;
-                    }
-                }
+                    } // else the conjugate of a value stored already
+                });
             }
         }
     }
@@ -236,58 +446,48 @@ void general_forward(int p, int m, int n, Index k, double *x, RealTable t, doubl
 
 void general_backward(int p, int m, int n, Index k, double *x, RealTable t, double *tmp) {
     const Index l = k * p, s = n / l, blocks = n / l;
-    double local[kLocalGroup];
-    double *bre = 2 * p <= kLocalGroup || tmp == nullptr ? local : tmp;
-    double *bim = bre + p;
+    double local[4 * kLocalFactor];
+    const bool small = p <= kLocalFactor;
+    double *in_r = small || tmp == nullptr ? local : tmp, *in_i = in_r + p;
+    OddRoots w{t, n, p, nullptr, nullptr};
+    if (small) {
+        double *c = local + 2 * kLocalFactor, *sn = c + kLocalFactor;
+        for (Index q = 0; q < p; ++q) w.get(q, c[q], sn[q]);
+        w.c = c;
+        w.s = sn;
+    }
     for (Index b = 0; b < blocks; ++b) {
         double *blk = x + b * l * m;
         for (Index k1 = 0; 2 * k1 <= k; ++k1) {
             const bool paired = k1 > 0 && 2 * k1 < k;
             for (Index row = 0; row < m; ++row) {
-                if (paired) {
-                    // Z(k1 + qK) for all q, from the stored half.
-                    for (int q = 0; q < p; ++q) {
-                        const Index kk = k1 + q * k;
-                        if (2 * kk < l) {
-                            bre[q] = blk[kk * m + row];
-                            bim[q] = blk[(l - kk) * m + row];
-                        } else {
-                            bre[q] = blk[(l - kk) * m + row];
-                            bim[q] = -blk[kk * m + row];
-                        }
-                    }
-                    // Y(r)(k1) = sum over q of Z(k1 + qK) exp(+2 pi i r (k1 + qK) / L)
-                    for (int r = 0; r < p; ++r) {
-                        double yr = 0.0, yi = 0.0;
-                        for (int q = 0; q < p; ++q) {
-                            double c, sn;
-                            root(t, n, s * ((r * (k1 + q * k)) % l), c, sn);
-                            yr += bre[q] * c - bim[q] * sn;
-                            yi += bim[q] * c + bre[q] * sn;
-                        }
-                        blk[(r * k + k1) * m + row] = yr;
-                        blk[(r * k + k - k1) * m + row] = yi;
-                    }
+                if (k1 == 0) {
+                    // The stored half, P values, gives the P real results.
+                    for (Index q = 0; q < p; ++q) in_r[q] = blk[q * k * m + row];
+                    odd_dft_hermitian(p, in_r, w, [&](Index r, double y) { blk[r * k * m + row] = y; });
                     continue;
                 }
-                // Real results: the group's P stored values, conjugate pairs counted twice.
-                for (int q = 0; q < p; ++q) bre[q] = blk[(k1 + q * k) * m + row];
-                for (int r = 0; r < p; ++r) {
-                    double y = 0.0;
-                    for (int q = 0; q < p; ++q) {
-                        const Index kk = k1 + q * k;
-                        if (2 * kk > l) break;
-                        double c, sn;
-                        root(t, n, s * ((r * kk) % l), c, sn);
-                        if (kk == 0 || 2 * kk == l) {
-                            y += bre[q] * c;
-                        } else {
-                            const int partner = p - q - (k1 > 0 ? 1 : 0);
-                            y += 2.0 * (bre[q] * c - bre[partner] * sn);
-                        }
+                // Z(k1 + qK) for all q, from the stored half.
+                for (Index q = 0; q < p; ++q) {
+                    const Index kk = k1 + q * k;
+                    if (2 * kk < l) {
+                        in_r[q] = blk[kk * m + row];
+                        in_i[q] = kk > 0 ? blk[(l - kk) * m + row] : 0.0;
+                    } else if (2 * kk == l) {
+                        in_r[q] = blk[kk * m + row];
+                        in_i[q] = 0.0;
+                    } else {
+                        in_r[q] = blk[(l - kk) * m + row];
+                        in_i[q] = -blk[kk * m + row];
                     }
-                    blk[(r * k + k1) * m + row] = y;
                 }
+                // Y(r)(k1) = exp(+2 pi i r k1 / L) times the inverse transform; real for k1 = 0, K/2.
+                odd_dft<true>(p, in_r, in_i, w, [&](Index r, double ur, double ui) {
+                    double c = 1.0, sn = 0.0;
+                    if (r > 0) twiddle(t, s * r * k1, c, sn);
+                    blk[(r * k + k1) * m + row] = ur * c - ui * sn;
+                    if (paired) blk[(r * k + k - k1) * m + row] = ur * sn + ui * c;
+                });
             }
         }
     }

@@ -127,18 +127,31 @@ template <class Move> void for_each_digit_reversal(int n, const int *factors, in
 // significant) become the last of pos (least significant) and the other way round, so with A the
 // first few digits and B the last few, every value of the middle digits names an A by B block that
 // is read in runs of B and written in runs of A: a small transposition instead of a scatter over the
-// whole array.  Returns false, doing nothing, when the factors are too few or too large for that.
-constexpr int kBlockDigits = 64;
+// whole array.  The block passes through a local buffer, so that every cache line is read or written
+// whole at once, whatever the power-of-two strides between the runs do to the cache.  The inverse
+// reads where the forward moves write and the other way round.  Returns false, doing nothing, when
+// the factors are too few or too large for that.
+constexpr int kBlockDigits = 64, kBlockValues = 2048;
 
-template <class Move> bool for_each_digit_reversal_blocked(const int *factors, int nf, Move move) {
+template <bool kInverse> bool digit_reversal_blocked(const int *factors, int nf, const double *src, double *dst) {
     int radix[kFactorListSize];
     Index weight[kFactorListSize];
     const int count = digit_weights(factors, nf, radix, weight);
+    // Runs of 16 values at least (two cache lines, whatever the alignment), or of 8 when that makes
+    // the block too big for the buffer.
     int a = 0, b = count;
     Index asize = 1, bsize = 1;
-    while (a < count && asize < 8) asize *= radix[a++];
-    while (b > a && bsize < 8) bsize *= radix[--b];
-    if (asize < 8 || bsize < 8 || asize > kBlockDigits || bsize > kBlockDigits) return false;
+    for (Index run = 16; run >= 8; run /= 2) {
+        a = 0;
+        b = count;
+        asize = bsize = 1;
+        while (a < count && asize < run) asize *= radix[a++];
+        while (b > a && bsize < run) bsize *= radix[--b];
+        if (asize >= run && bsize >= run && asize <= kBlockDigits && bsize <= kBlockDigits &&
+            asize * bsize <= kBlockValues)
+            break;
+        if (run == 8) return false;
+    }
     // Offsets in pos of the A and B digit groups, enumerated in the order of n.
     Index apos[kBlockDigits], bpos[kBlockDigits];
     auto enumerate = [&](int first, int last, Index *out) {
@@ -160,12 +173,33 @@ template <class Move> bool for_each_digit_reversal_blocked(const int *factors, i
     enumerate(b, count, bpos);
     Index msize = 1;
     for (int j = a; j < b; ++j) msize *= radix[j];
+    double buffer[kBlockValues];
     int d[kFactorListSize] = {0};
     Index mpos = 0;
     for (Index im = 0; im < msize; ++im) {
-        for (Index ia = 0; ia < asize; ++ia) {
-            const Index i0 = (ia * msize + im) * bsize, p0 = mpos + apos[ia];
-            for (Index ib = 0; ib < bsize; ++ib) move(i0 + ib, p0 + bpos[ib]);
+        // apos is a permutation of 0 .. asize-1: the buffer holds the runs of A in their final order.
+        if (!kInverse) {
+            for (Index ia = 0; ia < asize; ++ia) {
+                const double *from = src + (ia * msize + im) * bsize;
+                double *column = buffer + apos[ia];
+                for (Index ib = 0; ib < bsize; ++ib) column[ib * asize] = from[ib];
+            }
+            for (Index ib = 0; ib < bsize; ++ib) {
+                double *to = dst + mpos + bpos[ib];
+                const double *run = buffer + ib * asize;
+                for (Index ia = 0; ia < asize; ++ia) to[ia] = run[ia];
+            }
+        } else {
+            for (Index ib = 0; ib < bsize; ++ib) {
+                const double *from = src + mpos + bpos[ib];
+                double *run = buffer + ib * asize;
+                for (Index ia = 0; ia < asize; ++ia) run[ia] = from[ia];
+            }
+            for (Index ia = 0; ia < asize; ++ia) {
+                double *to = dst + (ia * msize + im) * bsize;
+                const double *column = buffer + apos[ia];
+                for (Index ib = 0; ib < bsize; ++ib) to[ib] = column[ib * asize];
+            }
         }
         for (int j = b - 1; j >= a; --j) {
             mpos += weight[j];
@@ -181,8 +215,8 @@ template <class Move> bool for_each_digit_reversal_blocked(const int *factors, i
 
 void digit_permute(int m, int n, const int *factors, int nf, const double *src, double *dst) {
     if (m == 1) {
-        auto move = [&](Index i, Index pos) { dst[pos] = src[i]; };
-        if (!for_each_digit_reversal_blocked(factors, nf, move)) for_each_digit_reversal(n, factors, nf, move);
+        if (!digit_reversal_blocked<false>(factors, nf, src, dst))
+            for_each_digit_reversal(n, factors, nf, [&](Index i, Index pos) { dst[pos] = src[i]; });
     } else {
         const std::size_t bytes = sizeof(double) * static_cast<std::size_t>(m);
         for_each_digit_reversal(n, factors, nf,
@@ -192,8 +226,8 @@ void digit_permute(int m, int n, const int *factors, int nf, const double *src, 
 
 void digit_permute_inverse(int m, int n, const int *factors, int nf, const double *src, double *dst) {
     if (m == 1) {
-        auto move = [&](Index i, Index pos) { dst[i] = src[pos]; };
-        if (!for_each_digit_reversal_blocked(factors, nf, move)) for_each_digit_reversal(n, factors, nf, move);
+        if (!digit_reversal_blocked<true>(factors, nf, src, dst))
+            for_each_digit_reversal(n, factors, nf, [&](Index i, Index pos) { dst[i] = src[pos]; });
     } else {
         const std::size_t bytes = sizeof(double) * static_cast<std::size_t>(m);
         for_each_digit_reversal(n, factors, nf,
@@ -268,35 +302,42 @@ void accurate_root(long long den, long long t, long double &c, long double &s) {
 }
 
 // A long double as two doubles whose sum is exact.
-void split(long double v, double *hi_lo) {
-    hi_lo[0] = static_cast<double>(v);
-    hi_lo[1] = static_cast<double>(v - hi_lo[0]);
+inline void split(long double v, double &hi, double &lo) {
+    const double h = static_cast<double>(v);
+    hi = h;
+    lo = static_cast<double>(v - h);
 }
 
 } // namespace
 
 RootStream::RootStream(long long den, long long start, long long step) : den_(den), start_(start), step_(step) {
-    accurate_root(den_, start_, cr_, ci_);
-    split(1.0L, fine_);
-    split(0.0L, fine_ + 2);
+    if (start_ % den_ != 0) accurate_root(den_, start_, cr_, ci_);
+    split(1.0L, fine_rh_[0], fine_rl_[0]);
+    split(0.0L, fine_ih_[0], fine_il_[0]);
 }
 
 void RootStream::extend_fine(int stop) {
     if (fine_built_ == 1) {
-        accurate_root(den_, step_, f1r_, f1i_);
-        lastr_ = f1r_;
-        lasti_ = f1i_;
-        split(lastr_, fine_ + 4);
-        split(lasti_, fine_ + 6);
+        long double c, s;
+        accurate_root(den_, step_, c, s);
+        split(c, fine_rh_[1], fine_rl_[1]);
+        split(s, fine_ih_[1], fine_il_[1]);
         ++fine_built_;
     }
-    for (; fine_built_ < stop; ++fine_built_) {
-        const long double r = lastr_ * f1r_ - lasti_ * f1i_;
-        lasti_ = lastr_ * f1i_ + lasti_ * f1r_;
-        lastr_ = r;
-        split(lastr_, fine_ + 4 * fine_built_);
-        split(lasti_, fine_ + 4 * fine_built_ + 2);
+    // w(r) = w(b) w(r - b) with b the highest power of 2 in r: each product rests on at most 2 log2 r
+    // others, and all but the powers of 2 are independent of each other.
+    for (int r = fine_built_; r < stop; ++r) {
+        int b = 1;
+        while (2 * b <= r) b *= 2;
+        const int a = r == b ? b / 2 : r - b, c = r == b ? b / 2 : b;
+        const long double ar = static_cast<long double>(fine_rh_[a]) + fine_rl_[a];
+        const long double ai = static_cast<long double>(fine_ih_[a]) + fine_il_[a];
+        const long double cr = static_cast<long double>(fine_rh_[c]) + fine_rl_[c];
+        const long double ci = static_cast<long double>(fine_ih_[c]) + fine_il_[c];
+        split(ar * cr - ai * ci, fine_rh_[r], fine_rl_[r]);
+        split(ar * ci + ai * cr, fine_ih_[r], fine_il_[r]);
     }
+    if (stop > fine_built_) fine_built_ = stop;
 }
 
 void RootStream::next_stretch() {
@@ -306,7 +347,15 @@ void RootStream::next_stretch() {
         accurate_root(den_, start_ + stretch_ * kRun * step_, cr_, ci_);
         return;
     }
-    if (stretch_ == 1) accurate_root(den_, kRun * step_, gr_, gi_);
+    if (stretch_ == 1) {
+        // w(kRun STEP) = w((kRun-1) STEP) w(STEP); the fine roots are all there after the first stretch.
+        const long double ar = static_cast<long double>(fine_rh_[kRun - 1]) + fine_rl_[kRun - 1];
+        const long double ai = static_cast<long double>(fine_ih_[kRun - 1]) + fine_il_[kRun - 1];
+        const long double br = static_cast<long double>(fine_rh_[1]) + fine_rl_[1];
+        const long double bi = static_cast<long double>(fine_ih_[1]) + fine_il_[1];
+        gr_ = ar * br - ai * bi;
+        gi_ = ar * bi + ai * br;
+    }
     const long double r = cr_ * gr_ - ci_ * gi_;
     ci_ = cr_ * gi_ + ci_ * gr_;
     cr_ = r;
@@ -322,10 +371,11 @@ void fill_real_table(int n, double *cosv, double *sinv) {
     else if (n % 2 == 0)
         last = n / 4;
     if (last > h - 1) last = h - 1;
-    RootStream roots(n, 1, 1);
-    roots.run(last, [&](Index k, double c, double s) {
-        cosv[k] = c;
-        sinv[k] = s;
+    RootStream roots(n, 0, 1);
+    roots.run(last + 1, [&](Index k, double c, double s) {
+        if (k == 0) return;
+        cosv[k - 1] = c;
+        sinv[k - 1] = s;
     });
     Index j = last + 1;
     if (n % 4 == 0) {
