@@ -73,9 +73,12 @@ void devex_update(Core &c, int q, int r, bool carry_multipliers) {
     for (int k = 0; k < na; ++k) update(n + c.kactiv[k], mu[k]);
     for (int f = nf; f < n; ++f) {
         const int j = c.kx[f];
-        const double *col = c.a + static_cast<std::ptrdiff_t>(j) * c.lda;
-        double m = q < n ? (j == q ? 1.0 : 0.0) : col[q - n];
-        for (int k = 0; k < na; ++k) m -= mu[k] * col[c.kactiv[k]];
+        double m = j == q ? 1.0 : 0.0;
+        if (c.nclin > 0) {
+            const double *col = c.a + static_cast<std::ptrdiff_t>(j) * c.lda;
+            if (q >= n) m = col[q - n];
+            for (int k = 0; k < na; ++k) m -= mu[k] * col[c.kactiv[k]];
+        }
         update(j, m);
     }
     if (carry_multipliers && q != r) c.clamda[q] = 0.0;

@@ -69,9 +69,11 @@ void multipliers(Core &c, const double *g) {
     // theirs.
     for (int k = c.nfree; k < n; ++k) {
         const int j = c.kx[k];
-        const double *col = c.a + static_cast<std::ptrdiff_t>(j) * c.lda;
         double lam = g[j];
-        for (int i = 0; i < c.nactiv; ++i) lam -= c.rwork[i] * col[c.kactiv[i]];
+        if (c.nactiv > 0) {
+            const double *col = c.a + static_cast<std::ptrdiff_t>(j) * c.lda;
+            for (int i = 0; i < c.nactiv; ++i) lam -= c.rwork[i] * col[c.kactiv[i]];
+        }
         c.clamda[j] = lam;
     }
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "lp_test_support.h"
+#include "zek2/e04.h"
 
 namespace {
 
@@ -208,6 +209,37 @@ TEST(LpRobustness, NonFiniteDataEndsTheRun) {
         EXPECT_LE(r.ifail, 7) << where;
         EXPECT_LE(r.iter, 50) << where;
     }
+}
+
+} // namespace
+
+namespace {
+
+// Without general rows A is not referenced: a null A serves.
+TEST(LpRobustness, NoRowsNeedNoMatrix) {
+    LpSession session;  // prepares the state arrays
+    const int n = 3, nclin = 0, lda = 1, liwork = 2 * n + 3, lwork = 7 * n + 1;
+    const std::vector<double> bl = {0, -1, -5}, bu = {2, 1, 5}, c = {-1, 1, 0};
+    std::vector<int> istate(3, 0), iwork(static_cast<std::size_t>(liwork));
+    std::vector<double> x = {1, 0, 4}, clamda(3), work(static_cast<std::size_t>(lwork));
+    std::vector<int> lwsav(120), iwsav(610);
+    std::vector<double> rwsav(475);
+    std::vector<char> cwsav(80, ' ');
+    int lc = 1, ll = 120, li = 610, lr = 475, ifail = 0, iter = 0;
+    double obj = 0.0, ax = 0.0;
+    E04WBA("E04MFA", cwsav.data(), &lc, lwsav.data(), &ll, iwsav.data(), &li, rwsav.data(), &lr, &ifail, 6, 80);
+    ifail = 1;
+    E04MFA(&n, &nclin, nullptr, &lda, bl.data(), bu.data(), c.data(), istate.data(), x.data(), &iter, &obj, &ax,
+           clamda.data(), iwork.data(), &liwork, work.data(), &lwork, lwsav.data(), iwsav.data(), rwsav.data(), &ifail);
+    // x3 costs nothing and is held where it started: optimal, not unique.
+    EXPECT_EQ(ifail, 1);
+    EXPECT_DOUBLE_EQ(obj, -3.0);
+    EXPECT_DOUBLE_EQ(x[0], 2.0);
+    EXPECT_DOUBLE_EQ(x[1], -1.0);
+    EXPECT_DOUBLE_EQ(x[2], 4.0);
+    EXPECT_EQ(istate[2], 4);
+    EXPECT_DOUBLE_EQ(clamda[0], -1.0);
+    EXPECT_DOUBLE_EQ(clamda[1], 1.0);
 }
 
 } // namespace
