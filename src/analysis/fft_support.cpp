@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "analysis/fft.h"
+#include "analysis/fft_kernels.h"
 #include "zek2/c06.h"
 
 namespace zek::fft {
@@ -537,16 +538,49 @@ char option_letter(const char *text, int length) {
 
 extern "C" {
 
+// A tile is moved in square blocks of 8 by 8 elements: the block's columns are read and its rows
+// written while all their cache lines are at hand, so that strides which are powers of two (many rows
+// of a tile falling into one cache set) cost nothing.
 void C06_TRANSPOSE_REAL_TILE(int m, int n, const double *a, int lda, double *b, int ldb) {
-    for (zek::fft::Index j = 0; j < n; ++j)
-        for (zek::fft::Index i = 0; i < m; ++i) b[j + i * ldb] = a[i + j * lda];
+    constexpr zek::fft::Index kBlock = 8;
+    for (zek::fft::Index jb = 0; jb < n; jb += kBlock) {
+        const zek::fft::Index je = jb + kBlock < n ? jb + kBlock : n;
+        for (zek::fft::Index ib = 0; ib < m; ib += kBlock) {
+            const zek::fft::Index ie = ib + kBlock < m ? ib + kBlock : m;
+            if (je - jb == kBlock && ie - ib == kBlock) {
+                double block[kBlock][kBlock];
+                for (zek::fft::Index j = 0; j < kBlock; ++j)
+                    for (zek::fft::Index i = 0; i < kBlock; ++i) block[i][j] = a[ib + i + (jb + j) * lda];
+                for (zek::fft::Index i = 0; i < kBlock; ++i)
+                    for (zek::fft::Index j = 0; j < kBlock; ++j) b[jb + j + (ib + i) * ldb] = block[i][j];
+                continue;
+            }
+            for (zek::fft::Index j = jb; j < je; ++j)
+                for (zek::fft::Index i = ib; i < ie; ++i) b[j + i * ldb] = a[i + j * lda];
+        }
+    }
 }
 
 void C06_TRANSPOSE_COMPLEX_TILE(int m, int n, const double *a, int lda, double *b, int ldb) {
-    for (zek::fft::Index j = 0; j < n; ++j) {
-        for (zek::fft::Index i = 0; i < m; ++i) {
-            b[2 * (j + i * ldb)] = a[2 * (i + j * lda)];
-            b[2 * (j + i * ldb) + 1] = a[2 * (i + j * lda) + 1];
+    constexpr zek::fft::Index kBlock = 8;
+    for (zek::fft::Index jb = 0; jb < n; jb += kBlock) {
+        const zek::fft::Index je = jb + kBlock < n ? jb + kBlock : n;
+        for (zek::fft::Index ib = 0; ib < m; ib += kBlock) {
+            const zek::fft::Index ie = ib + kBlock < m ? ib + kBlock : m;
+            if (je - jb == kBlock && ie - ib == kBlock) {
+                zek::fft::Cv block[kBlock][kBlock];
+                for (zek::fft::Index j = 0; j < kBlock; ++j)
+                    for (zek::fft::Index i = 0; i < kBlock; ++i) block[i][j] = zek::fft::load(a + 2 * (ib + i + (jb + j) * lda));
+                for (zek::fft::Index i = 0; i < kBlock; ++i)
+                    for (zek::fft::Index j = 0; j < kBlock; ++j) zek::fft::store(b + 2 * (jb + j + (ib + i) * ldb), block[i][j]);
+                continue;
+            }
+            for (zek::fft::Index j = jb; j < je; ++j) {
+                for (zek::fft::Index i = ib; i < ie; ++i) {
+                    b[2 * (j + i * ldb)] = a[2 * (i + j * lda)];
+                    b[2 * (j + i * ldb) + 1] = a[2 * (i + j * lda) + 1];
+                }
+            }
         }
     }
 }
