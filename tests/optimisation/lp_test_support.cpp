@@ -2,21 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
+#include "frame/input_units.h"
 #include "zek2/e04.h"
+#include "zek2/h02.h"
+#include "zek2/x04.h"
 
 namespace zek_test {
-
-LpProblem LpProblem::from(const LpModel &model) {
-    LpProblem p;
-    p.n = model.n;
-    p.m = model.m;
-    p.a = model.a;
-    p.bl = model.bl;
-    p.bu = model.bu;
-    p.c = model.c;
-    return p;
-}
 
 LpProblem LpProblem::dense(const std::vector<std::vector<double>> &rows, std::vector<double> bl,
                            std::vector<double> bu, std::vector<double> c) {
@@ -34,6 +27,34 @@ LpProblem LpProblem::dense(const std::vector<std::vector<double>> &rows, std::ve
     return p;
 }
 
+LpProblem LpProblem::netlib(const std::string &name) {
+    const std::string path = std::string(ZEK_SHARED_DATA_DIR) + "/lp/" + name + ".mps";
+    std::FILE *file = X04_OPEN_INPUT(path.c_str());
+    const int unit = zek::input_unit_number(file), maxm = 200, maxn = 200, list = 0;
+    const double xbldef = 0.0, xbudef = 1e20;
+    std::vector<double> a(static_cast<std::size_t>(maxm * maxn)), c(maxn), bl(maxn + maxm), bu(maxn + maxm), x(maxn);
+    std::vector<int> intvar(maxn), rowtyp(maxm);
+    std::vector<char> names(static_cast<std::size_t>(8 * (maxn + maxm)));
+    char nmprob[8], nmobj[8], nmrhs[8], nmrng[8], nmbnd[8];
+    for (char *s : {nmprob, nmobj, nmrhs, nmrng, nmbnd}) std::fill(s, s + 8, ' ');
+    int m = 0, n = 0, ifail = 1;
+    H02BUF(&unit, &m, &n, &maxm, &maxn, a.data(), c.data(), bl.data(), bu.data(), intvar.data(), rowtyp.data(), nmprob,
+           nmobj, nmrhs, nmrng, nmbnd, names.data(), x.data(), &xbldef, &xbudef, "MIN", &list, &ifail, 8, 8, 8, 8, 8, 8,
+           3);
+    if (file != nullptr) std::fclose(file);
+    LpProblem p;
+    if (ifail != 0) return p;
+    p.n = n;
+    p.m = m;
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < std::max(m, 1); ++i)
+            p.a.push_back(i < m ? a[static_cast<std::size_t>(i + j * maxm)] : 0.0);
+    p.c.assign(c.begin(), c.begin() + n);
+    p.bl.assign(bl.begin(), bl.begin() + n + m);
+    p.bu.assign(bu.begin(), bu.begin() + n + m);
+    return p;
+}
+
 LpSession::LpSession() {
     int lc = 1, ll = 120, li = 610, lr = 475, ifail = 0;
     E04WBA("E04MFA", cwsav_.data(), &lc, lwsav_.data(), &ll, iwsav_.data(), &li, rwsav_.data(), &lr, &ifail, 6, 80);
@@ -45,25 +66,20 @@ int LpSession::option(const std::string &line) {
     return inform;
 }
 
-int minimum_liwork(int n) { return 2 * n + 3; }
-int minimum_lwork(int n, int m) {
-    const int t = std::min(n, m + 1);
-    return m == 0 ? 7 * n + 1 : 7 * n + 5 * m + 2 * t * t;
-}
-
 LpResult LpSession::solve(const LpProblem &p, std::vector<double> x0, std::vector<int> istate0, int ifail,
-                          int liwork, int lwork) {
-    const int n = p.n, m = p.m, lda = p.lda();
-    if (liwork < 0) liwork = minimum_liwork(n);
-    if (lwork < 0) lwork = minimum_lwork(n, m);
+                          int liwork, int lwork, int lda) {
+    const int n = p.n, m = p.m, t = std::min(n, m + 1);
+    if (lda < 0) lda = p.lda();
+    if (liwork < 0) liwork = 2 * n + 3;
+    if (lwork < 0) lwork = m == 0 ? 7 * n + 1 : 7 * n + 5 * m + 2 * t * t;
     iwork_.resize(static_cast<std::size_t>(std::max(liwork, 1)));
     work_.resize(static_cast<std::size_t>(std::max(lwork, 1)));
     LpResult r;
-    r.x = x0.empty() ? std::vector<double>(static_cast<std::size_t>(n), 0.0) : x0;
-    r.istate = istate0.empty() ? std::vector<int>(static_cast<std::size_t>(n + m), 0) : istate0;
+    r.x = x0.empty() ? std::vector<double>(static_cast<std::size_t>(std::max(n, 1)), 0.0) : x0;
+    r.istate = istate0.empty() ? std::vector<int>(static_cast<std::size_t>(std::max(n + m, 1)), 0) : istate0;
     r.ax.assign(static_cast<std::size_t>(std::max(m, 1)), 0.0);
-    r.clamda.assign(static_cast<std::size_t>(n + m), 0.0);
-    // The bounds with infinities replaced by values beyond the infinite bound size.
+    r.clamda.assign(static_cast<std::size_t>(std::max(n + m, 1)), 0.0);
+    // Infinite bounds as values beyond the infinite bound size.
     std::vector<double> bl = p.bl, bu = p.bu;
     for (double &v : bl) v = std::max(v, -1e25);
     for (double &v : bu) v = std::min(v, 1e25);
@@ -74,56 +90,23 @@ LpResult LpSession::solve(const LpProblem &p, std::vector<double> x0, std::vecto
     return r;
 }
 
-double objective(const LpProblem &p, const std::vector<double> &x) {
-    double s = 0.0;
-    for (int j = 0; j < p.n; ++j) s += p.c[static_cast<std::size_t>(j)] * x[static_cast<std::size_t>(j)];
-    return s;
-}
-
-double max_violation(const LpProblem &p, const std::vector<double> &x) {
-    double worst = 0.0;
+Kkt::Kkt(const LpProblem &p, const LpResult &r) {
+    double scale = 1.0;
+    for (double v : p.c) scale = std::max(scale, std::fabs(v));
+    for (int j = 0; j < p.n; ++j) objective += p.c[static_cast<std::size_t>(j)] * r.x[static_cast<std::size_t>(j)];
     for (int k = 0; k < p.n + p.m; ++k) {
-        double v;
-        if (k < p.n) v = x[static_cast<std::size_t>(k)];
-        else {
-            v = 0.0;
-            for (int j = 0; j < p.n; ++j) v += p.at(k - p.n, j) * x[static_cast<std::size_t>(j)];
-        }
-        worst = std::max({worst, p.bl[static_cast<std::size_t>(k)] - v, v - p.bu[static_cast<std::size_t>(k)]});
+        double v = k < p.n ? r.x[static_cast<std::size_t>(k)] : 0.0;
+        for (int j = 0; j < p.n && k >= p.n; ++j) v += p.at(k - p.n, j) * r.x[static_cast<std::size_t>(j)];
+        violation = std::max({violation, p.bl[static_cast<std::size_t>(k)] - v, v - p.bu[static_cast<std::size_t>(k)]});
+        const double lam = r.clamda[static_cast<std::size_t>(k)];
+        const int s = r.istate[static_cast<std::size_t>(k)];
+        sign = std::max(sign, (s == 1 ? -lam : s == 2 ? lam : s == 3 ? 0.0 : std::fabs(lam)) / scale);
     }
-    return worst;
-}
-
-namespace {
-double scale_of(const LpProblem &p) {
-    double s = 1.0;
-    for (double v : p.c) s = std::max(s, std::fabs(v));
-    return s;
-}
-} // namespace
-
-double stationarity_error(const LpProblem &p, const LpResult &r) {
-    double worst = 0.0;
     for (int j = 0; j < p.n; ++j) {
         double v = p.c[static_cast<std::size_t>(j)] - r.clamda[static_cast<std::size_t>(j)];
         for (int i = 0; i < p.m; ++i) v -= p.at(i, j) * r.clamda[static_cast<std::size_t>(p.n + i)];
-        worst = std::max(worst, std::fabs(v));
+        stationarity = std::max(stationarity, std::fabs(v) / scale);
     }
-    return worst / scale_of(p);
-}
-
-double multiplier_sign_error(const LpProblem &p, const LpResult &r) {
-    double worst = 0.0;
-    for (int k = 0; k < p.n + p.m; ++k) {
-        const double lam = r.clamda[static_cast<std::size_t>(k)];
-        switch (r.istate[static_cast<std::size_t>(k)]) {
-        case 1: worst = std::max(worst, -lam); break;
-        case 2: worst = std::max(worst, lam); break;
-        case 3: break;
-        default: worst = std::max(worst, std::fabs(lam)); break;
-        }
-    }
-    return worst / scale_of(p);
 }
 
 } // namespace zek_test
