@@ -509,6 +509,11 @@ bool Parser::data() {
         if (!fields_apart) return too_many_rows_ ? false : fail(11, out_.nline);
         return row_line();
     case Section::Columns:
+        if (counting_columns_ && !lead_blank) {
+            // The count of columns beyond the limit ends at the first line with text in columns 1 to 4.
+            counting_columns_ = false;
+            if (fail(2, ar_.maxn, ncol_true_)) return true;
+        }
         if (!fields_apart || !lead_blank) return fail(11, out_.nline);
         return column_line();
     case Section::Rhs:

@@ -71,6 +71,11 @@ INSTANTIATE_TEST_SUITE_P(
                       mps("", "X4", "R1", "1.0") + "ENDATA\n",
                   2, {" ** Too many columns. Limit is    2, but the actual number required is", "    4."}, 5, 2,
                   "        ", -1, 4},
+        ErrorCase{"too many columns counted up to text in columns 1 to 4",
+                  kRows + kColumns + mps("", "X2", "R1", "1.0") + mps("", "X3", "R1", "1.0") + " X  X4\n" +
+                      mps("", "X5", "R1", "1.0") + "ENDATA\n",
+                  2, {" ** Too many columns. Limit is    1, but the actual number required is", "    3."}, 5, 1,
+                  "        ", -1, 3},
         ErrorCase{"no objective", "NAME\nROWS\n" + mps("L", "R1") + kColumns + "ENDATA\n", 3,
                   {" ** No objective function found."}},
         ErrorCase{"no rows", "NAME\nROWS\n" + kColumns + "ENDATA\n", 4, {" ** No rows specified."}},

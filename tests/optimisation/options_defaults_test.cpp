@@ -245,54 +245,60 @@ TEST(ParameterList, E04MFA) {
     EXPECT_TRUE(printed(silent, size).empty());
 }
 
-TEST(ParameterList, E04NFAWithAnIllegalProblemType) {
-    const ProblemSize size{4, 3};
-    SolverRun run(Family::NFA, {"Print Level 1"}, size);
-    zek::e04::setting(run.state.iwsav.data(), LC, lc::kProblemType) = lc::kIllegalProblemType;
-    const std::vector<std::string> lines = printed(run, size);
-    ASSERT_EQ(lines.size(), 15u);
-    EXPECT_EQ(lines[4], " Problem type...........   ILLEGAL");
-    EXPECT_EQ(lines[7], zek::format(" Hessian rows...........%10ld       Rank tolerance.........%10.2E", 4L, 100 * kEps));
-    EXPECT_EQ(lines[12], zek::format(" Max degrees of freedom.%10ld       Print level............%10ld", 4L, 1L));
-    EXPECT_EQ(lines[13], zek::format(" Feasibility phase itns.%10ld       Monitoring file........%10ld", 50L, -1L));
-    EXPECT_EQ(lines[14], zek::format(" Optimality  phase itns.%10ld", 50L));
-}
-
-TEST(ParameterList, E04NCAAndTheNonlinearSolvers) {
-    SolverRun nca(Family::NCA, {"Print Level 1", "Hessian Yes", "Problem Type LS2", "Warm"}, {4, 1, 0, 6});
-    const std::vector<std::string> a = printed(nca, {4, 1, 0, 6});
-    ASSERT_EQ(a.size(), 12u);
-    EXPECT_EQ(a[4], " Problem type...........       LS2       Hessian................       YES");
-    EXPECT_EQ(a[7], zek::format(" Objective matrix rows..%10ld       Rank tolerance.........%10.2E", 6L,
-                                10 * std::pow(kEps, 0.5)));
-    EXPECT_EQ(a[8], zek::format(" Infinite bound size....%10.2E       %4.4s start.............", 9.9999e19, "WARM"));
-
-    SolverRun usa(Family::USA, {"Major Print Level 1", "Unit Initial Hessian", "Difference Interval 1e-5"}, {5, 2, 1, 0, 8});
-    const std::vector<std::string> b = printed(usa, {5, 2, 1, 0, 8});
-    ASSERT_EQ(b.size(), 20u);
-    EXPECT_EQ(b[5], zek::format(" Nonlinear constraints..%10ld       Subfunctions...........%10ld", 1L, 8L));
-    EXPECT_EQ(b[18], zek::format(" Difference interval....%10.2E       Central diffce interval%10.2E", 1e-5,
-                                 std::pow(std::pow(kEps, 0.9), 0.33)));
-    EXPECT_EQ(b[19], zek::format(" Unit initial Hessian...                 Reset frequency........%10ld", 2L));
-
-    SolverRun uca(Family::UCA, {"Print Level 1"}, {5, 2, 1});
-    const std::vector<std::string> c = printed(uca, {5, 2, 1});
-    ASSERT_EQ(c.size(), 19u);
-    EXPECT_EQ(c[5], zek::format(" Nonlinear constraints..%10ld", 1L));
-    EXPECT_EQ(c[18], " Difference intervals to be computed.");
-}
-
-TEST(ParameterList, E04DGA) {
-    SolverRun run(Family::DGA, {"Print Level 1", "Verify Level 1", "Estimated Optimal Function Value -3"}, {7});
-    const std::vector<std::string> lines = printed(run, {7});
-    ASSERT_EQ(lines.size(), 11u);
-    EXPECT_EQ(lines[4], zek::format(" Variables..............%10ld", 7L));
-    EXPECT_EQ(lines[7], zek::format(" Est. opt. function val.%10.2E       Function precision.....%10.2E", -3.0,
-                                    std::pow(kEps, 0.9)));
-    EXPECT_EQ(lines[10], zek::format(" Start obj chk at varble%10ld       Stop obj chk at varble.%10ld", 1L, 7L));
-    SolverRun none(Family::DGA, {"Print Level 1"}, {7});
-    EXPECT_EQ(printed(none, {7})[7],
-              zek::format(" Est. opt. function val.      None       Function precision.....%10.2E", std::pow(kEps, 0.9)));
+// Selected rows of the other lists: each family's own captions and the rows that depend on settings.
+TEST(ParameterList, OtherFamilies) {
+    const double e50 = std::pow(kEps, 0.5), e90 = std::pow(kEps, 0.9);
+    struct Case {
+        Family family;
+        std::vector<std::string> lines;
+        ProblemSize size;
+        std::size_t count, row;
+        std::string expected;
+    };
+    const std::vector<Case> cases = {
+        {Family::NFA, {"Print Level 1", "Problem Type Bogus"}, {4, 3}, 15, 4, " Problem type...........   ILLEGAL"},
+        {Family::NFA, {"Print Level 1"}, {4, 3}, 15, 7,
+         zek::format(" Hessian rows...........%10ld       Rank tolerance.........%10.2E", 4L, 100 * kEps)},
+        {Family::NFA, {"Print Level 1"}, {4, 3}, 15, 12,
+         zek::format(" Max degrees of freedom.%10ld       Print level............%10ld", 4L, 1L)},
+        {Family::NFA, {"Print Level 1"}, {4, 3}, 15, 14, zek::format(" Optimality  phase itns.%10ld", 50L)},
+        {Family::NCA, {"Print Level 1", "Hessian Yes", "Problem Type LS2"}, {4, 1, 0, 6}, 12, 4,
+         " Problem type...........       LS2       Hessian................       YES"},
+        {Family::NCA, {"Print Level 1", "Warm"}, {4, 1, 0, 6}, 12, 7,
+         zek::format(" Objective matrix rows..%10ld       Rank tolerance.........%10.2E", 6L, 100 * kEps)},
+        {Family::NCA, {"Print Level 1", "Warm"}, {4, 1, 0, 6}, 12, 8,
+         zek::format(" Infinite bound size....%10.2E       %4.4s start.............", 9.9999e19, "WARM")},
+        {Family::USA, {"Print Level 1"}, {5, 2, 1, 0, 8}, 20, 5,
+         zek::format(" Nonlinear constraints..%10ld       Subfunctions...........%10ld", 1L, 8L)},
+        {Family::USA, {"Print Level 1", "Difference Interval 1e-5"}, {5, 2, 1, 0, 8}, 20, 18,
+         zek::format(" Difference interval....%10.2E       Central diffce interval%10.2E", 1e-5, std::pow(e90, 0.33))},
+        {Family::USA, {"Print Level 1", "Unit Initial Hessian"}, {5, 2, 1, 0, 8}, 20, 19,
+         zek::format(" Unit initial Hessian...                 Reset frequency........%10ld", 2L)},
+        {Family::UCA, {"Print Level 1"}, {5, 2, 1}, 19, 5, zek::format(" Nonlinear constraints..%10ld", 1L)},
+        {Family::UCA, {"Print Level 1"}, {5, 2, 1}, 19, 10,
+         zek::format(" Nonlinear feasibility..%10.2E       Optimality tolerance...%10.2E", e50, std::pow(e90, 0.8))},
+        {Family::UCA, {"Print Level 1", "Difference Interval -1"}, {5, 2, 1}, 19, 18,
+         " User-supplied difference intervals."},
+        {Family::DGA, {"Print Level 1", "Verify Level 1", "Estimated Optimal Function Value -3"}, {7}, 11, 7,
+         zek::format(" Est. opt. function val.%10.2E       Function precision.....%10.2E", -3.0, e90)},
+        {Family::DGA, {"Print Level 1", "Verify Level 1"}, {7}, 11, 10,
+         zek::format(" Start obj chk at varble%10ld       Stop obj chk at varble.%10ld", 1L, 7L)},
+        {Family::DGA, {"Print Level 1"}, {7}, 10, 7,
+         zek::format(" Est. opt. function val.      None       Function precision.....%10.2E", e90)},
+        {Family::DGA, {"Print Level 1", "Debug Start 2"}, {7}, 11, 10,
+         zek::format(" Debug level............%10ld       Debug start at itn.....%10ld", 0L, 2L)},
+    };
+    for (const Case &c : cases) {
+        SolverRun run(c.family, {}, c.size);  // the first run settles the first-call state
+        run.end();
+        for (const std::string &line : c.lines)
+            zek::e04::decode_line(c.family, line.data(), static_cast<int>(line.size()), false, -1,
+                                  run.state.lwsav.data(), run.state.iwsav.data(), run.state.rwsav.data());
+        run.begin(c.size);
+        const std::vector<std::string> lines = printed(run, c.size);
+        ASSERT_EQ(lines.size(), c.count) << c.expected;
+        EXPECT_EQ(lines[c.row], c.expected);
+    }
 }
 
 } // namespace
