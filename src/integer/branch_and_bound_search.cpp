@@ -43,10 +43,12 @@ void lp_option(const std::string &text, int *lwsav, int *iwsav, double *rwsav) {
     E04MHF(text.c_str(), &list, lwsav, iwsav, rwsav, &inform, static_cast<int>(text.size()));
 }
 
-// The branching value of x: its floor, as an integer the tree can hold.
+// The branching value of x: its floor, as an integer the tree can hold (a value that is not a number
+// branches at 0, which still splits the range in two).
 int branching_value(double x) {
     double v = std::trunc(x);
     if (x < 0.0) v -= 1.0;
+    if (!(v == v)) v = 0.0;
     return static_cast<int>(std::clamp(v, static_cast<double>(INT_MIN + 1), static_cast<double>(INT_MAX - 1)));
 }
 
