@@ -134,6 +134,10 @@ const std::vector<ExitCase> exit_cases = {
      " Minimum sum of infeasibilities ="},
     {"iterations", two_rows, {"Iteration Limit = 1"}, {}, 4, " ** Too many iterations.",
      " Exit E04MFA - Too many iterations.", " Final LP objective value ="},
+    // Rounding alone leaves the equality further from its bound than the tolerance.
+    {"row_error", LpProblem::dense({{0.1, 0.3}}, {-kInf, -kInf, 1e15 + 1}, {kInf, kInf, 1e15 + 1}, {1, 1}), {}, {}, 3,
+     " ** Cannot satisfy the working set constraints to the accuracy requested.",
+     " Exit E04MFA - Cannot satisfy the working set constraints to the accuracy", " Maximum row error ="},
     {"problem_type", two_rows, {"Problem Type = QP2"}, {}, 7, " ** Problem type not recognized.  Problem abandoned.",
      " Exit E04MFA - Problem type not recognized.  Problem abandoned.", ""},
 };
