@@ -123,7 +123,8 @@ public:
     virtual bool direction(const Core &core, const double *gz, double gznorm, double gnorm, double *pz,
                            double *natural) = 0;
     // True when the gradient does not change with x (a linear objective): the core then carries the
-    // multipliers from one vertex to the next instead of computing them afresh.
+    // multipliers from one vertex to the next instead of computing them afresh, and chooses the
+    // deletion by reference weights of the edges; otherwise by the multipliers' test values.
     virtual bool constant_gradient() const { return false; }
     // Notifications for a solver that keeps a factor on the null space (Rz).  The core calls them after
     // changing Q.

@@ -124,7 +124,7 @@ bool linear_direction(const Core &c, const double *gz, double gznorm, double gno
 
 // The working constraint whose multiplier is most clearly of the wrong sign, or -1.  Fills nopt and
 // the worst test value.
-int choose_deletion(Core &c, double tolmul) {
+int choose_deletion(Core &c, double tolmul, bool weighted) {
     int jbest = -1;
     double best = -1.0;
     c.nopt = 0;
@@ -146,7 +146,7 @@ int choose_deletion(Core &c, double tolmul) {
         c.min_multiplier = std::min(c.min_multiplier, -test);
         if (!(test > tolmul)) continue;
         ++c.nopt;
-        const double score = v * v / c.weights[j];
+        const double score = weighted ? v * v / c.weights[j] : test * test;
         if (score > best) {
             best = score;
             jbest = j;
@@ -765,12 +765,15 @@ Word iterate(Core &c, NullSpaceStep &step) {
         if (!find_direction()) {
             const double tolmul = c.set.optimality_tolerance * std::max(1.0, c.gnorm);
             int jdel = -1;
-            if (c.lambda_valid && c.nz == 0) jdel = choose_deletion(c, tolmul);
+            // The reference weights describe the edges of a linear objective: a curved one (in its own
+            // phase) chooses by the test values alone.
+            const bool weighted = !feasible || step.constant_gradient();
+            if (c.lambda_valid && c.nz == 0) jdel = choose_deletion(c, tolmul, weighted);
             if (jdel < 0) {
                 // Afresh, and always before the point is declared optimal.
                 multipliers(c, c.g);
                 c.lambda_valid = carried && c.nz == 0;
-                jdel = choose_deletion(c, tolmul);
+                jdel = choose_deletion(c, tolmul, weighted);
             }
             if (jdel < 0) return feasible ? Word::Optimal : Word::Infeasible;
             const int s = c.istate[jdel];
