@@ -125,6 +125,21 @@ void fill_complex_table(int n, const int *factors, int nf, double *trig, double 
 void complex_passes(int m, Index ldx, int n, const int *factors, int nf, const double *trig, double *x,
                     double *scratch, double scale, double scale_im);
 
+// The written-out passes built once more for the wider vector registers of processors that have
+// them (AVX2, fft_wide.cpp).  They do the same operations in the same order on more values at once,
+// so their results are those of the ordinary passes bit for bit; the choice is made once, from what
+// the processor reports.
+namespace wide {
+bool enabled();
+// Tests run both forms: false keeps the ordinary passes.
+void allow(bool allowed);
+// As complex_pass for the factors 2 to 5.
+void complex_pass(int p, int m, Index ldi, Index ldo, int ido, int l1, const double *cc, double *ch,
+                  const double *tw);
+// As real_pass_forward / real_pass_backward for the factors 2, 3, 4, 5, 6 and 8 on M > 1 rows.
+void real_pass_rows(bool forward, int p, int m, int n, Index k, double *x, RealTable t);
+} // namespace wide
+
 // Out-of-place transposition of the M by N matrix A (leading dimension LDA) into B (N by M, leading
 // dimension LDB), in tiles of 64; WORDS is 1 for reals, 2 for complex elements.
 constexpr int kTile = 64;

@@ -11,89 +11,23 @@
 
 #include "analysis/fft.h"
 #include "analysis/fft_kernels.h"
+#include "analysis/fft_pass_bodies.h"
 #include "zek2/c06.h"
 
 namespace zek::fft {
 
 namespace {
 
-// The butterflies work on complex numbers held as vector pairs (fft_kernels.h): the P inputs of one
-// output column are loaded, transformed in registers, multiplied by their twiddles and stored.
-
-// One sequence: the loop over i runs innermost, at stride 1, each twiddle read from the table as it
-// is needed.
-template <int P> void pass_single(int ido, int l1, const double *cc, double *ch, const double *tw) {
-    const Index tstride = 2 * (static_cast<Index>(ido) - 1);
-    const Index istride = 2 * static_cast<Index>(ido), ostride = 2 * static_cast<Index>(ido) * l1;
-    if (ido == 1) {
-        // The last pass: no twiddles, one column per k.
-        for (Index k = 0; k < l1; ++k) {
-            const double *in = cc + 2 * P * k;
-            double *out = ch + 2 * k;
-            Cv z[P];
-            for (int r = 0; r < P; ++r) z[r] = load(in + 2 * r);
-            cdft<P>(z);
-            for (int j = 0; j < P; ++j) store(out + j * ostride, z[j]);
-        }
-        return;
-    }
-    for (Index k = 0; k < l1; ++k) {
-        const double *in = cc + istride * P * k;
-        double *out = ch + 2 * ido * k;
-        {
-            Cv z[P];
-            for (int r = 0; r < P; ++r) z[r] = load(in + r * istride);
-            cdft<P>(z);
-            for (int j = 0; j < P; ++j) store(out + j * ostride, z[j]);
-        }
-        for (Index i = 1; i < ido; ++i) {
-            Cv z[P];
-            for (int r = 0; r < P; ++r) z[r] = load(in + r * istride + 2 * i);
-            cdft<P>(z);
-            store(out + 2 * i, z[0]);
-            const double *w = tw + 2 * (i - 1);
-            for (int j = 1; j < P; ++j) store(out + j * ostride + 2 * i, times(z[j], twiddle_at(w + (j - 1) * tstride)));
-        }
-    }
-}
-
-// Rows of M values: the loop over the rows runs innermost, with the twiddles held fixed.
-template <int P>
-void pass_rows(int m, Index ldi, Index ldo, int ido, int l1, const double *cc, double *ch, const double *tw) {
-    const Index tstride = 2 * (static_cast<Index>(ido) - 1);
-    const Index istride = 2 * ldi * ido, ostride = 2 * ldo * ido * l1;
-    for (Index k = 0; k < l1; ++k) {
-        for (Index i = 0; i < ido; ++i) {
-            const double *in = cc + 2 * ldi * (i + ido * P * k);
-            double *out = ch + 2 * ldo * (i + ido * k);
-            if (i == 0) {
-                for (Index row = 0; row < m; ++row) {
-                    Cv z[P];
-                    for (int r = 0; r < P; ++r) z[r] = load(in + r * istride + 2 * row);
-                    cdft<P>(z);
-                    for (int j = 0; j < P; ++j) store(out + j * ostride + 2 * row, z[j]);
-                }
-                continue;
-            }
-            Twiddle w[P];
-            for (int j = 1; j < P; ++j) w[j] = twiddle_at(tw + (j - 1) * tstride + 2 * (i - 1));
-            for (Index row = 0; row < m; ++row) {
-                Cv z[P];
-                for (int r = 0; r < P; ++r) z[r] = load(in + r * istride + 2 * row);
-                cdft<P>(z);
-                store(out + 2 * row, z[0]);
-                for (int j = 1; j < P; ++j) store(out + j * ostride + 2 * row, times(z[j], w[j]));
-            }
-        }
-    }
-}
-
 template <int P>
 void pass(int m, Index ldi, Index ldo, int ido, int l1, const double *cc, double *ch, const double *tw) {
+    if (wide::enabled()) {
+        wide::complex_pass(P, m, ldi, ldo, ido, l1, cc, ch, tw);
+        return;
+    }
     if (m == 1 && ldi == 1 && ldo == 1)
-        pass_single<P>(ido, l1, cc, ch, tw);
+        pass_single<P, V2>(ido, l1, cc, ch, tw);
     else
-        pass_rows<P>(m, ldi, ldo, ido, l1, cc, ch, tw);
+        pass_rows<P, V2>(m, ldi, ldo, ido, l1, cc, ch, tw);
 }
 
 // Any odd factor: the values r and P-r are met as their sum and difference, and each pair of outputs

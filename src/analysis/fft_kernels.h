@@ -10,6 +10,9 @@
 #define ZEK_ANALYSIS_FFT_KERNELS_H
 
 namespace zek::fft {
+// Everything here has internal linkage: each source file gets its own copies, compiled for the
+// instructions that file is built for, so no copy built for wider registers can stand in for another.
+namespace {
 
 constexpr double kSqrtHalf = 0.70710678118654752440;
 constexpr double kSin60 = 0.86602540378443864676;   // sin(2 pi / 3)
@@ -142,106 +145,106 @@ template <int P, class T> inline void dft(T *re, T *im) {
         dft8(re, im);
 }
 
-// A transform of any odd length p from the roots cos(2 pi q / p), sin(2 pi q / p), q = 0..p-1, in
-// (c, s).  The values x(r) and x(p-r) are met as their sum and difference, which halves the products.
-// Results go to (yr, yi), which must not overlap the input.
-inline void dft_odd(int p, const double *xr, const double *xi, double *yr, double *yi, const double *c,
-                    const double *s) {
-    const int h = p / 2;
-    double sr = xr[0], si = xi[0];
-    for (int r = 1; r <= h; ++r) {
-        sr += xr[r] + xr[p - r];
-        si += xi[r] + xi[p - r];
-    }
-    yr[0] = sr;
-    yi[0] = si;
-    for (int q = 1; q <= h; ++q) {
-        double ur = xr[0], ui = xi[0], vr = 0.0, vi = 0.0;
-        int idx = 0;
-        for (int r = 1; r <= h; ++r) {
-            idx += q;
-            if (idx >= p) idx -= p;
-            ur += c[idx] * (xr[r] + xr[p - r]);
-            ui += c[idx] * (xi[r] + xi[p - r]);
-            vr += s[idx] * (xr[r] - xr[p - r]);
-            vi += s[idx] * (xi[r] - xi[p - r]);
-        }
-        // y(q) = u - i v, y(p-q) = u + i v
-        yr[q] = ur + vi;
-        yi[q] = ui - vr;
-        yr[p - q] = ur - vi;
-        yi[p - q] = ui + vr;
-    }
-}
-
-// ---- The same butterflies on complex numbers held as pairs (re, im) in one vector ----
+// ---- The same butterflies on complex numbers held as pairs (re, im) in vectors ----
 //
-// Cv is one complex number in a vector of two doubles; the arithmetic is the scalar arithmetic above,
-// operation for operation (additions of re and im parts side by side), so both forms give the same
-// results bit for bit.  Multiplying by +-1 to flip a sign is exact.
-using Cv = double __attribute__((vector_size(16)));
-using CvMask = long long __attribute__((vector_size(16)));
+// V2 holds one complex number, V4 two side by side (re, im, re, im); Lanes<V> has what differs
+// between them.  The arithmetic is the scalar arithmetic above, operation for operation (additions of
+// re and im parts side by side), so every form gives the same results bit for bit.  Multiplying by
+// +-1 to flip a sign is exact.  V4 code is only compiled into functions built for the wider vector
+// registers (fft_wide.cpp).
+using V2 = double __attribute__((vector_size(16)));
+using V4 = double __attribute__((vector_size(32)));
+using Cv = V2;
 
-inline Cv load(const double *p) {
-    Cv v;
+template <class V> struct Lanes;
+
+template <> struct Lanes<V2> {
+    using Mask = long long __attribute__((vector_size(16)));
+    static constexpr int kComplex = 1;
+    static V2 swap(V2 x) { return __builtin_shuffle(x, Mask{1, 0}); }
+    static V2 alternate() { return V2{1.0, -1.0}; }
+    static V2 splat(double a, double b) { return V2{a, b}; }
+    // (c, s) pairs of consecutive twiddles: (c, c ...) and (s, s ...)
+    static V2 dup_even(V2 w) { return __builtin_shuffle(w, Mask{0, 0}); }
+    static V2 dup_odd(V2 w) { return __builtin_shuffle(w, Mask{1, 1}); }
+};
+
+#if defined(ZEK_FFT_WIDE) // functions on V4 exist only where it fits a register (fft_wide.cpp)
+template <> struct Lanes<V4> {
+    using Mask = long long __attribute__((vector_size(32)));
+    static constexpr int kComplex = 2;
+    static V4 swap(V4 x) { return __builtin_shuffle(x, Mask{1, 0, 3, 2}); }
+    static V4 alternate() { return V4{1.0, -1.0, 1.0, -1.0}; }
+    static V4 splat(double a, double b) { return V4{a, b, a, b}; }
+    static V4 dup_even(V4 w) { return __builtin_shuffle(w, Mask{0, 0, 2, 2}); }
+    static V4 dup_odd(V4 w) { return __builtin_shuffle(w, Mask{1, 1, 3, 3}); }
+};
+#endif
+
+template <class V> inline V load(const double *p) {
+    V v;
     __builtin_memcpy(&v, p, sizeof v);
     return v;
 }
-inline void store(double *p, Cv v) { __builtin_memcpy(p, &v, sizeof v); }
-inline Cv swapped(Cv x) { return __builtin_shuffle(x, CvMask{1, 0}); }
+inline V2 load(const double *p) { return load<V2>(p); }
+template <class V> inline void store(double *p, V v) { __builtin_memcpy(p, &v, sizeof v); }
+template <class V> inline V swapped(V x) { return Lanes<V>::swap(x); }
 // x * (-i) = (im, -re)
-inline Cv times_minus_i(Cv x) { return swapped(x) * Cv{1.0, -1.0}; }
+template <class V> inline V times_minus_i(V x) { return swapped(x) * Lanes<V>::alternate(); }
 
-// A twiddle factor w = (c, s) prepared for products: (c, c) and (-s, s).
-struct Twiddle {
-    Cv cc, ss;
+// Twiddle factors w = (c, s) prepared for products: (c, c) and (-s, s) in every complex lane.
+template <class V> struct Twiddle {
+    V cc, ss;
 };
-inline Twiddle twiddle_of(double c, double s) { return Twiddle{Cv{c, c}, Cv{-s, s}}; }
-inline Twiddle twiddle_at(const double *p) { return twiddle_of(p[0], p[1]); }
+// One twiddle for all lanes.
+template <class V> inline Twiddle<V> twiddle_of(double c, double s) {
+    return Twiddle<V>{Lanes<V>::splat(c, c), Lanes<V>::splat(-s, s)};
+}
+// Consecutive twiddles (c, s), one per lane, from the table at P.
+template <class V> inline Twiddle<V> twiddles_at(const double *p) {
+    const V w = load<V>(p);
+    return Twiddle<V>{Lanes<V>::dup_even(w), Lanes<V>::dup_odd(w) * Lanes<V>::splat(-1.0, 1.0)};
+}
 // (a + ib)(c + is) = (ac - bs, as + bc)
-inline Cv times(Cv x, Twiddle w) { return x * w.cc + swapped(x) * w.ss; }
+template <class V> inline V times(V x, Twiddle<V> w) { return x * w.cc + swapped(x) * w.ss; }
 
-template <int P> inline void cdft(Cv *z);
-
-template <> inline void cdft<2>(Cv *z) {
-    const Cv d = z[0] - z[1];
-    z[0] += z[1];
-    z[1] = d;
+template <int P, class V> inline void cdft(V *z) {
+    if constexpr (P == 2) {
+        const V d = z[0] - z[1];
+        z[0] += z[1];
+        z[1] = d;
+    } else if constexpr (P == 3) {
+        const V t = z[1] + z[2];
+        const V d = kSin60 * (z[1] - z[2]);
+        const V m = z[0] - 0.5 * t;
+        const V e = times_minus_i(d); // (di, -dr)
+        z[0] += t;
+        z[1] = m + e;
+        z[2] = m - e;
+    } else if constexpr (P == 4) {
+        const V a = z[0] + z[2], b = z[0] - z[2];
+        const V c = z[1] + z[3], d = times_minus_i(z[1] - z[3]); // (di, -dr)
+        z[0] = a + c;
+        z[2] = a - c;
+        z[1] = b + d;
+        z[3] = b - d;
+    } else {
+        static_assert(P == 5, "radices 2 to 5");
+        const V t1 = z[1] + z[4], t2 = z[2] + z[3];
+        const V d1 = z[1] - z[4], d2 = z[2] - z[3];
+        const V m1 = z[0] + kCos72 * t1 + kCos144 * t2;
+        const V m2 = z[0] + kCos144 * t1 + kCos72 * t2;
+        const V n1 = times_minus_i(kSin72 * d1 + kSin144 * d2); // (n1i, -n1r)
+        const V n2 = times_minus_i(kSin144 * d1 - kSin72 * d2);
+        z[0] += t1 + t2;
+        z[1] = m1 + n1;
+        z[4] = m1 - n1;
+        z[2] = m2 + n2;
+        z[3] = m2 - n2;
+    }
 }
 
-template <> inline void cdft<3>(Cv *z) {
-    const Cv t = z[1] + z[2];
-    const Cv d = kSin60 * (z[1] - z[2]);
-    const Cv m = z[0] - 0.5 * t;
-    const Cv e = swapped(d) * Cv{1.0, -1.0}; // (di, -dr)
-    z[0] += t;
-    z[1] = m + e;
-    z[2] = m - e;
-}
-
-template <> inline void cdft<4>(Cv *z) {
-    const Cv a = z[0] + z[2], b = z[0] - z[2];
-    const Cv c = z[1] + z[3], d = times_minus_i(z[1] - z[3]); // (di, -dr)
-    z[0] = a + c;
-    z[2] = a - c;
-    z[1] = b + d;
-    z[3] = b - d;
-}
-
-template <> inline void cdft<5>(Cv *z) {
-    const Cv t1 = z[1] + z[4], t2 = z[2] + z[3];
-    const Cv d1 = z[1] - z[4], d2 = z[2] - z[3];
-    const Cv m1 = z[0] + kCos72 * t1 + kCos144 * t2;
-    const Cv m2 = z[0] + kCos144 * t1 + kCos72 * t2;
-    const Cv n1 = times_minus_i(kSin72 * d1 + kSin144 * d2);  // (n1i, -n1r)
-    const Cv n2 = times_minus_i(kSin144 * d1 - kSin72 * d2);
-    z[0] += t1 + t2;
-    z[1] = m1 + n1;
-    z[4] = m1 - n1;
-    z[2] = m2 + n2;
-    z[3] = m2 - n2;
-}
-
+} // namespace
 } // namespace zek::fft
 
 #endif

@@ -11,16 +11,11 @@
 // reads the outputs, applies the inverse small transform and the conjugate twiddles.
 #include "analysis/fft.h"
 #include "analysis/fft_kernels.h"
+#include "analysis/fft_pass_bodies.h"
 
 namespace zek::fft {
 
 namespace {
-
-// exp(-2 pi i idx / N) = (c, -s) for 0 < idx < N/2 from the table.
-inline void twiddle(const RealTable &t, Index idx, double &c, double &s) {
-    c = t.cosv[idx - 1];
-    s = t.sinv[idx - 1];
-}
 
 // The same for any idx in [0, N), through the symmetries of the circle.
 inline void root(const RealTable &t, Index n, Index idx, double &c, double &s) {
@@ -36,256 +31,6 @@ inline void root(const RealTable &t, Index n, Index idx, double &c, double &s) {
     } else {
         c = t.cosv[n - idx - 1];
         s = -t.sinv[n - idx - 1];
-    }
-}
-
-// Access to the values of one group (T = double) or of two neighbouring groups k1, k1+1 side by side
-// (T = Cv, lanes 0 and 1).  Positions rising with k1 are read "up", positions falling with k1 "down":
-// lane 1 of a down access is the value just below.
-struct OneGroup {
-    using T = double;
-    static double up(const double *p) { return *p; }
-    static double down(const double *p) { return *p; }
-    static void put_up(double *p, double v) { *p = v; }
-    static void put_down(double *p, double v) { *p = v; }
-    static double gather(const double *v, Index i, Index) { return v[i]; }
-};
-
-struct TwoGroups {
-    using T = Cv;
-    static Cv up(const double *p) { return load(p); }
-    static Cv down(const double *p) { return swapped(load(p - 1)); }
-    static void put_up(double *p, Cv v) { store(p, v); }
-    static void put_down(double *p, Cv v) { store(p - 1, swapped(v)); }
-    static Cv gather(const double *v, Index i, Index step) { return Cv{v[i], v[i + step]}; }
-};
-
-// The groups 0 < k1 < K/2 of one block: Y(r)(k1) = (x(rK+k1), x(rK+K-k1)) twiddled by
-// exp(-2 pi i r k1 / L), transformed, and Z(k1 + qK) stored in the places of the inputs (as its
-// conjugate partner Z(L - k1 - qK) when that is the one in the lower half).
-template <int P, class G>
-inline void forward_group(double *blk, Index k, Index l, Index k1, const RealTable &t, Index s) {
-    using T = typename G::T;
-    T re[P], im[P];
-    re[0] = G::up(blk + k1);
-    im[0] = G::down(blk + k - k1);
-    for (int r = 1; r < P; ++r) {
-        const Index idx = s * r * k1 - 1;
-        const T wc = G::gather(t.cosv, idx, s * r), ws = G::gather(t.sinv, idx, s * r);
-        const T a = G::up(blk + r * k + k1), b = G::down(blk + r * k + k - k1);
-        re[r] = a * wc + b * ws;
-        im[r] = b * wc - a * ws;
-    }
-    dft<P>(re, im);
-    for (int q = 0; q < P; ++q) {
-        const Index kk = k1 + q * k;
-        if (2 * q + 1 < P + 1) { // kk < L/2 for every k1 < K/2
-            G::put_up(blk + kk, re[q]);
-            G::put_down(blk + l - kk, im[q]);
-        } else {
-            G::put_down(blk + l - kk, re[q]);
-            G::put_up(blk + kk, -im[q]);
-        }
-    }
-}
-
-// The transpose of forward_group.  The inverse small transform is the forward one with real and
-// imaginary parts exchanged, so the loads fill (im, re) and the results are read back the same way.
-template <int P, class G>
-inline void backward_group(double *blk, Index k, Index l, Index k1, const RealTable &t, Index s) {
-    using T = typename G::T;
-    T re[P], im[P];
-    for (int q = 0; q < P; ++q) {
-        const Index kk = k1 + q * k;
-        if (2 * q + 1 < P + 1) {
-            im[q] = G::up(blk + kk);
-            re[q] = G::down(blk + l - kk);
-        } else {
-            im[q] = G::down(blk + l - kk);
-            re[q] = -G::up(blk + kk);
-        }
-    }
-    dft<P>(re, im);
-    G::put_up(blk + k1, im[0]);
-    G::put_down(blk + k - k1, re[0]);
-    for (int r = 1; r < P; ++r) {
-        const Index idx = s * r * k1 - 1;
-        const T wc = G::gather(t.cosv, idx, s * r), ws = G::gather(t.sinv, idx, s * r);
-        // (a + ib)(c + is) with a = im[r], b = re[r]
-        const T a = im[r], b = re[r];
-        G::put_up(blk + r * k + k1, a * wc - b * ws);
-        G::put_down(blk + r * k + k - k1, b * wc + a * ws);
-    }
-}
-
-// The groups 0 < k1 < K/2 of every block of one sequence, two at a time.
-template <int P, bool kForward> void groups_single(Index n, Index k, double *x, const RealTable &t) {
-    const Index l = k * P, s = n / l;
-    for (double *blk = x; blk < x + n; blk += l) {
-        Index k1 = 1;
-        for (; 2 * (k1 + 1) < k; k1 += 2) {
-            if constexpr (kForward)
-                forward_group<P, TwoGroups>(blk, k, l, k1, t, s);
-            else
-                backward_group<P, TwoGroups>(blk, k, l, k1, t, s);
-        }
-        if (2 * k1 < k) {
-            if constexpr (kForward)
-                forward_group<P, OneGroup>(blk, k, l, k1, t, s);
-            else
-                backward_group<P, OneGroup>(blk, k, l, k1, t, s);
-        }
-    }
-}
-
-template <int P, bool kSingle> void forward_pass(int m_rows, int n, Index k, double *x, RealTable t) {
-    const Index m = kSingle ? 1 : m_rows;
-    const Index l = k * P, s = n / l, blocks = n / l;
-    double wc[P], ws[P];
-    for (Index b = 0; b < blocks; ++b) {
-        double *blk = x + b * l * m;
-        // k1 = 0: real inputs.
-        for (Index row = 0; row < m; ++row) {
-            double re[P], im[P];
-            for (int r = 0; r < P; ++r) {
-                re[r] = blk[r * k * m + row];
-                im[r] = 0.0;
-            }
-            dft<P>(re, im);
-            blk[row] = re[0];
-            for (int q = 1; 2 * q < P; ++q) {
-                blk[q * k * m + row] = re[q];
-                blk[(P - q) * k * m + row] = im[q];
-            }
-            if (P % 2 == 0) blk[(P / 2) * k * m + row] = re[P / 2];
-        }
-        // 0 < k1 < K/2: complex inputs in conjugate pairs.
-        if (!kSingle) {
-            for (Index k1 = 1; 2 * k1 < k; ++k1) {
-                for (int r = 1; r < P; ++r) twiddle(t, s * r * k1, wc[r], ws[r]);
-                for (Index row = 0; row < m; ++row) {
-                    double re[P], im[P];
-                    re[0] = blk[k1 * m + row];
-                    im[0] = blk[(k - k1) * m + row];
-                    for (int r = 1; r < P; ++r) {
-                        const double a = blk[(r * k + k1) * m + row], bb = blk[(r * k + k - k1) * m + row];
-                        re[r] = a * wc[r] + bb * ws[r];
-                        im[r] = bb * wc[r] - a * ws[r];
-                    }
-                    dft<P>(re, im);
-                    for (int q = 0; q < P; ++q) {
-                        const Index kk = k1 + q * k;
-                        if (2 * q + 1 < P + 1) {
-                            blk[kk * m + row] = re[q];
-                            blk[(l - kk) * m + row] = im[q];
-                        } else {
-                            blk[(l - kk) * m + row] = re[q];
-                            blk[kk * m + row] = -im[q];
-                        }
-                    }
-                }
-            }
-        }
-        // k1 = K/2: real inputs twiddled by the 2P-th roots.
-        if (k % 2 == 0) {
-            const Index k1 = k / 2;
-            for (int r = 1; r < P; ++r) twiddle(t, s * r * k1, wc[r], ws[r]);
-            for (Index row = 0; row < m; ++row) {
-                double re[P], im[P];
-                re[0] = blk[k1 * m + row];
-                im[0] = 0.0;
-                for (int r = 1; r < P; ++r) {
-                    const double a = blk[(r * k + k1) * m + row];
-                    re[r] = a * wc[r];
-                    im[r] = -a * ws[r];
-                }
-                dft<P>(re, im);
-                for (int q = 0; 2 * q + 1 < P; ++q) {
-                    const Index kk = k1 + q * k;
-                    blk[kk * m + row] = re[q];
-                    blk[(l - kk) * m + row] = im[q];
-                }
-                if (P % 2 == 1) blk[(k1 + (P / 2) * k) * m + row] = re[P / 2];
-            }
-        }
-    }
-    if (kSingle && k > 2) groups_single<P, true>(n, k, x, t);
-}
-
-template <int P, bool kSingle> void backward_pass(int m_rows, int n, Index k, double *x, RealTable t) {
-    const Index m = kSingle ? 1 : m_rows;
-    const Index l = k * P, s = n / l, blocks = n / l;
-    double wc[P], ws[P];
-    if (kSingle && k > 2) groups_single<P, false>(n, k, x, t);
-    // The inverse small transform is the forward one with real and imaginary parts exchanged, so the
-    // loads below fill (im, re) and the results are read back the same way.
-    for (Index b = 0; b < blocks; ++b) {
-        double *blk = x + b * l * m;
-        for (Index row = 0; row < m; ++row) {
-            double re[P], im[P];
-            im[0] = blk[row];
-            re[0] = 0.0;
-            for (int q = 1; 2 * q < P; ++q) {
-                im[q] = blk[q * k * m + row];
-                re[q] = blk[(P - q) * k * m + row];
-                im[P - q] = im[q];
-                re[P - q] = -re[q];
-            }
-            if (P % 2 == 0) {
-                im[P / 2] = blk[(P / 2) * k * m + row];
-                re[P / 2] = 0.0;
-            }
-            dft<P>(re, im);
-            for (int r = 0; r < P; ++r) blk[r * k * m + row] = im[r];
-        }
-        if (!kSingle) {
-            for (Index k1 = 1; 2 * k1 < k; ++k1) {
-                for (int r = 1; r < P; ++r) twiddle(t, s * r * k1, wc[r], ws[r]);
-                for (Index row = 0; row < m; ++row) {
-                    double re[P], im[P];
-                    for (int q = 0; q < P; ++q) {
-                        const Index kk = k1 + q * k;
-                        if (2 * q + 1 < P + 1) {
-                            im[q] = blk[kk * m + row];
-                            re[q] = blk[(l - kk) * m + row];
-                        } else {
-                            im[q] = blk[(l - kk) * m + row];
-                            re[q] = -blk[kk * m + row];
-                        }
-                    }
-                    dft<P>(re, im);
-                    blk[k1 * m + row] = im[0];
-                    blk[(k - k1) * m + row] = re[0];
-                    for (int r = 1; r < P; ++r) {
-                        // (a + ib)(c + is) with a = im[r], b = re[r]
-                        const double a = im[r], bb = re[r];
-                        blk[(r * k + k1) * m + row] = a * wc[r] - bb * ws[r];
-                        blk[(r * k + k - k1) * m + row] = bb * wc[r] + a * ws[r];
-                    }
-                }
-            }
-        }
-        if (k % 2 == 0) {
-            const Index k1 = k / 2;
-            for (int r = 1; r < P; ++r) twiddle(t, s * r * k1, wc[r], ws[r]);
-            for (Index row = 0; row < m; ++row) {
-                double re[P], im[P];
-                for (int q = 0; 2 * q + 1 < P; ++q) {
-                    const Index kk = k1 + q * k;
-                    im[q] = blk[kk * m + row];
-                    re[q] = blk[(l - kk) * m + row];
-                    im[P - 1 - q] = im[q];
-                    re[P - 1 - q] = -re[q];
-                }
-                if (P % 2 == 1) {
-                    im[P / 2] = blk[(k1 + (P / 2) * k) * m + row];
-                    re[P / 2] = 0.0;
-                }
-                dft<P>(re, im);
-                blk[k1 * m + row] = im[0];
-                for (int r = 1; r < P; ++r) blk[(r * k + k1) * m + row] = im[r] * wc[r] - re[r] * ws[r];
-            }
-        }
     }
 }
 
@@ -495,16 +240,20 @@ void general_backward(int p, int m, int n, Index k, double *x, RealTable t, doub
 
 template <int P> void forward_dispatch(int m, int n, Index k, double *x, RealTable t) {
     if (m == 1)
-        forward_pass<P, true>(1, n, k, x, t);
+        forward_pass<P, V2, true>(1, n, k, x, t);
+    else if (wide::enabled())
+        wide::real_pass_rows(true, P, m, n, k, x, t);
     else
-        forward_pass<P, false>(m, n, k, x, t);
+        forward_pass<P, V2, false>(m, n, k, x, t);
 }
 
 template <int P> void backward_dispatch(int m, int n, Index k, double *x, RealTable t) {
     if (m == 1)
-        backward_pass<P, true>(1, n, k, x, t);
+        backward_pass<P, V2, true>(1, n, k, x, t);
+    else if (wide::enabled())
+        wide::real_pass_rows(false, P, m, n, k, x, t);
     else
-        backward_pass<P, false>(m, n, k, x, t);
+        backward_pass<P, V2, false>(m, n, k, x, t);
 }
 
 } // namespace

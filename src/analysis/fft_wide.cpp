@@ -1,0 +1,66 @@
+// The written-out passes of fft_pass_bodies.h built for AVX2 registers (four doubles), chosen at run
+// time when the processor has them.  Only additions, subtractions and products of doubles, each
+// rounded as in the ordinary build (no contraction into fused multiply-adds), so both builds give the
+// same bits.
+#include <atomic>
+
+#include "analysis/fft.h"
+
+namespace zek::fft::wide {
+
+namespace {
+std::atomic<bool> allowed{true};
+}
+
+bool enabled() {
+    static const bool present = __builtin_cpu_supports("avx2");
+    return present && allowed.load(std::memory_order_relaxed);
+}
+
+void allow(bool a) { allowed.store(a, std::memory_order_relaxed); }
+
+} // namespace zek::fft::wide
+
+// Everything below is compiled for AVX2.  The headers it includes define only functions of internal
+// linkage, so none of these copies can be picked for code that runs without AVX2.
+#pragma GCC push_options
+#pragma GCC target("avx2")
+#define ZEK_FFT_WIDE 1
+
+#include "analysis/fft_pass_bodies.h"
+
+namespace zek::fft::wide {
+
+void complex_pass(int p, int m, Index ldi, Index ldo, int ido, int l1, const double *cc, double *ch,
+                  const double *tw) {
+    const bool single = m == 1 && ldi == 1 && ldo == 1;
+    switch (p) {
+    case 2:
+        single ? pass_single<2, V4>(ido, l1, cc, ch, tw) : pass_rows<2, V4>(m, ldi, ldo, ido, l1, cc, ch, tw);
+        break;
+    case 3:
+        single ? pass_single<3, V4>(ido, l1, cc, ch, tw) : pass_rows<3, V4>(m, ldi, ldo, ido, l1, cc, ch, tw);
+        break;
+    case 4:
+        single ? pass_single<4, V4>(ido, l1, cc, ch, tw) : pass_rows<4, V4>(m, ldi, ldo, ido, l1, cc, ch, tw);
+        break;
+    default:
+        single ? pass_single<5, V4>(ido, l1, cc, ch, tw) : pass_rows<5, V4>(m, ldi, ldo, ido, l1, cc, ch, tw);
+        break;
+    }
+}
+
+void real_pass_rows(bool forward, int p, int m, int n, Index k, double *x, RealTable t) {
+    switch (p) {
+    case 2: forward ? forward_pass<2, V4, false>(m, n, k, x, t) : backward_pass<2, V4, false>(m, n, k, x, t); break;
+    case 3: forward ? forward_pass<3, V4, false>(m, n, k, x, t) : backward_pass<3, V4, false>(m, n, k, x, t); break;
+    case 4: forward ? forward_pass<4, V4, false>(m, n, k, x, t) : backward_pass<4, V4, false>(m, n, k, x, t); break;
+    case 5: forward ? forward_pass<5, V4, false>(m, n, k, x, t) : backward_pass<5, V4, false>(m, n, k, x, t); break;
+    case 6: forward ? forward_pass<6, V4, false>(m, n, k, x, t) : backward_pass<6, V4, false>(m, n, k, x, t); break;
+    default: forward ? forward_pass<8, V4, false>(m, n, k, x, t) : backward_pass<8, V4, false>(m, n, k, x, t); break;
+    }
+}
+
+} // namespace zek::fft::wide
+
+#pragma GCC pop_options
