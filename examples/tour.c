@@ -72,6 +72,7 @@ int main(void) {
     tour_kernels();
     tour_linear();
     tour_fourier();
+    tour_options();
     tour_lp();
     tour_integer();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces);

@@ -12,6 +12,7 @@ void tour_sorting(void);
 void tour_kernels(void);
 void tour_linear(void);
 void tour_fourier(void);
+void tour_options(void);
 void tour_lp(void);
 void tour_integer(void);
 
