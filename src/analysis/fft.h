@@ -136,7 +136,9 @@ void allow(bool allowed);
 // As complex_pass for the factors 2 to 5.
 void complex_pass(int p, int m, Index ldi, Index ldo, int ido, int l1, const double *cc, double *ch,
                   const double *tw);
-// As real_pass_forward / real_pass_backward for the factors 2, 3, 4, 5, 6 and 8 on M > 1 rows.
+// As real_pass_forward / real_pass_backward for the factors 2, 3, 4, 5, 6 and 8, on one sequence or
+// on M > 1 rows.
+void real_pass_single(bool forward, int p, int n, Index k, double *x, RealTable t);
 void real_pass_rows(bool forward, int p, int m, int n, Index k, double *x, RealTable t);
 } // namespace wide
 

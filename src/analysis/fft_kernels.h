@@ -9,6 +9,9 @@
 #ifndef ZEK_ANALYSIS_FFT_KERNELS_H
 #define ZEK_ANALYSIS_FFT_KERNELS_H
 
+// The butterflies are meant to vanish into the loops that call them, their arrays into registers.
+#define ZEK_FFT_INLINE inline __attribute__((always_inline))
+
 namespace zek::fft {
 // Everything here has internal linkage: each source file gets its own copies, compiled for the
 // instructions that file is built for, so no copy built for wider registers can stand in for another.
@@ -21,7 +24,7 @@ constexpr double kCos144 = -0.80901699437494742410; // cos(4 pi / 5)
 constexpr double kSin72 = 0.95105651629515357212;   // sin(2 pi / 5)
 constexpr double kSin144 = 0.58778525229247312917;  // sin(4 pi / 5)
 
-template <class T> inline void dft2(T *re, T *im) {
+template <class T> ZEK_FFT_INLINE void dft2(T *re, T *im) {
     const T r = re[0] - re[1], i = im[0] - im[1];
     re[0] += re[1];
     im[0] += im[1];
@@ -29,7 +32,7 @@ template <class T> inline void dft2(T *re, T *im) {
     im[1] = i;
 }
 
-template <class T> inline void dft3(T *re, T *im) {
+template <class T> ZEK_FFT_INLINE void dft3(T *re, T *im) {
     const T tr = re[1] + re[2], ti = im[1] + im[2];
     const T dr = kSin60 * (re[1] - re[2]), di = kSin60 * (im[1] - im[2]);
     const T mr = re[0] - 0.5 * tr, mi = im[0] - 0.5 * ti;
@@ -41,7 +44,7 @@ template <class T> inline void dft3(T *re, T *im) {
     im[2] = mi + dr;
 }
 
-template <class T> inline void dft4(T *re, T *im) {
+template <class T> ZEK_FFT_INLINE void dft4(T *re, T *im) {
     const T ar = re[0] + re[2], ai = im[0] + im[2];
     const T br = re[0] - re[2], bi = im[0] - im[2];
     const T cr = re[1] + re[3], ci = im[1] + im[3];
@@ -56,7 +59,7 @@ template <class T> inline void dft4(T *re, T *im) {
     im[3] = bi + dr;
 }
 
-template <class T> inline void dft5(T *re, T *im) {
+template <class T> ZEK_FFT_INLINE void dft5(T *re, T *im) {
     const T t1r = re[1] + re[4], t1i = im[1] + im[4];
     const T t2r = re[2] + re[3], t2i = im[2] + im[3];
     const T d1r = re[1] - re[4], d1i = im[1] - im[4];
@@ -78,7 +81,7 @@ template <class T> inline void dft5(T *re, T *im) {
 }
 
 // 6 = 2 x 3: two transforms of three on the even and odd values, joined with the sixth roots.
-template <class T> inline void dft6(T *re, T *im) {
+template <class T> ZEK_FFT_INLINE void dft6(T *re, T *im) {
     T er[3] = {re[0], re[2], re[4]}, ei[3] = {im[0], im[2], im[4]};
     T orr[3] = {re[1], re[3], re[5]}, oi[3] = {im[1], im[3], im[5]};
     dft3(er, ei);
@@ -101,7 +104,7 @@ template <class T> inline void dft6(T *re, T *im) {
 }
 
 // 8 = 2 x 4: two transforms of four, joined with the eighth roots.
-template <class T> inline void dft8(T *re, T *im) {
+template <class T> ZEK_FFT_INLINE void dft8(T *re, T *im) {
     T er[4] = {re[0], re[2], re[4], re[6]}, ei[4] = {im[0], im[2], im[4], im[6]};
     T orr[4] = {re[1], re[3], re[5], re[7]}, oi[4] = {im[1], im[3], im[5], im[7]};
     dft4(er, ei);
@@ -130,7 +133,7 @@ template <class T> inline void dft8(T *re, T *im) {
 
 // dft<P> for the radices that have a written-out form.  T is double, or a vector of doubles holding
 // several independent transforms side by side.
-template <int P, class T> inline void dft(T *re, T *im) {
+template <int P, class T> ZEK_FFT_INLINE void dft(T *re, T *im) {
     if constexpr (P == 2)
         dft2(re, im);
     else if constexpr (P == 3)
@@ -143,6 +146,122 @@ template <int P, class T> inline void dft(T *re, T *im) {
         dft6(re, im);
     else
         dft8(re, im);
+}
+
+// ---- Real data ----
+//
+// rdft<P>(x, re, im): the transform of P real values, Z(q) = (re[q], im[q]) for q = 0 .. P/2; the
+// imaginary parts of Z(0) and (P even) Z(P/2) are zero and not set.
+template <int P, class T> ZEK_FFT_INLINE void rdft(const T *x, T *re, T *im) {
+    if constexpr (P == 2) {
+        re[0] = x[0] + x[1];
+        re[1] = x[0] - x[1];
+    } else if constexpr (P == 3) {
+        const T t = x[1] + x[2];
+        re[0] = x[0] + t;
+        re[1] = x[0] - 0.5 * t;
+        im[1] = -(kSin60 * (x[1] - x[2]));
+    } else if constexpr (P == 4) {
+        const T a = x[0] + x[2], b = x[0] - x[2], c = x[1] + x[3], d = x[1] - x[3];
+        re[0] = a + c;
+        re[1] = b;
+        im[1] = -d;
+        re[2] = a - c;
+    } else if constexpr (P == 5) {
+        const T t1 = x[1] + x[4], t2 = x[2] + x[3], d1 = x[1] - x[4], d2 = x[2] - x[3];
+        re[0] = x[0] + (t1 + t2);
+        re[1] = x[0] + kCos72 * t1 + kCos144 * t2;
+        im[1] = -(kSin72 * d1 + kSin144 * d2);
+        re[2] = x[0] + kCos144 * t1 + kCos72 * t2;
+        im[2] = -(kSin144 * d1 - kSin72 * d2);
+    } else if constexpr (P == 8) {
+        // Even and odd halves by fours, joined with exp(-i pi/4) = s(1 - i) and its powers.
+        const T ea = x[0] + x[4], eb = x[0] - x[4], ec = x[2] + x[6], ed = x[2] - x[6];
+        const T oa = x[1] + x[5], ob = x[1] - x[5], oc = x[3] + x[7], od = x[3] - x[7];
+        const T e0 = ea + ec, e2 = ea - ec, o0 = oa + oc, o2 = oa - oc;
+        const T u = kSqrtHalf * (ob - od), v = kSqrtHalf * (ob + od);
+        re[0] = e0 + o0;
+        re[4] = e0 - o0;
+        re[2] = e2;
+        im[2] = -o2;
+        re[1] = eb + u;
+        im[1] = -ed - v;
+        re[3] = eb - u;
+        im[3] = ed - v;
+    } else {
+        T zr[P], zi[P];
+        for (int r = 0; r < P; ++r) {
+            zr[r] = x[r];
+            zi[r] = T{};
+        }
+        dft<P>(zr, zi);
+        for (int q = 0; 2 * q <= P; ++q) {
+            re[q] = zr[q];
+            im[q] = zi[q];
+        }
+    }
+}
+
+// hdft<P>(re, im, y): the real y(r) = sum over q of Z(q) exp(+2 pi i r q / P), r = 0 .. P-1, for the
+// Hermitian Z given by Z(q) = (re[q], im[q]) for q = 0 .. P/2 (im[0] and, P even, im[P/2] unused).
+template <int P, class T> ZEK_FFT_INLINE void hdft(const T *re, const T *im, T *y) {
+    if constexpr (P == 2) {
+        y[0] = re[0] + re[1];
+        y[1] = re[0] - re[1];
+    } else if constexpr (P == 3) {
+        const T a2 = re[1] + re[1], d = kSin60 * (im[1] + im[1]), m = re[0] - re[1];
+        y[0] = re[0] + a2;
+        y[1] = m - d;
+        y[2] = m + d;
+    } else if constexpr (P == 4) {
+        const T s = re[0] + re[2], t = re[0] - re[2], a2 = re[1] + re[1], b2 = im[1] + im[1];
+        y[0] = s + a2;
+        y[2] = s - a2;
+        y[1] = t - b2;
+        y[3] = t + b2;
+    } else if constexpr (P == 5) {
+        const T a1 = re[1] + re[1], a2 = re[2] + re[2], b1 = im[1] + im[1], b2 = im[2] + im[2];
+        const T m1 = re[0] + kCos72 * a1 + kCos144 * a2, m2 = re[0] + kCos144 * a1 + kCos72 * a2;
+        const T n1 = kSin72 * b1 + kSin144 * b2, n2 = kSin144 * b1 - kSin72 * b2;
+        y[0] = re[0] + (a1 + a2);
+        y[1] = m1 - n1;
+        y[4] = m1 + n1;
+        y[2] = m2 - n2;
+        y[3] = m2 + n2;
+    } else if constexpr (P == 8) {
+        // The even frequencies give a real transform of four, the odd ones the turned part.
+        const T s = re[0] + re[4], t = re[0] - re[4], a2 = re[2] + re[2], b2 = im[2] + im[2];
+        const T e0 = s + a2, e2 = s - a2, e1 = t - b2, e3 = t + b2;
+        const T o0 = 2.0 * (re[1] + re[3]);
+        const T o1 = (2.0 * kSqrtHalf) * ((re[1] - im[1]) - (re[3] + im[3]));
+        const T o2 = 2.0 * (im[3] - im[1]);
+        const T o3 = (2.0 * kSqrtHalf) * ((re[3] - im[3]) - (re[1] + im[1]));
+        y[0] = e0 + o0;
+        y[4] = e0 - o0;
+        y[1] = e1 + o1;
+        y[5] = e1 - o1;
+        y[2] = e2 + o2;
+        y[6] = e2 - o2;
+        y[3] = e3 + o3;
+        y[7] = e3 - o3;
+    } else {
+        // Through the complex form, real and imaginary parts exchanged (see dft above).
+        T zr[P], zi[P];
+        zi[0] = re[0];
+        zr[0] = T{};
+        for (int q = 1; 2 * q < P; ++q) {
+            zi[q] = re[q];
+            zr[q] = im[q];
+            zi[P - q] = re[q];
+            zr[P - q] = -im[q];
+        }
+        if (P % 2 == 0) {
+            zi[P / 2] = re[P / 2];
+            zr[P / 2] = T{};
+        }
+        dft<P>(zr, zi);
+        for (int r = 0; r < P; ++r) y[r] = zi[r];
+    }
 }
 
 // ---- The same butterflies on complex numbers held as pairs (re, im) in vectors ----
@@ -208,7 +327,7 @@ template <class V> inline Twiddle<V> twiddles_at(const double *p) {
 // (a + ib)(c + is) = (ac - bs, as + bc)
 template <class V> inline V times(V x, Twiddle<V> w) { return x * w.cc + swapped(x) * w.ss; }
 
-template <int P, class V> inline void cdft(V *z) {
+template <int P, class V> ZEK_FFT_INLINE void cdft(V *z) {
     if constexpr (P == 2) {
         const V d = z[0] - z[1];
         z[0] += z[1];

@@ -32,40 +32,142 @@ inline void twiddle(const RealTable &t, Index idx, double &c, double &s) {
     s = t.sinv[idx - 1];
 }
 
-// Access to the values of one group (T = double) or of two neighbouring groups k1, k1+1 side by side
-// (T = Cv, lanes 0 and 1).  Positions rising with k1 are read "up", positions falling with k1 "down":
-// lane 1 of a down access is the value just below.
+// Access to the values of one group (T = double) of one sequence, of two neighbouring groups k1, k1+1
+// side by side (T = Cv, lanes 0 and 1), or of the same group in two neighbouring blocks, L apart.
+// Positions rising with k1 are read "up", positions falling with k1 "down": lane 1 of a down access
+// of two groups is the value just below.  gather() reads the twiddles of the lanes.
 struct OneGroup {
     using T = double;
-    static double up(const double *p) { return *p; }
-    static double down(const double *p) { return *p; }
-    static void put_up(double *p, double v) { *p = v; }
-    static void put_down(double *p, double v) { *p = v; }
-    static double gather(const double *v, Index i, Index) { return v[i]; }
+    double up(const double *p) const { return *p; }
+    double down(const double *p) const { return *p; }
+    void put_up(double *p, double v) const { *p = v; }
+    void put_down(double *p, double v) const { *p = v; }
+    double gather(const double *v, Index i, Index) const { return v[i]; }
 };
 
 struct TwoGroups {
     using T = Cv;
-    static Cv up(const double *p) { return load(p); }
-    static Cv down(const double *p) { return swapped(load(p - 1)); }
-    static void put_up(double *p, Cv v) { store(p, v); }
-    static void put_down(double *p, Cv v) { store(p - 1, swapped(v)); }
-    static Cv gather(const double *v, Index i, Index step) { return Cv{v[i], v[i + step]}; }
+    Cv up(const double *p) const { return load(p); }
+    Cv down(const double *p) const { return swapped(load(p - 1)); }
+    void put_up(double *p, Cv v) const { store(p, v); }
+    void put_down(double *p, Cv v) const { store(p - 1, swapped(v)); }
+    Cv gather(const double *v, Index i, Index step) const { return Cv{v[i], v[i + step]}; }
 };
+
+struct TwoBlocks {
+    using T = Cv;
+    Index l;
+    Cv up(const double *p) const { return Cv{p[0], p[l]}; }
+    Cv down(const double *p) const { return up(p); }
+    void put_up(double *p, Cv v) const {
+        p[0] = v[0];
+        p[l] = v[1];
+    }
+    void put_down(double *p, Cv v) const { put_up(p, v); }
+    Cv gather(const double *v, Index i, Index) const { return Cv{v[i], v[i]}; }
+};
+
+#if defined(ZEK_FFT_WIDE)
+// Four groups k1 .. k1+3 in the lanes of a V4.
+struct FourGroups {
+    using T = V4;
+    using Mask = long long __attribute__((vector_size(32)));
+    static V4 reversed(V4 v) { return __builtin_shuffle(v, Mask{3, 2, 1, 0}); }
+    V4 up(const double *p) const { return load<V4>(p); }
+    V4 down(const double *p) const { return reversed(load<V4>(p - 3)); }
+    void put_up(double *p, V4 v) const { store(p, v); }
+    void put_down(double *p, V4 v) const { store(p - 3, reversed(v)); }
+    V4 gather(const double *v, Index i, Index step) const {
+        return V4{v[i], v[i + step], v[i + 2 * step], v[i + 3 * step]};
+    }
+};
+
+#endif
+
+// The group k1 = 0 of a block: a transform of P real values, Z(qK) for q <= P/2 in place.
+template <int P, class G> inline void forward_zero(const G &g, double *blk, Index k) {
+    using T = typename G::T;
+    T xr[P], re[P / 2 + 1], im[P / 2 + 1];
+    for (int r = 0; r < P; ++r) xr[r] = g.up(blk + r * k);
+    rdft<P>(xr, re, im);
+    g.put_up(blk, re[0]);
+    for (int q = 1; 2 * q < P; ++q) {
+        g.put_up(blk + q * k, re[q]);
+        g.put_up(blk + (P - q) * k, im[q]);
+    }
+    if (P % 2 == 0) g.put_up(blk + (P / 2) * k, re[P / 2]);
+}
+
+template <int P, class G> inline void backward_zero(const G &g, double *blk, Index k) {
+    using T = typename G::T;
+    T re[P / 2 + 1], im[P / 2 + 1], y[P];
+    re[0] = g.up(blk);
+    for (int q = 1; 2 * q < P; ++q) {
+        re[q] = g.up(blk + q * k);
+        im[q] = g.up(blk + (P - q) * k);
+    }
+    if (P % 2 == 0) re[P / 2] = g.up(blk + (P / 2) * k);
+    hdft<P>(re, im, y);
+    for (int r = 0; r < P; ++r) g.put_up(blk + r * k, y[r]);
+}
+
+// The group k1 = K/2 (K even): real inputs twiddled by the 2P-th roots (WC, WS), Z(K/2 + qK) for
+// 2q + 1 <= P in place.
+template <int P, class G>
+inline void forward_half(const G &g, double *blk, Index k, Index l, const double *wc, const double *ws) {
+    using T = typename G::T;
+    const Index k1 = k / 2;
+    T re[P], im[P];
+    re[0] = g.up(blk + k1);
+    im[0] = T{};
+    for (int r = 1; r < P; ++r) {
+        const T a = g.up(blk + r * k + k1);
+        re[r] = a * wc[r];
+        im[r] = -a * ws[r];
+    }
+    dft<P>(re, im);
+    for (int q = 0; 2 * q + 1 < P; ++q) {
+        const Index kk = k1 + q * k;
+        g.put_up(blk + kk, re[q]);
+        g.put_up(blk + l - kk, im[q]);
+    }
+    if (P % 2 == 1) g.put_up(blk + k1 + (P / 2) * k, re[P / 2]);
+}
+
+template <int P, class G>
+inline void backward_half(const G &g, double *blk, Index k, Index l, const double *wc, const double *ws) {
+    using T = typename G::T;
+    const Index k1 = k / 2;
+    T re[P], im[P];
+    for (int q = 0; 2 * q + 1 < P; ++q) {
+        const Index kk = k1 + q * k;
+        im[q] = g.up(blk + kk);
+        re[q] = g.up(blk + l - kk);
+        im[P - 1 - q] = im[q];
+        re[P - 1 - q] = -re[q];
+    }
+    if (P % 2 == 1) {
+        im[P / 2] = g.up(blk + k1 + (P / 2) * k);
+        re[P / 2] = T{};
+    }
+    dft<P>(re, im);
+    g.put_up(blk + k1, im[0]);
+    for (int r = 1; r < P; ++r) g.put_up(blk + r * k + k1, im[r] * wc[r] - re[r] * ws[r]);
+}
 
 // The groups 0 < k1 < K/2 of one block: Y(r)(k1) = (x(rK+k1), x(rK+K-k1)) twiddled by
 // exp(-2 pi i r k1 / L), transformed, and Z(k1 + qK) stored in the places of the inputs (as its
 // conjugate partner Z(L - k1 - qK) when that is the one in the lower half).
 template <int P, class G>
-inline void forward_group(double *blk, Index k, Index l, Index k1, const RealTable &t, Index s) {
+inline void forward_group(const G &g, double *blk, Index k, Index l, Index k1, const RealTable &t, Index s) {
     using T = typename G::T;
     T re[P], im[P];
-    re[0] = G::up(blk + k1);
-    im[0] = G::down(blk + k - k1);
+    re[0] = g.up(blk + k1);
+    im[0] = g.down(blk + k - k1);
     for (int r = 1; r < P; ++r) {
         const Index idx = s * r * k1 - 1;
-        const T wc = G::gather(t.cosv, idx, s * r), ws = G::gather(t.sinv, idx, s * r);
-        const T a = G::up(blk + r * k + k1), b = G::down(blk + r * k + k - k1);
+        const T wc = g.gather(t.cosv, idx, s * r), ws = g.gather(t.sinv, idx, s * r);
+        const T a = g.up(blk + r * k + k1), b = g.down(blk + r * k + k - k1);
         re[r] = a * wc + b * ws;
         im[r] = b * wc - a * ws;
     }
@@ -73,11 +175,11 @@ inline void forward_group(double *blk, Index k, Index l, Index k1, const RealTab
     for (int q = 0; q < P; ++q) {
         const Index kk = k1 + q * k;
         if (2 * q + 1 < P + 1) { // kk < L/2 for every k1 < K/2
-            G::put_up(blk + kk, re[q]);
-            G::put_down(blk + l - kk, im[q]);
+            g.put_up(blk + kk, re[q]);
+            g.put_down(blk + l - kk, im[q]);
         } else {
-            G::put_down(blk + l - kk, re[q]);
-            G::put_up(blk + kk, -im[q]);
+            g.put_down(blk + l - kk, re[q]);
+            g.put_up(blk + kk, -im[q]);
         }
     }
 }
@@ -85,49 +187,89 @@ inline void forward_group(double *blk, Index k, Index l, Index k1, const RealTab
 // The transpose of forward_group.  The inverse small transform is the forward one with real and
 // imaginary parts exchanged, so the loads fill (im, re) and the results are read back the same way.
 template <int P, class G>
-inline void backward_group(double *blk, Index k, Index l, Index k1, const RealTable &t, Index s) {
+inline void backward_group(const G &g, double *blk, Index k, Index l, Index k1, const RealTable &t, Index s) {
     using T = typename G::T;
     T re[P], im[P];
     for (int q = 0; q < P; ++q) {
         const Index kk = k1 + q * k;
         if (2 * q + 1 < P + 1) {
-            im[q] = G::up(blk + kk);
-            re[q] = G::down(blk + l - kk);
+            im[q] = g.up(blk + kk);
+            re[q] = g.down(blk + l - kk);
         } else {
-            im[q] = G::down(blk + l - kk);
-            re[q] = -G::up(blk + kk);
+            im[q] = g.down(blk + l - kk);
+            re[q] = -g.up(blk + kk);
         }
     }
     dft<P>(re, im);
-    G::put_up(blk + k1, im[0]);
-    G::put_down(blk + k - k1, re[0]);
+    g.put_up(blk + k1, im[0]);
+    g.put_down(blk + k - k1, re[0]);
     for (int r = 1; r < P; ++r) {
         const Index idx = s * r * k1 - 1;
-        const T wc = G::gather(t.cosv, idx, s * r), ws = G::gather(t.sinv, idx, s * r);
+        const T wc = g.gather(t.cosv, idx, s * r), ws = g.gather(t.sinv, idx, s * r);
         // (a + ib)(c + is) with a = im[r], b = re[r]
         const T a = im[r], b = re[r];
-        G::put_up(blk + r * k + k1, a * wc - b * ws);
-        G::put_down(blk + r * k + k - k1, b * wc + a * ws);
+        g.put_up(blk + r * k + k1, a * wc - b * ws);
+        g.put_down(blk + r * k + k - k1, b * wc + a * ws);
     }
 }
 
-// The groups 0 < k1 < K/2 of every block of one sequence, two at a time.
-template <int P, bool kForward> void groups_single(Index n, Index k, double *x, const RealTable &t) {
-    const Index l = k * P, s = n / l;
-    for (double *blk = x; blk < x + n; blk += l) {
+// One pass of one sequence.  While the blocks are many and short, every group is done for several
+// blocks at once (BLOCKS: their twiddles are the same); when they are long, the groups
+// 0 < k1 < K/2 of a block go several at a time instead (GROUPS).  What is left over goes one by one.
+template <int P, bool kForward, class Blocks = TwoBlocks, class Groups = TwoGroups>
+void single_pass(Index n, Index k, double *x, const RealTable &t) {
+    constexpr Index kLanes = sizeof(typename Groups::T) / sizeof(double);
+    constexpr Index kBlockLanes = sizeof(typename Blocks::T) / sizeof(double);
+    const Index l = k * P, s = n / l, blocks = n / l;
+    const bool across = k < 16 && blocks >= kBlockLanes;
+    auto for_blocks = [&](auto group) {
+        Index b = 0;
+        if (across)
+            for (; b + kBlockLanes <= blocks; b += kBlockLanes) group(Blocks{l}, x + b * l);
+        for (; b < blocks; ++b) group(OneGroup{}, x + b * l);
+    };
+    auto along_block = [&](double *blk) {
         Index k1 = 1;
-        for (; 2 * (k1 + 1) < k; k1 += 2) {
+        for (; 2 * (k1 + kLanes - 1) < k; k1 += kLanes) {
             if constexpr (kForward)
-                forward_group<P, TwoGroups>(blk, k, l, k1, t, s);
+                forward_group<P>(Groups{}, blk, k, l, k1, t, s);
             else
-                backward_group<P, TwoGroups>(blk, k, l, k1, t, s);
+                backward_group<P>(Groups{}, blk, k, l, k1, t, s);
         }
-        if (2 * k1 < k) {
+        for (; 2 * k1 < k; ++k1) {
             if constexpr (kForward)
-                forward_group<P, OneGroup>(blk, k, l, k1, t, s);
+                forward_group<P>(OneGroup{}, blk, k, l, k1, t, s);
             else
-                backward_group<P, OneGroup>(blk, k, l, k1, t, s);
+                backward_group<P>(OneGroup{}, blk, k, l, k1, t, s);
         }
+    };
+    for_blocks([&](auto g, double *blk) {
+        if constexpr (kForward)
+            forward_zero<P>(g, blk, k);
+        else
+            backward_zero<P>(g, blk, k);
+    });
+    if (k % 2 == 0) {
+        double wc[P], ws[P];
+        for (int r = 1; r < P; ++r) twiddle(t, s * r * (k / 2), wc[r], ws[r]);
+        for_blocks([&](auto g, double *blk) {
+            if constexpr (kForward)
+                forward_half<P>(g, blk, k, l, wc, ws);
+            else
+                backward_half<P>(g, blk, k, l, wc, ws);
+        });
+    }
+    if (across) {
+        for (Index k1 = 1; 2 * k1 < k; ++k1) {
+            for_blocks([&](auto g, double *blk) {
+                if constexpr (kForward)
+                    forward_group<P>(g, blk, k, l, k1, t, s);
+                else
+                    backward_group<P>(g, blk, k, l, k1, t, s);
+            });
+        }
+    } else {
+        for (double *blk = x; blk < x + n; blk += l) along_block(blk);
     }
 }
 
@@ -149,10 +291,9 @@ template <class V, class Body> inline void over_rows(Index m, Body body) {
     for (; row < m; ++row) body(0.0, row);
 }
 
-// The real passes on rows of M values (M = 1: one sequence, whose groups 0 < k1 < K/2 go through
-// groups_single instead).  The rows are done side by side in vectors of V.
-template <int P, class V, bool kSingle> void forward_pass(int m_rows, int n, Index k, double *x, RealTable t) {
-    const Index m = kSingle ? 1 : m_rows;
+// The real passes on rows of M > 1 values, side by side in vectors of V.
+template <int P, class V> void forward_pass(int m_rows, int n, Index k, double *x, RealTable t) {
+    const Index m = m_rows;
     const Index l = k * P, s = n / l, blocks = n / l;
     double wc[P], ws[P];
     for (Index b = 0; b < blocks; ++b) {
@@ -175,7 +316,7 @@ template <int P, class V, bool kSingle> void forward_pass(int m_rows, int n, Ind
             if (P % 2 == 0) Row<T>::put(v + (P / 2) * k * m, re[P / 2]);
         });
         // 0 < k1 < K/2: complex inputs in conjugate pairs.
-        for (Index k1 = 1; !kSingle && 2 * k1 < k; ++k1) {
+        for (Index k1 = 1; 2 * k1 < k; ++k1) {
             for (int r = 1; r < P; ++r) twiddle(t, s * r * k1, wc[r], ws[r]);
             over_rows<V>(m, [&](auto lane, Index row) {
                 using T = decltype(lane);
@@ -226,14 +367,12 @@ template <int P, class V, bool kSingle> void forward_pass(int m_rows, int n, Ind
             });
         }
     }
-    if (kSingle && k > 2) groups_single<P, true>(n, k, x, t);
 }
 
-template <int P, class V, bool kSingle> void backward_pass(int m_rows, int n, Index k, double *x, RealTable t) {
-    const Index m = kSingle ? 1 : m_rows;
+template <int P, class V> void backward_pass(int m_rows, int n, Index k, double *x, RealTable t) {
+    const Index m = m_rows;
     const Index l = k * P, s = n / l, blocks = n / l;
     double wc[P], ws[P];
-    if (kSingle && k > 2) groups_single<P, false>(n, k, x, t);
     // The inverse small transform is the forward one with real and imaginary parts exchanged, so the
     // loads below fill (im, re) and the results are read back the same way.
     for (Index b = 0; b < blocks; ++b) {
@@ -257,7 +396,7 @@ template <int P, class V, bool kSingle> void backward_pass(int m_rows, int n, In
             dft<P>(re, im);
             for (int r = 0; r < P; ++r) Row<T>::put(v + r * k * m, im[r]);
         });
-        for (Index k1 = 1; !kSingle && 2 * k1 < k; ++k1) {
+        for (Index k1 = 1; 2 * k1 < k; ++k1) {
             for (int r = 1; r < P; ++r) twiddle(t, s * r * k1, wc[r], ws[r]);
             over_rows<V>(m, [&](auto lane, Index row) {
                 using T = decltype(lane);

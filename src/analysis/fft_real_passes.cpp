@@ -239,21 +239,25 @@ void general_backward(int p, int m, int n, Index k, double *x, RealTable t, doub
 }
 
 template <int P> void forward_dispatch(int m, int n, Index k, double *x, RealTable t) {
-    if (m == 1)
-        forward_pass<P, V2, true>(1, n, k, x, t);
+    if (m == 1 && wide::enabled())
+        wide::real_pass_single(true, P, n, k, x, t);
+    else if (m == 1)
+        single_pass<P, true>(n, k, x, t);
     else if (wide::enabled())
         wide::real_pass_rows(true, P, m, n, k, x, t);
     else
-        forward_pass<P, V2, false>(m, n, k, x, t);
+        forward_pass<P, V2>(m, n, k, x, t);
 }
 
 template <int P> void backward_dispatch(int m, int n, Index k, double *x, RealTable t) {
-    if (m == 1)
-        backward_pass<P, V2, true>(1, n, k, x, t);
+    if (m == 1 && wide::enabled())
+        wide::real_pass_single(false, P, n, k, x, t);
+    else if (m == 1)
+        single_pass<P, false>(n, k, x, t);
     else if (wide::enabled())
         wide::real_pass_rows(false, P, m, n, k, x, t);
     else
-        backward_pass<P, V2, false>(m, n, k, x, t);
+        backward_pass<P, V2>(m, n, k, x, t);
 }
 
 } // namespace

@@ -50,14 +50,25 @@ void complex_pass(int p, int m, Index ldi, Index ldo, int ido, int l1, const dou
     }
 }
 
+void real_pass_single(bool forward, int p, int n, Index k, double *x, RealTable t) {
+    switch (p) {
+    case 2: forward ? single_pass<2, true, TwoBlocks, FourGroups>(n, k, x, t) : single_pass<2, false, TwoBlocks, FourGroups>(n, k, x, t); break;
+    case 3: forward ? single_pass<3, true, TwoBlocks, FourGroups>(n, k, x, t) : single_pass<3, false, TwoBlocks, FourGroups>(n, k, x, t); break;
+    case 4: forward ? single_pass<4, true, TwoBlocks, FourGroups>(n, k, x, t) : single_pass<4, false, TwoBlocks, FourGroups>(n, k, x, t); break;
+    case 5: forward ? single_pass<5, true, TwoBlocks, FourGroups>(n, k, x, t) : single_pass<5, false, TwoBlocks, FourGroups>(n, k, x, t); break;
+    case 6: forward ? single_pass<6, true, TwoBlocks, FourGroups>(n, k, x, t) : single_pass<6, false, TwoBlocks, FourGroups>(n, k, x, t); break;
+    default: forward ? single_pass<8, true, TwoBlocks, FourGroups>(n, k, x, t) : single_pass<8, false, TwoBlocks, FourGroups>(n, k, x, t); break;
+    }
+}
+
 void real_pass_rows(bool forward, int p, int m, int n, Index k, double *x, RealTable t) {
     switch (p) {
-    case 2: forward ? forward_pass<2, V4, false>(m, n, k, x, t) : backward_pass<2, V4, false>(m, n, k, x, t); break;
-    case 3: forward ? forward_pass<3, V4, false>(m, n, k, x, t) : backward_pass<3, V4, false>(m, n, k, x, t); break;
-    case 4: forward ? forward_pass<4, V4, false>(m, n, k, x, t) : backward_pass<4, V4, false>(m, n, k, x, t); break;
-    case 5: forward ? forward_pass<5, V4, false>(m, n, k, x, t) : backward_pass<5, V4, false>(m, n, k, x, t); break;
-    case 6: forward ? forward_pass<6, V4, false>(m, n, k, x, t) : backward_pass<6, V4, false>(m, n, k, x, t); break;
-    default: forward ? forward_pass<8, V4, false>(m, n, k, x, t) : backward_pass<8, V4, false>(m, n, k, x, t); break;
+    case 2: forward ? forward_pass<2, V4>(m, n, k, x, t) : backward_pass<2, V4>(m, n, k, x, t); break;
+    case 3: forward ? forward_pass<3, V4>(m, n, k, x, t) : backward_pass<3, V4>(m, n, k, x, t); break;
+    case 4: forward ? forward_pass<4, V4>(m, n, k, x, t) : backward_pass<4, V4>(m, n, k, x, t); break;
+    case 5: forward ? forward_pass<5, V4>(m, n, k, x, t) : backward_pass<5, V4>(m, n, k, x, t); break;
+    case 6: forward ? forward_pass<6, V4>(m, n, k, x, t) : backward_pass<6, V4>(m, n, k, x, t); break;
+    default: forward ? forward_pass<8, V4>(m, n, k, x, t) : backward_pass<8, V4>(m, n, k, x, t); break;
     }
 }
 

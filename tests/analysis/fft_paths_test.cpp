@@ -66,6 +66,27 @@ TEST(WidePasses, SameBitsAsTheOrdinaryPasses) {
     }
 }
 
+// The first engine: one real sequence, forward and back, for each written-out radix and lengths with
+// many short blocks and with few long ones.
+TEST(WidePasses, FirstEngineSameBits) {
+    if (!zek::fft::wide::enabled()) GTEST_SKIP() << "the processor has no wide vector registers";
+    for (int n : {8, 60, 250, 1000, 1024, 6561, 65536}) {
+        const std::vector<double> data = random_reals(n, 7u + n);
+        auto run = [&] {
+            std::vector<double> x = data, work(n), forward;
+            int ifail = 1;
+            C06FAF(x.data(), &n, work.data(), &ifail);
+            EXPECT_EQ(ifail, 0);
+            forward = x;
+            C06FBF(x.data(), &n, work.data(), &ifail);
+            forward.insert(forward.end(), x.begin(), x.end());
+            return forward;
+        };
+        auto [wide, plain] = both_paths(run);
+        EXPECT_TRUE(same_bits(wide, plain)) << "N = " << n;
+    }
+}
+
 // pos(i) reverses the mixed-radix digits of i: the digit of the last factor moves fastest in i and
 // carries the weight 1 in pos.
 std::vector<long> digit_reversal(int n, const int *factors, int nf) {
