@@ -280,11 +280,12 @@ void rotation_apply_general(char side, char pivot, char direct, int m, int n, in
         q = pivot == 'B' ? k2 : kk + 1;
     };
     if (side == 'L') {
-        // A block of columns at a time: the block stays in cache through the whole sequence, and each
-        // rotation sweeps the block's columns, whose updates are independent of one another.
-        constexpr std::ptrdiff_t kBlock = 16;
-        for (std::ptrdiff_t j0 = 0; j0 < n; j0 += kBlock) {
-            const std::ptrdiff_t width = std::min<std::ptrdiff_t>(kBlock, n - j0);
+        // A block of columns at a time, as wide as fits in about 256 KB (at least 16 columns): the block
+        // stays in cache through the whole sequence, and each rotation sweeps the block's columns, whose
+        // updates are independent of one another.
+        const std::ptrdiff_t block = std::max<std::ptrdiff_t>(16, 32768 / m);
+        for (std::ptrdiff_t j0 = 0; j0 < n; j0 += block) {
+            const std::ptrdiff_t width = std::min<std::ptrdiff_t>(block, n - j0);
             double *block = a + j0 * ld;
             std::ptrdiff_t kk = first;
             for (std::ptrdiff_t r = 0; r < count; ++r, kk += step) {
