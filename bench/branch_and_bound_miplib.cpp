@@ -172,10 +172,14 @@ Outcome run_glpk(const std::string &path, double budget) {
 } // namespace
 
 int main(int argc, char **argv) {
-    const std::string dir = argc > 1 ? argv[1] : std::string(ZEK_SHARED_DATA_DIR) + "/mip";
+    const std::string dir = argc > 1 && argv[1][0] != '\0' ? argv[1] : std::string(ZEK_SHARED_DATA_DIR) + "/mip";
     const double budget = argc > 2 ? std::atof(argv[2]) : 2.0;
     glp_term_out(GLP_OFF);
     std::ifstream table(dir + "/optima.tsv");
+    if (!table) {
+        std::fprintf(stderr, "no optima.tsv in %s\n", dir.c_str());
+        return 1;
+    }
     std::string line;
     std::printf("%-9s %12s | %10s %7s %9s %12s | %10s %7s %9s %12s | %8s\n", "model", "optimum", "H02BBF s",
                 "nodes", "us/node", "objective", "GLPK s", "nodes", "us/node", "objective", "ratio");

@@ -59,13 +59,6 @@ TEST(BranchAndBoundFailures, BadInputIsReportedAndChangesNothing) {
         {"LIWORK", 2, 2, 2, 5, -1, 0, 0, nullptr,
          {" ** On entry, the dimension of IWORK is too small: LIWORK =             160.",
           "    IWORK must be of dimension (at least)             161."}},
-        {"bounds", 2, 2, 2, 5, 0, 0, 2,
-         [](IntegerProgram &p) {
-             p.bl[1] = 5.0;              // above its upper bound 4
-             p.bl[3] = p.bu[3] = -1e20;  // equal and infinite
-         },
-         {" ** On entry, NERROR bounds are infinite or inconsistent.", "    NERROR =               2.",
-          "    For further advisory details set MSGLVL > 2."}},
         {"bounds in detail", 2, 2, 2, 5, 0, 0, 3,
          [](IntegerProgram &p) {
              p.bl[1] = 5.0;

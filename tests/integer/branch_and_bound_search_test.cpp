@@ -185,21 +185,6 @@ TEST(BranchAndBoundSearch, IntegerToleranceIsInclusive) {
     EXPECT_EQ(below.toliv, 0.2499);
 }
 
-TEST(BranchAndBoundSearch, EqualObjectiveIsCutOff) {
-    BranchCall call;
-    call.msglvl = 2;
-    OutputCapture out;
-    EXPECT_EQ(call.run(two_ties()), 0);
-    EXPECT_EQ(call.objective, -1.0);
-    // One integer solution is taken; the other, of the same objective, is cut off ("CO").
-    EXPECT_EQ(count_lines(out.host(), "      *** Integer solution ***"), 1);
-    int cut = 0;
-    for (const std::string &line : out.host())
-        if (line.find(" CO ") != std::string::npos && line.find("-1") != std::string::npos) ++cut;
-    EXPECT_EQ(cut, 1);
-    EXPECT_EQ(call.x[0] + call.x[1], 1.0);
-}
-
 TEST(BranchAndBoundSearch, DepthLimitLeavesTheLastLp) {
     BranchCall call;
     call.maxdpt = 3;
