@@ -133,7 +133,7 @@ namespace wide {
 bool enabled();
 // Tests run both forms: false keeps the ordinary passes.
 void allow(bool allowed);
-// As complex_pass for the factors 2 to 5.
+// As complex_pass for the factors 2 to 5 and the odd factors up to kGeneralLocal (fft_pass_bodies.h).
 void complex_pass(int p, int m, Index ldi, Index ldo, int ido, int l1, const double *cc, double *ch,
                   const double *tw);
 // As real_pass_forward / real_pass_backward for the factors 2, 3, 4, 5, 6 and 8, on one sequence or

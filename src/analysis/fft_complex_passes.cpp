@@ -7,6 +7,7 @@
 // passes run on rows of M complex values (M sequences stored by element), innermost over the rows.
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 #include "analysis/fft.h"
@@ -97,7 +98,14 @@ void complex_pass(int p, int m, Index ldi, Index ldo, int ido, int l1, const dou
     case 3: pass<3>(m, ldi, ldo, ido, l1, cc, ch, tw); break;
     case 4: pass<4>(m, ldi, ldo, ido, l1, cc, ch, tw); break;
     case 5: pass<5>(m, ldi, ldo, ido, l1, cc, ch, tw); break;
-    default: general_pass(p, m, ldi, ldo, ido, l1, cc, ch, tw); break;
+    default:
+        if (p > kGeneralLocal)
+            general_pass(p, m, ldi, ldo, ido, l1, cc, ch, tw);
+        else if (wide::enabled())
+            wide::complex_pass(p, m, ldi, ldo, ido, l1, cc, ch, tw);
+        else
+            general_pass_local<V2>(p, m, ldi, ldo, ido, l1, cc, ch, tw);
+        break;
     }
 }
 
@@ -124,13 +132,21 @@ void complex_passes(int m, Index ldx, int n, const int *factors, int nf, const d
         ldo = next_ldo;
         in_x = !in_x;
     }
-    // The result is in `in`: scale it, copying back to X if it lies in the scratch.
+    // The result is in `in`: scale it where it stands, then copy it back to X if it lies in the
+    // scratch.  (One loop reading the scratch and writing X would stall whenever the two lie a
+    // multiple of 4096 bytes apart.)
+    double *res = in_x ? x : scratch;
+    const V2 factor{scale, scale_im};
     for (Index j = 0; j < n; ++j) {
-        const double *src = in + 2 * ldi * j;
-        double *dst = x + 2 * ldx * j;
-        for (Index row = 0; row < m; ++row) {
-            dst[2 * row] = src[2 * row] * scale;
-            dst[2 * row + 1] = src[2 * row + 1] * scale_im;
+        double *row = res + 2 * ldi * j;
+        for (Index r = 0; r < m; ++r) store(row + 2 * r, load(row + 2 * r) * factor);
+    }
+    if (!in_x) {
+        if (ldx == m) {
+            std::memcpy(x, scratch, sizeof(double) * 2 * static_cast<std::size_t>(m) * n);
+        } else {
+            for (Index j = 0; j < n; ++j)
+                std::memcpy(x + 2 * ldx * j, scratch + 2 * m * j, sizeof(double) * 2 * static_cast<std::size_t>(m));
         }
     }
 }

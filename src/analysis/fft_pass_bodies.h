@@ -533,6 +533,106 @@ void pass_rows(int m, Index ldi, Index ldo, int ido, int l1, const double *cc, d
     }
 }
 
+// Odd factors from 7 up to kGeneralLocal, the general pass in vectors: the values r and P-r are met
+// as their sum and difference, and each pair of outputs j, P-j comes from one sweep over them, so the
+// work is about P*P/2 complex products per column.  The roots exp(-2 pi i q/P) are at the head of the
+// pass's table.  Larger factors go through the scalar form in fft_complex_passes.cpp, which needs no
+// local arrays.
+constexpr int kGeneralLocal = 64;
+
+// One column: P values at IN (RSTRIDE apart) to OUT (OSTRIDE apart); twiddle(j) gives the twiddle
+// of output j, or null.
+template <class V, class Tw>
+inline void general_column(int p, const double *in, Index rstride, double *out, Index ostride, const double *roots,
+                           Tw twiddle_of_output) {
+    const int h = p / 2;
+    V sums[kGeneralLocal / 2], diffs[kGeneralLocal / 2];
+    const V x0 = load<V>(in);
+    V total = x0;
+    for (int r = 1; r <= h; ++r) {
+        const V a = load<V>(in + r * rstride), b = load<V>(in + (p - r) * rstride);
+        sums[r - 1] = a + b;
+        diffs[r - 1] = a - b;
+        total += sums[r - 1];
+    }
+    store(out, total);
+    for (int j = 1; j <= h; ++j) {
+        V u = x0, v = V{};
+        int idx = 0;
+        for (int r = 1; r <= h; ++r) {
+            idx += j;
+            if (idx >= p) idx -= p;
+            u += roots[2 * (idx - 1)] * sums[r - 1];
+            v += roots[2 * (idx - 1) + 1] * diffs[r - 1];
+        }
+        // y(j) = u + i v, y(p-j) = u - i v (the roots hold -sin)
+        const V iv = swapped(v) * Lanes<V>::splat(-1.0, 1.0);
+        V yj = u + iv, yk = u - iv;
+        if (const Twiddle<V> *w = twiddle_of_output(j)) yj = times(yj, *w);
+        if (const Twiddle<V> *w = twiddle_of_output(p - j)) yk = times(yk, *w);
+        store(out + j * ostride, yj);
+        store(out + (p - j) * ostride, yk);
+    }
+}
+
+template <class V>
+void general_pass_local(int p, int m, Index ldi, Index ldo, int ido, int l1, const double *cc, double *ch,
+                        const double *tw) {
+    constexpr int kC = Lanes<V>::kComplex;
+    const double *roots = tw;
+    const double *twid = tw + 2 * (p - 1);
+    const Index tstride = 2 * (static_cast<Index>(ido) - 1);
+    const Index istride = 2 * ldi * ido, ostride = 2 * ldo * ido * l1;
+    auto none = [](int) -> const Twiddle<V2> * { return nullptr; };
+    auto none_v = [](int) -> const Twiddle<V> * { return nullptr; };
+    Twiddle<V> w[kGeneralLocal];
+    Twiddle<V2> w2[kGeneralLocal];
+    for (Index k = 0; k < l1; ++k) {
+        if (m == 1 && ldi == 1 && ldo == 1) {
+            // One sequence: neighbouring columns i side by side.
+            const double *in = cc + istride * p * k;
+            double *out = ch + 2 * ido * k;
+            general_column<V2>(p, in, istride, out, ostride, roots, none);
+            Index i = 1;
+            for (; i + kC <= ido; i += kC) {
+                for (int j = 1; j < p; ++j) w[j] = twiddles_at<V>(twid + (j - 1) * tstride + 2 * (i - 1));
+                general_column<V>(p, in + 2 * i, istride, out + 2 * i, ostride, roots,
+                                  [&](int j) -> const Twiddle<V> * { return &w[j]; });
+            }
+            for (; i < ido; ++i) {
+                for (int j = 1; j < p; ++j) w2[j] = twiddles_at<V2>(twid + (j - 1) * tstride + 2 * (i - 1));
+                general_column<V2>(p, in + 2 * i, istride, out + 2 * i, ostride, roots,
+                                   [&](int j) -> const Twiddle<V2> * { return &w2[j]; });
+            }
+            continue;
+        }
+        for (Index i = 0; i < ido; ++i) {
+            const double *in = cc + 2 * ldi * (i + ido * p * k);
+            double *out = ch + 2 * ldo * (i + ido * k);
+            for (int j = 1; i > 0 && j < p; ++j) {
+                const double *t = twid + (j - 1) * tstride + 2 * (i - 1);
+                w[j] = twiddle_of<V>(t[0], t[1]);
+                w2[j] = twiddle_of<V2>(t[0], t[1]);
+            }
+            Index row = 0;
+            for (; row + kC <= m; row += kC) {
+                if (i == 0)
+                    general_column<V>(p, in + 2 * row, istride, out + 2 * row, ostride, roots, none_v);
+                else
+                    general_column<V>(p, in + 2 * row, istride, out + 2 * row, ostride, roots,
+                                      [&](int j) -> const Twiddle<V> * { return &w[j]; });
+            }
+            for (; row < m; ++row) {
+                if (i == 0)
+                    general_column<V2>(p, in + 2 * row, istride, out + 2 * row, ostride, roots, none);
+                else
+                    general_column<V2>(p, in + 2 * row, istride, out + 2 * row, ostride, roots,
+                                       [&](int j) -> const Twiddle<V2> * { return &w2[j]; });
+            }
+        }
+    }
+}
+
 } // namespace
 } // namespace zek::fft
 

@@ -44,9 +44,10 @@ void complex_pass(int p, int m, Index ldi, Index ldo, int ido, int l1, const dou
     case 4:
         single ? pass_single<4, V4>(ido, l1, cc, ch, tw) : pass_rows<4, V4>(m, ldi, ldo, ido, l1, cc, ch, tw);
         break;
-    default:
+    case 5:
         single ? pass_single<5, V4>(ido, l1, cc, ch, tw) : pass_rows<5, V4>(m, ldi, ldo, ido, l1, cc, ch, tw);
         break;
+    default: general_pass_local<V4>(p, m, ldi, ldo, ido, l1, cc, ch, tw); break;
     }
 }
 

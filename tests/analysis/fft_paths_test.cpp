@@ -30,11 +30,11 @@ bool same_bits(const std::vector<double> &a, const std::vector<double> &b) {
     return a.size() == b.size() && std::memcmp(a.data(), b.data(), sizeof(double) * a.size()) == 0;
 }
 
-// Sizes with every written-out radix of both engines and both directions; M with a remainder beyond
-// whole vectors.
+// Sizes with every written-out radix and odd factors of the general pass, in both directions; M with
+// a remainder beyond whole vectors.
 TEST(WidePasses, SameBitsAsTheOrdinaryPasses) {
     if (!zek::fft::wide::enabled()) GTEST_SKIP() << "the processor has no wide vector registers";
-    for (int n : {2, 12, 30, 64, 120, 625, 729, 1000, 1024, 4096}) {
+    for (int n : {2, 12, 30, 64, 77, 120, 210, 625, 729, 1000, 1024, 4096, 5040}) {
         for (int m : {1, 3, 8}) {
             for (const char *direct : {"F", "B"}) {
                 const std::vector<double> complex_data = random_reals(2 * static_cast<std::size_t>(m) * n, 3u + n);
