@@ -5,6 +5,8 @@
 //     ch(i, k, j) = exp(-2 pi i L1 i j / N) * sum over r of cc(i, r, k) exp(-2 pi i r j / P),
 // so that after the last pass the transform stands in natural order; no permutation is needed.  The
 // passes run on rows of M complex values (M sequences stored by element), innermost over the rows.
+// The written-out passes and the general pass for odd factors up to 64 are in fft_pass_bodies.h;
+// larger factors have the scalar general pass here.
 #include <algorithm>
 #include <cmath>
 #include <cstring>

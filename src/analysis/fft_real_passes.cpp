@@ -1,14 +1,6 @@
-// The in-place real passes of both engines.
-//
-// After the digit permutation, blocks of K rows hold packed Hermitian transforms Y(r) of length K.  The
-// pass of factor P joins P neighbouring blocks into one transform Z of length L = K*P:
-//     Z(k) = sum over r of exp(-2 pi i r k / L) Y(r)(k mod K).
-// Frequencies k1 and K-k1 of the inputs are conjugate, so they are handled together as one group:
-// Y(r)(k1) is read as (x(rK+k1), x(rK+K-k1)), twiddled by exp(-2 pi i r k1 / L), and a transform of
-// length P gives Z(k1 + qK) for q = 0..P-1.  A value with k > L/2 is stored as its conjugate partner
-// Z(L-k).  The positions written are exactly those read, so the pass works in place.  Groups k1 = 0 and
-// k1 = K/2 have real inputs and fill one position per output.  The backward pass is the transpose: it
-// reads the outputs, applies the inverse small transform and the conjugate twiddles.
+// The in-place real passes of both engines: the general pass for any other factor, and the choice
+// of form for the written-out ones (fft_pass_bodies.h, where the passes are described): one sequence
+// or rows of many, ordinary or wide vector registers.
 #include "analysis/fft.h"
 #include "analysis/fft_kernels.h"
 #include "analysis/fft_pass_bodies.h"
@@ -62,6 +54,36 @@ struct OddRoots {
 template <bool kInverse, class Put>
 inline void odd_dft(Index p, const double *xr, const double *xi, const OddRoots &w, Put put) {
     const Index h = p / 2;
+    if (p <= kLocalFactor) {
+        // The same sums, on complex numbers held as vector pairs.
+        Cv sums[kLocalFactor / 2], diffs[kLocalFactor / 2];
+        const Cv x0{xr[0], xi[0]};
+        Cv total = x0;
+        for (Index r = 1; r <= h; ++r) {
+            const Cv a{xr[r], xi[r]}, b{xr[p - r], xi[p - r]};
+            sums[r - 1] = a + b;
+            diffs[r - 1] = a - b;
+            total += sums[r - 1];
+        }
+        put(0, total[0], total[1]);
+        for (Index q = 1; q <= h; ++q) {
+            Cv u = x0, v = Cv{};
+            Index idx = 0;
+            for (Index r = 1; r <= h; ++r) {
+                idx += q;
+                if (idx >= p) idx -= p;
+                double c, sn;
+                w.get(idx, c, sn);
+                u += c * sums[r - 1];
+                v += sn * diffs[r - 1];
+            }
+            const Cv iv = swapped(v) * Cv{-1.0, 1.0}; // i v
+            const Cv first = kInverse ? u + iv : u - iv, second = kInverse ? u - iv : u + iv;
+            put(q, first[0], first[1]);
+            put(p - q, second[0], second[1]);
+        }
+        return;
+    }
     double sr = xr[0], si = xi[0];
     for (Index r = 1; r <= h; ++r) {
         sr += xr[r] + xr[p - r];
@@ -137,18 +159,22 @@ template <class Put> inline void odd_dft_hermitian(Index p, const double *z, con
     }
 }
 
+// The roots of a general pass in a local array when P is small.
+void prepare_roots(OddRoots &w, double *local) {
+    if (w.p > kLocalFactor) return;
+    double *c = local + 2 * kLocalFactor, *sn = c + kLocalFactor;
+    for (Index q = 0; q < w.p; ++q) w.get(q, c[q], sn[q]);
+    w.c = c;
+    w.s = sn;
+}
+
 void general_forward(int p, int m, int n, Index k, double *x, RealTable t, double *tmp) {
     const Index l = k * p, s = n / l, blocks = n / l;
     double local[4 * kLocalFactor];
     const bool small = p <= kLocalFactor;
     double *in_r = small || tmp == nullptr ? local : tmp, *in_i = in_r + p;
     OddRoots w{t, n, p, nullptr, nullptr};
-    if (small) {
-        double *c = local + 2 * kLocalFactor, *sn = c + kLocalFactor;
-        for (Index q = 0; q < p; ++q) w.get(q, c[q], sn[q]);
-        w.c = c;
-        w.s = sn;
-    }
+    prepare_roots(w, local);
     for (Index b = 0; b < blocks; ++b) {
         double *blk = x + b * l * m;
         for (Index k1 = 0; 2 * k1 <= k; ++k1) {
@@ -195,12 +221,7 @@ void general_backward(int p, int m, int n, Index k, double *x, RealTable t, doub
     const bool small = p <= kLocalFactor;
     double *in_r = small || tmp == nullptr ? local : tmp, *in_i = in_r + p;
     OddRoots w{t, n, p, nullptr, nullptr};
-    if (small) {
-        double *c = local + 2 * kLocalFactor, *sn = c + kLocalFactor;
-        for (Index q = 0; q < p; ++q) w.get(q, c[q], sn[q]);
-        w.c = c;
-        w.s = sn;
-    }
+    prepare_roots(w, local);
     for (Index b = 0; b < blocks; ++b) {
         double *blk = x + b * l * m;
         for (Index k1 = 0; 2 * k1 <= k; ++k1) {
