@@ -1,6 +1,7 @@
-// C06PCF, C06PRF, C06FAF and a 2-D C06PJF against FFTW with FFTW_ESTIMATE and FFTW_MEASURE plans, one
-// thread.  Our routines build their trigonometric tables on every call, as they must; FFTW's plans are
-// made once, outside the timed loop.  Sizes: powers of 2, 3 and 5, mixed and prime lengths.
+// C06PCF, C06PRF, C06FAF, C06FBF, C06PPF and a 2-D C06PJF against FFTW with FFTW_ESTIMATE and
+// FFTW_MEASURE plans, one thread.  Our routines build their trigonometric tables on every call, as they
+// must; FFTW's plans are made once, outside the timed loop.  Sizes: powers of 2, 3 and 5, mixed and
+// prime lengths.
 #include <benchmark/benchmark.h>
 #include <fftw3.h>
 
@@ -110,6 +111,35 @@ template <unsigned Flags> void FftwReal(benchmark::State &state) {
     fftw_free(out);
 }
 
+// ---- One Hermitian sequence back to real, first engine ----
+
+void ZekC06FBF(benchmark::State &state) {
+    const int n = static_cast<int>(state.range(0));
+    std::vector<double> x = data(n), work(n);
+    int ifail = 1;
+    for (auto _ : state) {
+        C06FBF(x.data(), &n, work.data(), &ifail);
+        benchmark::DoNotOptimize(x.data());
+    }
+}
+
+// FFTW's backward real transform overwrites its input, as ours does.
+template <unsigned Flags> void FftwRealBackward(benchmark::State &state) {
+    const int n = static_cast<int>(state.range(0));
+    fftw_complex *in = fftw_alloc_complex(n / 2 + 1);
+    double *out = fftw_alloc_real(n);
+    fftw_plan plan = fftw_plan_dft_c2r_1d(n, in, out, Flags);
+    const std::vector<double> v = data(2 * (n / 2 + 1));
+    std::memcpy(in, v.data(), sizeof(double) * v.size());
+    for (auto _ : state) {
+        fftw_execute(plan);
+        benchmark::DoNotOptimize(out);
+    }
+    fftw_destroy_plan(plan);
+    fftw_free(in);
+    fftw_free(out);
+}
+
 // ---- Many real sequences ----
 
 void ZekC06PPF(benchmark::State &state) {
@@ -175,6 +205,9 @@ BENCHMARK(FftwMany<FFTW_MEASURE>)->Apply([](auto *b) { args(b, kManySizes); });
 BENCHMARK(ZekC06FAF)->Apply([](auto *b) { args(b, kRealSizes); });
 BENCHMARK(FftwReal<FFTW_ESTIMATE>)->Apply([](auto *b) { args(b, kRealSizes); });
 BENCHMARK(FftwReal<FFTW_MEASURE>)->Apply([](auto *b) { args(b, kRealSizes); });
+BENCHMARK(ZekC06FBF)->Apply([](auto *b) { args(b, kRealSizes); });
+BENCHMARK(FftwRealBackward<FFTW_ESTIMATE>)->Apply([](auto *b) { args(b, kRealSizes); });
+BENCHMARK(FftwRealBackward<FFTW_MEASURE>)->Apply([](auto *b) { args(b, kRealSizes); });
 BENCHMARK(ZekC06PPF)->Apply([](auto *b) { args(b, kManySizes); });
 BENCHMARK(FftwManyReal<FFTW_ESTIMATE>)->Apply([](auto *b) { args(b, kManySizes); });
 BENCHMARK(FftwManyReal<FFTW_MEASURE>)->Apply([](auto *b) { args(b, kManySizes); });
