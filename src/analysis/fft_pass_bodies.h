@@ -213,15 +213,16 @@ inline void backward_group(const G &g, double *blk, Index k, Index l, Index k1, 
     }
 }
 
-// One pass of one sequence.  While the blocks are many and short, every group is done for several
-// blocks at once (BLOCKS: their twiddles are the same); when they are long, the groups
-// 0 < k1 < K/2 of a block go several at a time instead (GROUPS).  What is left over goes one by one.
+// One pass of one sequence.  While the blocks are many, every group is done for several blocks at once
+// (BLOCKS: their twiddles are the same); when they are few and long, the groups 0 < k1 < K/2 of a
+// block go several at a time instead (GROUPS).  What is left over goes one by one.
 template <int P, bool kForward, class Blocks = TwoBlocks, class Groups = TwoGroups>
 void single_pass(Index n, Index k, double *x, const RealTable &t) {
     constexpr Index kLanes = sizeof(typename Groups::T) / sizeof(double);
     constexpr Index kBlockLanes = sizeof(typename Blocks::T) / sizeof(double);
     const Index l = k * P, s = n / l, blocks = n / l;
-    const bool across = k < 16 && blocks >= kBlockLanes;
+    // Across the blocks while they are short or at least as many as their groups.
+    const bool across = blocks >= kBlockLanes && (k < 16 || blocks >= k);
     auto for_blocks = [&](auto group) {
         Index b = 0;
         if (across)
