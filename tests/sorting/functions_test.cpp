@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "frame/host_capture.h"
-#include "sorting/special.h"
+#include "sorting/functions.h"
 #include "zek2/s.h"
 
 namespace {
@@ -27,7 +27,7 @@ struct IncompleteReference {
     double condition;
 };
 
-#include "special_reference.inc"
+#include "function_reference.inc"
 
 // Error in units of the last place of the reference value (subnormal values in units of the smallest
 // normal's last place).

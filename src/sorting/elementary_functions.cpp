@@ -6,8 +6,8 @@
 #include "frame/machine.h"
 #include "frame/output.h"
 #include "frame/raise.h"
-#include "sorting/special.h"
-#include "sorting/special_tables.h"
+#include "sorting/functions.h"
+#include "sorting/function_tables.h"
 
 namespace zek {
 

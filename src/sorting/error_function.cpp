@@ -1,8 +1,8 @@
 // The error function and its complement: S15_ERF, S15_ERFC and the two normal tails.
 #include <cmath>
 
-#include "sorting/special.h"
-#include "sorting/special_tables.h"
+#include "sorting/functions.h"
+#include "sorting/function_tables.h"
 
 namespace zek::special {
 
