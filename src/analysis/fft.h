@@ -63,10 +63,13 @@ public:
     RootStream(long long den, long long start, long long step);
     // The next root.
     void next(double &c, double &s) {
-        run(1, [&](Index, double cv, double sv) {
-            c = cv;
-            s = sv;
-        });
+        if (r_ == kRun) next_stretch();
+        if (r_ >= fine_built_) extend_fine(r_ + 1);
+        const long double fr = static_cast<long double>(fine_rh_[r_]) + fine_rl_[r_];
+        const long double fi = static_cast<long double>(fine_ih_[r_]) + fine_il_[r_];
+        c = static_cast<double>(cr_ * fr - ci_ * fi);
+        s = static_cast<double>(cr_ * fi + ci_ * fr);
+        ++r_;
     }
     // The next COUNT roots, handed to store(k, c, s) for k = 0 .. COUNT-1.
     template <class Store> void run(Index count, Store store) {

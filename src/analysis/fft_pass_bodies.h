@@ -190,15 +190,16 @@ template <int P, class G>
 inline void backward_group(const G &g, double *blk, Index k, Index l, Index k1, const RealTable &t, Index s) {
     using T = typename G::T;
     T re[P], im[P];
-    for (int q = 0; q < P; ++q) {
+    // Outputs q < (P+1)/2 lie in the lower half for every k1 < K/2, the others in the upper.
+    for (int q = 0; q < (P + 1) / 2; ++q) {
         const Index kk = k1 + q * k;
-        if (2 * q + 1 < P + 1) {
-            im[q] = g.up(blk + kk);
-            re[q] = g.down(blk + l - kk);
-        } else {
-            im[q] = g.down(blk + l - kk);
-            re[q] = -g.up(blk + kk);
-        }
+        im[q] = g.up(blk + kk);
+        re[q] = g.down(blk + l - kk);
+    }
+    for (int q = (P + 1) / 2; q < P; ++q) {
+        const Index kk = k1 + q * k;
+        im[q] = g.down(blk + l - kk);
+        re[q] = -g.up(blk + kk);
     }
     dft<P>(re, im);
     g.put_up(blk + k1, im[0]);
@@ -403,15 +404,15 @@ template <int P, class V> void backward_pass(int m_rows, int n, Index k, double 
                 using T = decltype(lane);
                 double *v = blk + row;
                 T re[P], im[P];
-                for (int q = 0; q < P; ++q) {
+                for (int q = 0; q < (P + 1) / 2; ++q) {
                     const Index kk = k1 + q * k;
-                    if (2 * q + 1 < P + 1) {
-                        im[q] = Row<T>::get(v + kk * m);
-                        re[q] = Row<T>::get(v + (l - kk) * m);
-                    } else {
-                        im[q] = Row<T>::get(v + (l - kk) * m);
-                        re[q] = -Row<T>::get(v + kk * m);
-                    }
+                    im[q] = Row<T>::get(v + kk * m);
+                    re[q] = Row<T>::get(v + (l - kk) * m);
+                }
+                for (int q = (P + 1) / 2; q < P; ++q) {
+                    const Index kk = k1 + q * k;
+                    im[q] = Row<T>::get(v + (l - kk) * m);
+                    re[q] = -Row<T>::get(v + kk * m);
                 }
                 dft<P>(re, im);
                 Row<T>::put(v + k1 * m, im[0]);
