@@ -1,21 +1,14 @@
 /* Chapter H02 in the tour: a small mixed-integer program read from an MPSX file through a unit, solved
  * by branch and bound, its final state copied out and printed under the file's names, every routine
  * bound by its export symbol. */
-#include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <unistd.h>
 
 #include "tour.h"
 
 void tour_integer(void);
 
-typedef FILE *(*open_fn)(const char *);
-typedef void (*reader_fn)(const int *, int *, int *, const int *, const int *, double *, double *, double *,
-                          double *, int *, int *, char *, char *, char *, char *, char *, char *, double *,
-                          const double *, const double *, const char *, const int *, int *, int, int, int, int, int,
-                          int, int);
 typedef void (*store_fn)(const char *, char *, const int *, int *, const int *, int *, const int *, double *,
                          const int *, int *, int, int);
 typedef void (*solver_fn)(int *, const int *, const int *, const int *, const double *, const int *, const double *,
@@ -24,8 +17,6 @@ typedef void (*solver_fn)(int *, const int *, const int *, const int *, const do
                           const int *, int *, int *, double *, int *);
 typedef void (*copy_fn)(const int *, const int *, const int *, const int *, const double *, const int *, int *,
                         double *, double *, double *, int *);
-typedef void (*printer_fn)(const int *, const int *, const double *, const int *, const char *, const double *,
-                           const double *, const int *, const double *, const double *, const double *, int *, int);
 
 /* Maximise 5 x1 + 4 x2 + 3 y with x1, x2 integer in [0, 3] and y in [0, 2.5], subject to two capacity
  * rows and a demand row.  The LP optimum is fractional; the integer optimum is 14.5 at (2, 0, 1.5). */
@@ -60,12 +51,11 @@ enum { MAXM = 4, MAXN = 4, MAXDPT = 20, NCT = MAXN + MAXM };
 enum { LIWORK = (NCT + 25) * MAXDPT + NCT + 4 * MAXN + 4 + 500, LRWORK = (MAXN + 1) * MAXDPT + 2 * (16 + 6 * MAXM + 7 * MAXN) };
 
 void tour_integer(void) {
-    open_fn open_input = (open_fn)tour_bind("q35887");
-    reader_fn h02buf = (reader_fn)tour_bind("q35799");
+    tour_mpsx_reader h02buf = (tour_mpsx_reader)tour_bind("q35799");
     store_fn h02wbf = (store_fn)tour_bind("q57465");
     solver_fn h02bbf = (solver_fn)tour_bind("q23228");
     copy_fn h02bzf = (copy_fn)tour_bind("q61773");
-    printer_fn h02bvf = (printer_fn)tour_bind("q44026");
+    tour_solution_printer h02bvf = (tour_solution_printer)tour_bind("q44026");
     static double a[MAXM * MAXN], cvec[MAXN], bl[NCT], bu[NCT], x[MAXN], rwork[LRWORK], rwsav[475];
     static double node_bl[NCT], node_bu[NCT], clamda[NCT];
     static int intvar[MAXN], rowtyp[MAXM], iwork[LIWORK], istate[NCT], lwsav[120], iwsav[610];
@@ -77,18 +67,12 @@ void tour_integer(void) {
     const double xbldef = 0.0, xbudef = 1.0e20;
     double toliv = 0.0, tolfes = 0.0, bigbnd = 0.0, objective = 0.0;
     char path[] = "/tmp/zek_tour_mip_XXXXXX";
-    int m = 0, n = 0, ifail = 1, itmax = 0, unit, fd;
+    int m = 0, n = 0, ifail = 1, itmax = 0, unit;
     FILE *stream;
 
     tour_section("a mixed-integer program from an MPSX file (X04_OPEN_INPUT q35887, H02BUF q35799)");
-    fd = mkstemp(path);
-    if (fd < 0 || write(fd, kModel, sizeof kModel - 1) != (ssize_t)(sizeof kModel - 1)) {
-        printf("cannot write a temporary file\n");
-        return;
-    }
-    close(fd);
-    stream = open_input(path);
-    unit = (int)(unsigned int)(uintptr_t)stream; /* a host keeps the stream in an int: its unit */
+    stream = tour_open_text(kModel, path, &unit);
+    if (stream == NULL) return;
     memset(nmprob, ' ', 8);
     memset(nmobj, ' ', 8);
     memset(nmrhs, ' ', 8);

@@ -1,11 +1,9 @@
 /* The tour's chapters E04 (options) and H02 (problem files): options of the LP solver given as keyword
  * phrases through its string routine, and a small mixed-integer program read from an MPSX file through
  * a unit, all bound by export symbol as the host binds them. */
-#include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <unistd.h>
 
 #include "tour.h"
 
@@ -14,13 +12,6 @@ void tour_options(void);
 typedef void (*prepare_fn)(const char *, char *, const int *, int *, const int *, int *, const int *, double *,
                            const int *, int *);
 typedef void (*option_fn)(const char *, const int *, int *, int *, double *, int *, int);
-typedef FILE *(*open_fn)(const char *);
-typedef void (*reader_fn)(const int *, int *, int *, const int *, const int *, double *, double *, double *,
-                          double *, int *, int *, char *, char *, char *, char *, char *, char *, double *,
-                          const double *, const double *, const char *, const int *, int *, int, int, int, int, int,
-                          int, int);
-typedef void (*printer_fn)(const int *, const int *, const double *, const int *, const char *, const double *,
-                           const double *, const int *, const double *, const double *, const double *, int *, int);
 
 /* A knapsack-like program in fixed columns: two integer columns between the markers, a range on the
  * capacity row, and an upper bound. */
@@ -72,9 +63,8 @@ static void tour_option_strings(void) {
 }
 
 static void tour_problem_file(void) {
-    open_fn open_input = (open_fn)tour_bind("q35887");
-    reader_fn h02buf = (reader_fn)tour_bind("q35799");
-    printer_fn h02bvf = (printer_fn)tour_bind("q44026");
+    tour_mpsx_reader h02buf = (tour_mpsx_reader)tour_bind("q35799");
+    tour_solution_printer h02bvf = (tour_solution_printer)tour_bind("q44026");
     enum { MAXM = 4, MAXN = 4 };
     double a[MAXM * MAXN], cvec[MAXN], bl[MAXN + MAXM], bu[MAXN + MAXM], x[MAXN], clamda[MAXN + MAXM];
     int intvar[MAXN], rowtyp[MAXM], istate[MAXN + MAXM];
@@ -83,19 +73,12 @@ static void tour_problem_file(void) {
     const int maxm = MAXM, maxn = MAXN, listing = 0, lda = MAXM;
     const double xbldef = 0.0, xbudef = 1.0e20, bigbnd = 1.0e20;
     char path[] = "/tmp/zek_tour_XXXXXX";
-    int m = 0, n = 0, ifail = 1, unit, fd, j;
+    int m = 0, n = 0, ifail = 1, unit, j;
     FILE *stream;
 
     tour_section("an MPSX file through a unit (X04_OPEN_INPUT q35887, H02BUF q35799)");
-    fd = mkstemp(path);
-    if (fd < 0 || write(fd, kModel, sizeof kModel - 1) != (ssize_t)(sizeof kModel - 1)) {
-        printf("cannot write a temporary file\n");
-        return;
-    }
-    close(fd);
-    stream = open_input(path);
-    /* What a host does: keep the stream in an int, its unit number. */
-    unit = (int)(unsigned int)(uintptr_t)stream;
+    stream = tour_open_text(kModel, path, &unit);
+    if (stream == NULL) return;
     memset(nmprob, ' ', 8);
     memset(nmobj, ' ', 8);
     memset(nmrhs, ' ', 8);
