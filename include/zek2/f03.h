@@ -16,8 +16,10 @@ ZEK_BEGIN_DECLS
 /* A = P*L*U of the N by N matrix A (IA >= N), L unit lower and U upper over A; P(N) receives the pivot
  * row of each step as a real (row k was interchanged with row P(k)).  The determinant is D1 * 2**ID.
  * EPS: a pivot not above EPS times the norm of its row counts as zero (EPS <= 0: the machine
- * precision).  IFAIL (host channel): 1 A is singular, possibly because of rounding (a zero row or a
- * negligible pivot; D1 = 0, ID = 0, the factorisation incomplete); 2 N < 1 or IA < N. */
+ * precision).  IFAIL (host channel): 1 A is singular, possibly because of rounding (a zero row, a
+ * negligible pivot, an infinite or undefined element, or an elimination that overflowed; D1 = 0,
+ * ID = 0, the factorisation incomplete); 2 N < 1 or IA < N.  Every routine built on this factorisation
+ * (F03AAF, f03afc, F01AAZ, f01aac, f04aec) reports a non-finite matrix through its singular exit. */
 ZEK_API void F03AFF(const int *n, const double *eps, double *a, const int *ia, double *d1, int *id, double *p,
                     int *ifail) ZEK_SYMBOL("q30302");
 

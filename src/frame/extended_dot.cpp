@@ -35,11 +35,11 @@ extern "C" void x03aac(const double a[], int, const double b[], int, int n, int 
                        double c2, double *d1, double *d2, int sw, ZekFail *fail) {
     zek::clear_fail(fail);
     if (stepa < 1) {
-        zek::raise_int_arg(fail, "x03aac", zek::kIntArgLe, "stepa", "0", stepa);
+        zek::raise_int_arg(fail, "x03aac", ZE_INT_ARG_LE, "stepa", "0", stepa);
         return;
     }
     if (stepb < 1) {
-        zek::raise_int_arg(fail, "x03aac", zek::kIntArgLe, "stepb", "0", stepb);
+        zek::raise_int_arg(fail, "x03aac", ZE_INT_ARG_LE, "stepb", "0", stepb);
         return;
     }
     const std::ptrdiff_t sa = stepa, sb = stepb;

@@ -21,7 +21,7 @@ ZekFail clean_fail() {
 }
 
 void raise_success(ZekFail *fail, const char *routine) {
-    if (fail != nullptr) ZEK_RAISE(nullptr, kNoError, routine, fail);
+    if (fail != nullptr) ZEK_RAISE(nullptr, ZE_NOERROR, routine, fail);
 }
 
 namespace {
@@ -103,7 +103,7 @@ void ZEK_DEFAULT_PRINT(const char *message, int code, const char *routine) {
 
 const char *y99abc(int code, const char *message, ZekFail *fail) {
     if (code == 1) {
-        ZEK_RAISE(nullptr, zek::kCodeNotSet, "y99abc", fail);
+        ZEK_RAISE(nullptr, ZE_CODE_NOT_SET, "y99abc", fail);
         return nullptr;
     }
     if (message == nullptr) message = "";
@@ -116,14 +116,14 @@ const char *y99abc(int code, const char *message, ZekFail *fail) {
     zek::format_into(g_message_name, sizeof g_message_name,
                      "ZE_ERR_MSG_STRING:\n  The string \"%s\",\n  has not been recognised as a valid message string.",
                      shown.c_str());
-    ZEK_RAISE(g_message_name, zek::kErrMsgString, "y99abc", fail);
+    ZEK_RAISE(g_message_name, ZE_ERR_MSG_STRING, "y99abc", fail);
     return g_message_name;
 }
 
 void F06_ARG_ERROR_ENUM(const char *routine, int number) {
     ZekFail local = zek::clean_fail();
     local.print = 1;
-    zek::raise_formatted(&local, routine, zek::kF06BadParam, static_cast<long>(number));
+    zek::raise_formatted(&local, routine, ZE_F06_BAD_PARAM, static_cast<long>(number));
 }
 
 } // extern "C"

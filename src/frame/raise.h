@@ -6,34 +6,13 @@
 #ifndef ZEK_FRAME_RAISE_H
 #define ZEK_FRAME_RAISE_H
 
+#include "zek2/messages.h"
 #include "zek2/types.h"
 
 namespace zek {
 
-// Catalogue codes used by the frame and by every chapter.
-enum MessageCode : int {
-    kNoError = 0,
-    kCodeNotSet = 1,
-    kErrMsgString = 2,
-    kRealArgLt = 5,
-    kRealArgLe = 6,
-    kRealArgGt = 7,
-    kRealArgGe = 8,
-    kIntArgLt = 11,
-    kIntArgLe = 12,
-    kIntArgGt = 13,
-    kIntArgGe = 14,
-    kBadParam = 70,
-    kF06BadParam = 71,
-    kAllocFail = 73,
-    kInternalError = 74,
-    kNotAppendFile = 78,
-    kNotCloseFile = 79,
-    kWriteError = 80,
-    kNullArray = 82,
-};
-
-constexpr int kCatalogueSize = 726;
+// Codes are named by the public enumeration ZekMessageCode of zek2/messages.h (ZE_SINGULAR, ...).
+constexpr int kCatalogueSize = ZEK_MESSAGE_CODE_COUNT;
 
 // The catalogue template of CODE, or an empty text for a code outside the catalogue.
 const char *catalogue_template(int code);

@@ -46,12 +46,12 @@ std::FILE *X04_MESSAGE_FILE_OPEN(ZekSink *sink) {
             return stderr;
         }
         if (std::strcmp(sink->file_name, "stdin") == 0) {
-            sink->status = kNotAppendFile;
+            sink->status = ZE_NOT_APPEND_FILE;
             return nullptr;
         }
     }
     std::FILE *file = std::fopen(sink->file_name, "a");
-    if (file == nullptr) sink->status = kNotAppendFile;
+    if (file == nullptr) sink->status = ZE_NOT_APPEND_FILE;
     return file;
 }
 
@@ -75,9 +75,9 @@ extern "C" int X04_CHAPTER_MESSAGE(ZekSink *sink, const char *text, int index, c
             if (stream == stdout || stream == stderr) {
                 std::fflush(stream);
             } else if (std::ferror(stream)) {
-                sink->status = zek::kWriteError;
+                sink->status = ZE_WRITE_ERROR;
             } else if (std::fclose(stream) == EOF) {
-                sink->status = zek::kNotCloseFile;
+                sink->status = ZE_NOT_CLOSE_FILE;
             }
         }
     }

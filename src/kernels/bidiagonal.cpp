@@ -92,23 +92,23 @@ extern "C" void f01lzc(int m, int n, double *a, int tda, double *d, double *e, d
                              what, bound_name);
     };
     if (n < 0) {
-        zek::raise_int_arg(fail, name, zek::kIntArgLt, "n", "0", n);
+        zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "0", n);
         return;
     }
     if (m < n) return less("m", m, "n", n);
     if (tda < m) return less("tda", tda, "m", m);
-    if (ncolb < 0) return zek::raise_int_arg(fail, name, zek::kIntArgLt, "ncolb", "0", ncolb);
+    if (ncolb < 0) return zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "ncolb", "0", ncolb);
     if (ncolb > 0 && tdb < m) return less("tdb", tdb, "m", m);
-    if (nrowy < 0) return zek::raise_int_arg(fail, name, zek::kIntArgLt, "nrowy", "0", nrowy);
+    if (nrowy < 0) return zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "nrowy", "0", nrowy);
     if (nrowy > 0 && tdy < nrowy) return less("tdy", tdy, "nrowy", nrowy);
-    if (ncolz < 0) return zek::raise_int_arg(fail, name, zek::kIntArgLt, "ncolz", "0", ncolz);
+    if (ncolz < 0) return zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "ncolz", "0", ncolz);
     if (ncolz > 0 && tdz < n) return less("tdz", tdz, "n", n);
     if (n == 0) return zek::raise_success(fail, name);
 
     const std::size_t nwork = static_cast<std::size_t>(std::max({m, n, ncolb, nrowy, ncolz, 1}));
     const std::size_t np = wantp ? static_cast<std::size_t>(n) * static_cast<std::size_t>(n) : 0;
     void *space = ZEK_ALLOCATE(sizeof(double) * (nwork + np));
-    if (space == nullptr) return zek::raise_plain(fail, name, zek::kAllocFail);
+    if (space == nullptr) return zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
     double *work = static_cast<double *>(space);
     zek::bidiagonalise(m, n, a, tda, d, e, zl, zr, work);
     zek::apply_bidiagonal_transforms(m, n, a, tda, zl, zr, ncolb, b, tdb, nrowy, y, tdy, ncolz, z, tdz, work);

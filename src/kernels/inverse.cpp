@@ -95,7 +95,7 @@ extern "C" void f01aac(double *a, int tda, int n, double *unit_inverse, int tdu,
     const char *name = "f01aac";
     zek::clear_fail(fail);
     if (n < 1) {
-        zek::raise_int_arg(fail, name, zek::kIntArgLt, "n", "1", n);
+        zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "1", n);
         return;
     }
     if (tda < n) {
@@ -108,18 +108,18 @@ extern "C" void f01aac(double *a, int tda, int n, double *unit_inverse, int tdu,
     }
     void *p = ZEK_ALLOCATE(sizeof(double) * static_cast<std::size_t>(n));
     if (p == nullptr) {
-        zek::raise_plain(fail, name, zek::kAllocFail);
+        zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
         return;
     }
     int ifail = 1;
     F01AAZ(a, &tda, &n, unit_inverse, &tdu, static_cast<double *>(p), &ifail);
     ZEK_RELEASE(&p);
     if (ifail == 1) {
-        zek::raise_plain(fail, name, zek::kSingularMatrix);
+        zek::raise_plain(fail, name, ZE_SINGULAR);
         return;
     }
     if (ifail != 0) {
-        zek::raise_plain(fail, name, zek::kInternalError);
+        zek::raise_plain(fail, name, ZE_INTERNAL_ERROR);
         return;
     }
     zek::raise_success(fail, name);
@@ -130,7 +130,7 @@ extern "C" void F01_SPD_INVERSE(int n, const double *l, int tdl, const double *d
     const char *name = "q62158";
     zek::clear_fail(fail);
     if (n < 1) {
-        zek::raise_int_arg(fail, name, zek::kIntArgLt, "n", "1", n);
+        zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "1", n);
         return;
     }
     if (tdl < n) {
@@ -142,7 +142,7 @@ extern "C" void F01_SPD_INVERSE(int n, const double *l, int tdl, const double *d
         return;
     }
     if (zek::spd_inverse_from_cholesky(n, l, tdl, d, x, tdx, extended != 0, work) != 0) {
-        zek::raise_plain(fail, name, zek::kNotPositiveDefinite);
+        zek::raise_plain(fail, name, ZE_NOT_POS_DEF);
         return;
     }
     zek::raise_success(fail, name);
@@ -152,7 +152,7 @@ extern "C" void f01adc(int n, double *a, int tda, ZekFail *fail) {
     const char *name = "f01adc";
     zek::clear_fail(fail);
     if (n < 1) {
-        zek::raise_int_arg(fail, name, zek::kIntArgLt, "n", "1", n);
+        zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "1", n);
         return;
     }
     if (tda < n) {
@@ -162,7 +162,7 @@ extern "C" void f01adc(int n, double *a, int tda, ZekFail *fail) {
     const std::size_t nn = static_cast<std::size_t>(n) * static_cast<std::size_t>(n);
     void *space = ZEK_ALLOCATE(sizeof(double) * (2 * nn + 2 * static_cast<std::size_t>(n)));
     if (space == nullptr) {
-        zek::raise_plain(fail, name, zek::kAllocFail);
+        zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
         return;
     }
     double *l = static_cast<double *>(space), *x = l + nn, *d = x + nn, *work = d + n;
@@ -171,7 +171,7 @@ extern "C" void f01adc(int n, double *a, int tda, ZekFail *fail) {
     const int info = zek::potrf('L', n, l, n, 1);
     if (info != 0) {
         ZEK_RELEASE(&space);
-        zek::raise_plain(fail, name, zek::kNotPositiveDefinite);
+        zek::raise_plain(fail, name, ZE_NOT_POS_DEF);
         return;
     }
     for (int i = 0; i < n; ++i) d[i] = l[i + i * ln];

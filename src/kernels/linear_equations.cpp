@@ -26,29 +26,42 @@ int scaled_lu(int n, double eps, double *a, int lda, double *p, double *d1, int 
     const std::ptrdiff_t ld = lda;
     *d1 = 1.0;
     *id = 0;
-    // Reciprocal row norms, the weights of the pivot choice.
+    // Reciprocal row norms, the weights of the pivot choice.  An infinite or undefined element makes
+    // its row norm non-finite: the factorisation cannot start.
     for (int i = 0; i < n; ++i) {
         const double s = dnrm2(n, a + i, lda);
+        if (!std::isfinite(s)) {
+            *d1 = 0.0;
+            return kLuNonFinite;
+        }
         if (s == 0.0) {
             *d1 = 0.0;
-            return 1;
+            return kLuSingular;
         }
         p[i] = 1.0 / s;
     }
     for (int k = 0; k < n; ++k) {
         double best = -1.0;
         int piv = k;
+        bool finite = true;
         for (int i = k; i < n; ++i) {
             const double v = std::fabs(a[i + k * ld]) * p[i];
+            finite = finite && std::isfinite(v);
             if (v > best) {
                 best = v;
                 piv = i;
             }
         }
+        // An elimination that overflowed leaves infinite or undefined elements behind it.
+        if (!finite) {
+            *d1 = 0.0;
+            *id = 0;
+            return kLuNonFinite;
+        }
         if (!(best > eps)) {
             *d1 = 0.0;
             *id = 0;
-            return 1;
+            return kLuSingular;
         }
         if (piv != k) {
             swap(n, a + k, lda, a + piv, lda);
@@ -58,21 +71,14 @@ int scaled_lu(int n, double eps, double *a, int lda, double *p, double *d1, int 
         p[k] = static_cast<double>(piv + 1);
         double *akk = a + k + k * ld;
         *d1 *= *akk;
-        // Keep D1 in [1/16, 1): the exponent goes to ID in steps of four.
-        while (std::fabs(*d1) >= 1.0) {
-            *d1 *= 0.0625;
-            *id += 4;
-        }
-        while (std::fabs(*d1) < 0.0625) {
-            *d1 *= 16.0;
-            *id -= 4;
-        }
+        // D1 stays in [1/16, 1); the exponent goes to ID in steps of four.
+        scale_normalise(d1, id, 4);
         if (k + 1 < n) {
             scal(n - k - 1, 1.0 / *akk, akk + 1, 1);
             dger(n - k - 1, n - k - 1, -1.0, akk + 1, 1, akk + ld, lda, akk + 1 + ld, lda);
         }
     }
-    return 0;
+    return kLuRegular;
 }
 
 int refined_solve(int n, int nrhs, const double *a, int lda, const double *lu, int ldlu, const int *ipiv,
@@ -150,7 +156,7 @@ void integer_pivots(int n, const double *p, int *ipiv) {
 // The catalogue's checks shared by the C-style routines: an order and leading dimensions.
 bool raise_order(ZekFail *fail, const char *name, const char *nname, int n) {
     if (n < 1) {
-        raise_int_arg(fail, name, kIntArgLt, nname, "1", n);
+        raise_int_arg(fail, name, ZE_INT_ARG_LT, nname, "1", n);
         return true;
     }
     return false;
@@ -212,7 +218,7 @@ extern "C" void f03afc(int n, double *a, int tda, int *pivot, double *detf, int 
     if (zek::raise_order(fail, name, "n", n) || zek::raise_leading(fail, name, "tda", tda, "n", n)) return;
     void *p = ZEK_ALLOCATE(sizeof(double) * static_cast<std::size_t>(n));
     if (p == nullptr) {
-        zek::raise_plain(fail, name, zek::kAllocFail);
+        zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
         return;
     }
     double *pr = static_cast<double *>(p);
@@ -220,7 +226,7 @@ extern "C" void f03afc(int n, double *a, int tda, int *pivot, double *detf, int 
     if (singular == 0) zek::integer_pivots(n, pr, pivot);
     ZEK_RELEASE(&p);
     if (singular != 0) {
-        zek::raise_plain(fail, name, zek::kSingularMatrix);
+        zek::raise_plain(fail, name, ZE_SINGULAR);
         return;
     }
     zek::raise_success(fail, name);
@@ -252,14 +258,14 @@ void run_refinement(const char *name, int n, int nrhs, const double *a, int tda,
                     ZekFail *fail) {
     void *work = ZEK_ALLOCATE(sizeof(double) * 2 * static_cast<std::size_t>(n));
     if (work == nullptr) {
-        zek::raise_plain(fail, name, zek::kAllocFail);
+        zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
         return;
     }
     const int status = zek::refined_solve(n, nrhs, a, tda, aa, tdaa, pivot, b, tdb, x, tdx, bb, tdbb,
                                           static_cast<double *>(work));
     ZEK_RELEASE(&work);
     if (status != 0) {
-        zek::raise_plain(fail, name, zek::kRefinementFailed);
+        zek::raise_plain(fail, name, ZE_ITER_FAIL_CONV);
         return;
     }
     zek::raise_success(fail, name);
@@ -286,7 +292,7 @@ extern "C" void f04aec(int n, int nrhs, const double *a, int tda, const double *
     for (int j = 0; j < n; ++j) zek::copy(n, a + j * la, 1, aa + j * laa, 1);
     void *space = ZEK_ALLOCATE((sizeof(double) + sizeof(int)) * static_cast<std::size_t>(n));
     if (space == nullptr) {
-        zek::raise_plain(fail, name, zek::kAllocFail);
+        zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
         return;
     }
     double *p = static_cast<double *>(space);
@@ -297,7 +303,7 @@ extern "C" void f04aec(int n, int nrhs, const double *a, int tda, const double *
     if (singular == 0) zek::integer_pivots(n, p, pivot);
     if (singular != 0) {
         ZEK_RELEASE(&space);
-        zek::raise_plain(fail, name, zek::kSingularMatrix);
+        zek::raise_plain(fail, name, ZE_SINGULAR);
         return;
     }
     run_refinement(name, n, nrhs, a, tda, aa, tdaa, pivot, b, tdb, x, tdx, bb, tdbb, fail);
@@ -339,7 +345,7 @@ extern "C" void f04jgc(int m, int n, double *a, int tda, double *b, double tol, 
     if (zek::raise_leading(fail, name, "tda", tda, "m", m)) return;
     void *space = ZEK_ALLOCATE((2 * sizeof(double) + sizeof(int)) * static_cast<std::size_t>(n) + 3 * sizeof(int));
     if (space == nullptr) {
-        zek::raise_plain(fail, name, zek::kAllocFail);
+        zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
         return;
     }
     double *work = static_cast<double *>(space);
@@ -357,7 +363,7 @@ extern "C" void f04jgc(int m, int n, double *a, int tda, double *b, double tol, 
         while (rank < n && std::fabs(a[rank + rank * ld]) > limit * rmax) ++rank;
         *irank = rank;
         ZEK_RELEASE(&space);
-        zek::raise_plain(fail, name, zek::kRankDeficient);
+        zek::raise_plain(fail, name, ZE_RANK_LT_N);
         return;
     }
     *irank = n;

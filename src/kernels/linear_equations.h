@@ -5,17 +5,14 @@
 
 namespace zek {
 
-// Catalogue codes raised by the factorisation chapters.
-constexpr int kSingularMatrix = 366;     // ZE_SINGULAR
-constexpr int kNotPositiveDefinite = 367; // ZE_NOT_POS_DEF
-constexpr int kRefinementFailed = 378;   // ZE_ITER_FAIL_CONV
-constexpr int kRankDeficient = 376;      // ZE_RANK_LT_N
-
 // The LU factorisation of F03AFF: A = P*L*U (L unit lower, U upper, over A) with partial pivoting on
 // implicitly equilibrated rows: the pivot of column k is the element of largest |a(i,k)|/||row i||
 // (2-norms of the rows on entry).  P(k) receives the pivot row of step k as a real.  The determinant is
-// D1 * 2**ID with 1/16 <= |D1| < 1.  Returns 0, or 1 when A is singular: a zero row, or a pivot not
-// larger than EPS times the norm of its row (then D1 = 0, ID = 0 and the factorisation stops).
+// D1 * 2**ID with 1/16 <= |D1| < 1.  Returns kLuRegular, kLuSingular when A is singular (a zero row,
+// or a pivot not larger than EPS times the norm of its row), or kLuNonFinite when an element of A is
+// infinite or undefined or the elimination overflowed; on both failures D1 = 0, ID = 0 and the
+// factorisation stops.
+enum LuOutcome : int { kLuRegular = 0, kLuSingular = 1, kLuNonFinite = 2 };
 int scaled_lu(int n, double eps, double *a, int lda, double *p, double *d1, int *id);
 
 // X = A^-1 * B by the factors of scaled_lu and iterative refinement: residuals B - A*X accumulated in

@@ -273,7 +273,7 @@ bool f01qc_raise(const char *name, int m, int n, int tda, ZekFail *fail) {
         return true;
     }
     if (n < 0) {
-        zek::raise_int_arg(fail, name, zek::kIntArgLt, "n", "0", n);
+        zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "0", n);
         return true;
     }
     if (tda < m) {
@@ -297,16 +297,16 @@ extern "C" void f01qdc(int trans, int wheret, int m, int n, double *a, int tda, 
     const char *name = "f01qdc";
     zek::clear_fail(fail);
     if (trans != Zek_NoTranspose && trans != Zek_Transpose && trans != Zek_ConjugateTranspose) {
-        zek::raise_text(fail, name, zek::kBadParam, "trans");
+        zek::raise_text(fail, name, ZE_BAD_PARAM, "trans");
         return;
     }
     if (wheret != Zek_ElementsIn && wheret != Zek_ElementsSeparate) {
-        zek::raise_text(fail, name, zek::kBadParam, "wheret");
+        zek::raise_text(fail, name, ZE_BAD_PARAM, "wheret");
         return;
     }
     if (f01qc_raise(name, m, n, tda, fail)) return;
     if (ncolb < 0) {
-        zek::raise_int_arg(fail, name, zek::kIntArgLt, "ncolb", "0", ncolb);
+        zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "ncolb", "0", ncolb);
         return;
     }
     if (tdb < m) {
@@ -316,7 +316,7 @@ extern "C" void f01qdc(int trans, int wheret, int m, int n, double *a, int tda, 
     if (std::min(n, ncolb) > 0) {
         void *work = ZEK_ALLOCATE(sizeof(double) * static_cast<std::size_t>(ncolb));
         if (work == nullptr) {
-            zek::raise_plain(fail, name, zek::kAllocFail);
+            zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
             return;
         }
         zek::qr_apply(trans == Zek_NoTranspose ? 'N' : 'T', wheret == Zek_ElementsIn ? 'I' : 'S', m, n, a, tda, zeta,

@@ -78,11 +78,11 @@ extern "C" void f01qac(int m, int n, int k, double *a, int tda, double *zeta, do
         return;
     }
     if (n < 0) {
-        zek::raise_int_arg(fail, name, zek::kIntArgLt, "n", "0", n);
+        zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "0", n);
         return;
     }
     if (k < 0) {
-        zek::raise_int_arg(fail, name, zek::kIntArgLt, "k", "0", k);
+        zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "k", "0", k);
         return;
     }
     if (k > n) {

@@ -10,17 +10,17 @@ extern "C" void f01crc(double *a, int m, int n, ZekFail *fail) {
     const char *name = "f01crc";
     zek::clear_fail(fail);
     if (m < 1) {
-        zek::raise_int_arg(fail, name, zek::kIntArgLt, "m", "1", m);
+        zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "m", "1", m);
         return;
     }
     if (n < 1) {
-        zek::raise_int_arg(fail, name, zek::kIntArgLt, "n", "1", n);
+        zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "1", n);
         return;
     }
     const std::ptrdiff_t size = static_cast<std::ptrdiff_t>(m) * n;
     void *marks = ZEK_ALLOCATE(static_cast<std::size_t>(size));
     if (marks == nullptr) {
-        zek::raise_plain(fail, name, zek::kAllocFail);
+        zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
         return;
     }
     if (m > 1 && n > 1) {

@@ -13,8 +13,6 @@ namespace zek {
 
 namespace {
 
-constexpr int kRealArgEq = 4;   // ZE_REAL_ARG_EQ
-constexpr int kFunInf = 417;    // ZE_FUN_INF
 
 template <int N>
 double polynomial(const double (&c)[N], double v) {
@@ -36,7 +34,7 @@ double s01bac(double x, ZekFail *fail) {
     static const char *const kName = "s01bac";
     clear_fail(fail);
     if (!(x > -1.0)) {
-        raise_real_arg(fail, kName, kRealArgLe, "x", "-1.0", x);
+        raise_real_arg(fail, kName, ZE_REAL_ARG_LE, "x", "-1.0", x);
         return 0.0;
     }
     // log(1 + x) = 2 atanh(u), u = x/(x + 2); t scales u so that w = t^2 <= 1 covers 1 + x in
@@ -61,7 +59,7 @@ double s07aac(double x, ZekFail *fail) {
     static const char *const kName = "s07aac";
     clear_fail(fail);
     if (std::fabs(x) > 1e10) {
-        raise_real_arg(fail, kName, kRealArgGt, "abs(x)", "fl1", std::fabs(x));
+        raise_real_arg(fail, kName, ZE_REAL_ARG_GT, "abs(x)", "fl1", std::fabs(x));
         return 0.0;
     }
     constexpr double c = 0.6366197723675813; // 2/pi
@@ -86,7 +84,7 @@ double s07aac(double x, ZekFail *fail) {
     const double m = std::trunc(0.5 * an);
     const bool odd = an - 2.0 * m == 1.0;
     if (odd && std::fabs(hi) <= 1e-14 * std::fabs(x)) {
-        raise_plain(fail, kName, kFunInf);
+        raise_plain(fail, kName, ZE_FUN_INF);
         const double magnitude = std::fabs(1.0 / (x * 1e-14));
         return hi > 0.0 ? -magnitude : magnitude;
     }
@@ -116,11 +114,11 @@ extern "C" double s21bac(double x, double y, ZekFail *fail) {
     static const char *const kName = "s21bac";
     zek::clear_fail(fail);
     if (x < 0.0) {
-        zek::raise_real_arg(fail, kName, zek::kRealArgLt, "x", "0.0", x);
+        zek::raise_real_arg(fail, kName, ZE_REAL_ARG_LT, "x", "0.0", x);
         return 0.0;
     }
     if (y == 0.0) {
-        zek::raise_real_arg(fail, kName, zek::kRealArgEq, "y", "0.0", y);
+        zek::raise_real_arg(fail, kName, ZE_REAL_ARG_EQ, "y", "0.0", y);
         return 0.0;
     }
     // RC(x, y) for y < 0 is sqrt(x/(x - y)) RC(x - y, -y), the Cauchy principal value.

@@ -12,8 +12,6 @@ namespace zek {
 namespace {
 
 // Catalogue codes of this family beyond those the frame names.
-constexpr int kRealArgTooSmall = 707; // ZE_REAL_ARG_TOO_SMALL
-constexpr int kRealArgNegInt = 708;   // ZE_REAL_ARG_NEG_INT
 
 // Euler's constant: Gamma(x) = 1/x - gamma + O(x) near zero.
 constexpr double kEuler = 0.5772156649015329;
@@ -153,16 +151,16 @@ double s14aac(double x, ZekFail *fail) {
     switch (r.failure) {
     case zek::GammaFailure::None: zek::raise_success(fail, kName); break;
     case zek::GammaFailure::TooLarge:
-        zek::raise_real_arg(fail, kName, zek::kRealArgGt, "x", zek::format("%6.1g", 170.0).c_str(), x);
+        zek::raise_real_arg(fail, kName, ZE_REAL_ARG_GT, "x", zek::format("%6.1g", 170.0).c_str(), x);
         break;
     case zek::GammaFailure::TooNegative:
-        zek::raise_real_arg(fail, kName, zek::kRealArgLt, "x", zek::format("%7.1g", -170.0).c_str(), x);
+        zek::raise_real_arg(fail, kName, ZE_REAL_ARG_LT, "x", zek::format("%7.1g", -170.0).c_str(), x);
         break;
     case zek::GammaFailure::TooSmall:
-        zek::raise_real_arg(fail, kName, zek::kRealArgTooSmall, "x", zek::format("%9.1g", 2.23e-308).c_str(), x);
+        zek::raise_real_arg(fail, kName, ZE_REAL_ARG_TOO_SMALL, "x", zek::format("%9.1g", 2.23e-308).c_str(), x);
         break;
     case zek::GammaFailure::NegativeInteger:
-        zek::raise_formatted(fail, kName, zek::kRealArgNegInt, "x", "x", x);
+        zek::raise_formatted(fail, kName, ZE_REAL_ARG_NEG_INT, "x", "x", x);
         break;
     }
     return r.value;
@@ -174,7 +172,7 @@ double s14abc(double x, ZekFail *fail) {
     double value = 0.0;
     if (x < 1e-15) {
         if (!(x > 0.0)) {
-            zek::raise_real_arg(fail, kName, zek::kRealArgLe, "x", "0.0", x);
+            zek::raise_real_arg(fail, kName, ZE_REAL_ARG_LE, "x", "0.0", x);
             return 0.0;
         }
         value = -std::log(x);
@@ -185,7 +183,7 @@ double s14abc(double x, ZekFail *fail) {
     } else if (x <= 6.8e6) {
         value = zek::special::stirling_correction(x) / x + (std::log(x) * (x - 0.5) - x + 0.9189385332046727);
     } else if (x > 2.55e305) {
-        zek::raise_real_arg(fail, kName, zek::kRealArgGt, "x", zek::format("%9.2g", 2.55e305).c_str(), x);
+        zek::raise_real_arg(fail, kName, ZE_REAL_ARG_GT, "x", zek::format("%9.2g", 2.55e305).c_str(), x);
         return 1.79e308;
     } else {
         value = std::log(x) * (x - 0.5) - x + 0.9189385332046727;

@@ -12,7 +12,6 @@ namespace zek {
 
 namespace {
 
-constexpr int kAlgNotConv = 420;   // ZE_ALG_NOT_CONV
 constexpr int kTermLimit = 600;
 
 template <int N>
@@ -110,17 +109,17 @@ extern "C" void s14bac(double a, double x, double tol, double *p, double *q, Zek
     static const char *const kName = "s14bac";
     zek::clear_fail(fail);
     if (p == nullptr || q == nullptr) {
-        zek::raise_text(fail, kName, zek::kNullArray, p == nullptr ? "p" : "q");
+        zek::raise_text(fail, kName, ZE_NULL_ARRAY, p == nullptr ? "p" : "q");
         return;
     }
     *p = 0.0;
     *q = 0.0;
     if (!(a > 0.0)) {
-        zek::raise_real_arg(fail, kName, zek::kRealArgLe, "a", "0.0", a);
+        zek::raise_real_arg(fail, kName, ZE_REAL_ARG_LE, "a", "0.0", a);
         return;
     }
     if (x < 0.0) {
-        zek::raise_real_arg(fail, kName, zek::kRealArgLt, "x", "0.0", x);
+        zek::raise_real_arg(fail, kName, ZE_REAL_ARG_LT, "x", "0.0", x);
         return;
     }
     if (x == 0.0) {
@@ -148,7 +147,7 @@ extern "C" void s14bac(double a, double x, double tol, double *p, double *q, Zek
     const double switch_value = x >= 0.25 ? x + 0.25 : std::log(0.5) / lx;
     ZekFail local = zek::clean_fail();
     const double lg = s14abc(a + 1.0, &local);
-    if (local.code == zek::kRealArgGt) {
+    if (local.code == ZE_REAL_ARG_GT) {
         *p = x < a ? 0.0 : 1.0;
         *q = 1.0 - *p;
         zek::raise_success(fail, kName);
@@ -222,7 +221,7 @@ extern "C" void s14bac(double a, double x, double tol, double *p, double *q, Zek
         *p = 1.0 - *q;
     }
     if (!converged) {
-        zek::raise_formatted(fail, kName, zek::kAlgNotConv, static_cast<long>(zek::kTermLimit));
+        zek::raise_formatted(fail, kName, ZE_ALG_NOT_CONV, static_cast<long>(zek::kTermLimit));
         return;
     }
     zek::raise_success(fail, kName);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "frame/ifail.h"
+#include "frame/raise.h"
 
 namespace zek::m01 {
 
@@ -12,9 +13,6 @@ namespace zek::m01 {
 constexpr int kMaxLength = 0xFFFFFFF;
 
 // Catalogue codes of this chapter beyond those the frame names.
-constexpr int kIntArgEq = 10;   // ZE_INT_ARG_EQ
-constexpr int kTwoIntArgLt = 17; // ZE_2_INT_ARG_LT
-constexpr int kBadRank = 701;    // ZE_BAD_RANK
 
 // The section M1..M2: IERROR 1 at exits 99999 to 99997.  True when a failure was reported.
 inline bool section_fails(FailureExit &exit, int m1, int m2) {

@@ -54,35 +54,35 @@ void m01dsc(const void *vec, int n, int stride, ZekCompare compare, int order, i
     static const char *const kName = "m01dsc";
     zek::clear_fail(fail);
     if (n < 1) {
-        zek::raise_int_arg(fail, kName, zek::kIntArgLt, "n", "1", n);
+        zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "n", "1", n);
         return;
     }
     if (n > zek::m01::kMaxLength) {
-        zek::raise_int_arg(fail, kName, zek::kIntArgGt, "n", zek::format("%d", zek::m01::kMaxLength).c_str(), n);
+        zek::raise_int_arg(fail, kName, ZE_INT_ARG_GT, "n", zek::format("%d", zek::m01::kMaxLength).c_str(), n);
         return;
     }
     if (stride == 0) {
-        zek::raise_int_arg(fail, kName, zek::m01::kIntArgEq, "stride", "0", stride);
+        zek::raise_int_arg(fail, kName, ZE_INT_ARG_EQ, "stride", "0", stride);
         return;
     }
     // The whole vector must lie within the range of an int of bytes.
     const long magnitude = stride < 0 ? -static_cast<long>(stride) : stride;
     const long bound = 0x7FFFFFFFL / n;
     if (magnitude > bound) {
-        zek::raise_int_arg(fail, kName, zek::kIntArgGt, "abs(stride)",
+        zek::raise_int_arg(fail, kName, ZE_INT_ARG_GT, "abs(stride)",
                            zek::format("p (p = %d)", static_cast<int>(bound)).c_str(), magnitude);
         return;
     }
     if (compare == nullptr) {
-        zek::raise_text(fail, kName, zek::kBadParam, "compare");
+        zek::raise_text(fail, kName, ZE_BAD_PARAM, "compare");
         return;
     }
     if (order != Zek_Ascending && order != Zek_Descending) {
-        zek::raise_text(fail, kName, zek::kBadParam, "order");
+        zek::raise_text(fail, kName, ZE_BAD_PARAM, "order");
         return;
     }
     if (vec == nullptr || ranks == nullptr) {
-        zek::raise_text(fail, kName, zek::kNullArray, vec == nullptr ? "vec" : "ranks");
+        zek::raise_text(fail, kName, ZE_NULL_ARRAY, vec == nullptr ? "vec" : "ranks");
         return;
     }
     const char *base = static_cast<const char *>(vec);

@@ -154,11 +154,11 @@ void m01zac(int ranks[], int n, ZekFail *fail) {
     constexpr int kMark = 0x40000000;
     zek::clear_fail(fail);
     if (n < 0) {
-        zek::raise_int_arg(fail, kName, zek::kIntArgLt, "n", "0", n);
+        zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "n", "0", n);
         return;
     }
     if (n > zek::m01::kMaxLength) {
-        zek::raise_int_arg(fail, kName, zek::kIntArgGt, "n", zek::format("%d", zek::m01::kMaxLength).c_str(), n);
+        zek::raise_int_arg(fail, kName, ZE_INT_ARG_GT, "n", zek::format("%d", zek::m01::kMaxLength).c_str(), n);
         return;
     }
     if (n == 0) {
@@ -166,13 +166,13 @@ void m01zac(int ranks[], int n, ZekFail *fail) {
         return;
     }
     if (ranks == nullptr) {
-        zek::raise_text(fail, kName, zek::kNullArray, "ranks");
+        zek::raise_text(fail, kName, ZE_NULL_ARRAY, "ranks");
         return;
     }
     for (int i = 0; i < n; ++i) {
         if (ranks[i] < 0 || ranks[i] >= n) {
             for (int k = 0; k < i; ++k) ranks[k] &= ~kMark;
-            zek::raise_text(fail, kName, zek::m01::kBadRank, "rank");
+            zek::raise_text(fail, kName, ZE_BAD_RANK, "rank");
             return;
         }
         ranks[i] |= kMark;
@@ -195,7 +195,7 @@ void m01zac(int ranks[], int n, ZekFail *fail) {
     }
     if (!permutation) {
         for (int k = 0; k < n; ++k) ranks[k] &= ~kMark;
-        zek::raise_text(fail, kName, zek::m01::kBadRank, "rank");
+        zek::raise_text(fail, kName, ZE_BAD_RANK, "rank");
         return;
     }
     zek::raise_success(fail, kName);
@@ -205,32 +205,32 @@ void m01esc(void *vec, int n, int size, int stride, int ranks[], ZekFail *fail) 
     static const char *const kName = "m01esc";
     zek::clear_fail(fail);
     if (n < 0) {
-        zek::raise_int_arg(fail, kName, zek::kIntArgLt, "n", "0", n);
+        zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "n", "0", n);
         return;
     }
     if (n > zek::m01::kMaxLength) {
-        zek::raise_int_arg(fail, kName, zek::kIntArgGt, "n", zek::format("%d", zek::m01::kMaxLength).c_str(), n);
+        zek::raise_int_arg(fail, kName, ZE_INT_ARG_GT, "n", zek::format("%d", zek::m01::kMaxLength).c_str(), n);
         return;
     }
     if (size < 1) {
-        zek::raise_int_arg(fail, kName, zek::kIntArgLt, "size", "1", size);
+        zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "size", "1", size);
         return;
     }
     // Every element's address must stay within the range of an int of bytes.
     const long bound = n > 0 ? 0x7FFFFFFFL / n : 0x7FFFFFFFL;
     if (size > bound) {
-        zek::raise_int_arg(fail, kName, zek::kIntArgGt, "size", zek::format("%d", static_cast<int>(bound)).c_str(),
+        zek::raise_int_arg(fail, kName, ZE_INT_ARG_GT, "size", zek::format("%d", static_cast<int>(bound)).c_str(),
                            size);
         return;
     }
     const long magnitude = stride < 0 ? -static_cast<long>(stride) : stride;
     if (magnitude < size) {
-        zek::raise_formatted(fail, kName, zek::m01::kTwoIntArgLt, "abs(stride)", magnitude, "size",
+        zek::raise_formatted(fail, kName, ZE_2_INT_ARG_LT, "abs(stride)", magnitude, "size",
                              static_cast<long>(size), "abs(stride)", "size");
         return;
     }
     if (magnitude > bound) {
-        zek::raise_int_arg(fail, kName, zek::kIntArgGt, "abs(stride)",
+        zek::raise_int_arg(fail, kName, ZE_INT_ARG_GT, "abs(stride)",
                            zek::format("%d", static_cast<int>(bound)).c_str(), magnitude);
         return;
     }
@@ -239,17 +239,17 @@ void m01esc(void *vec, int n, int size, int stride, int ranks[], ZekFail *fail) 
         return;
     }
     if (vec == nullptr || ranks == nullptr) {
-        zek::raise_text(fail, kName, zek::kNullArray, vec == nullptr ? "vec" : "ranks");
+        zek::raise_text(fail, kName, ZE_NULL_ARRAY, vec == nullptr ? "vec" : "ranks");
         return;
     }
     void *buffer = ZEK_ALLOCATE(static_cast<std::size_t>(size));
     if (buffer == nullptr) {
-        zek::raise_plain(fail, kName, zek::kAllocFail);
+        zek::raise_plain(fail, kName, ZE_ALLOC_FAIL);
         return;
     }
     if (zek::m01::check_and_mark(ranks, n, 0).ierror != 0) {
         ZEK_RELEASE(&buffer);
-        zek::raise_text(fail, kName, zek::m01::kBadRank, "rank");
+        zek::raise_text(fail, kName, ZE_BAD_RANK, "rank");
         return;
     }
     char *base = static_cast<char *>(vec);

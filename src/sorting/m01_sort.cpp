@@ -47,11 +47,11 @@ extern "C" void m01cac(double vec[], int n, int order, ZekFail *fail) {
     static const char *const kName = "m01cac";
     zek::clear_fail(fail);
     if (n < 1) {
-        zek::raise_int_arg(fail, kName, zek::kIntArgLt, "n", "1", n);
+        zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "n", "1", n);
         return;
     }
     if (n > zek::m01::kMaxLength) {
-        zek::raise_int_arg(fail, kName, zek::kIntArgGt, "n", zek::format("%d", zek::m01::kMaxLength).c_str(), n);
+        zek::raise_int_arg(fail, kName, ZE_INT_ARG_GT, "n", zek::format("%d", zek::m01::kMaxLength).c_str(), n);
         return;
     }
     if (n == 1) {
@@ -59,11 +59,11 @@ extern "C" void m01cac(double vec[], int n, int order, ZekFail *fail) {
         return;
     }
     if (order != Zek_Ascending && order != Zek_Descending) {
-        zek::raise_text(fail, kName, zek::kBadParam, "order");
+        zek::raise_text(fail, kName, ZE_BAD_PARAM, "order");
         return;
     }
     if (vec == nullptr) {
-        zek::raise_text(fail, kName, zek::kNullArray, "vec");
+        zek::raise_text(fail, kName, ZE_NULL_ARRAY, "vec");
         return;
     }
     zek::m01::Congruential random(zek::g_m01cac_word);

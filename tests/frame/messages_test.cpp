@@ -72,14 +72,14 @@ TEST(Raise, NullFailShowsTwoNoticesAndReturns) {
 
 TEST(Raise, TypedHelpersFillTheTemplates) {
     ZekFail fail = fresh();
-    zek::raise_int_arg(&fail, "m01cac", zek::kIntArgGt, "n", "268435455", 300000000L);
+    zek::raise_int_arg(&fail, "m01cac", ZE_INT_ARG_GT, "n", "268435455", 300000000L);
     EXPECT_EQ(fail.code, 13);
     EXPECT_STREQ(fail.message, "ZE_INT_ARG_GT:\n  On entry, n must not be greater than 268435455: n = 300000000.");
-    zek::raise_int_arg(&fail, "x", zek::kIntArgGe, "k", "2", 5L);
+    zek::raise_int_arg(&fail, "x", ZE_INT_ARG_GE, "k", "2", 5L);
     EXPECT_STREQ(fail.message, "ZE_INT_ARG_GE:\n  On entry, k must not be greater than or equal to 2:k = 5.");
-    zek::raise_real_arg(&fail, "s14aac", zek::kRealArgLe, "x", "0.0", -1.5);
+    zek::raise_real_arg(&fail, "s14aac", ZE_REAL_ARG_LE, "x", "0.0", -1.5);
     EXPECT_STREQ(fail.message, "ZE_REAL_ARG_LE:\n  On entry, x must not be less than or equal to 0.0: x = -1.5.");
-    zek::raise_text(&fail, "m01cac", zek::kBadParam, "order");
+    zek::raise_text(&fail, "m01cac", ZE_BAD_PARAM, "order");
     EXPECT_STREQ(fail.message, "ZE_BAD_PARAM:\n  On entry, parameter order had an illegal value.");
 }
 

@@ -483,3 +483,43 @@ TEST(LinearEquations, RefinementFailsOnANearlySingularMatrix) {
     F01_SPD_INVERSE(2, w, 2, d, w, 2, 1, w + 2, &fail);
     EXPECT_EQ(fail.code, 367);
 }
+
+// Matrices whose factorisation meets an infinite or undefined value: every routine on the scaled LU
+// ends in its singular exit instead of looping on the determinant's scale.
+TEST(Determinant, NonFiniteMatricesEndInTheSingularExit) {
+    const double inf = HUGE_VAL, nan = std::nan("");
+    struct Case {
+        const char *what;
+        double a[4]; // column order
+    } cases[] = {
+        {"infinite diagonal", {inf, 1.0, 2.0, 3.0}},
+        {"all infinite", {inf, -inf, inf, inf}},
+        {"undefined element", {1.0, nan, 2.0, 3.0}},
+        {"elimination overflows", {1.0, 4e293, -1e14, 1.5e308}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.what);
+        int n = 2, ld = 2, id = 0, ifail = 1;
+        double a[4], x[4], p[2], d1 = 0.0, det = 0.0, eps = 0.0;
+        std::memcpy(a, c.a, sizeof a);
+        F03AAF(a, &ld, &n, &det, p, &ifail);
+        EXPECT_EQ(ifail, 1);
+        EXPECT_EQ(det, 0.0);
+        std::memcpy(a, c.a, sizeof a);
+        ifail = 1;
+        F03AFF(&n, &eps, a, &ld, &d1, &id, p, &ifail);
+        EXPECT_EQ(ifail, 1);
+        std::memcpy(a, c.a, sizeof a);
+        ifail = 1;
+        F01AAZ(a, &ld, &n, x, &ld, p, &ifail);
+        EXPECT_EQ(ifail, 1);
+        ZekFail fail{};
+        int pivot[2];
+        std::memcpy(a, c.a, sizeof a);
+        f03afc(n, a, ld, pivot, &d1, &id, &fail);
+        EXPECT_EQ(fail.code, 366) << fail.message;
+        double b[2] = {1.0, 1.0}, aa[4];
+        f04aec(n, 1, c.a, ld, b, ld, aa, ld, x, ld, nullptr, 0, &fail);
+        EXPECT_EQ(fail.code, 366) << fail.message;
+    }
+}
