@@ -52,7 +52,7 @@ ZEK_API void E04WBA_PLAIN(const char *rname, char *cwsav, const int *lcwsav, int
 
 /* A decoder: applies one option line to the state arrays, writing complaints on UNIT when *LIST is
  * nonzero; INFORM 0 or 5.  Each solver family has one (the *_DECODE routines below). */
-typedef void (*ZekOptionDecoder)(const char *line, const int *list, const int *unit, int *lwsav, int *iwsav,
+typedef void (ZEK_CALLBACK *ZekOptionDecoder)(const char *line, const int *list, const int *unit, int *lwsav, int *iwsav,
                                  double *rwsav, int *inform, int line_len);
 
 /* String routines: one option line, with the list flag by reference.  The first call after E04WBA

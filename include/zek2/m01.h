@@ -22,7 +22,7 @@ enum { Zek_Ascending = 1597, Zek_Descending = 1598 };
 
 /* A comparison of two elements of a vector of any type: negative, zero or positive as the element
  * at A sorts before, with or after the element at B. */
-typedef int (*ZekCompare)(const void *a, const void *b);
+typedef int (ZEK_CALLBACK *ZekCompare)(const void *a, const void *b);
 
 /* M01DAF: ranks RV(M1:M2) into IRANK(M1:M2) (ranks M1..M2), ascending for ORDER 'A' and descending
  * for 'D' (either case).  The ranking is stable: equal keys keep their input order, also descending.

@@ -22,16 +22,31 @@
 #define ZEK_END_DECLS
 #endif
 
-/* Default visibility: the library is built with hidden visibility, so only ZEK_API names reach the
- * dynamic symbol table. */
-#define ZEK_API __attribute__((visibility("default")))
+/* The calling convention of every exported routine and of every function the caller passes in (user
+ * functions, fail handlers, print functions, comparison functions): on 32-bit Windows the callee pops
+ * its arguments (stdcall), as the host expects; elsewhere the platform's C convention.  Declare a
+ * function-pointer type as  typedef void (ZEK_CALLBACK *Name)(...);  and nothing else changes. */
+#if defined(_WIN32) && defined(__i386__)
+#define ZEK_CALLBACK __attribute__((stdcall))
+#else
+#define ZEK_CALLBACK
+#endif
+
+/* An exported routine: its calling convention and, on ELF platforms, default visibility (the library is
+ * built with hidden visibility, so only ZEK_API names reach the dynamic symbol table; a Windows build
+ * exports through its module definition instead). */
+#if defined(_WIN32)
+#define ZEK_API ZEK_CALLBACK
+#else
+#define ZEK_API ZEK_CALLBACK __attribute__((visibility("default")))
+#endif
 /* The export symbol of a routine: an assembler label, fixed here and nowhere else. */
 #define ZEK_SYMBOL(s) __asm__(s)
 
 ZEK_BEGIN_DECLS
 
 /* Handler of a fail record: called on each raise with the message, its code and the routine name. */
-typedef void (*ZekFailHandler)(const char *message, int code, const char *routine);
+typedef void (ZEK_CALLBACK *ZekFailHandler)(const char *message, int code, const char *routine);
 
 /* The fail record of the C-style layer, owned by the caller and passed last to every lower-case
  * routine.  A null pointer is allowed: failures are then shown as notices on stderr. */
@@ -55,7 +70,7 @@ typedef struct ZekSink {
 } ZekSink;
 
 /* User print function of a message control: receives the text, the message index and the user word. */
-typedef int (*ZekPrintFunction)(const char *text, int index, void *user);
+typedef int (ZEK_CALLBACK *ZekPrintFunction)(const char *text, int index, void *user);
 
 /* The printing part of the option structures of the C-style routines that print. */
 typedef struct ZekMessageControl {
