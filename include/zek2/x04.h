@@ -15,9 +15,9 @@
 ZEK_BEGIN_DECLS
 
 /* File name for the stream channel, or null for stdout.  Null at load; only the host sets it. */
-ZEK_API extern char *ZEK_OUTPUT_PATH ZEK_SYMBOL("q52016");
+ZEK_DATA extern char *ZEK_OUTPUT_PATH ZEK_SYMBOL("q52016");
 /* A word beside ZEK_OUTPUT_PATH that nothing in the library reads or writes. */
-ZEK_API extern int ZEK_SPARE_WORD ZEK_SYMBOL("q86923");
+ZEK_DATA extern int ZEK_SPARE_WORD ZEK_SYMBOL("q86923");
 
 /* Error unit: mode 0 reads it into *unit, mode 1 sets it from *unit, other modes do nothing. */
 ZEK_API void X04_ERROR_UNIT(const int *mode, int *unit) ZEK_SYMBOL("q58464");
