@@ -88,3 +88,17 @@ add_test(NAME win32_tour
   COMMAND ${CMAKE_COMMAND} -DWINE=${ZEK_WINE} -DTOUR=$<TARGET_FILE:tour> -DLINUX_TOUR=${ZEK_LINUX_TOUR}
           -P ${CMAKE_CURRENT_SOURCE_DIR}/cmake/wine_tour.cmake)
 set_tests_properties(win32_tour PROPERTIES SKIP_REGULAR_EXPRESSION "tour not run:" TIMEOUT 600)
+
+# Facts the host relies on: the masters' byte counts of its table, aliases at one address, bare data words.
+add_test(NAME win32_export_facts
+  COMMAND Python3::Interpreter ${CMAKE_CURRENT_SOURCE_DIR}/tests/win32/export_facts.py ${ZEK_MINGW_OBJDUMP}
+          $<TARGET_FILE:zek2> ${exports_dir}/declarations.txt ${CMAKE_CURRENT_SOURCE_DIR}/src)
+# The byte check accepts the right count and refuses a wrong one, a caller-pops routine and a wide argument.
+foreach(variant RIGHT_COUNT WRONG_COUNT CALLER_POPS WIDE_ARGUMENT)
+  add_test(NAME win32_byte_check_${variant}
+    COMMAND ${CMAKE_CXX_COMPILER} -std=c++17 -fsyntax-only -DZEK_${variant} -I${CMAKE_CURRENT_SOURCE_DIR}/include
+            -I${CMAKE_CURRENT_SOURCE_DIR}/cmake ${CMAKE_CURRENT_SOURCE_DIR}/tests/win32/wrong_bytes.cpp)
+  if(NOT variant STREQUAL RIGHT_COUNT)
+    set_tests_properties(win32_byte_check_${variant} PROPERTIES WILL_FAIL ON)
+  endif()
+endforeach()

@@ -16,6 +16,8 @@
 #include "zek2/types.h"
 
 #if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
 
 #include "tour_exports.h" /* the library's export names, decorated, from its module definition */
@@ -48,6 +50,9 @@ void *tour_bind(const char *symbol) {
 }
 
 static int load_library(void) {
+    /* Lines end in a bare newline, as the library writes them, so the console text reads the same on
+     * every platform. */
+    _setmode(_fileno(stdout), _O_BINARY);
     library = LoadLibraryA(ZEK_LIBRARY_PATH);
     if (library == NULL) fprintf(stderr, "tour: cannot load %s\n", ZEK_LIBRARY_PATH);
     return library != NULL;
