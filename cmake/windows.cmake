@@ -13,9 +13,9 @@ file(MAKE_DIRECTORY ${exports_dir})
 file(GLOB public_headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/include/zek2/*.h)
 set(export_tool ${CMAKE_CURRENT_SOURCE_DIR}/cmake/export_table.py)
 
-# SSE2 arithmetic (docs/architecture.md, "The host's library on 32-bit Windows"); the host gives no more
-# than 4-byte stack alignment, so functions that spill vectors realign their own frames.
-target_compile_options(zek_warnings INTERFACE -msse2 -mfpmath=sse -mincoming-stack-boundary=2)
+# SSE2 arithmetic (docs/architecture.md, "The host's library on 32-bit Windows").  The host gives no more
+# than 4-byte stack alignment; the toolchain's default (-mstackrealign) realigns the frames that need more.
+target_compile_options(zek_warnings INTERFACE -msse2 -mfpmath=sse)
 add_compile_definitions(__USE_MINGW_ANSI_STDIO=1)
 
 add_custom_command(
