@@ -6,6 +6,7 @@
 #include "zek2/a00.h"
 #include "zek2/a02.h"
 #include "zek2/c06.h"
+#include "zek2/d01.h"
 #include "zek2/e04.h"
 #include "zek2/f01.h"
 #include "zek2/f03.h"
