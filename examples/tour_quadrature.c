@@ -1,0 +1,55 @@
+/* Chapter D01 in the tour: an integral with a singularity at an end and the record of its subintervals
+ * (d01sjc), and an integral over a triangle by the extrapolated ladder (D01PAF), bound by export symbol. */
+#include <math.h>
+#include <stdio.h>
+#include <stdlib.h>
+
+#include "tour.h"
+#include "zek2/d01.h"
+
+typedef void (*one_dimension)(ZekQuadFunction, double, double, double, double, int, double *, double *,
+                              ZekQuadProgress *, void *, ZekFail *);
+typedef void (*simplex_ladder)(const int *, double *, const int *, const int *, ZekD01Function, int *, const int *,
+                               double *, double *, int *, double *, int *);
+
+static double ZEK_CALLBACK log_over_sqrt(double x, void *user) {
+    (void)user;
+    return x > 0.0 ? log(x) / sqrt(x) : 0.0;
+}
+
+static double ZEK_CALLBACK exp_sum(const int *ndim, const double x[], int iuser[], double ruser[]) {
+    (void)iuser;
+    (void)ruser;
+    double s = 0.0;
+    for (int i = 0; i < *ndim; ++i) s += x[i];
+    return exp(s);
+}
+
+void tour_quadrature(void) {
+    one_dimension d01sjc_ = (one_dimension)tour_bind("q76630");
+    simplex_ladder d01paf_ = (simplex_ladder)tour_bind("q79439");
+
+    tour_section("log(x)/sqrt(x) over [0, 1], exactly -4 (q76630, d01sjc)");
+    double result = 0.0, abserr = 0.0;
+    ZekQuadProgress qp = {0};
+    ZekFail fail = {0};
+    d01sjc_(log_over_sqrt, 0.0, 1.0, 0.0, 1e-10, 50, &result, &abserr, &qp, NULL, &fail);
+    printf("result = %.12f, error estimate = %.2e, code = %d\n", result, abserr, (int)fail.code);
+    printf("%d subintervals, %d evaluations:\n", (int)qp.num_subint, (int)qp.fun_count);
+    for (int i = 0; i < qp.num_subint; ++i)
+        printf("  [%.3e, %.3e]  integral %12.9f  error %.1e\n", qp.sub_int_beg_pts[i], qp.sub_int_end_pts[i],
+               qp.sub_int_result[i], qp.sub_int_error[i]);
+    free(qp.sub_int_beg_pts);
+    free(qp.sub_int_end_pts);
+    free(qp.sub_int_error);
+    free(qp.sub_int_result);
+
+    tour_section("exp(x + y) over the triangle (0,0), (2,0), (0,2), exactly 1 + e^2 (q79439, D01PAF)");
+    const int ndim = 2, iv1 = 3, iv2 = 6;
+    double vert[18] = {0.0, 2.0, 0.0, 0.0, 0.0, 2.0};
+    double finvls[6], esterr[6];
+    int minord = 0, maxord = 6, ifail = 1;
+    d01paf_(&ndim, vert, &iv1, &iv2, exp_sum, &minord, &maxord, finvls, esterr, NULL, NULL, &ifail);
+    printf("IFAIL = %d, estimate %.12f (exact %.12f), last change %.1e, %g evaluations\n", ifail, finvls[0],
+           1.0 + exp(2.0), esterr[maxord - 1], vert[1 + 5 * iv1]);
+}
