@@ -1,5 +1,6 @@
 /* Chapter D01 in the tour: an integral with a singularity at an end and the record of its subintervals
- * (d01sjc), and an integral over a triangle by the extrapolated ladder (D01PAF), bound by export symbol. */
+ * (d01sjc), an integral over a triangle by the extrapolated ladder (D01PAF) and its table printed by
+ * X04CDF, all bound by export symbol. */
 #include <math.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -9,6 +10,9 @@
 
 typedef void (*one_dimension)(ZekQuadFunction, double, double, double, double, int, double *, double *,
                               ZekQuadProgress *, void *, ZekFail *);
+typedef void (*matrix_printer)(const char *, const char *, const int *, const int *, const double *, const int *,
+                               const char *, const char *, const char *, const char *, const char *, const char *,
+                               const int *, const int *, int *, int, int, int, int, int, int, int, int);
 typedef void (*simplex_ladder)(const int *, double *, const int *, const int *, ZekD01Function, int *, const int *,
                                double *, double *, int *, double *, int *);
 
@@ -52,4 +56,15 @@ void tour_quadrature(void) {
     d01paf_(&ndim, vert, &iv1, &iv2, exp_sum, &minord, &maxord, finvls, esterr, NULL, NULL, &ifail);
     printf("IFAIL = %d, estimate %.12f (exact %.12f), last change %.1e, %g evaluations\n", ifail, finvls[0],
            1.0 + exp(2.0), esterr[maxord - 1], vert[1 + 5 * iv1]);
+
+    tour_section("the ladder's extrapolation table and its changes (X04CDF)");
+    matrix_printer x04cdf_ = (matrix_printer)tour_bind("X04CDF");
+    double table[12];
+    for (int k = 0; k < 6; ++k) {
+        table[2 * k] = finvls[k];
+        table[2 * k + 1] = esterr[k];
+    }
+    const int rows = 2, cols = 6, ld = 2, ncols = 80, indent = 2;
+    x04cdf_("G", " ", &rows, &cols, table, &ld, "1PE12.4", "FINVLS (row 1) and ESTERR (row 2) by order", "C",
+            "FINVLSESTERR", "I", " ", &ncols, &indent, &ifail, 1, 1, 7, 43, 1, 6, 1, 1);
 }
