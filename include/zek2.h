@@ -16,6 +16,7 @@
 #include "zek2/f08.h"
 #include "zek2/frame.h"
 #include "zek2/h02.h"
+#include "zek2/h03.h"
 #include "zek2/m01.h"
 #include "zek2/messages.h"
 #include "zek2/p01.h"
