@@ -94,6 +94,7 @@ int main(void) {
     tour_lp();
     tour_integer();
     tour_quadrature();
+    tour_networks();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces);
     dlclose(library);
     return 0;

@@ -31,5 +31,6 @@ void tour_options(void);
 void tour_lp(void);
 void tour_integer(void);
 void tour_quadrature(void);
+void tour_networks(void);
 
 #endif

@@ -68,3 +68,37 @@ void tour_quadrature(void) {
     x04cdf_("G", " ", &rows, &cols, table, &ld, "1PE12.4", "FINVLS (row 1) and ESTERR (row 2) by order", "C",
             "FINVLSESTERR", "I", " ", &ncols, &indent, &ifail, 1, 1, 7, 43, 1, 6, 1, 1);
 }
+
+typedef void (*transport)(const int *, const int *, const int *, const int *, const int *, int *, const int *, int *,
+                          int *, int *, int *, int *, double *, int *, int *, int *);
+typedef void (*shortest_path)(const int *, const int *, const int *, const int *, const int *, double *, int *, int *,
+                              double *, int *, int *, double *, int *);
+
+void tour_networks(void) {
+    transport h03abf_ = (transport)tour_bind("q18670");
+    shortest_path h03adf_ = (shortest_path)tour_bind("q49251");
+
+    tour_section("three plants, four markets: the cheapest shipment (q18670, H03ABF)");
+    const int cost[12] = {19, 70, 40, 30, 30, 8, 50, 40, 70, 10, 60, 20};
+    int amounts[7] = {7, 9, 18, 5, 8, 7, 14};
+    const int ma = 3, mb = 4, m = 7, maxit = 100;
+    int numit, src[7], dst[7], flow[6], kost[6], w1[7], w2[7], ifail = 1;
+    double z;
+    h03abf_(cost, &ma, &ma, &mb, &m, amounts, &maxit, &numit, src, dst, flow, kost, &z, w1, w2, &ifail);
+    printf("IFAIL = %d after %d iterations, total cost %.0f\n", ifail, numit, z);
+    for (int k = 0; k < m - 1; ++k)
+        printf("  plant %d -> market %d: %2d units at %2d\n", src[k], dst[k], flow[k], kost[k]);
+
+    tour_section("shortest path from 1 to 6 in an undirected network (q49251, H03ADF)");
+    const int n = 6, ns = 1, ne = 6, direct = 0, nnz = 9;
+    double d[9] = {7, 9, 14, 10, 15, 11, 2, 6, 9};
+    int irow[9] = {1, 1, 1, 2, 2, 3, 3, 4, 5};
+    int icol[9] = {2, 3, 6, 3, 4, 4, 6, 5, 6};
+    int path[6], iwork[3 * 6 + 2 + 9];
+    double work[12], length;
+    ifail = 1;
+    h03adf_(&n, &ns, &ne, &direct, &nnz, d, irow, icol, &length, path, iwork, work, &ifail);
+    printf("IFAIL = %d, length %.1f, path:", ifail, length);
+    for (int i = 0; i < n && path[i] != 0; ++i) printf(" %d", path[i]);
+    printf("\n");
+}

