@@ -141,10 +141,13 @@ double ball_estimate(Sphere &sp, int big_s) {
         const double t = static_cast<double>(s) / big_s;
         const double rho = std::sqrt(t);
         const Grading gr = grade(sp.method, rho);
+        // d(volume) = sigma R^n g^(n-1) g' d(rho), d(rho) = dt / (2 rho).  A shell of weight 0 (the
+        // centre, unless n = 2 and the grading is none) is not evaluated, so an integrand singular there
+        // is never called at its singularity.
+        const double weight = 0.5 * gr.q * std::pow(gr.g, n - 2) * gr.dg;
         double mean = 0.0;
-        if (!shell_mean(sp, s, sp.radius * gr.g, &mean)) continue;
-        // d(volume) = sigma R^n g^(n-1) g' d(rho), d(rho) = dt / (2 rho).
-        const double h = 0.5 * gr.q * std::pow(gr.g, n - 2) * gr.dg * mean;
+        if (weight != 0.0 && !shell_mean(sp, s, sp.radius * gr.g, &mean)) continue;
+        const double h = weight != 0.0 ? weight * mean : 0.0;
         if (!first) total += 0.5 * (t - t_prev) * (h + h_prev);
         first = false;
         t_prev = t;
