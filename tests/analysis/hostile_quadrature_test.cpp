@@ -39,7 +39,6 @@ const OneDimRow kOneDim[] = {
     {"a_nan", smooth, kNaN, 1, 1e-8, 1e-8, 10, ZE_REAL},
     {"b_inf", smooth, 0, kInf, 1e-8, 1e-8, 10, ZE_REAL},
     {"epsabs_nan", smooth, 0, 1, kNaN, 1e-8, 10, ZE_REAL},
-    {"epsrel_nan", smooth, 0, 1, 0, kNaN, 10, ZE_REAL},
     {"tolerances_zero", smooth, 0, 1, 0, 0, 10, ZE_REAL},
     {"integrand_nan", nan_mid, 0, 1, 1e-10, 1e-10, 50, ZE_QUAD_BAD_SUBDIV},
     {"integrand_inf", inf_at, 0, 1, 1e-10, 1e-10, 50, ZE_QUAD_BAD_SUBDIV},
@@ -72,8 +71,6 @@ struct BoxRow {
 };
 
 const BoxRow kBox[] = {
-    {"ndim_1", 1, 0, 1000, 1e-6, 1, box_smooth, ZE_INT_ARG_CONS,
-     "ZE_INT_ARG_CONS:\n  On entry, ndim = 1. \n  This parameter must satisfy 2 <= ndim <= 15."},
     {"minpts_above_maxpts", 2, 500, 400, 1e-6, 1, box_smooth, ZE_2_INT_ARG_GT,
      "ZE_2_INT_ARG_GT:\n  On entry, minpts = 500 while maxpts = 400. These parameters must satisfy minpts <= maxpts."},
     // 2^2 + 8 + 4 + 1 = 17: one short fails before any evaluation.
@@ -99,16 +96,11 @@ TEST_P(HostileBox, CodeInBoundedTime) {
     ZekFail fail{};
     d01wcc(r.ndim, r.f, a.data(), b.data(), &minpts, r.maxpts, r.eps, &finest, &acc, nullptr, &fail);
     EXPECT_EQ(fail.code, r.code) << fail.message;
-    if (r.message) {
-        EXPECT_STREQ(fail.message, r.message);
-    }
-    if (r.code == 0 || r.code == ZE_QUAD_MAX_INTEGRAND_EVAL) {
-        EXPECT_TRUE(std::isfinite(finest));
-        EXPECT_LE(minpts, r.maxpts);
-    }
-    if (r.code != 0 && r.code != ZE_QUAD_MAX_INTEGRAND_EVAL && r.code != ZE_QUAD_BAD_SUBDIV) {
-        EXPECT_EQ(finest, 3);
-    }
+    EXPECT_STREQ(r.message ? fail.message : "", r.message ? r.message : "");
+    // A result (or the best found) within the budget, else a NaN for a bad integrand, else untouched.
+    const bool result = r.code == 0 || r.code == ZE_QUAD_MAX_INTEGRAND_EVAL;
+    EXPECT_TRUE(result ? std::isfinite(finest) && minpts <= r.maxpts
+                       : r.code == ZE_QUAD_BAD_SUBDIV ? std::isnan(finest) : finest == 3);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, HostileBox, ::testing::ValuesIn(kBox),
@@ -148,9 +140,6 @@ void simplex(int ndim, int iv1, int iv2, int minord, int maxord, const std::vect
 const IfailRow kIfail[] = {
     {"ball_ndim_5", [](char *e, int *f) { ball(5, 1, 0, 0, 1e-3, e, f); }, 4, "D01JAF     4 99999     1                5",
      " ** On entry, NDIM .gt. 4: NDIM =               5."},
-    {"ball_method3_icoord1", [](char *e, int *f) { ball(2, 1, 3, 1, 1e-3, e, f); }, 4,
-     "D01JAF     4 99993     1                1",
-     " ** On entry, METHOD .eq. 3, but ICOORD .ne. 2: ICOORD =               1."},
     {"ball_method0_icoord2", [](char *e, int *f) { ball(2, 1, 0, 2, 1e-3, e, f); }, 4,
      "D01JAF     4 99991     1                0",
      " ** On entry, METHOD .ne. 3 or 4, but ICOORD .eq. 2:\n    METHOD =               0."},
@@ -165,10 +154,6 @@ const IfailRow kIfail[] = {
      " ** On entry, MAXORD .le. MINORD:\n    MAXORD =               2, MINORD =               2."},
     // Three vertices on one line.
     {"simplex_flat", [](char *e, int *f) { simplex(2, 3, 6, 0, 3, {0, 1, 2, 0, 1, 2}, e, f); }, 2,
-     "D01PAF     2 99994     0",
-     " ** The volume of the simplex integration region is too\n    large or too small to be represented on the "
-     "machine."},
-    {"simplex_nan_vertex", [](char *e, int *f) { simplex(2, 3, 6, 0, 3, {0, kNaN, 0, 0, 0, 1}, e, f); }, 2,
      "D01PAF     2 99994     0",
      " ** The volume of the simplex integration region is too\n    large or too small to be represented on the "
      "machine."},

@@ -21,8 +21,7 @@ namespace {
 
 struct Transport {
     int ma, mb;
-    std::vector<int> cost;  // column-major, ld = ma
-    std::vector<int> a;
+    std::vector<int> cost, a;  // cost column-major with leading dimension MA
 };
 
 struct TransportResult {
@@ -225,8 +224,6 @@ const Transport kSmall{2, 2, {1, 2, 3, 4}, {3, 2, 1, 4}};
 const NetworkFailure kNetworkFailures[] = {
     {"ma_zero", [] { Transport p = kSmall; p.ma = 0; return solve(p, 100, -13, 2).ifail; }, 1,
      " ** On entry, MA .le. 0: MA =               0.\n"},
-    {"m_sum", [] { return solve(kSmall, 100, -13, 1).ifail; }, 1,
-     " ** On entry, M-MA-MB .ne. 0:\n    M =         5, MA =         2, MB =         2.\n"},
     {"unbalanced", [] { Transport p = kSmall; p.a[0] = 4; return solve(p, 100, -13).ifail; }, 1,
      " ** On entry, the sum of the availabilities does not\n    equal the sum of the requirements.\n"},
     {"negative_amount", [] { Transport p = kSmall; p.a = {-1, 6, 1, 4}; return solve(p, 100, -13).ifail; }, 1,
@@ -234,8 +231,6 @@ const NetworkFailure kNetworkFailures[] = {
     {"huge_costs", [] { Transport p{2, 3, {2000000000, -2000000000, -2000000000, 2000000000, 2000000000, -2000000000},
                                     {1, 1, 1, 0, 1}}; return solve(p, 100, -13).ifail; }, 3,
      " ** The potentials of the basis leave the integer range:\n    the costs are too large.\n"},
-    {"ns_eq_ne", [] { return shortest({3, true, {1}, {2}, {1}}, 2, 2, -13).ifail; }, 3,
-     " ** On entry, NS .eq. NE:\n    NS =               2, NE =               2.\n"},
     {"nnz_undirected", [] { return shortest({2, false, {1, 1}, {2, 2}, {1, 1}}, 1, 2, -13).ifail; }, 4,
      " ** On entry, NNZ .lt. 1 or NNZ .gt. N*(N-1)/2 when DIRECT = .FALSE.:\n    NNZ =                2, N =                2.\n"},
     {"edge_reversed", [] { return shortest({3, false, {2}, {1}, {1}}, 1, 2, -13).ifail; }, 5,
@@ -248,7 +243,6 @@ const NetworkFailure kNetworkFailures[] = {
      "IROW(k-1) =                2\n    ICOL(k) =                3, ICOL(k-1) =                3.\n"},
     {"unreachable", [] { return shortest({4, true, {1, 3}, {2, 4}, {1, 1}}, 1, 4, -13).ifail; }, 8,
      " ** No connected network exists between vertices NS and NE:\n    NS =                1, NE =                4.\n"},
-    {"infinite_length", [] { return shortest({3, true, {1, 2}, {2, 3}, {1e308, 1e308}}, 1, 3, -13).ifail; }, 8, nullptr},
 };
 
 class HostileNetwork : public ::testing::TestWithParam<NetworkFailure> {};
