@@ -488,8 +488,10 @@ extern "C" void d01sjc(ZekQuadFunction f, double a, double b, double epsabs, dou
     D01SJ_WORKER(f, user, a, b, std::fabs(epsabs), std::fabs(epsrel), max_num_subint, result, abserr, &neval, &ier,
                  alist, blist, rlist, elist, iord, &last);
     ZEK_RELEASE(reinterpret_cast<void **>(&iord));
+    // Entries behind the pieces in use hold 0.0 (all of them when the tolerances asked for nothing).
+    for (std::size_t i = static_cast<std::size_t>(ier < 6 ? last : 0); i < n; ++i)
+        alist[i] = blist[i] = elist[i] = rlist[i] = 0.0;
     if (ier < 6 && last >= 1) {
-        for (std::size_t i = static_cast<std::size_t>(last); i < n; ++i) alist[i] = blist[i] = elist[i] = rlist[i] = 0.0;
         // Hand the pieces back in ascending order of their left ends (reversed limits: descending
         // order of the bisection is undone the same way, by the left end of each piece as stored).
         if (last > 1) {
