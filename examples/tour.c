@@ -157,6 +157,8 @@ int main(void) {
     tour_options();
     tour_lp();
     tour_integer();
+    tour_quadrature();
+    tour_networks();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces_received());
     unload_library();
     return 0;

@@ -32,5 +32,7 @@ void tour_fourier(void);
 void tour_options(void);
 void tour_lp(void);
 void tour_integer(void);
+void tour_quadrature(void);
+void tour_networks(void);
 
 #endif
