@@ -184,6 +184,131 @@ ZEK_API void E04MFA(const int *n, const int *nclin, const double *a, const int *
                     double *ax, double *clamda, int *iwork, const int *liwork, double *work, const int *lwork,
                     int *lwsav, int *iwsav, double *rwsav, int *ifail) ZEK_SYMBOL("q91522");
 
+/* ==== Small minimisers: one dimension, simplex, conjugate gradients, simple bounds ================ */
+/*
+ * User functions are called through adaptors: a routine takes the user's function and, beside it, the
+ * adaptor of its shape (the E04_ADAPT_* routines below); a null adaptor means the library's own.  The
+ * adaptor marks the outputs the user is to fill as undefined and calls the user with the addresses of
+ * its copies of the scalars.
+ *
+ * Stop convention of the shapes with IFLAG or MODE: a negative value set by the user ends the run, and
+ * IFAIL on return is that value.  A value or gradient that is not finite counts as a failed trial: the
+ * step is shortened, and a run that cannot get away from it ends with a failure exit, never IFAIL 0.
+ */
+
+/* f(x) of one variable: FC at XC. */
+typedef void (ZEK_CALLBACK *ZekE04Funct1)(const double *xc, double *fc, int *iuser, double *ruser);
+/* f(x) and f'(x) of one variable. */
+typedef void (ZEK_CALLBACK *ZekE04Funct1Grad)(const double *xc, double *fc, double *gc, int *iuser, double *ruser);
+/* f(x) of N variables for the simplex method (no user arrays). */
+typedef void (ZEK_CALLBACK *ZekE04FunctSimplex)(const int *n, const double *xc, double *fc);
+/* Monitor of the simplex method: best and worst value, the simplex SIM(N+1, N) (leading dimension
+ * N+1, one vertex per row), N, N+1, and the number of function calls so far. */
+typedef void (ZEK_CALLBACK *ZekE04MonitSimplex)(const double *fmin, const double *fmax, const double *sim,
+                                               const int *n, const int *is, const int *ncall);
+/* Objective and gradient for conjugate gradients: MODE on entry is 2 (value and gradient); a negative
+ * MODE on return stops; NSTATE is 1 at the first call. */
+typedef void (ZEK_CALLBACK *ZekE04Objfun)(int *mode, const int *n, const double *x, double *objf, double *objgrd,
+                                         const int *nstate, int *iuser, double *ruser);
+/* f(x) of N variables under bounds: IFLAG on entry 0; negative on return stops. */
+typedef void (ZEK_CALLBACK *ZekE04BoundFunct1)(int *iflag, const int *n, const double *xc, double *fc, int *iuser,
+                                              double *ruser);
+/* f(x) and its gradient GC(N): IFLAG on entry 0 for the value only, 2 for both; negative stops. */
+typedef void (ZEK_CALLBACK *ZekE04BoundFunct2)(int *iflag, const int *n, const double *xc, double *fc,
+                                              double *gc, int *iuser, double *ruser);
+/* Second derivatives at XC: the strict lower triangle by rows in HESLC(LH) (element (i,j), i > j, at
+ * (i-1)(i-2)/2 + j) and the diagonal in HESDC(N); GC is the gradient at XC, given.  Negative IFLAG
+ * stops. */
+typedef void (ZEK_CALLBACK *ZekE04BoundHess2)(int *iflag, const int *n, const double *xc, double *heslc,
+                                             const int *lh, double *hesdc, int *iuser, double *ruser);
+/* Monitor of the comprehensive bound routines: called every IPRINT iterations (and at the end) with
+ * the point, value, gradient, the state of each variable (positive free, -1 on its lower bound, -2
+ * on its upper bound, -3 fixed by equal bounds), the iteration and evaluation counts. */
+typedef void (ZEK_CALLBACK *ZekE04BoundMonit)(const int *n, const double *xc, const double *fc, const double *gc,
+                                             const int *istate, const int *niter, const int *nf, int *iuser,
+                                             double *ruser);
+
+/* The adaptors, one per shape: the user's function first, then its scalars by value. */
+typedef void (ZEK_CALLBACK *ZekE04AdaptFunct1)(ZekE04Funct1 f, double xc, double *fc, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptFunct1Grad)(ZekE04Funct1Grad f, double xc, double *fc, double *gc,
+                                                  int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptSimplex)(ZekE04FunctSimplex f, int n, const double *xc, double *fc);
+typedef void (ZEK_CALLBACK *ZekE04AdaptMonitSimplex)(ZekE04MonitSimplex f, double fmin, double fmax,
+                                                    const double *sim, int n, int is, int ncall);
+typedef void (ZEK_CALLBACK *ZekE04AdaptObjfun)(ZekE04Objfun f, int *mode, int n, const double *x, double *objf,
+                                              double *objgrd, int nstate, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptBound1)(ZekE04BoundFunct1 f, int *iflag, int n, const double *xc,
+                                              double *fc, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptBound2)(ZekE04BoundFunct2 f, int *iflag, int n, const double *xc,
+                                              double *fc, double *gc, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptHess2)(ZekE04BoundHess2 f, int *iflag, int n, const double *xc,
+                                             double *heslc, int lh, double *hesdc, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptBoundMonit)(ZekE04BoundMonit f, int n, const double *xc, double fc,
+                                                  const double *gc, const int *istate, int niter, int nf,
+                                                  int *iuser, double *ruser);
+
+ZEK_API void E04_ADAPT_FUNCT1(ZekE04Funct1 f, double xc, double *fc, int *iuser, double *ruser)
+    ZEK_SYMBOL("E04_ADAPT_FUNCT1");
+ZEK_API void E04_ADAPT_FUNCT1_GRAD(ZekE04Funct1Grad f, double xc, double *fc, double *gc, int *iuser,
+                                   double *ruser) ZEK_SYMBOL("E04_ADAPT_FUNCT1_GRAD");
+ZEK_API void E04_ADAPT_SIMPLEX(ZekE04FunctSimplex f, int n, const double *xc, double *fc)
+    ZEK_SYMBOL("E04_ADAPT_SIMPLEX");
+ZEK_API void E04_ADAPT_MONIT_SIMPLEX(ZekE04MonitSimplex f, double fmin, double fmax, const double *sim, int n,
+                                     int is, int ncall) ZEK_SYMBOL("E04_ADAPT_MONIT_SIMPLEX");
+ZEK_API void E04_ADAPT_OBJFUN(ZekE04Objfun f, int *mode, int n, const double *x, double *objf, double *objgrd,
+                              int nstate, int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_OBJFUN");
+ZEK_API void E04_ADAPT_BOUND1(ZekE04BoundFunct1 f, int *iflag, int n, const double *xc, double *fc, int *iuser,
+                              double *ruser) ZEK_SYMBOL("E04_ADAPT_BOUND1");
+ZEK_API void E04_ADAPT_BOUND2(ZekE04BoundFunct2 f, int *iflag, int n, const double *xc, double *fc, double *gc,
+                              int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_BOUND2");
+ZEK_API void E04_ADAPT_HESS2(ZekE04BoundHess2 f, int *iflag, int n, const double *xc, double *heslc, int lh,
+                             double *hesdc, int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_HESS2");
+ZEK_API void E04_ADAPT_BOUND_MONIT(ZekE04BoundMonit f, int n, const double *xc, double fc, const double *gc,
+                                   const int *istate, int niter, int nf, int *iuser, double *ruser)
+    ZEK_SYMBOL("E04_ADAPT_BOUND_MONIT");
+
+/* Minimum of f on [A, B] by a safeguarded bracket search with parabolic steps, function values only.
+ * E1 relative accuracy of the minimum (below EPS, or 0, means sqrt(EPS)); E2 absolute accuracy (below
+ * EPS means sqrt(EPS)); A < B on entry, and on exit the final bracket around X with F = f(X).  MAXCAL
+ * at least 3: the most calls of FUNCT, on exit the calls made.
+ * IFAIL: 1 A + E2 >= B or MAXCAL < 3; 2 MAXCAL calls made (X the best point so far); 3 no finite
+ * function value was met (X, F the last point tried). */
+ZEK_API void E04ABF(ZekE04Funct1 funct, ZekE04AdaptFunct1 adapt, double *e1, double *e2, double *a, double *b,
+                    int *maxcal, double *x, double *f, int *iuser, double *ruser, int *ifail) ZEK_SYMBOL("q66846");
+/* The same with the first derivative: FUNCT gives f and f'.  G = f'(X) on exit.  Same IFAIL values,
+ * MAXCAL at least 2. */
+ZEK_API void E04BBF(ZekE04Funct1Grad funct, ZekE04AdaptFunct1Grad adapt, double *e1, double *e2, double *a,
+                    double *b, int *maxcal, double *x, double *f, double *g, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q85184");
+
+/* Unconstrained minimum of f(x), x of N variables, by the simplex method.  X (N): the start, on exit
+ * the best vertex, FMIN its value.  TOL: the simplex has converged when the root mean square deviation
+ * of its function values is at most TOL (TOL at least EPS).  IW must be N+1.  W1 (N), W2 (N), W3 (N),
+ * W4 (N), W5 (N+1), W6 (IW*N) workspace; on exit W6 holds the final simplex (vertex per row, leading
+ * dimension N+1) and W5 its values.  MONIT (may be null) is called once per cycle.  MAXCAL: most calls
+ * of FUNCT.
+ * IFAIL: 1 N < 1, TOL < EPS, IW not N+1 or MAXCAL < 1 (no call of FUNCT); 2 MAXCAL calls made; 3 no
+ * vertex with a finite value. */
+ZEK_API void E04CCF(const int *n, double *x, double *fmin, const double *tol, const int *iw, double *w1,
+                    double *w2, double *w3, double *w4, double *w5, double *w6, ZekE04FunctSimplex funct,
+                    ZekE04MonitSimplex monit, const int *maxcal, int *ifail) ZEK_SYMBOL("q87255");
+/* The simplex core behind E04CCF, with the adaptors of FUNCT and MONIT. */
+ZEK_API void E04CC_CORE(const int *n, double *x, double *fmin, const double *tol, const int *iw, double *w1,
+                        double *w2, double *w3, double *w4, double *w5, double *w6, ZekE04FunctSimplex funct,
+                        ZekE04AdaptSimplex funct_adapt, ZekE04MonitSimplex monit,
+                        ZekE04AdaptMonitSimplex monit_adapt, const int *maxcal, int *ifail) ZEK_SYMBOL("q70109");
+
+/* Unconstrained minimum of a smooth f by nonlinear conjugate gradients (memoryless quasi-Newton
+ * directions with restarts).  Call E04WBA("E04DGA", ...) once, then any E04DKF option calls, then
+ * E04DGA.  ITER: iterations made.  OBJF, OBJGRD (N): value and gradient at X on exit.  X (N): start
+ * and solution.  IWORK (N+1), WORK (13N) workspace.
+ * IFAIL: 0 optimal; 3 iteration limit; 4 the step bound (Maximum Step Length) is too small; 6 the
+ * point cannot be improved upon (also a start where f is not finite); 7 the gradient check failed;
+ * 8 the gradient at the start is too small; 9 N < 1; negative: MODE set negative by OBJFUN. */
+ZEK_API void E04DGA(const int *n, ZekE04Objfun objfun, ZekE04AdaptObjfun adapt, int *iter, double *objf,
+                    double *objgrd, double *x, int *iwork, double *work, int *iuser, double *ruser, int *lwsav,
+                    int *iwsav, double *rwsav, int *ifail) ZEK_SYMBOL("q63784");
+
 ZEK_END_DECLS
 
 #endif
