@@ -308,6 +308,111 @@ ZEK_API void E04CC_CORE(const int *n, double *x, double *fmin, const double *tol
 ZEK_API void E04DGA(const int *n, ZekE04Objfun objfun, ZekE04AdaptObjfun adapt, int *iter, double *objf,
                     double *objgrd, double *x, int *iwork, double *work, int *iuser, double *ruser, int *lwsav,
                     int *iwsav, double *rwsav, int *ifail) ZEK_SYMBOL("q63784");
+/* ---- Bound-constrained minimisation ---- */
+/*
+ * IBOUND says how BL and BU are read: 0 each variable's bounds given in BL(j) <= x(j) <= BU(j); 1 no
+ * bounds (BL, BU set to -1e20 and 1e20); 2 x >= 0 (BL 0, BU absent); 3 one pair BL(1) <= x(j) <= BU(1) for
+ * every j.  A bound of magnitude 1e20 or more counts as absent.  Equal bounds fix a variable.
+ * IW (LIW >= N+2) on exit: IW(j) positive when x(j) is free, -1 on its lower bound, -2 on its upper,
+ * -3 fixed by equal bounds; IW(N+1) iterations, IW(N+2) function evaluations.  W (LW) on exit begins with the
+ * final second-derivative estimate (its diagonal, N, then the strict lower triangle by rows, at least
+ * one cell): the inverse estimate of the quasi-Newton methods, the Hessian of the Newton ones; E04JYF
+ * then holds the gradient (N) by differences.
+ * IFAIL: 1 bad arguments (N < 1, IBOUND outside 0..3, crossed bounds, short LIW or LW, no evaluation
+ * made); 2 evaluation limit reached; 3 no further progress with a gradient not small; 5 to 8 no
+ * further progress, graded by the size of the projected gradient (5 best); 9 the function (or gradient)
+ * is not finite at the start; 10 the gradient check at the start failed; 11 the Hessian check failed;
+ * negative: the user's IFLAG.
+ */
+ZEK_API void E04JYF(const int *n, const int *ibound, ZekE04BoundFunct1 funct1, ZekE04AdaptBound1 adapt, double *bl,
+                    double *bu, double *x, double *f, int *iw, const int *liw, double *w, const int *lw, int *iuser,
+                    double *ruser, int *ifail) ZEK_SYMBOL("q99096");
+ZEK_API void E04KYF(const int *n, const int *ibound, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, double *bl,
+                    double *bu, double *x, double *f, double *g, int *iw, const int *liw, double *w, const int *lw,
+                    int *iuser, double *ruser, int *ifail) ZEK_SYMBOL("q70509");
+ZEK_API void E04KZF(const int *n, const int *ibound, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, double *bl,
+                    double *bu, double *x, double *f, double *g, int *iw, const int *liw, double *w, const int *lw,
+                    int *iuser, double *ruser, int *ifail) ZEK_SYMBOL("q21895");
+ZEK_API void E04LYF(const int *n, const int *ibound, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt,
+                    ZekE04BoundHess2 hess2, ZekE04AdaptHess2 hadapt, double *bl, double *bu, double *x, double *f,
+                    double *g, int *iw, const int *liw, double *w, const int *lw, int *iuser, double *ruser,
+                    int *ifail) ZEK_SYMBOL("q43892");
+/* The comprehensive forms: IPRINT (monitor every IPRINT iterations, none when negative, 0 only at the
+ * end), MAXCAL, ETA (0 <= ETA < 1), XTOL (>= 0), DELTA (difference interval of the Hessian of E04KDF,
+ * 0 for the default sqrt(EPS)), STEPMX (>= XTOL), FEST (an estimate of the value at the minimum: when
+ * below F at the start it bounds the first step), ICHECK (nonzero: check the derivatives at the start).  HESL (LH >=
+ * max(1, N(N-1)/2)) and HESD (N) give back the final estimate; ISTATE (N) the state of each variable;
+ * NITER, NF the counts.  IW (LIW >= 1) is not used; W (LW >= 7N + max(1, N(N-1)/2)).  E04KDF is the
+ * modified Newton method on differences of the gradient, E04LBF on the user's Hessian. */
+ZEK_API void E04KDF(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundMonit monit,
+                    ZekE04AdaptBoundMonit madapt, const int *iprint, const int *maxcal, const double *eta,
+                    const double *xtol, const double *delta, const double *stepmx, const double *fest,
+                    const int *ibound, double *bl, double *bu, double *x, double *hesl, const int *lh, double *hesd,
+                    int *istate, double *f, double *g, int *niter, int *nf, const int *icheck, int *iw,
+                    const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q52750");
+ZEK_API void E04LBF(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundHess2 hess2,
+                    ZekE04AdaptHess2 hadapt, ZekE04BoundMonit monit, ZekE04AdaptBoundMonit madapt,
+                    const int *iprint, const int *maxcal, const double *eta, const double *xtol,
+                    const double *stepmx, const int *ibound, double *bl, double *bu, double *x, double *hesl,
+                    const int *lh, double *hesd, int *istate, double *f, double *g, int *niter, int *nf,
+                    const int *icheck, int *iw, const int *liw, double *w, const int *lw, int *iuser,
+                    double *ruser, int *ifail) ZEK_SYMBOL("q26255");
+
+/* The cores and checks behind the bound-constrained drivers.  The cores run from X (moved into the
+ * bounds) with the bounds as given (magnitude 1e20 or more is absent), keep the estimate in HDIAG (N)
+ * and HLOWER (max(1, N(N-1)/2)), and use W (7N, and N(N-1)/2 more, at least one, for the Newton
+ * cores) as scratch.  ISTATE (N) as IW of the drivers; NITER, NF the counts.  INFORM: 0 converged, 2
+ * evaluation limit, 3 no progress with a large gradient, 5 stalled (the drivers grade 3 and 5), 9 the
+ * start is not finite, negative the user's IFLAG.  ETA, XTOL, STEPMX as for E04KDF; DELTA the
+ * difference interval of the difference Hessian (0 for sqrt(EPS)).  MONIT is called every IPRINT
+ * iterations and at the end when IPRINT >= 0 (may be null). */
+ZEK_API void E04JYU(const int *n, ZekE04BoundFunct1 funct1, ZekE04AdaptBound1 adapt, const double *bl,
+                    const double *bu, double *x, double *f, double *g, int *istate, double *hdiag, double *hlower,
+                    double *w, const int *maxcal, const double *eta, const double *xtol, const double *stepmx,
+                    int *iuser, double *ruser, int *niter, int *nf, int *inform) ZEK_SYMBOL("q65709");
+/* Quasi-Newton core with the user's gradient (E04KYF's). */
+ZEK_API void E04KYY(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundMonit monit,
+                    ZekE04AdaptBoundMonit madapt, const int *iprint, const double *bl, const double *bu, double *x,
+                    double *f, double *g, int *istate, double *hdiag, double *hlower, double *w, const int *maxcal,
+                    const double *eta, const double *xtol, const double *stepmx, int *iuser, double *ruser,
+                    int *niter, int *nf, int *inform) ZEK_SYMBOL("q27956");
+/* Modified Newton core on a Hessian by differences of the gradient (E04KZF's). */
+ZEK_API void E04KZ_CORE(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundMonit monit,
+                        ZekE04AdaptBoundMonit madapt, const int *iprint, const double *bl, const double *bu,
+                        double *x, double *f, double *g, int *istate, double *hdiag, double *hlower, double *w,
+                        const int *maxcal, const double *eta, const double *xtol, const double *stepmx,
+                        const double *delta, int *iuser, double *ruser, int *niter, int *nf, int *inform)
+    ZEK_SYMBOL("q81515");
+/* The same core as E04KZ_CORE under the comprehensive E04KDF. */
+ZEK_API void E04KD_CORE(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundMonit monit,
+                        ZekE04AdaptBoundMonit madapt, const int *iprint, const double *bl, const double *bu,
+                        double *x, double *f, double *g, int *istate, double *hdiag, double *hlower, double *w,
+                        const int *maxcal, const double *eta, const double *xtol, const double *stepmx,
+                        const double *delta, int *iuser, double *ruser, int *niter, int *nf, int *inform)
+    ZEK_SYMBOL("q22228");
+/* Modified Newton core with the user's Hessian (E04LYF's). */
+ZEK_API void E04LY_CORE(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundHess2 hess2,
+                        ZekE04AdaptHess2 hadapt, ZekE04BoundMonit monit, ZekE04AdaptBoundMonit madapt,
+                        const int *iprint, const double *bl, const double *bu, double *x, double *f, double *g,
+                        int *istate, double *hdiag, double *hlower, double *w, const int *maxcal, const double *eta,
+                        const double *xtol, const double *stepmx, int *iuser, double *ruser, int *niter, int *nf,
+                        int *inform) ZEK_SYMBOL("q27859");
+/* Checks the user's gradient G at X (F the value there) against central differences along one
+ * direction; W (3N).  INFORM 0 good, 1 bad, negative the user's IFLAG. */
+ZEK_API void E04KYU(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, const double *x,
+                    const double *f, const double *g, double *w, int *iuser, double *ruser, int *inform)
+    ZEK_SYMBOL("q64223");
+/* Checks the user's Hessian at X (G the gradient there) against differences of the gradient along one
+ * direction; HDIAG, HLOWER receive the user's Hessian; W (3N).  INFORM as E04KYU. */
+ZEK_API void E04LYZ(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundHess2 hess2,
+                    ZekE04AdaptHess2 hadapt, const double *x, const double *g, double *hdiag, double *hlower,
+                    double *w, int *iuser, double *ruser, int *inform) ZEK_SYMBOL("q53634");
+/* Difference intervals H (N) for gradients by values at X (F its value), within the bounds; W (N).
+ * INFORM 0, or the user's negative IFLAG. */
+ZEK_API void E04JYZ(const int *n, ZekE04BoundFunct1 funct1, ZekE04AdaptBound1 adapt, const double *bl,
+                    const double *bu, const double *x, const double *f, double *h, double *w, int *iuser,
+                    double *ruser, int *inform) ZEK_SYMBOL("E04JYZ");
 
 ZEK_END_DECLS
 
