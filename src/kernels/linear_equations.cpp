@@ -161,15 +161,17 @@ bool raise_order(ZekFail *fail, const char *name, const char *nname, int n) {
     }
     return false;
 }
+
+} // namespace
+
 bool raise_leading(ZekFail *fail, const char *name, const char *tdname, int td, const char *nname, int n) {
     if (td < n) {
-        raise_formatted(fail, name, 17, tdname, static_cast<long>(td), nname, static_cast<long>(n), tdname, nname);
+        raise_formatted(fail, name, ZE_2_INT_ARG_LT, tdname, static_cast<long>(td), nname, static_cast<long>(n),
+                        tdname, nname);
         return true;
     }
     return false;
 }
-
-} // namespace
 
 } // namespace zek
 
