@@ -46,7 +46,8 @@ ZEK_API void f04aec(int n, int nrhs, const double *a, int tda, const double *b, 
  * of singular values above TOL times the largest, x = V*S^+*U'*(Q'*b)(1:n) over them, the first n rows
  * of A the rows of V' and ZETA(n) the singular values, largest first (the SVD true form of F04YAF), and
  * *SIGMA = ||b - A*x|| / sqrt(m - IRANK) (0 when m = IRANK); the call succeeds.  Codes 11 ZE_INT_ARG_LT
- * (n < 1), 17 ZE_2_INT_ARG_LT (m < n, tda < m), 291 ZE_SVD_FAIL (the SVD did not converge),
+ * (n < 1), 17 ZE_2_INT_ARG_LT (m < n, tda < m), 291 ZE_SVD_FAIL (the SVD did not converge, or A holds
+ * a NaN or an infinity),
  * 73 ZE_ALLOC_FAIL. */
 ZEK_API void f04jgc(int m, int n, double *a, int tda, double *b, double tol, double *sigma, int *irank, double *zeta,
                     ZekFail *fail) ZEK_SYMBOL("q30404");

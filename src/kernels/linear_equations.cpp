@@ -357,7 +357,10 @@ extern "C" void f04jgc(int m, int n, double *a, int tda, double *b, double tol, 
     const double limit = tol > 0.0 ? tol : n * zek::precision();
     const double rcond = zek::triangular_rcond(n, a, tda, work, iwork);
     const std::ptrdiff_t ld = tda;
-    if (!(rcond > limit)) {
+    bool finite = true;
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i <= j; ++i) finite = finite && std::isfinite(a[i + j * ld]);
+    if (!(rcond > limit) || !finite) {
         // Rank deficient to the tolerance: the minimum-norm solution from the SVD R = U*S*V'.  With
         // c = (Q'*b)(1:n), x = V*S^+*U'*c over the values above TOL (or the precision) times the
         // largest; V' goes to the first n rows of A and S to ZETA, as F04YAF reads them.

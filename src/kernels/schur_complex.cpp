@@ -59,6 +59,9 @@ int hessenberg_qr(bool wantt, bool wantz, int n, int ilo, int ihi, ComplexD *h, 
         H(j + 3, j) = 0.0;
     }
     if (ilo <= ihi - 2) H(ihi, ihi - 2) = 0.0;
+    for (int j = ilo; j <= ihi; ++j)
+        for (int i = ilo; i <= std::min(j + 1, ihi); ++i)
+            if (!std::isfinite(H(i, j).real()) || !std::isfinite(H(i, j).imag())) return ihi;
     const int jlo = wantt ? 1 : ilo, jhi = wantt ? n : ihi;
     // A real subdiagonal, by diagonal unitary scaling.
     for (int i = ilo + 1; i <= ihi; ++i) {

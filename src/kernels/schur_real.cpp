@@ -158,6 +158,10 @@ int hessenberg_qr(bool wantt, bool wantz, int n, int ilo, int ihi, double *h, in
         H(j + 3, j) = 0.0;
     }
     if (ilo <= ihi - 2) H(ihi, ihi - 2) = 0.0;
+    // Data that are not finite would be deflated into meaningless values: nothing is found.
+    for (int j = ilo; j <= ihi; ++j)
+        for (int i = ilo; i <= std::min(j + 1, ihi); ++i)
+            if (!std::isfinite(H(i, j))) return ihi;
     const int nh = ihi - ilo + 1, nz = ihiz - iloz + 1;
     const double safmin = safe_minimum(), u = ulp();
     const double smlnum = safmin * (static_cast<double>(nh) / u);
