@@ -60,7 +60,8 @@ ZeroOutcome next_step(double *x, double *y, int ir, double tolx, double *c, int 
     const double tol = 0.5 * tolx * weight;
     // Below this a step would not change the point.
     const double minstep = std::max(2.0 * eps * weight, 2.0 * eps * std::fabs(best)) + c[kTiny];
-    const double half = (c[kOther] - best) / 2.0;
+    // Halved first: the ends may be the largest numbers of opposite signs.
+    const double half = c[kOther] / 2.0 - best / 2.0;
     c[kHalf] = half;
     if (half == 0.0 || std::fabs(half) <= tol) {
         if (c[kPole] >= 0.0) return finish(x, y, best, c[kOther], ind, ZeroOutcome::Found);
@@ -93,6 +94,7 @@ ZeroOutcome next_step(double *x, double *y, int ir, double tolx, double *c, int 
             step = proposal;
     }
     if (std::fabs(step) < floor) step = half > 0.0 ? floor : -floor;
+    if (!std::isfinite(best + step)) step = half;
     c[kStep] = step;
     *x = best + step;
     *y = c[kOther];

@@ -80,7 +80,7 @@ TEST(HostileRoots, ReverseCommunicationValues) {
     };
     const Row rows[] = {
         {"nan_first_value", 0, 1, 1e-8, kNan, 1, ZE_PROBABLE_POLE}, {"inf_second_value", 0, 1, 1e-8, -1, kInf, ZE_PROBABLE_POLE},
-        {"nan_tolerance", 0, 1, kNan, -1, 1, ZE_REAL_ARG_LE},       {"largest_ends", -kMax, kMax, 1e-8, -1, 1, 0},
+        {"nan_tolerance", 0, 1, kNan, -1, 1, ZE_REAL_ARG_LE},       {"largest_ends", -kMax, kMax, 1e-8, -1, 1, 0}, {"largest_one_side", -kMax, 1, 1e-8, -1, 1, 0},
         {"nan_point", kNan, 1, 1e-8, -1, 1, 0},
     };
     for (const Row &r : rows) {
@@ -104,6 +104,7 @@ TEST(HostileRoots, ReverseCommunicationValues) {
     EXPECT_EQ(ifail, 1);
     lo = -1, ind = 1, ifail = 1;
     for (int k = 0; k < 500 && ind != 0; ++k) {
+        ifail = 1;
         C05AVF(&x, &fx, &h, &lo, &hi, &y, c, &ind, &ifail);
         fx = kNan;
     }
