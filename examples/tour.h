@@ -30,5 +30,7 @@ void tour_fourier(void);
 void tour_options(void);
 void tour_lp(void);
 void tour_integer(void);
+void tour_roots(void);
+void tour_svd(void);
 
 #endif
