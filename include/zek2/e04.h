@@ -414,6 +414,84 @@ ZEK_API void E04JYZ(const int *n, ZekE04BoundFunct1 funct1, ZekE04AdaptBound1 ad
                     const double *bu, const double *x, const double *f, double *h, double *w, int *iuser,
                     double *ruser, int *inform) ZEK_SYMBOL("E04JYZ");
 
+/* ---- Unconstrained nonlinear least squares ---- */
+
+/* The covariance matrix of a least-squares solution, SIGMA2 V_K diag(S_K)^-2 V_K', from the singular
+ * values S (N, descending) and right singular vectors V (LV >= N by N, as columns) of the Jacobian at the
+ * solution; K counts the values above 10*EPS*S(1) and SIGMA2 = FSUMSQ/(M-K), 0 when K = M.  JOB -1:
+ * V is overwritten with the whole matrix; JOB 0: CJ (N) receives its diagonal (the variances); JOB j,
+ * 1 <= j <= N: CJ receives its column j.  WORK (N).
+ * IFAIL: 1 N < 1, M < N, JOB outside -1..N, FSUMSQ < 0, or LV < N; 2 no value accepted (all zero);
+ * 3 only K < N values accepted: the result is formed on the accepted directions. */
+ZEK_API void E04YCF(const int *job, const int *m, const int *n, const double *fsumsq, const double *s, double *v,
+                    const int *lv, double *cj, double *work, int *ifail) ZEK_SYMBOL("q39421");
+
+/* Residuals of a least-squares problem: FVEC (M) at XC (N); IFLAG on entry 0 (residuals only) or 2
+ * (residuals and Jacobian FJAC (LJ, N), FJAC(i,j) = d f_i / d x_j); a negative IFLAG on return stops. */
+typedef void (ZEK_CALLBACK *ZekE04LsqFun)(int *iflag, const int *m, const int *n, const double *xc, double *fvec,
+                                         double *fjac, const int *lj, int *iuser, double *ruser);
+/* Residuals only, for the routines that difference them. */
+typedef void (ZEK_CALLBACK *ZekE04LsqFunDiff)(int *iflag, const int *m, const int *n, const double *xc,
+                                             double *fvec, int *iuser, double *ruser);
+/* Monitor: the point, residuals, Jacobian, its singular values S (N), IGRADE (the number of singular
+ * values taken for the step), the counts. */
+typedef void (ZEK_CALLBACK *ZekE04LsqMon)(const int *m, const int *n, const double *xc, const double *fvec,
+                                         const double *fjac, const int *lj, const double *s, const int *igrade,
+                                         const int *niter, const int *nf, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptLsq)(ZekE04LsqFun f, int *iflag, int m, int n, const double *xc,
+                                           double *fvec, double *fjac, int lj, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptLsqDiff)(ZekE04LsqFunDiff f, int *iflag, int m, int n, const double *xc,
+                                               double *fvec, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptLsqMon)(ZekE04LsqMon f, int m, int n, const double *xc, const double *fvec,
+                                              const double *fjac, int lj, const double *s, int igrade, int niter,
+                                              int nf, int *iuser, double *ruser);
+ZEK_API void E04_ADAPT_LSQ(ZekE04LsqFun f, int *iflag, int m, int n, const double *xc, double *fvec, double *fjac,
+                           int lj, int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_LSQ");
+ZEK_API void E04_ADAPT_LSQ_DIFF(ZekE04LsqFunDiff f, int *iflag, int m, int n, const double *xc, double *fvec,
+                                int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_LSQ_DIFF");
+ZEK_API void E04_ADAPT_LSQ_MON(ZekE04LsqMon f, int m, int n, const double *xc, const double *fvec,
+                               const double *fjac, int lj, const double *s, int igrade, int niter, int nf,
+                               int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_LSQ_MON");
+
+/* Minimum of the sum of squares of M residuals in N variables, M >= N: trust-region steps between
+ * Gauss-Newton and steepest descent, computed from the SVD of the Jacobian (the step for a shift L is
+ * -sum s_i (u_i'f)/(s_i^2 + L) v_i over the singular values above 10 EPS s_1).  E04FCF differences the
+ * residuals for the Jacobian (forward, interval sqrt(EPS)(1+|x_j|)); E04GBF takes it from LSQFUN.
+ *   LSQMON (may be null) is called every IPRINT iterations (never when IPRINT <= 0) and at the end
+ *   (when IPRINT >= 0).  MAXCAL: most calls of LSQFUN (a Jacobian by differences counts N+... calls
+ *   of its own).  ETA (0 <= ETA < 1) is checked and kept for the interface: the trust region has no
+ *   line search for it to tune.  XTOL (>= 0): the run ends when a step is below XTOL (1 + |x|).
+ *   STEPMX (>= XTOL): the largest step, and the first trust radius.  X (N): start and solution.
+ *   FSUMSQ, FVEC (M), FJAC (LJ >= M, N): the sum of squares, residuals and Jacobian at X.  S (N), V
+ *   (LV >= N, N): singular values and right singular vectors (as columns) of FJAC, for E04YCF.
+ *   NITER, NF: iterations and calls of LSQFUN.  IW (LIW) is not used.  W (LW): at least
+ *   6N + MN + 2M + N(N-1)/2 (E04FCF), 7N + MN + 2M + N*N (E04GBF); 7 + 3M and 9 + 3M when N = 1.
+ * IFAIL: 1 bad arguments (each with its message); 2 MAXCAL calls made; 3 no lower point could be found
+ * although the gradient is not small; 4 the SVD failed; 5 the residuals (or Jacobian) are not finite
+ * at the start; negative: the user's IFLAG. */
+ZEK_API void E04FCF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt,
+                    ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal,
+                    const double *eta, const double *xtol, const double *stepmx, double *x, double *fsumsq,
+                    double *fvec, double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter,
+                    int *nf, int *iw, const int *liw, double *w, const int *lw, int *iuser, double *ruser,
+                    int *ifail) ZEK_SYMBOL("q97527");
+ZEK_API void E04GBF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqMon lsqmon,
+                    ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal, const double *eta,
+                    const double *xtol, const double *stepmx, double *x, double *fsumsq, double *fvec,
+                    double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf, int *iw,
+                    const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q44667");
+/* The easy forms: MAXCAL 400N (E04FYF) or 100N (E04GYF), XTOL 10 sqrt(EPS), STEPMX 1e5 (1 + |x|).  On
+ * exit W holds FVEC (M), FJAC (M by N), S (N) and V (N by N) at X, in that order.  W (LW): at least
+ * 7N + N*N + 2MN + 2M + N(N-1)/2 (E04FYF), 8N + 2N*N + 2MN + 3M (E04GYF); 9 + 5M and 11 + 5M when
+ * N = 1.  IFAIL as the comprehensive forms. */
+ZEK_API void E04FYF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt, double *x,
+                    double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q61699");
+ZEK_API void E04GYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, double *x,
+                    double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q74490");
+
 ZEK_END_DECLS
 
 #endif
