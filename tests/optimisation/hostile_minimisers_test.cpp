@@ -61,6 +61,18 @@ void bh2(int *, const int *n, const double *, double *hl, const int *lh, double 
     for (int k = 0; k < *lh; ++k) hl[k] = 0.0;
 }
 
+// Residuals x(i mod n) - 1, the first replaced by the bowl's value when that is not finite.
+void lsq(int *iflag, const int *m, const int *n, const double *x, double *f, double *j, const int *lj, int *,
+         double *) {
+    const double v = bowl(*n, x, nullptr);
+    for (int i = 0; i < *m; ++i) f[i] = x[i % *n] - 1.0;
+    if (!std::isfinite(v)) f[0] = v;
+    if (*iflag == 2)
+        for (int c = 0; c < *n; ++c)
+            for (int i = 0; i < *m; ++i) j[i + c * *lj] = i % *n == c ? 1.0 : 0.0;
+    if (stop_now()) *iflag = -3;
+}
+
 struct Outcome {
     int ifail;
     double f;  // the value returned with it
@@ -145,7 +157,9 @@ Outcome comprehensive(double eta, double xtol, double stepmx, int lh) {
     return {ifail, f};
 }
 
-void check(const Row &r, const std::string &prefix = "") {
+void check(const Row &r, const std::string &prefix = "");
+
+void check(const Row &r, const std::string &prefix) {
     SCOPED_TRACE(prefix + r.name);
     g_mode = r.mode;
     g_calls = 0;
@@ -153,6 +167,58 @@ void check(const Row &r, const std::string &prefix = "") {
     EXPECT_EQ(o.ifail, r.expected);
     EXPECT_TRUE(!r.no_calls || g_calls == 0) << g_calls;
     EXPECT_TRUE(o.ifail != 0 || std::isfinite(o.f)) << o.f;
+}
+
+// E04GYF (easy) or E04GBF on M residuals of N variables; LW short by LW_SHORT.
+Outcome least_squares(bool easy, int m, int n, int lw_short = 0, int maxcal = 100, double eta = 0.5) {
+    const int mm = std::max(m, 1), nn = std::max(n, 1);
+    const int need = n > 1 ? (easy ? 8 * n + 2 * n * n + 2 * m * n + 3 * m : 7 * n + m * n + 2 * m + n * n)
+                           : (easy ? 11 + 5 * m : 9 + 3 * m);
+    const int lw = need - lw_short, lj = mm, lv = nn, iprint = -1, liw = 1;
+    const double xtol = 1e-10, stepmx = 10.0;
+    std::vector<double> x(nn, 3.0), w(std::max(lw, 1)), fvec(mm), fjac(mm * nn), s(nn), v(nn * nn);
+    double fsumsq = 0, ru = 0;
+    int ifail = 1, iu = 0, niter, nf, iw[1];
+    if (easy) E04GYF(&m, &n, lsq, nullptr, x.data(), &fsumsq, w.data(), &lw, &iu, &ru, &ifail);
+    else
+        E04GBF(&m, &n, lsq, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx, x.data(), &fsumsq,
+               fvec.data(), fjac.data(), &lj, s.data(), v.data(), &lv, &niter, &nf, iw, &liw, w.data(), &lw, &iu,
+               &ru, &ifail);
+    return {ifail, fsumsq};
+}
+
+Outcome covariance(int job, int m, int n, double fsumsq, double s1, int lv) {
+    double s[2] = {s1, s1}, v[4] = {1, 0, 0, 1}, cj[2], work[2];
+    int ifail = 1;
+    E04YCF(&job, &m, &n, &fsumsq, s, v, &lv, cj, work, &ifail);
+    return {ifail, cj[0]};
+}
+
+TEST(HostileMinimisers, LeastSquaresRowsEndInTheirIfail) {
+    const Row rows[] = {
+        {"E04GYF N 0", 0, [] { return least_squares(true, 3, 0); }, 1, true},
+        {"E04GYF M < N", 0, [] { return least_squares(true, 1, 2); }, 1, true},
+        {"E04GYF LW short", 0, [] { return least_squares(true, 3, 2, 1); }, 1, true},
+        {"E04GYF N 1 LW short", 0, [] { return least_squares(true, 3, 1, 1); }, 1, true},
+        {"E04GBF LW short", 0, [] { return least_squares(false, 3, 2, 1); }, 1, true},
+        {"E04GBF MAXCAL 0", 0, [] { return least_squares(false, 3, 2, 0, 0); }, 1, true},
+        {"E04GBF ETA 1", 0, [] { return least_squares(false, 3, 2, 0, 100, 1.0); }, 1, true},
+        {"E04GBF ETA NaN", 0, [] { return least_squares(false, 3, 2, 0, 100, kNaN); }, 1, true},
+        {"E04GBF MAXCAL 2", 0, [] { return least_squares(false, 3, 2, 0, 2); }, 2, false},
+        {"E04GYF NaN residuals", 1, [] { return least_squares(true, 3, 2); }, 5, false},
+        {"E04GYF +Inf residuals", 2, [] { return least_squares(true, 3, 2); }, 5, false},
+        {"E04GYF stop", 5, [] { return least_squares(true, 3, 2); }, -3, false},
+        {"E04GYF good", 0, [] { return least_squares(true, 3, 2); }, 0, false},
+        {"E04YCF JOB -2", 0, [] { return covariance(-2, 3, 2, 1.0, 1.0, 2); }, 1, false},
+        {"E04YCF JOB 3", 0, [] { return covariance(3, 3, 2, 1.0, 1.0, 2); }, 1, false},
+        {"E04YCF M < N", 0, [] { return covariance(0, 1, 2, 1.0, 1.0, 2); }, 1, false},
+        {"E04YCF FSUMSQ < 0", 0, [] { return covariance(0, 3, 2, -1.0, 1.0, 2); }, 1, false},
+        {"E04YCF FSUMSQ NaN", 0, [] { return covariance(0, 3, 2, kNaN, 1.0, 2); }, 1, false},
+        {"E04YCF LV short", 0, [] { return covariance(-1, 3, 2, 1.0, 1.0, 1); }, 1, false},
+        {"E04YCF S NaN", 0, [] { return covariance(0, 3, 2, 1.0, kNaN, 2); }, 2, false},
+        {"E04YCF S zero", 0, [] { return covariance(0, 3, 2, 1.0, 0.0, 2); }, 2, false},
+    };
+    for (const Row &r : rows) check(r);
 }
 
 TEST(HostileMinimisers, EveryRowEndsInItsIfail) {
