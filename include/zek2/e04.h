@@ -492,6 +492,38 @@ ZEK_API void E04GYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04Adapt
                     double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
     ZEK_SYMBOL("q74490");
 
+/* The second-order term of the Hessian of (1/2) sum f_i^2, sum f_i(x) f_i''(x), at XC with the residuals
+ * FVEC given: B (LB = N(N+1)/2) its lower triangle by rows (element (i,j), i >= j, at i(i-1)/2 + j).
+ * A negative IFLAG stops. */
+typedef void (ZEK_CALLBACK *ZekE04LsqHes)(int *iflag, const int *m, const int *n, const double *fvec,
+                                         const double *xc, double *b, const int *lb, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptLsqHes)(ZekE04LsqHes f, int *iflag, int m, int n, const double *fvec,
+                                              const double *xc, double *b, int lb, int *iuser, double *ruser);
+ZEK_API void E04_ADAPT_LSQ_HES(ZekE04LsqHes f, int *iflag, int m, int n, const double *fvec, const double *xc,
+                               double *b, int lb, int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_LSQ_HES");
+/* Modified Newton forms: the model's Hessian J'J + sum f_i f_i'' is carried, by differences of J'f
+ * (E04GDF, E04GZF: N more Jacobians per iteration) or from LSQHES (E04HEF, E04HYF), and the trust-region
+ * step solves (H + L I) p = -J'f with the least L >= 0 that Cholesky accepts and the radius admits.
+ * Arguments, workspace and IFAIL as E04GBF (comprehensive) and E04GYF (easy); LSQHES null is IFAIL 1. */
+ZEK_API void E04GDF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqMon lsqmon,
+                    ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal, const double *eta,
+                    const double *xtol, const double *stepmx, double *x, double *fsumsq, double *fvec,
+                    double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf, int *iw,
+                    const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q34491");
+ZEK_API void E04HEF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
+                    ZekE04AdaptLsqHes hadapt, ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint,
+                    const int *maxcal, const double *eta, const double *xtol, const double *stepmx, double *x,
+                    double *fsumsq, double *fvec, double *fjac, const int *lj, double *s, double *v, const int *lv,
+                    int *niter, int *nf, int *iw, const int *liw, double *w, const int *lw, int *iuser,
+                    double *ruser, int *ifail) ZEK_SYMBOL("q57179");
+ZEK_API void E04GZF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, double *x,
+                    double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q21132");
+ZEK_API void E04HYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
+                    ZekE04AdaptLsqHes hadapt, double *x, double *fsumsq, double *w, const int *lw, int *iuser,
+                    double *ruser, int *ifail) ZEK_SYMBOL("q74721");
+
 ZEK_END_DECLS
 
 #endif

@@ -49,6 +49,9 @@ struct Functions {
     ZekE04AdaptLsqDiff dadapt = nullptr;
     ZekE04LsqMon mon = nullptr;
     ZekE04AdaptLsqMon madapt = nullptr;
+    ZekE04LsqHes hes = nullptr;          // the user's second-order term
+    ZekE04AdaptLsqHes hadapt = nullptr;
+    bool second_differences = false;     // the second-order term by differences of J'f
     int *iuser = nullptr;
     double *ruser = nullptr;
 };
@@ -66,6 +69,7 @@ public:
         p_ = g_ + n;
         xt_ = p_ + n;
         rt_ = xt_ + n;
+        h_ = a.w + m * n + zek::svd_workspace(a.m, a.n, false, true);
     }
     int run();
 
@@ -85,7 +89,15 @@ private:
     Arrays a_;
     Functions f_;
     Settings s_;
-    double *copy_, *svdw_, *g_, *p_, *xt_, *rt_;
+    // The model's Hessian J'J + sum f_i f_i'' (N by N) when the second-order term is carried: false when
+    // the user stopped.
+    bool second_order();
+    // The step (H + L I) p = -g for the least L >= 0 whose Cholesky succeeds and whose step fits the
+    // radius; returns the predicted reduction, or -1 when no shift works.
+    double newton_step(double radius);
+    bool carries_second_order() const { return f_.hes != nullptr || f_.second_differences; }
+
+    double *copy_, *svdw_, *g_, *p_, *xt_, *rt_, *h_;
     int stop_ = 0;
 };
 
@@ -150,6 +162,115 @@ void Solver::step(double shift, int k) {
     }
 }
 
+bool Solver::second_order() {
+    const int m = a_.m, n = a_.n;
+    const std::ptrdiff_t ld = a_.lj, nn = n;
+    // J'J first.
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j <= i; ++j) {
+            double t = 0.0;
+            for (int r = 0; r < m; ++r) t += a_.fjac[r + i * ld] * a_.fjac[r + j * ld];
+            h_[i + j * nn] = h_[j + i * nn] = t;
+        }
+    if (f_.hes != nullptr) {
+        // The user's term, packed by rows into the copy region (free after the SVD).
+        const int lb = n * (n + 1) / 2;
+        int iflag = 0;
+        f_.hadapt(f_.hes, &iflag, a_.m, n, a_.fvec, a_.x, copy_, lb, f_.iuser, f_.ruser);
+        if (iflag < 0) {
+            stop_ = iflag;
+            return false;
+        }
+        for (int i = 0; i < n; ++i)
+            for (int j = 0; j <= i; ++j) {
+                const double t = copy_[static_cast<std::ptrdiff_t>(i) * (i + 1) / 2 + j];
+                h_[i + j * nn] += t;
+                if (i != j) h_[j + i * nn] += t;
+            }
+        return true;
+    }
+    // Differences of g = J'f along each axis give (J'J + S) e_j; the Jacobian at x is formed again at
+    // the end, since the trial calls write FJAC.
+    const double rt = std::sqrt(zek::precision());
+    double *r = rt_ + n;
+    for (int j = 0; j < n; ++j) xt_[j] = a_.x[j];
+    for (int j = 0; j < n; ++j) {
+        const double hj = rt * (1.0 + std::fabs(a_.x[j]));
+        xt_[j] = a_.x[j] + hj;
+        if (!residuals(xt_, r, true)) return false;
+        xt_[j] = a_.x[j];
+        for (int i = 0; i < n; ++i) {
+            double t = 0.0;
+            for (int q = 0; q < m; ++q) t += a_.fjac[q + i * ld] * r[q];
+            copy_[i + j * nn] = (t - g_[i]) / hj;
+        }
+    }
+    if (!residuals(a_.x, r, true)) return false;
+    // copy_ now holds J'J + S by columns, unsymmetric by rounding: its symmetric part is the model.
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j <= i; ++j) {
+            const double t = 0.5 * (copy_[i + j * nn] + copy_[j + i * nn]);
+            h_[i + j * nn] = h_[j + i * nn] = t;
+        }
+    return true;
+}
+
+double Solver::newton_step(double radius) {
+    const int n = a_.n;
+    const std::ptrdiff_t nn = n;
+    double biggest = 0.0, smallest = HUGE_VAL;
+    for (int j = 0; j < n; ++j) {
+        biggest = std::max(biggest, std::fabs(h_[j + j * nn]));
+        if (h_[j + j * nn] > 0.0) smallest = std::min(smallest, h_[j + j * nn]);
+    }
+    // Shifts grow from far below the smallest curvature, so that a badly scaled model still takes
+    // full steps along its flat directions.
+    const double base = std::isfinite(smallest) ? std::max(1e-10 * smallest, zek::safe_minimum()) : 1.0;
+    double shift = 0.0;
+    for (int attempt = 0; attempt < 400; ++attempt) {
+        bool ok = std::isfinite(biggest);
+        double *l = copy_;
+        for (int i = 0; i < n && ok; ++i)
+            for (int j = 0; j <= i; ++j) {
+                double t = h_[i + j * nn] + (i == j ? shift : 0.0);
+                for (int k = 0; k < j; ++k) t -= l[i + k * nn] * l[j + k * nn];
+                if (i == j) {
+                    if (!(t > zek::precision() * (1.0 + biggest))) {
+                        ok = false;
+                        break;
+                    }
+                    l[i + i * nn] = std::sqrt(t);
+                } else {
+                    l[i + j * nn] = t / l[j + j * nn];
+                }
+            }
+        if (ok) {
+            for (int i = 0; i < n; ++i) {
+                double t = -g_[i];
+                for (int k = 0; k < i; ++k) t -= l[i + k * nn] * p_[k];
+                p_[i] = t / l[i + i * nn];
+            }
+            for (int i = n - 1; i >= 0; --i) {
+                double t = p_[i];
+                for (int k = i + 1; k < n; ++k) t -= l[k + i * nn] * p_[k];
+                p_[i] = t / l[i + i * nn];
+            }
+            if (norm2(n, p_) <= radius * 1.0000001) {
+                double php = 0.0, gp = 0.0;
+                for (int i = 0; i < n; ++i) {
+                    double t = 0.0;
+                    for (int j = 0; j < n; ++j) t += h_[i + j * nn] * p_[j];
+                    php += p_[i] * t;
+                    gp += g_[i] * p_[i];
+                }
+                return -2.0 * gp - php;
+            }
+        }
+        shift = shift == 0.0 ? base : 2.0 * shift;
+    }
+    return -1.0;
+}
+
 int Solver::run() {
     const int m = a_.m, n = a_.n;
     *a_.niter = 0;
@@ -177,6 +298,7 @@ int Solver::run() {
             result = kLimit;
             break;
         }
+        if (carries_second_order() && !second_order()) return stop_;
         const std::ptrdiff_t lv = a_.lv;
         for (int i = 0; i < k; ++i) {
             double t = 0.0;
@@ -188,7 +310,11 @@ int Solver::run() {
         bool converged = false;
         for (int trial = 0; trial < 60 && !accepted; ++trial) {
             double shift = 0.0;
-            if (step_norm(0.0, k) > radius) {
+            double pred = 0.0;
+            if (carries_second_order()) {
+                pred = newton_step(radius);
+                if (pred < 0.0) break;
+            } else if (step_norm(0.0, k) > radius) {
                 for (int it = 0; it < 50; ++it) {
                     const double pn = step_norm(shift, k);
                     double dn = 0.0;  // d|p|/dL
@@ -209,11 +335,12 @@ int Solver::run() {
                     shift = nxt;
                 }
             }
-            step(shift, k);
-            double pred = 0.0;
-            for (int i = 0; i < k; ++i) {
-                const double q = shift / (a_.s[i] * a_.s[i] + shift);
-                pred += rt_[i] * rt_[i] * (1.0 - q * q);
+            if (!carries_second_order()) {
+                step(shift, k);
+                for (int i = 0; i < k; ++i) {
+                    const double q = shift / (a_.s[i] * a_.s[i] + shift);
+                    pred += rt_[i] * rt_[i] * (1.0 - q * q);
+                }
             }
             const double pnorm = norm2(n, p_), xnorm = norm2(n, a_.x);
             if (pnorm <= s_.xtol * (1.0 + xnorm) || pred <= 4.0 * eps * f) {
@@ -274,6 +401,10 @@ Workspace workspace(const char *name, int m, int n) {
                                  " ** On entry, LW must be at least 6*N + M*N + 2*M + N*(N-1)/2 if N.gt.1:"}
                      : Workspace{7 + 3 * mm, " ** On entry, LW must be at least 7 + 3*M if N.eq.1:"};
     if (r == "E04GBF")
+        return n > 1 ? Workspace{7 * nn + mm * nn + 2 * mm + nn * nn,
+                                 " ** On entry, LW must be at least 7*N + M*N + 2*M + N*N if N.gt.1:"}
+                     : Workspace{9 + 3 * mm, " ** On entry, LW must be at least 9 + 3*M if N.eq.1:"};
+    if (r == "E04GDF" || r == "E04HEF")
         return n > 1 ? Workspace{7 * nn + mm * nn + 2 * mm + nn * nn,
                                  " ** On entry, LW must be at least 7*N + M*N + 2*M + N*N if N.gt.1:"}
                      : Workspace{9 + 3 * mm, " ** On entry, LW must be at least 9 + 3*M if N.eq.1:"};
@@ -347,7 +478,8 @@ void easy(const char *name, const Functions &fn, int m, int n, double *x, double
     if (!check(exit, name, m, n, nullptr, 0.0, m, n, lw)) return;
     const std::ptrdiff_t mm = m, nn = n;
     double *fvec = w, *fjac = w + mm, *s = fjac + mm * nn, *v = s + nn, *rest = v + nn * nn;
-    const int maxcal = (fn.lsq != nullptr ? 100 : 400) * n;
+    // Differences of the gradient take N calls an iteration of their own.
+    const int maxcal = fn.second_differences ? 50 * n * (n + 1) : (fn.lsq != nullptr ? 100 : 400) * n;
     double stepmx = 1e5 * (1.0 + norm2(n, x));
     if (!std::isfinite(stepmx)) stepmx = 1e5;
     const Settings set{-1, maxcal, 10.0 * std::sqrt(zek::precision()), stepmx};
@@ -393,6 +525,70 @@ extern "C" void E04_ADAPT_LSQ_MON(ZekE04LsqMon f, int m, int n, const double *xc
                                   const double *fjac, int lj, const double *s, int igrade, int niter, int nf,
                                   int *iuser, double *ruser) {
     f(&m, &n, xc, fvec, fjac, &lj, s, &igrade, &niter, &nf, iuser, ruser);
+}
+
+extern "C" void E04_ADAPT_LSQ_HES(ZekE04LsqHes f, int *iflag, int m, int n, const double *fvec, const double *xc,
+                                  double *b, int lb, int *iuser, double *ruser) {
+    zek::mark_vector(lb, b);
+    f(iflag, &m, &n, fvec, xc, b, &lb, iuser, ruser);
+}
+
+extern "C" void E04GDF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqMon lsqmon,
+                       ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal, const double *eta,
+                       const double *xtol, const double *stepmx, double *x, double *fsumsq, double *fvec,
+                       double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf, int *iw,
+                       const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
+    (void)iw;
+    (void)liw;
+    Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
+    fn.mon = lsqmon;
+    fn.madapt = madapt != nullptr ? madapt : E04_ADAPT_LSQ_MON;
+    fn.second_differences = true;
+    comprehensive("E04GDF", fn, *m, *n, *iprint, *maxcal, *eta, *xtol, *stepmx, x, fsumsq, fvec, fjac, *lj, s, v,
+                  *lv, niter, nf, w, *lw, ifail);
+}
+
+extern "C" void E04HEF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
+                       ZekE04AdaptLsqHes hadapt, ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint,
+                       const int *maxcal, const double *eta, const double *xtol, const double *stepmx, double *x,
+                       double *fsumsq, double *fvec, double *fjac, const int *lj, double *s, double *v,
+                       const int *lv, int *niter, int *nf, int *iw, const int *liw, double *w, const int *lw,
+                       int *iuser, double *ruser, int *ifail) {
+    (void)iw;
+    (void)liw;
+    Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
+    fn.mon = lsqmon;
+    fn.madapt = madapt != nullptr ? madapt : E04_ADAPT_LSQ_MON;
+    fn.hes = lsqhes;
+    fn.hadapt = hadapt != nullptr ? hadapt : E04_ADAPT_LSQ_HES;
+    if (lsqhes == nullptr) {
+        zek::FailureExit exit("E04HEF", nullptr, ifail);
+        exit.fail(1, 99992, " ** On entry, LSQHES must be given.");
+        return;
+    }
+    comprehensive("E04HEF", fn, *m, *n, *iprint, *maxcal, *eta, *xtol, *stepmx, x, fsumsq, fvec, fjac, *lj, s, v,
+                  *lv, niter, nf, w, *lw, ifail);
+}
+
+extern "C" void E04GZF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, double *x,
+                       double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
+    Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
+    fn.second_differences = true;
+    easy("E04GZF", fn, *m, *n, x, fsumsq, w, *lw, ifail);
+}
+
+extern "C" void E04HYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
+                       ZekE04AdaptLsqHes hadapt, double *x, double *fsumsq, double *w, const int *lw, int *iuser,
+                       double *ruser, int *ifail) {
+    if (lsqhes == nullptr) {
+        zek::FailureExit exit("E04HYF", nullptr, ifail);
+        exit.fail(1, 99992, " ** On entry, LSQHES must be given.");
+        return;
+    }
+    Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
+    fn.hes = lsqhes;
+    fn.hadapt = hadapt != nullptr ? hadapt : E04_ADAPT_LSQ_HES;
+    easy("E04HYF", fn, *m, *n, x, fsumsq, w, *lw, ifail);
 }
 
 extern "C" void E04FCF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt,

@@ -25,18 +25,46 @@ void lsq_diff(int *, const int *, const int *, const double *x, double *fvec, in
     g_p->residuals(x, fvec, nullptr);
 }
 
+// sum f_i f_i'' by central differences of the exact Jacobian, packed by rows.
+void lsq_hes(int *, const int *m_, const int *n_, const double *fvec, const double *x, double *b, const int *, int *,
+             double *) {
+    const int m = *m_, n = *n_;
+    std::vector<double> xp(x, x + n), r(m), jp(static_cast<std::size_t>(m) * n), jm(jp.size());
+    for (int j = 0; j < n; ++j) {
+        const double h = 1e-5 * (1.0 + std::fabs(x[j]));
+        xp[j] = x[j] + h;
+        g_p->residuals(xp.data(), r.data(), jp.data());
+        xp[j] = x[j] - h;
+        g_p->residuals(xp.data(), r.data(), jm.data());
+        xp[j] = x[j];
+        for (int i = j; i < n; ++i) {
+            double t = 0.0;
+            for (int q = 0; q < m; ++q) t += fvec[q] * (jp[q + i * m] - jm[q + i * m]) / (2.0 * h);
+            b[i * (i + 1) / 2 + j] = t;
+        }
+    }
+}
+
 TEST(LeastSquares, EasyFormsSolveTheTestProblems) {
+    const char *const names[] = {"E04GYF", "E04FYF", "E04GZF", "E04HYF"};
     for (const mgh::Problem &p : mgh::problems()) {
-        for (int diff = 0; diff < 2; ++diff) {
-            SCOPED_TRACE(std::string(p.name) + (diff ? " E04FYF" : " E04GYF"));
+        for (int diff = 0; diff < 4; ++diff) {
+            SCOPED_TRACE(std::string(p.name) + " " + names[diff]);
             g_p = &p;
             const int m = p.m, n = p.n;
             const int lw = 8 * n + 2 * n * n + 2 * m * n + 3 * m + 11;
             std::vector<double> x = p.start, w(lw);
             double fsumsq = -1, ruser = 0;
             int ifail = 1, iuser = 0;
-            if (diff) E04FYF(&m, &n, lsq_diff, nullptr, x.data(), &fsumsq, w.data(), &lw, &iuser, &ruser, &ifail);
-            else E04GYF(&m, &n, lsq, nullptr, x.data(), &fsumsq, w.data(), &lw, &iuser, &ruser, &ifail);
+            switch (diff) {
+            case 0: E04GYF(&m, &n, lsq, nullptr, x.data(), &fsumsq, w.data(), &lw, &iuser, &ruser, &ifail); break;
+            case 1: E04FYF(&m, &n, lsq_diff, nullptr, x.data(), &fsumsq, w.data(), &lw, &iuser, &ruser, &ifail); break;
+            case 2: E04GZF(&m, &n, lsq, nullptr, x.data(), &fsumsq, w.data(), &lw, &iuser, &ruser, &ifail); break;
+            default:
+                E04HYF(&m, &n, lsq, nullptr, lsq_hes, nullptr, x.data(), &fsumsq, w.data(), &lw, &iuser, &ruser,
+                       &ifail);
+                break;
+            }
             EXPECT_EQ(ifail, 0);
             EXPECT_LT(fsumsq, 1e-10);
             EXPECT_EQ(fsumsq, mgh::value(p, x.data()));
@@ -67,13 +95,19 @@ double digits(double value, double certified) {
 
 TEST(LeastSquares, CertifiedValuesOfMisra1aFromBothStartsWithTheirStandardDeviations) {
     const double starts[2][2] = {{500.0, 1e-4}, {250.0, 5e-4}};
-    for (const auto &start : starts) {
+    for (int r = 0; r < 4; ++r) {
+        const auto &start = starts[r % 2];
+        SCOPED_TRACE(r < 2 ? "E04GBF" : "E04GDF");
         const int m = 14, n = 2, lj = 14, lv = 2, iprint = -1, maxcal = 400, liw = 1, lw = 7 * n + m * n + 2 * m + n * n;
         const double eta = 0.5, xtol = 1e-12, stepmx = 1e4;
         double b[2] = {start[0], start[1]}, fsumsq, fvec[14], fjac[28], s[2], v[4], w[64], ruser = 0;
         int niter, nf, iw[1], ifail = 1, iuser = 0;
-        E04GBF(&m, &n, misra, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx, b, &fsumsq, fvec,
-               fjac, &lj, s, v, &lv, &niter, &nf, iw, &liw, w, &lw, &iuser, &ruser, &ifail);
+        if (r < 2)
+            E04GBF(&m, &n, misra, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx, b, &fsumsq,
+                   fvec, fjac, &lj, s, v, &lv, &niter, &nf, iw, &liw, w, &lw, &iuser, &ruser, &ifail);
+        else
+            E04GDF(&m, &n, misra, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx, b, &fsumsq,
+                   fvec, fjac, &lj, s, v, &lv, &niter, &nf, iw, &liw, w, &lw, &iuser, &ruser, &ifail);
         EXPECT_EQ(ifail, 0);
         EXPECT_GE(digits(b[0], 2.3894212918E+02), 8.0);
         EXPECT_GE(digits(b[1], 5.5015643181E-04), 8.0);
