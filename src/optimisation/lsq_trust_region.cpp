@@ -506,6 +506,11 @@ Functions by_differences(ZekE04LsqFunDiff f, ZekE04AdaptLsqDiff a, int *iuser, d
     return fn;
 }
 
+void monitored(Functions &fn, ZekE04LsqMon mon, ZekE04AdaptLsqMon madapt) {
+    fn.mon = mon;
+    fn.madapt = madapt != nullptr ? madapt : E04_ADAPT_LSQ_MON;
+}
+
 } // namespace
 
 extern "C" void E04_ADAPT_LSQ(ZekE04LsqFun f, int *iflag, int m, int n, const double *xc, double *fvec,
@@ -538,11 +543,9 @@ extern "C" void E04GDF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04Ad
                        const double *xtol, const double *stepmx, double *x, double *fsumsq, double *fvec,
                        double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf, int *iw,
                        const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
-    (void)iw;
-    (void)liw;
+    (void)iw, (void)liw;
     Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
-    fn.mon = lsqmon;
-    fn.madapt = madapt != nullptr ? madapt : E04_ADAPT_LSQ_MON;
+    monitored(fn, lsqmon, madapt);
     fn.second_differences = true;
     comprehensive("E04GDF", fn, *m, *n, *iprint, *maxcal, *eta, *xtol, *stepmx, x, fsumsq, fvec, fjac, *lj, s, v,
                   *lv, niter, nf, w, *lw, ifail);
@@ -554,11 +557,9 @@ extern "C" void E04HEF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04Ad
                        double *fsumsq, double *fvec, double *fjac, const int *lj, double *s, double *v,
                        const int *lv, int *niter, int *nf, int *iw, const int *liw, double *w, const int *lw,
                        int *iuser, double *ruser, int *ifail) {
-    (void)iw;
-    (void)liw;
+    (void)iw, (void)liw;
     Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
-    fn.mon = lsqmon;
-    fn.madapt = madapt != nullptr ? madapt : E04_ADAPT_LSQ_MON;
+    monitored(fn, lsqmon, madapt);
     fn.hes = lsqhes;
     fn.hadapt = hadapt != nullptr ? hadapt : E04_ADAPT_LSQ_HES;
     if (lsqhes == nullptr) {
@@ -597,11 +598,9 @@ extern "C" void E04FCF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE
                        double *fvec, double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter,
                        int *nf, int *iw, const int *liw, double *w, const int *lw, int *iuser, double *ruser,
                        int *ifail) {
-    (void)iw;
-    (void)liw;
+    (void)iw, (void)liw;
     Functions fn = by_differences(lsqfun, adapt, iuser, ruser);
-    fn.mon = lsqmon;
-    fn.madapt = madapt != nullptr ? madapt : E04_ADAPT_LSQ_MON;
+    monitored(fn, lsqmon, madapt);
     comprehensive("E04FCF", fn, *m, *n, *iprint, *maxcal, *eta, *xtol, *stepmx, x, fsumsq, fvec, fjac, *lj, s, v,
                   *lv, niter, nf, w, *lw, ifail);
 }
@@ -611,11 +610,9 @@ extern "C" void E04GBF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04Ad
                        const double *xtol, const double *stepmx, double *x, double *fsumsq, double *fvec,
                        double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf, int *iw,
                        const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
-    (void)iw;
-    (void)liw;
+    (void)iw, (void)liw;
     Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
-    fn.mon = lsqmon;
-    fn.madapt = madapt != nullptr ? madapt : E04_ADAPT_LSQ_MON;
+    monitored(fn, lsqmon, madapt);
     comprehensive("E04GBF", fn, *m, *n, *iprint, *maxcal, *eta, *xtol, *stepmx, x, fsumsq, fvec, fjac, *lj, s, v,
                   *lv, niter, nf, w, *lw, ifail);
 }
