@@ -187,6 +187,24 @@ Outcome least_squares(bool easy, int m, int n, int lw_short = 0, int maxcal = 10
     return {ifail, fsumsq};
 }
 
+// The modified Newton easy forms: E04GZF, or E04HYF with a zero second-order term (or none).
+void no_curvature(int *, const int *, const int *, const double *, const double *, double *b, const int *lb, int *,
+                  double *) {
+    for (int k = 0; k < *lb; ++k) b[k] = 0.0;
+}
+Outcome newton_easy(bool user_term, bool give_term, int m, int n) {
+    const int lw = n > 1 ? 8 * n + 2 * n * n + 2 * m * n + 3 * m : 11 + 5 * m;
+    std::vector<double> x(std::max(n, 1), 3.0), w(lw);
+    double fsumsq = 0, ru = 0;
+    int ifail = 1, iu = 0;
+    if (user_term)
+        E04HYF(&m, &n, lsq, nullptr, give_term ? no_curvature : nullptr, nullptr, x.data(), &fsumsq, w.data(), &lw,
+               &iu, &ru, &ifail);
+    else
+        E04GZF(&m, &n, lsq, nullptr, x.data(), &fsumsq, w.data(), &lw, &iu, &ru, &ifail);
+    return {ifail, fsumsq};
+}
+
 Outcome covariance(int job, int m, int n, double fsumsq, double s1, int lv) {
     double s[2] = {s1, s1}, v[4] = {1, 0, 0, 1}, cj[2], work[2];
     int ifail = 1;
@@ -209,6 +227,13 @@ TEST(HostileMinimisers, LeastSquaresRowsEndInTheirIfail) {
         {"E04GYF +Inf residuals", 2, [] { return least_squares(true, 3, 2); }, 5, false},
         {"E04GYF stop", 5, [] { return least_squares(true, 3, 2); }, -3, false},
         {"E04GYF good", 0, [] { return least_squares(true, 3, 2); }, 0, false},
+        {"E04GZF M < N", 0, [] { return newton_easy(false, true, 1, 2); }, 1, true},
+        {"E04GZF NaN residuals", 1, [] { return newton_easy(false, true, 3, 2); }, 5, false},
+        {"E04GZF stop", 5, [] { return newton_easy(false, true, 3, 2); }, -3, false},
+        {"E04GZF good", 0, [] { return newton_easy(false, true, 3, 2); }, 0, false},
+        {"E04HYF no LSQHES", 0, [] { return newton_easy(true, false, 3, 2); }, 1, true},
+        {"E04HYF -Inf residuals", 3, [] { return newton_easy(true, true, 3, 2); }, 5, false},
+        {"E04HYF good", 0, [] { return newton_easy(true, true, 3, 2); }, 0, false},
         {"E04YCF JOB -2", 0, [] { return covariance(-2, 3, 2, 1.0, 1.0, 2); }, 1, false},
         {"E04YCF JOB 3", 0, [] { return covariance(3, 3, 2, 1.0, 1.0, 2); }, 1, false},
         {"E04YCF M < N", 0, [] { return covariance(0, 1, 2, 1.0, 1.0, 2); }, 1, false},
