@@ -159,6 +159,9 @@ int main(void) {
     tour_integer();
     tour_quadrature();
     tour_networks();
+    tour_minimisers();
+    tour_roots();
+    tour_svd();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces_received());
     unload_library();
     return 0;

@@ -34,5 +34,8 @@ void tour_lp(void);
 void tour_integer(void);
 void tour_quadrature(void);
 void tour_networks(void);
+void tour_minimisers(void);
+void tour_roots(void);
+void tour_svd(void);
 
 #endif

@@ -184,6 +184,346 @@ ZEK_API void E04MFA(const int *n, const int *nclin, const double *a, const int *
                     double *ax, double *clamda, int *iwork, const int *liwork, double *work, const int *lwork,
                     int *lwsav, int *iwsav, double *rwsav, int *ifail) ZEK_SYMBOL("q91522");
 
+/* ==== Small minimisers: one dimension, simplex, conjugate gradients, simple bounds ================ */
+/*
+ * User functions are called through adaptors: a routine takes the user's function and, beside it, the
+ * adaptor of its shape (the E04_ADAPT_* routines below); a null adaptor means the library's own.  The
+ * adaptor marks the outputs the user is to fill as undefined and calls the user with the addresses of
+ * its copies of the scalars.
+ *
+ * Stop convention of the shapes with IFLAG or MODE: a negative value set by the user ends the run, and
+ * IFAIL on return is that value.  A value or gradient that is not finite counts as a failed trial: the
+ * step is shortened, and a run that cannot get away from it ends with a failure exit, never IFAIL 0.
+ */
+
+/* f(x) of one variable: FC at XC. */
+typedef void (ZEK_CALLBACK *ZekE04Funct1)(const double *xc, double *fc, int *iuser, double *ruser);
+/* f(x) and f'(x) of one variable. */
+typedef void (ZEK_CALLBACK *ZekE04Funct1Grad)(const double *xc, double *fc, double *gc, int *iuser, double *ruser);
+/* f(x) of N variables for the simplex method (no user arrays). */
+typedef void (ZEK_CALLBACK *ZekE04FunctSimplex)(const int *n, const double *xc, double *fc);
+/* Monitor of the simplex method: best and worst value, the simplex SIM(N+1, N) (leading dimension
+ * N+1, one vertex per row), N, N+1, and the number of function calls so far. */
+typedef void (ZEK_CALLBACK *ZekE04MonitSimplex)(const double *fmin, const double *fmax, const double *sim,
+                                               const int *n, const int *is, const int *ncall);
+/* Objective and gradient for conjugate gradients: MODE on entry is 2 (value and gradient); a negative
+ * MODE on return stops; NSTATE is 1 at the first call. */
+typedef void (ZEK_CALLBACK *ZekE04Objfun)(int *mode, const int *n, const double *x, double *objf, double *objgrd,
+                                         const int *nstate, int *iuser, double *ruser);
+/* f(x) of N variables under bounds: IFLAG on entry 0; negative on return stops. */
+typedef void (ZEK_CALLBACK *ZekE04BoundFunct1)(int *iflag, const int *n, const double *xc, double *fc, int *iuser,
+                                              double *ruser);
+/* f(x) and its gradient GC(N): IFLAG on entry 0 for the value only, 2 for both; negative stops. */
+typedef void (ZEK_CALLBACK *ZekE04BoundFunct2)(int *iflag, const int *n, const double *xc, double *fc,
+                                              double *gc, int *iuser, double *ruser);
+/* Second derivatives at XC: the strict lower triangle by rows in HESLC(LH) (element (i,j), i > j, at
+ * (i-1)(i-2)/2 + j) and the diagonal in HESDC(N); GC is the gradient at XC, given.  Negative IFLAG
+ * stops. */
+typedef void (ZEK_CALLBACK *ZekE04BoundHess2)(int *iflag, const int *n, const double *xc, double *heslc,
+                                             const int *lh, double *hesdc, int *iuser, double *ruser);
+/* Monitor of the comprehensive bound routines: called every IPRINT iterations (and at the end) with
+ * the point, value, gradient, the state of each variable (positive free, -1 on its lower bound, -2
+ * on its upper bound, -3 fixed by equal bounds), the iteration and evaluation counts. */
+typedef void (ZEK_CALLBACK *ZekE04BoundMonit)(const int *n, const double *xc, const double *fc, const double *gc,
+                                             const int *istate, const int *niter, const int *nf, int *iuser,
+                                             double *ruser);
+
+/* The adaptors, one per shape: the user's function first, then its scalars by value. */
+typedef void (ZEK_CALLBACK *ZekE04AdaptFunct1)(ZekE04Funct1 f, double xc, double *fc, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptFunct1Grad)(ZekE04Funct1Grad f, double xc, double *fc, double *gc,
+                                                  int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptSimplex)(ZekE04FunctSimplex f, int n, const double *xc, double *fc);
+typedef void (ZEK_CALLBACK *ZekE04AdaptMonitSimplex)(ZekE04MonitSimplex f, double fmin, double fmax,
+                                                    const double *sim, int n, int is, int ncall);
+typedef void (ZEK_CALLBACK *ZekE04AdaptObjfun)(ZekE04Objfun f, int *mode, int n, const double *x, double *objf,
+                                              double *objgrd, int nstate, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptBound1)(ZekE04BoundFunct1 f, int *iflag, int n, const double *xc,
+                                              double *fc, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptBound2)(ZekE04BoundFunct2 f, int *iflag, int n, const double *xc,
+                                              double *fc, double *gc, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptHess2)(ZekE04BoundHess2 f, int *iflag, int n, const double *xc,
+                                             double *heslc, int lh, double *hesdc, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptBoundMonit)(ZekE04BoundMonit f, int n, const double *xc, double fc,
+                                                  const double *gc, const int *istate, int niter, int nf,
+                                                  int *iuser, double *ruser);
+
+ZEK_API void E04_ADAPT_FUNCT1(ZekE04Funct1 f, double xc, double *fc, int *iuser, double *ruser)
+    ZEK_SYMBOL("E04_ADAPT_FUNCT1");
+ZEK_API void E04_ADAPT_FUNCT1_GRAD(ZekE04Funct1Grad f, double xc, double *fc, double *gc, int *iuser,
+                                   double *ruser) ZEK_SYMBOL("E04_ADAPT_FUNCT1_GRAD");
+ZEK_API void E04_ADAPT_SIMPLEX(ZekE04FunctSimplex f, int n, const double *xc, double *fc)
+    ZEK_SYMBOL("E04_ADAPT_SIMPLEX");
+ZEK_API void E04_ADAPT_MONIT_SIMPLEX(ZekE04MonitSimplex f, double fmin, double fmax, const double *sim, int n,
+                                     int is, int ncall) ZEK_SYMBOL("E04_ADAPT_MONIT_SIMPLEX");
+ZEK_API void E04_ADAPT_OBJFUN(ZekE04Objfun f, int *mode, int n, const double *x, double *objf, double *objgrd,
+                              int nstate, int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_OBJFUN");
+ZEK_API void E04_ADAPT_BOUND1(ZekE04BoundFunct1 f, int *iflag, int n, const double *xc, double *fc, int *iuser,
+                              double *ruser) ZEK_SYMBOL("E04_ADAPT_BOUND1");
+ZEK_API void E04_ADAPT_BOUND2(ZekE04BoundFunct2 f, int *iflag, int n, const double *xc, double *fc, double *gc,
+                              int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_BOUND2");
+ZEK_API void E04_ADAPT_HESS2(ZekE04BoundHess2 f, int *iflag, int n, const double *xc, double *heslc, int lh,
+                             double *hesdc, int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_HESS2");
+ZEK_API void E04_ADAPT_BOUND_MONIT(ZekE04BoundMonit f, int n, const double *xc, double fc, const double *gc,
+                                   const int *istate, int niter, int nf, int *iuser, double *ruser)
+    ZEK_SYMBOL("E04_ADAPT_BOUND_MONIT");
+
+/* Minimum of f on [A, B] by a safeguarded bracket search with parabolic steps, function values only.
+ * E1 relative accuracy of the minimum (below EPS, or 0, means sqrt(EPS)); E2 absolute accuracy (below
+ * EPS means sqrt(EPS)); A < B on entry, and on exit the final bracket around X with F = f(X).  MAXCAL
+ * at least 3: the most calls of FUNCT, on exit the calls made.
+ * IFAIL: 1 A + E2 >= B or MAXCAL < 3; 2 MAXCAL calls made (X the best point so far); 3 no finite
+ * function value was met (X, F the last point tried). */
+ZEK_API void E04ABF(ZekE04Funct1 funct, ZekE04AdaptFunct1 adapt, double *e1, double *e2, double *a, double *b,
+                    int *maxcal, double *x, double *f, int *iuser, double *ruser, int *ifail) ZEK_SYMBOL("q66846");
+/* The same with the first derivative: FUNCT gives f and f'.  G = f'(X) on exit.  Same IFAIL values,
+ * MAXCAL at least 2. */
+ZEK_API void E04BBF(ZekE04Funct1Grad funct, ZekE04AdaptFunct1Grad adapt, double *e1, double *e2, double *a,
+                    double *b, int *maxcal, double *x, double *f, double *g, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q85184");
+
+/* Unconstrained minimum of f(x), x of N variables, by the simplex method.  X (N): the start, on exit
+ * the best vertex, FMIN its value.  TOL: the simplex has converged when the root mean square deviation
+ * of its function values is at most TOL (TOL at least EPS).  IW must be N+1.  W1 (N), W2 (N), W3 (N),
+ * W4 (N), W5 (N+1), W6 (IW*N) workspace; on exit W6 holds the final simplex (vertex per row, leading
+ * dimension N+1) and W5 its values.  MONIT (may be null) is called once per cycle.  MAXCAL: most calls
+ * of FUNCT.
+ * IFAIL: 1 N < 1, TOL < EPS, IW not N+1 or MAXCAL < 1 (no call of FUNCT); 2 MAXCAL calls made; 3 no
+ * vertex with a finite value. */
+ZEK_API void E04CCF(const int *n, double *x, double *fmin, const double *tol, const int *iw, double *w1,
+                    double *w2, double *w3, double *w4, double *w5, double *w6, ZekE04FunctSimplex funct,
+                    ZekE04MonitSimplex monit, const int *maxcal, int *ifail) ZEK_SYMBOL("q87255");
+/* The simplex core behind E04CCF, with the adaptors of FUNCT and MONIT. */
+ZEK_API void E04CC_CORE(const int *n, double *x, double *fmin, const double *tol, const int *iw, double *w1,
+                        double *w2, double *w3, double *w4, double *w5, double *w6, ZekE04FunctSimplex funct,
+                        ZekE04AdaptSimplex funct_adapt, ZekE04MonitSimplex monit,
+                        ZekE04AdaptMonitSimplex monit_adapt, const int *maxcal, int *ifail) ZEK_SYMBOL("q70109");
+
+/* Unconstrained minimum of a smooth f by nonlinear conjugate gradients (memoryless quasi-Newton
+ * directions with restarts).  Call E04WBA("E04DGA", ...) once, then any E04DKF option calls, then
+ * E04DGA.  ITER: iterations made.  OBJF, OBJGRD (N): value and gradient at X on exit.  X (N): start
+ * and solution.  IWORK (N+1), WORK (13N) workspace.
+ * IFAIL: 0 optimal; 3 iteration limit; 4 the step bound (Maximum Step Length) is too small; 6 the
+ * point cannot be improved upon (also a start where f is not finite); 7 the gradient check failed;
+ * 8 the gradient at the start is too small; 9 N < 1; negative: MODE set negative by OBJFUN. */
+ZEK_API void E04DGA(const int *n, ZekE04Objfun objfun, ZekE04AdaptObjfun adapt, int *iter, double *objf,
+                    double *objgrd, double *x, int *iwork, double *work, int *iuser, double *ruser, int *lwsav,
+                    int *iwsav, double *rwsav, int *ifail) ZEK_SYMBOL("q63784");
+/* ---- Bound-constrained minimisation ---- */
+/*
+ * IBOUND says how BL and BU are read: 0 each variable's bounds given in BL(j) <= x(j) <= BU(j); 1 no
+ * bounds (BL, BU set to -1e20 and 1e20); 2 x >= 0 (BL 0, BU absent); 3 one pair BL(1) <= x(j) <= BU(1) for
+ * every j.  A bound of magnitude 1e20 or more counts as absent.  Equal bounds fix a variable.
+ * IW (LIW >= N+2) on exit: IW(j) positive when x(j) is free, -1 on its lower bound, -2 on its upper,
+ * -3 fixed by equal bounds; IW(N+1) iterations, IW(N+2) function evaluations.  W (LW) on exit begins with the
+ * final second-derivative estimate (its diagonal, N, then the strict lower triangle by rows, at least
+ * one cell): the inverse estimate of the quasi-Newton methods, the Hessian of the Newton ones; E04JYF
+ * then holds the gradient (N) by differences.
+ * IFAIL: 1 bad arguments (N < 1, IBOUND outside 0..3, crossed bounds, short LIW or LW, no evaluation
+ * made); 2 evaluation limit reached; 3 no further progress with a gradient not small; 5 to 8 no
+ * further progress, graded by the size of the projected gradient (5 best); 9 the function (or gradient)
+ * is not finite at the start; 10 the gradient check at the start failed; 11 the Hessian check failed;
+ * negative: the user's IFLAG.
+ */
+ZEK_API void E04JYF(const int *n, const int *ibound, ZekE04BoundFunct1 funct1, ZekE04AdaptBound1 adapt, double *bl,
+                    double *bu, double *x, double *f, int *iw, const int *liw, double *w, const int *lw, int *iuser,
+                    double *ruser, int *ifail) ZEK_SYMBOL("q99096");
+ZEK_API void E04KYF(const int *n, const int *ibound, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, double *bl,
+                    double *bu, double *x, double *f, double *g, int *iw, const int *liw, double *w, const int *lw,
+                    int *iuser, double *ruser, int *ifail) ZEK_SYMBOL("q70509");
+ZEK_API void E04KZF(const int *n, const int *ibound, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, double *bl,
+                    double *bu, double *x, double *f, double *g, int *iw, const int *liw, double *w, const int *lw,
+                    int *iuser, double *ruser, int *ifail) ZEK_SYMBOL("q21895");
+ZEK_API void E04LYF(const int *n, const int *ibound, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt,
+                    ZekE04BoundHess2 hess2, ZekE04AdaptHess2 hadapt, double *bl, double *bu, double *x, double *f,
+                    double *g, int *iw, const int *liw, double *w, const int *lw, int *iuser, double *ruser,
+                    int *ifail) ZEK_SYMBOL("q43892");
+/* The comprehensive forms: IPRINT (monitor every IPRINT iterations, none when negative, 0 only at the
+ * end), MAXCAL, ETA (0 <= ETA < 1), XTOL (>= 0), DELTA (difference interval of the Hessian of E04KDF,
+ * 0 for the default sqrt(EPS)), STEPMX (>= XTOL), FEST (an estimate of the value at the minimum: when
+ * below F at the start it bounds the first step), ICHECK (nonzero: check the derivatives at the start).  HESL (LH >=
+ * max(1, N(N-1)/2)) and HESD (N) give back the final estimate; ISTATE (N) the state of each variable;
+ * NITER, NF the counts.  IW (LIW >= 1) is not used; W (LW >= 7N + max(1, N(N-1)/2)).  E04KDF is the
+ * modified Newton method on differences of the gradient, E04LBF on the user's Hessian. */
+ZEK_API void E04KDF(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundMonit monit,
+                    ZekE04AdaptBoundMonit madapt, const int *iprint, const int *maxcal, const double *eta,
+                    const double *xtol, const double *delta, const double *stepmx, const double *fest,
+                    const int *ibound, double *bl, double *bu, double *x, double *hesl, const int *lh, double *hesd,
+                    int *istate, double *f, double *g, int *niter, int *nf, const int *icheck, int *iw,
+                    const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q52750");
+ZEK_API void E04LBF(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundHess2 hess2,
+                    ZekE04AdaptHess2 hadapt, ZekE04BoundMonit monit, ZekE04AdaptBoundMonit madapt,
+                    const int *iprint, const int *maxcal, const double *eta, const double *xtol,
+                    const double *stepmx, const int *ibound, double *bl, double *bu, double *x, double *hesl,
+                    const int *lh, double *hesd, int *istate, double *f, double *g, int *niter, int *nf,
+                    const int *icheck, int *iw, const int *liw, double *w, const int *lw, int *iuser,
+                    double *ruser, int *ifail) ZEK_SYMBOL("q26255");
+
+/* The cores and checks behind the bound-constrained drivers.  The cores run from X (moved into the
+ * bounds) with the bounds as given (magnitude 1e20 or more is absent), keep the estimate in HDIAG (N)
+ * and HLOWER (max(1, N(N-1)/2)), and use W (7N, and N(N-1)/2 more, at least one, for the Newton
+ * cores) as scratch.  ISTATE (N) as IW of the drivers; NITER, NF the counts.  INFORM: 0 converged, 2
+ * evaluation limit, 3 no progress with a large gradient, 5 stalled (the drivers grade 3 and 5), 9 the
+ * start is not finite, negative the user's IFLAG.  ETA, XTOL, STEPMX as for E04KDF; DELTA the
+ * difference interval of the difference Hessian (0 for sqrt(EPS)).  MONIT is called every IPRINT
+ * iterations and at the end when IPRINT >= 0 (may be null). */
+ZEK_API void E04JYU(const int *n, ZekE04BoundFunct1 funct1, ZekE04AdaptBound1 adapt, const double *bl,
+                    const double *bu, double *x, double *f, double *g, int *istate, double *hdiag, double *hlower,
+                    double *w, const int *maxcal, const double *eta, const double *xtol, const double *stepmx,
+                    int *iuser, double *ruser, int *niter, int *nf, int *inform) ZEK_SYMBOL("q65709");
+/* Quasi-Newton core with the user's gradient (E04KYF's). */
+ZEK_API void E04KYY(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundMonit monit,
+                    ZekE04AdaptBoundMonit madapt, const int *iprint, const double *bl, const double *bu, double *x,
+                    double *f, double *g, int *istate, double *hdiag, double *hlower, double *w, const int *maxcal,
+                    const double *eta, const double *xtol, const double *stepmx, int *iuser, double *ruser,
+                    int *niter, int *nf, int *inform) ZEK_SYMBOL("q27956");
+/* Modified Newton core on a Hessian by differences of the gradient (E04KZF's). */
+ZEK_API void E04KZ_CORE(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundMonit monit,
+                        ZekE04AdaptBoundMonit madapt, const int *iprint, const double *bl, const double *bu,
+                        double *x, double *f, double *g, int *istate, double *hdiag, double *hlower, double *w,
+                        const int *maxcal, const double *eta, const double *xtol, const double *stepmx,
+                        const double *delta, int *iuser, double *ruser, int *niter, int *nf, int *inform)
+    ZEK_SYMBOL("q81515");
+/* The same core as E04KZ_CORE under the comprehensive E04KDF. */
+ZEK_API void E04KD_CORE(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundMonit monit,
+                        ZekE04AdaptBoundMonit madapt, const int *iprint, const double *bl, const double *bu,
+                        double *x, double *f, double *g, int *istate, double *hdiag, double *hlower, double *w,
+                        const int *maxcal, const double *eta, const double *xtol, const double *stepmx,
+                        const double *delta, int *iuser, double *ruser, int *niter, int *nf, int *inform)
+    ZEK_SYMBOL("q22228");
+/* Modified Newton core with the user's Hessian (E04LYF's). */
+ZEK_API void E04LY_CORE(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundHess2 hess2,
+                        ZekE04AdaptHess2 hadapt, ZekE04BoundMonit monit, ZekE04AdaptBoundMonit madapt,
+                        const int *iprint, const double *bl, const double *bu, double *x, double *f, double *g,
+                        int *istate, double *hdiag, double *hlower, double *w, const int *maxcal, const double *eta,
+                        const double *xtol, const double *stepmx, int *iuser, double *ruser, int *niter, int *nf,
+                        int *inform) ZEK_SYMBOL("q27859");
+/* Checks the user's gradient G at X (F the value there) against central differences along one
+ * direction; W (3N).  INFORM 0 good, 1 bad, negative the user's IFLAG. */
+ZEK_API void E04KYU(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, const double *x,
+                    const double *f, const double *g, double *w, int *iuser, double *ruser, int *inform)
+    ZEK_SYMBOL("q64223");
+/* Checks the user's Hessian at X (G the gradient there) against differences of the gradient along one
+ * direction; HDIAG, HLOWER receive the user's Hessian; W (3N).  INFORM as E04KYU. */
+ZEK_API void E04LYZ(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundHess2 hess2,
+                    ZekE04AdaptHess2 hadapt, const double *x, const double *g, double *hdiag, double *hlower,
+                    double *w, int *iuser, double *ruser, int *inform) ZEK_SYMBOL("q53634");
+/* Difference intervals H (N) for gradients by values at X (F its value), within the bounds; W (N).
+ * INFORM 0, or the user's negative IFLAG. */
+ZEK_API void E04JYZ(const int *n, ZekE04BoundFunct1 funct1, ZekE04AdaptBound1 adapt, const double *bl,
+                    const double *bu, const double *x, const double *f, double *h, double *w, int *iuser,
+                    double *ruser, int *inform) ZEK_SYMBOL("E04JYZ");
+
+/* ---- Unconstrained nonlinear least squares ---- */
+
+/* The covariance matrix of a least-squares solution, SIGMA2 V_K diag(S_K)^-2 V_K', from the singular
+ * values S (N, descending) and right singular vectors V (LV >= N by N, as columns) of the Jacobian at the
+ * solution; K counts the values above 10*EPS*S(1) and SIGMA2 = FSUMSQ/(M-K), 0 when K = M.  JOB -1:
+ * V is overwritten with the whole matrix; JOB 0: CJ (N) receives its diagonal (the variances); JOB j,
+ * 1 <= j <= N: CJ receives its column j.  WORK (N).
+ * IFAIL: 1 N < 1, M < N, JOB outside -1..N, FSUMSQ < 0, or LV < N; 2 no value accepted (all zero);
+ * 3 only K < N values accepted: the result is formed on the accepted directions. */
+ZEK_API void E04YCF(const int *job, const int *m, const int *n, const double *fsumsq, const double *s, double *v,
+                    const int *lv, double *cj, double *work, int *ifail) ZEK_SYMBOL("q39421");
+
+/* Residuals of a least-squares problem: FVEC (M) at XC (N); IFLAG on entry 0 (residuals only) or 2
+ * (residuals and Jacobian FJAC (LJ, N), FJAC(i,j) = d f_i / d x_j); a negative IFLAG on return stops. */
+typedef void (ZEK_CALLBACK *ZekE04LsqFun)(int *iflag, const int *m, const int *n, const double *xc, double *fvec,
+                                         double *fjac, const int *lj, int *iuser, double *ruser);
+/* Residuals only, for the routines that difference them. */
+typedef void (ZEK_CALLBACK *ZekE04LsqFunDiff)(int *iflag, const int *m, const int *n, const double *xc,
+                                             double *fvec, int *iuser, double *ruser);
+/* Monitor: the point, residuals, Jacobian, its singular values S (N), IGRADE (the number of singular
+ * values taken for the step), the counts. */
+typedef void (ZEK_CALLBACK *ZekE04LsqMon)(const int *m, const int *n, const double *xc, const double *fvec,
+                                         const double *fjac, const int *lj, const double *s, const int *igrade,
+                                         const int *niter, const int *nf, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptLsq)(ZekE04LsqFun f, int *iflag, int m, int n, const double *xc,
+                                           double *fvec, double *fjac, int lj, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptLsqDiff)(ZekE04LsqFunDiff f, int *iflag, int m, int n, const double *xc,
+                                               double *fvec, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptLsqMon)(ZekE04LsqMon f, int m, int n, const double *xc, const double *fvec,
+                                              const double *fjac, int lj, const double *s, int igrade, int niter,
+                                              int nf, int *iuser, double *ruser);
+ZEK_API void E04_ADAPT_LSQ(ZekE04LsqFun f, int *iflag, int m, int n, const double *xc, double *fvec, double *fjac,
+                           int lj, int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_LSQ");
+ZEK_API void E04_ADAPT_LSQ_DIFF(ZekE04LsqFunDiff f, int *iflag, int m, int n, const double *xc, double *fvec,
+                                int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_LSQ_DIFF");
+ZEK_API void E04_ADAPT_LSQ_MON(ZekE04LsqMon f, int m, int n, const double *xc, const double *fvec,
+                               const double *fjac, int lj, const double *s, int igrade, int niter, int nf,
+                               int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_LSQ_MON");
+
+/* Minimum of the sum of squares of M residuals in N variables, M >= N: trust-region steps between
+ * Gauss-Newton and steepest descent, computed from the SVD of the Jacobian (the step for a shift L is
+ * -sum s_i (u_i'f)/(s_i^2 + L) v_i over the singular values above 10 EPS s_1).  E04FCF differences the
+ * residuals for the Jacobian (forward, interval sqrt(EPS)(1+|x_j|)); E04GBF takes it from LSQFUN.
+ *   LSQMON (may be null) is called every IPRINT iterations (never when IPRINT <= 0) and at the end
+ *   (when IPRINT >= 0).  MAXCAL: most calls of LSQFUN (a Jacobian by differences counts N+... calls
+ *   of its own).  ETA (0 <= ETA < 1) is checked and kept for the interface: the trust region has no
+ *   line search for it to tune.  XTOL (>= 0): the run ends when a step is below XTOL (1 + |x|).
+ *   STEPMX (>= XTOL): the largest step, and the first trust radius.  X (N): start and solution.
+ *   FSUMSQ, FVEC (M), FJAC (LJ >= M, N): the sum of squares, residuals and Jacobian at X.  S (N), V
+ *   (LV >= N, N): singular values and right singular vectors (as columns) of FJAC, for E04YCF.
+ *   NITER, NF: iterations and calls of LSQFUN.  IW (LIW) is not used.  W (LW): at least
+ *   6N + MN + 2M + N(N-1)/2 (E04FCF), 7N + MN + 2M + N*N (E04GBF); 7 + 3M and 9 + 3M when N = 1.
+ * IFAIL: 1 bad arguments (each with its message); 2 MAXCAL calls made; 3 no lower point could be found
+ * although the gradient is not small; 4 the SVD failed; 5 the residuals (or Jacobian) are not finite
+ * at the start; negative: the user's IFLAG. */
+ZEK_API void E04FCF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt,
+                    ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal,
+                    const double *eta, const double *xtol, const double *stepmx, double *x, double *fsumsq,
+                    double *fvec, double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter,
+                    int *nf, int *iw, const int *liw, double *w, const int *lw, int *iuser, double *ruser,
+                    int *ifail) ZEK_SYMBOL("q97527");
+ZEK_API void E04GBF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqMon lsqmon,
+                    ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal, const double *eta,
+                    const double *xtol, const double *stepmx, double *x, double *fsumsq, double *fvec,
+                    double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf, int *iw,
+                    const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q44667");
+/* The easy forms: MAXCAL 400N (E04FYF) or 100N (E04GYF), XTOL 10 sqrt(EPS), STEPMX 1e5 (1 + |x|).  On
+ * exit W holds FVEC (M), FJAC (M by N), S (N) and V (N by N) at X, in that order.  W (LW): at least
+ * 7N + N*N + 2MN + 2M + N(N-1)/2 (E04FYF), 8N + 2N*N + 2MN + 3M (E04GYF); 9 + 5M and 11 + 5M when
+ * N = 1.  IFAIL as the comprehensive forms. */
+ZEK_API void E04FYF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt, double *x,
+                    double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q61699");
+ZEK_API void E04GYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, double *x,
+                    double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q74490");
+
+/* The second-order term of the Hessian of (1/2) sum f_i^2, sum f_i(x) f_i''(x), at XC with the residuals
+ * FVEC given: B (LB = N(N+1)/2) its lower triangle by rows (element (i,j), i >= j, at i(i-1)/2 + j).
+ * A negative IFLAG stops. */
+typedef void (ZEK_CALLBACK *ZekE04LsqHes)(int *iflag, const int *m, const int *n, const double *fvec,
+                                         const double *xc, double *b, const int *lb, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04AdaptLsqHes)(ZekE04LsqHes f, int *iflag, int m, int n, const double *fvec,
+                                              const double *xc, double *b, int lb, int *iuser, double *ruser);
+ZEK_API void E04_ADAPT_LSQ_HES(ZekE04LsqHes f, int *iflag, int m, int n, const double *fvec, const double *xc,
+                               double *b, int lb, int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_LSQ_HES");
+/* Modified Newton forms: the model's Hessian J'J + sum f_i f_i'' is carried, by differences of J'f
+ * (E04GDF, E04GZF: N more Jacobians per iteration) or from LSQHES (E04HEF, E04HYF), and the trust-region
+ * step solves (H + L I) p = -J'f with the least L >= 0 that Cholesky accepts and the radius admits.
+ * Arguments, workspace and IFAIL as E04GBF (comprehensive) and E04GYF (easy); LSQHES null is IFAIL 1. */
+ZEK_API void E04GDF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqMon lsqmon,
+                    ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal, const double *eta,
+                    const double *xtol, const double *stepmx, double *x, double *fsumsq, double *fvec,
+                    double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf, int *iw,
+                    const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q34491");
+ZEK_API void E04HEF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
+                    ZekE04AdaptLsqHes hadapt, ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint,
+                    const int *maxcal, const double *eta, const double *xtol, const double *stepmx, double *x,
+                    double *fsumsq, double *fvec, double *fjac, const int *lj, double *s, double *v, const int *lv,
+                    int *niter, int *nf, int *iw, const int *liw, double *w, const int *lw, int *iuser,
+                    double *ruser, int *ifail) ZEK_SYMBOL("q57179");
+ZEK_API void E04GZF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, double *x,
+                    double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q21132");
+ZEK_API void E04HYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
+                    ZekE04AdaptLsqHes hadapt, double *x, double *fsumsq, double *w, const int *lw, int *iuser,
+                    double *ruser, int *ifail) ZEK_SYMBOL("q74721");
+
 ZEK_END_DECLS
 
 #endif

@@ -1,0 +1,216 @@
+// E04ABF and E04BBF: the minimum of a function of one variable on an interval.
+//
+// Both keep a bracket [a, b] that holds the best point x, the two points w and v met before it, and
+// take a parabolic (E04ABF) or secant-on-the-slope (E04BBF) step when it falls well inside the bracket
+// and shrinks the steps, a golden-section or bisection step otherwise.  The search stops when x lies
+// within 2*tol - (b-a)/2 of the bracket's middle, tol = E1*|x| + E2: then both ends are within 2*tol of
+// x.  A value that is not finite ranks above every finite one, so the bracket moves away from it.
+#include <algorithm>
+#include <cmath>
+
+#include "frame/ifail.h"
+#include "frame/machine.h"
+#include "optimisation/minimiser_support.h"
+
+namespace {
+
+using zek::mini::comparable;
+
+struct Tolerances {
+    double rel, abs;
+};
+
+// E1 and E2 as the search uses them: each at least sqrt(EPS) when given below EPS.
+Tolerances tolerances(double e1, double e2) {
+    const double eps = zek::precision();
+    const double rt = std::sqrt(eps);
+    return {std::isfinite(e1) && e1 >= eps ? e1 : rt, std::isfinite(e2) && e2 >= eps ? e2 : rt};
+}
+
+// Failure exits: no records (these routines report through IFAIL alone).
+int finish(const char *name, int *ifail, int code) {
+    zek::FailureExit exit(name, nullptr, ifail);
+    if (code == 0) return exit.succeed();
+    return exit.fail_with_records(code, 99999 - code, zek::Records{});
+}
+
+// The point kept by the searches: position, value as ranked, value as returned, slope.
+struct Point {
+    double x = 0.0, rank = HUGE_VAL, f = 0.0, g = 0.0;
+};
+
+} // namespace
+
+extern "C" void E04ABF(ZekE04Funct1 funct, ZekE04AdaptFunct1 adapt, double *e1, double *e2, double *a_, double *b_,
+                       int *maxcal, double *x_, double *f_, int *iuser, double *ruser, int *ifail) {
+    if (adapt == nullptr) adapt = E04_ADAPT_FUNCT1;
+    double a = *a_, b = *b_;
+    const int limit = *maxcal;
+    if (!(a + *e2 < b) || limit < 3 || funct == nullptr) {
+        finish("E04ABF", ifail, 1);
+        return;
+    }
+    const Tolerances tol = tolerances(*e1, *e2);
+    const double c = 0.5 * (3.0 - std::sqrt(5.0));
+    int calls = 0;
+    auto eval = [&](double x) {
+        Point p;
+        p.x = x;
+        adapt(funct, x, &p.f, iuser, ruser);
+        ++calls;
+        p.rank = comparable(p.f);
+        return p;
+    };
+    Point x = eval(a + c * (b - a)), w = x, v = x;
+    double d = 0.0, e = 0.0;
+    int code = 0;
+    for (;;) {
+        const double m = 0.5 * (a + b);
+        const double t = tol.rel * std::fabs(x.x) + tol.abs, t2 = 2.0 * t;
+        if (std::fabs(x.x - m) <= t2 - 0.5 * (b - a)) break;
+        if (calls >= limit) {
+            code = 2;
+            break;
+        }
+        bool parabolic = false;
+        if (std::fabs(e) > t) {
+            double r = (x.x - w.x) * (x.rank - v.rank);
+            double q = (x.x - v.x) * (x.rank - w.rank);
+            double p = (x.x - v.x) * q - (x.x - w.x) * r;
+            q = 2.0 * (q - r);
+            if (q > 0.0) p = -p;
+            else q = -q;
+            r = e;
+            e = d;
+            if (std::fabs(p) < std::fabs(0.5 * q * r) && p > q * (a - x.x) && p < q * (b - x.x)) {
+                d = p / q;
+                const double u = x.x + d;
+                if (u - a < t2 || b - u < t2) d = x.x < m ? t : -t;
+                parabolic = true;
+            }
+        }
+        if (!parabolic) {
+            e = (x.x < m ? b : a) - x.x;
+            d = c * e;
+        }
+        const Point u = eval(x.x + (std::fabs(d) >= t ? d : (d > 0.0 ? t : -t)));
+        if (u.rank <= x.rank) {
+            (u.x < x.x ? b : a) = x.x;
+            v = w;
+            w = x;
+            x = u;
+        } else {
+            (u.x < x.x ? a : b) = u.x;
+            if (u.rank <= w.rank || w.x == x.x) {
+                v = w;
+                w = u;
+            } else if (u.rank <= v.rank || v.x == x.x || v.x == w.x) {
+                v = u;
+            }
+        }
+    }
+    *a_ = a;
+    *b_ = b;
+    *x_ = x.x;
+    *f_ = x.f;
+    *maxcal = calls;
+    if (!std::isfinite(x.f)) code = 3;
+    finish("E04ABF", ifail, code);
+}
+
+extern "C" void E04BBF(ZekE04Funct1Grad funct, ZekE04AdaptFunct1Grad adapt, double *e1, double *e2, double *a_,
+                       double *b_, int *maxcal, double *x_, double *f_, double *g_, int *iuser, double *ruser,
+                       int *ifail) {
+    if (adapt == nullptr) adapt = E04_ADAPT_FUNCT1_GRAD;
+    double a = *a_, b = *b_;
+    const int limit = *maxcal;
+    if (!(a + *e2 < b) || limit < 2 || funct == nullptr) {
+        finish("E04BBF", ifail, 1);
+        return;
+    }
+    const Tolerances tol = tolerances(*e1, *e2);
+    int calls = 0;
+    auto eval = [&](double x) {
+        Point p;
+        p.x = x;
+        adapt(funct, x, &p.f, &p.g, iuser, ruser);
+        ++calls;
+        p.rank = std::isfinite(p.g) ? comparable(p.f) : HUGE_VAL;
+        if (!std::isfinite(p.g)) p.g = 0.0;
+        return p;
+    };
+    // The first point is the end with the lower value; the slope there says where to go.
+    Point x = eval(a), w = x, v = x;
+    {
+        const Point y = eval(b);
+        if (y.rank < x.rank) {
+            w = x;
+            x = y;
+        } else {
+            w = y;
+        }
+        v = w;
+    }
+    double d = 0.0, e = b - a;
+    int code = 0;
+    for (;;) {
+        const double m = 0.5 * (a + b);
+        const double t = tol.rel * std::fabs(x.x) + tol.abs, t2 = 2.0 * t;
+        if (std::fabs(x.x - m) <= t2 - 0.5 * (b - a)) break;
+        if (calls >= limit) {
+            code = 2;
+            break;
+        }
+        // A zero slope is a stationary point; an end whose slope points out of the interval is the
+        // minimum on it.
+        if (x.g == 0.0 || (x.x <= a && x.g > 0.0) || (x.x >= b && x.g < 0.0)) break;
+        const bool right = x.g < 0.0;
+        // The slope puts the minimum between x and that end: when it is that close, x is accurate.
+        const double end = right ? b : a;
+        if (std::fabs(end - x.x) <= t2) break;
+        bool secant = false;
+        if (std::fabs(e) > t) {
+            // Secant steps on the slope through w and through v; take the smaller one that goes
+            // downhill, stays inside the bracket and at most halves the step before last.
+            double best = HUGE_VAL;
+            for (const Point *o : {&w, &v}) {
+                if (o->x == x.x || o->g == x.g) continue;
+                const double s = x.g * (o->x - x.x) / (x.g - o->g);
+                const double u = x.x + s;
+                if ((right ? s > 0.0 : s < 0.0) && u > a && u < b && std::fabs(s) < std::fabs(best)) best = s;
+            }
+            if (std::fabs(best) < 0.5 * std::fabs(e)) {
+                e = d;
+                d = best;
+                const double u = x.x + d;
+                if (u - a < t2 || b - u < t2) d = right ? t : -t;
+                secant = true;
+            }
+        }
+        if (!secant) {
+            e = end - x.x;
+            d = 0.5 * e;
+        }
+        double trial = x.x + (std::fabs(d) >= t ? d : (d > 0.0 ? t : -t));
+        if (!(trial > a && trial < b)) trial = x.x + 0.5 * (end - x.x);
+        const Point u = eval(trial);
+        if (u.rank <= x.rank) {
+            (u.x < x.x ? b : a) = x.x;
+            v = w;
+            w = x;
+            x = u;
+        } else {
+            (u.x < x.x ? a : b) = u.x;
+            v = w;
+            w = u;
+        }
+    }
+    *a_ = a;
+    *b_ = b;
+    *x_ = x.x;
+    *f_ = x.f;
+    *g_ = x.g;
+    *maxcal = calls;
+    if (!std::isfinite(x.f)) code = 3;
+    finish("E04BBF", ifail, code);
+}

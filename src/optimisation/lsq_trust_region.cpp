@@ -1,0 +1,628 @@
+// E04FCF, E04GBF and their easy forms E04FYF, E04GYF: unconstrained nonlinear least squares by
+// trust-region steps on the SVD of the Jacobian.
+//
+// With J = U diag(s) V' and g = J'f, the step for a shift L >= 0 is p(L) = -sum s_i b_i/(s_i^2 + L) v_i,
+// b_i = v_i'g / s_i = u_i'f, over the singular values above 10 EPS s_1: L = 0 is the Gauss-Newton step
+// (its minimum-length form when J is rank deficient), a large L a short steepest-descent step.  L is
+// the smallest shift whose step fits the trust radius, found by Newton's method on 1/|p(L)| - 1/radius.
+// The predicted reduction comes from the same expansion, sum b_i^2 (1 - (L/(s_i^2+L))^2); the radius
+// shrinks to a quarter of the step when less than a quarter of it is achieved, and doubles when more
+// than three quarters are.
+//
+// Workspace: a copy of J for the SVD (M N), then the SVD's own workspace, which after the SVD holds g,
+// the step, the trial point and the trial residuals.  The right vectors come back in V, transposed in
+// place.
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "frame/adaptor.h"
+#include "frame/ifail.h"
+#include "frame/machine.h"
+#include "kernels/svd.h"
+#include "optimisation/minimiser_support.h"
+
+namespace {
+
+using zek::mini::all_finite;
+using zek::mini::norm2;
+
+struct Settings {
+    int iprint, maxcal;
+    double xtol, stepmx;
+};
+
+struct Arrays {
+    int m, n;
+    double *x, *fsumsq, *fvec, *fjac;
+    int lj;
+    double *s, *v;
+    int lv;
+    int *niter, *nf;
+    double *w;
+};
+
+struct Functions {
+    ZekE04LsqFun lsq = nullptr;
+    ZekE04AdaptLsq adapt = nullptr;
+    ZekE04LsqFunDiff diff = nullptr;
+    ZekE04AdaptLsqDiff dadapt = nullptr;
+    ZekE04LsqMon mon = nullptr;
+    ZekE04AdaptLsqMon madapt = nullptr;
+    ZekE04LsqHes hes = nullptr;          // the user's second-order term
+    ZekE04AdaptLsqHes hadapt = nullptr;
+    bool second_differences = false;     // the second-order term by differences of J'f
+    int *iuser = nullptr;
+    double *ruser = nullptr;
+};
+
+enum Outcome { kDone = 0, kLimit = 2, kNoLowerPoint = 3, kSvdFailed = 4, kNotFinite = 5 };
+
+
+class Solver {
+public:
+    Solver(const Arrays &a, const Functions &f, const Settings &s) : a_(a), f_(f), s_(s) {
+        const std::ptrdiff_t m = a.m, n = a.n;
+        copy_ = a.w;
+        svdw_ = a.w + m * n;
+        g_ = svdw_;
+        p_ = g_ + n;
+        xt_ = p_ + n;
+        rt_ = xt_ + n;
+        h_ = a.w + m * n + zek::svd_workspace(a.m, a.n, false, true);
+    }
+    int run();
+
+private:
+    // Residuals at x into r (and the Jacobian into FJAC when JACOBIAN): false when the user stopped.
+    bool residuals(const double *x, double *r, bool jacobian);
+    bool jacobian_by_differences(const double *x, const double *r);
+    int decompose();
+    void step(double shift, int k);
+    double step_norm(double shift, int k) const;
+    void monitor(int k) {
+        if (f_.mon != nullptr)
+            f_.madapt(f_.mon, a_.m, a_.n, a_.x, a_.fvec, a_.fjac, a_.lj, a_.s, k, *a_.niter, *a_.nf, f_.iuser,
+                      f_.ruser);
+    }
+
+    Arrays a_;
+    Functions f_;
+    Settings s_;
+    // The model's Hessian J'J + sum f_i f_i'' (N by N) when the second-order term is carried: false when
+    // the user stopped.
+    bool second_order();
+    // The step (H + L I) p = -g for the least L >= 0 whose Cholesky succeeds and whose step fits the
+    // radius; returns the predicted reduction, or -1 when no shift works.
+    double newton_step(double radius);
+    bool carries_second_order() const { return f_.hes != nullptr || f_.second_differences; }
+
+    double *copy_, *svdw_, *g_, *p_, *xt_, *rt_, *h_;
+    int stop_ = 0;
+};
+
+bool Solver::residuals(const double *x, double *r, bool jacobian) {
+    int iflag = jacobian ? 2 : 0;
+    if (f_.lsq != nullptr) f_.adapt(f_.lsq, &iflag, a_.m, a_.n, x, r, a_.fjac, a_.lj, f_.iuser, f_.ruser);
+    else f_.dadapt(f_.diff, &iflag, a_.m, a_.n, x, r, f_.iuser, f_.ruser);
+    ++*a_.nf;
+    if (iflag < 0) stop_ = iflag;
+    return iflag >= 0;
+}
+
+bool Solver::jacobian_by_differences(const double *x, const double *r) {
+    const double rt = std::sqrt(zek::precision());
+    const std::ptrdiff_t ld = a_.lj;
+    for (int j = 0; j < a_.n; ++j) xt_[j] = x[j];
+    for (int j = 0; j < a_.n; ++j) {
+        const double h = rt * (1.0 + std::fabs(x[j]));
+        xt_[j] = x[j] + h;
+        if (!residuals(xt_, rt_, false)) return false;
+        xt_[j] = x[j];
+        for (int i = 0; i < a_.m; ++i) a_.fjac[i + j * ld] = (rt_[i] - r[i]) / h;
+    }
+    return true;
+}
+
+// SVD of FJAC: S, and V (as columns); g = J'f.  Returns the count of values taken (0 when it failed).
+int Solver::decompose() {
+    const int m = a_.m, n = a_.n;
+    const std::ptrdiff_t ld = a_.lj, lv = a_.lv;
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i < m; ++i) copy_[i + j * static_cast<std::ptrdiff_t>(m)] = a_.fjac[i + j * ld];
+    if (zek::svd(m, n, copy_, m, a_.s, nullptr, 1, a_.v, a_.lv, svdw_) != 0) return 0;
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < i; ++j) std::swap(a_.v[i + j * lv], a_.v[j + i * lv]);
+    for (int j = 0; j < n; ++j) {
+        double t = 0.0;
+        for (int i = 0; i < m; ++i) t += a_.fjac[i + j * ld] * a_.fvec[i];
+        g_[j] = t;
+    }
+    int k = 0;
+    while (k < n && a_.s[k] > 10.0 * zek::precision() * a_.s[0]) ++k;
+    return k;
+}
+
+// b_i = v_i'g / s_i, kept in rt_ (the trial residuals are not needed until the step is formed).
+double Solver::step_norm(double shift, int k) const {
+    double t = 0.0;
+    for (int i = 0; i < k; ++i) {
+        const double c = a_.s[i] * rt_[i] / (a_.s[i] * a_.s[i] + shift);
+        t += c * c;
+    }
+    return std::sqrt(t);
+}
+
+void Solver::step(double shift, int k) {
+    const std::ptrdiff_t lv = a_.lv;
+    for (int j = 0; j < a_.n; ++j) p_[j] = 0.0;
+    for (int i = 0; i < k; ++i) {
+        const double c = -a_.s[i] * rt_[i] / (a_.s[i] * a_.s[i] + shift);
+        for (int j = 0; j < a_.n; ++j) p_[j] += c * a_.v[j + i * lv];
+    }
+}
+
+bool Solver::second_order() {
+    const int m = a_.m, n = a_.n;
+    const std::ptrdiff_t ld = a_.lj, nn = n;
+    // J'J first.
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j <= i; ++j) {
+            double t = 0.0;
+            for (int r = 0; r < m; ++r) t += a_.fjac[r + i * ld] * a_.fjac[r + j * ld];
+            h_[i + j * nn] = h_[j + i * nn] = t;
+        }
+    if (f_.hes != nullptr) {
+        // The user's term, packed by rows into the copy region (free after the SVD).
+        const int lb = n * (n + 1) / 2;
+        int iflag = 0;
+        f_.hadapt(f_.hes, &iflag, a_.m, n, a_.fvec, a_.x, copy_, lb, f_.iuser, f_.ruser);
+        if (iflag < 0) {
+            stop_ = iflag;
+            return false;
+        }
+        for (int i = 0; i < n; ++i)
+            for (int j = 0; j <= i; ++j) {
+                const double t = copy_[static_cast<std::ptrdiff_t>(i) * (i + 1) / 2 + j];
+                h_[i + j * nn] += t;
+                if (i != j) h_[j + i * nn] += t;
+            }
+        return true;
+    }
+    // Differences of g = J'f along each axis give (J'J + S) e_j; the Jacobian at x is formed again at
+    // the end, since the trial calls write FJAC.
+    const double rt = std::sqrt(zek::precision());
+    double *r = rt_ + n;
+    for (int j = 0; j < n; ++j) xt_[j] = a_.x[j];
+    for (int j = 0; j < n; ++j) {
+        const double hj = rt * (1.0 + std::fabs(a_.x[j]));
+        xt_[j] = a_.x[j] + hj;
+        if (!residuals(xt_, r, true)) return false;
+        xt_[j] = a_.x[j];
+        for (int i = 0; i < n; ++i) {
+            double t = 0.0;
+            for (int q = 0; q < m; ++q) t += a_.fjac[q + i * ld] * r[q];
+            copy_[i + j * nn] = (t - g_[i]) / hj;
+        }
+    }
+    if (!residuals(a_.x, r, true)) return false;
+    // copy_ now holds J'J + S by columns, unsymmetric by rounding: its symmetric part is the model.
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j <= i; ++j) {
+            const double t = 0.5 * (copy_[i + j * nn] + copy_[j + i * nn]);
+            h_[i + j * nn] = h_[j + i * nn] = t;
+        }
+    return true;
+}
+
+double Solver::newton_step(double radius) {
+    const int n = a_.n;
+    const std::ptrdiff_t nn = n;
+    double biggest = 0.0, smallest = HUGE_VAL;
+    for (int j = 0; j < n; ++j) {
+        biggest = std::max(biggest, std::fabs(h_[j + j * nn]));
+        if (h_[j + j * nn] > 0.0) smallest = std::min(smallest, h_[j + j * nn]);
+    }
+    // Shifts grow from far below the smallest curvature, so that a badly scaled model still takes
+    // full steps along its flat directions.
+    const double base = std::isfinite(smallest) ? std::max(1e-10 * smallest, zek::safe_minimum()) : 1.0;
+    double shift = 0.0;
+    for (int attempt = 0; attempt < 400; ++attempt) {
+        bool ok = std::isfinite(biggest);
+        double *l = copy_;
+        for (int i = 0; i < n && ok; ++i)
+            for (int j = 0; j <= i; ++j) {
+                double t = h_[i + j * nn] + (i == j ? shift : 0.0);
+                for (int k = 0; k < j; ++k) t -= l[i + k * nn] * l[j + k * nn];
+                if (i == j) {
+                    if (!(t > zek::precision() * (1.0 + biggest))) {
+                        ok = false;
+                        break;
+                    }
+                    l[i + i * nn] = std::sqrt(t);
+                } else {
+                    l[i + j * nn] = t / l[j + j * nn];
+                }
+            }
+        if (ok) {
+            for (int i = 0; i < n; ++i) {
+                double t = -g_[i];
+                for (int k = 0; k < i; ++k) t -= l[i + k * nn] * p_[k];
+                p_[i] = t / l[i + i * nn];
+            }
+            for (int i = n - 1; i >= 0; --i) {
+                double t = p_[i];
+                for (int k = i + 1; k < n; ++k) t -= l[k + i * nn] * p_[k];
+                p_[i] = t / l[i + i * nn];
+            }
+            if (norm2(n, p_) <= radius * 1.0000001) {
+                double php = 0.0, gp = 0.0;
+                for (int i = 0; i < n; ++i) {
+                    double t = 0.0;
+                    for (int j = 0; j < n; ++j) t += h_[i + j * nn] * p_[j];
+                    php += p_[i] * t;
+                    gp += g_[i] * p_[i];
+                }
+                return -2.0 * gp - php;
+            }
+        }
+        shift = shift == 0.0 ? base : 2.0 * shift;
+    }
+    return -1.0;
+}
+
+int Solver::run() {
+    const int m = a_.m, n = a_.n;
+    *a_.niter = 0;
+    *a_.nf = 0;
+    const bool differences = f_.lsq == nullptr;
+    if (!residuals(a_.x, a_.fvec, !differences)) return stop_;
+    if (!all_finite(m, a_.fvec)) return kNotFinite;
+    if (differences && !jacobian_by_differences(a_.x, a_.fvec)) return stop_;
+    const std::ptrdiff_t ldj = a_.lj;
+    for (int j = 0; j < n; ++j)
+        if (!all_finite(m, a_.fjac + j * ldj)) return kNotFinite;
+    double f = 0.0;
+    for (int i = 0; i < m; ++i) f += a_.fvec[i] * a_.fvec[i];
+    *a_.fsumsq = f;
+    const double eps = zek::precision();
+    double radius = s_.stepmx;
+    int result = kDone;
+    for (;;) {
+        const int k = decompose();
+        if (k == 0 && a_.s[0] != 0.0) return kSvdFailed;
+        if (s_.iprint > 0 && *a_.niter % s_.iprint == 0) monitor(k);
+        const double gnorm = norm2(n, g_);
+        if (f == 0.0 || k == 0 || gnorm <= eps * std::max(f, eps)) break;
+        if (*a_.nf >= s_.maxcal) {
+            result = kLimit;
+            break;
+        }
+        if (carries_second_order() && !second_order()) return stop_;
+        const std::ptrdiff_t lv = a_.lv;
+        for (int i = 0; i < k; ++i) {
+            double t = 0.0;
+            for (int j = 0; j < n; ++j) t += a_.v[j + i * lv] * g_[j];
+            rt_[i] = t / a_.s[i];
+        }
+        // Trial steps within the radius until one reduces f or the radius falls below the tolerance.
+        bool accepted = false;
+        bool converged = false;
+        for (int trial = 0; trial < 60 && !accepted; ++trial) {
+            double shift = 0.0;
+            double pred = 0.0;
+            if (carries_second_order()) {
+                pred = newton_step(radius);
+                if (pred < 0.0) break;
+            } else if (step_norm(0.0, k) > radius) {
+                for (int it = 0; it < 50; ++it) {
+                    const double pn = step_norm(shift, k);
+                    double dn = 0.0;  // d|p|/dL
+                    for (int i = 0; i < k; ++i) {
+                        const double d = a_.s[i] * a_.s[i] + shift;
+                        const double c = a_.s[i] * rt_[i] / d;
+                        dn -= c * c / d;
+                    }
+                    dn /= pn;
+                    const double phi = 1.0 / pn - 1.0 / radius;
+                    const double dphi = -dn / (pn * pn);
+                    const double nxt = shift - phi / dphi;
+                    if (!(nxt > 0.0) || !std::isfinite(nxt)) break;
+                    if (std::fabs(nxt - shift) <= 1e-3 * shift) {
+                        shift = nxt;
+                        break;
+                    }
+                    shift = nxt;
+                }
+            }
+            if (!carries_second_order()) {
+                step(shift, k);
+                for (int i = 0; i < k; ++i) {
+                    const double q = shift / (a_.s[i] * a_.s[i] + shift);
+                    pred += rt_[i] * rt_[i] * (1.0 - q * q);
+                }
+            }
+            const double pnorm = norm2(n, p_), xnorm = norm2(n, a_.x);
+            if (pnorm <= s_.xtol * (1.0 + xnorm) || pred <= 4.0 * eps * f) {
+                converged = true;
+                break;
+            }
+            if (*a_.nf >= s_.maxcal) break;
+            // rt_ holds b until here; the trial residuals go behind the trial point.
+            double *r = rt_ + n;
+            for (int j = 0; j < n; ++j) xt_[j] = a_.x[j] + p_[j];
+            if (!residuals(xt_, r, false)) return stop_;
+            double ft = 0.0;
+            for (int i = 0; i < m; ++i) ft += r[i] * r[i];
+            const double ratio = std::isfinite(ft) ? (f - ft) / pred : -1.0;
+            if (ratio < 0.25) radius = 0.25 * pnorm;
+            else if (ratio > 0.75) radius = std::min(s_.stepmx, std::max(radius, 2.0 * pnorm));
+            if (ratio > 1e-4) {
+                for (int j = 0; j < n; ++j) a_.x[j] = xt_[j];
+                for (int i = 0; i < m; ++i) a_.fvec[i] = r[i];
+                f = ft;
+                accepted = true;
+            }
+        }
+        if (converged) break;
+        if (!accepted) {
+            result = *a_.nf >= s_.maxcal ? kLimit : kNoLowerPoint;
+            break;
+        }
+        ++*a_.niter;
+        *a_.fsumsq = f;
+        if (differences) {
+            if (!jacobian_by_differences(a_.x, a_.fvec)) return stop_;
+        } else if (!residuals(a_.x, rt_ + n, true)) {
+            return stop_;
+        }
+        for (int j = 0; j < n; ++j)
+            if (!all_finite(m, a_.fjac + j * ldj)) return kNoLowerPoint;
+    }
+    *a_.fsumsq = f;
+    if (s_.iprint >= 0) {
+        int k = 0;
+        while (k < n && a_.s[k] > 10.0 * eps * a_.s[0]) ++k;
+        monitor(k);
+    }
+    return result;
+}
+
+// The workspace bound each routine states, and its literal message.
+struct Workspace {
+    std::ptrdiff_t need;
+    const char *formula;
+};
+Workspace workspace(const char *name, int m, int n) {
+    const std::ptrdiff_t mm = m, nn = n, half = nn * (nn - 1) / 2;
+    const std::string r = name;
+    if (r == "E04FCF")
+        return n > 1 ? Workspace{6 * nn + mm * nn + 2 * mm + half,
+                                 " ** On entry, LW must be at least 6*N + M*N + 2*M + N*(N-1)/2 if N.gt.1:"}
+                     : Workspace{7 + 3 * mm, " ** On entry, LW must be at least 7 + 3*M if N.eq.1:"};
+    if (r == "E04GBF")
+        return n > 1 ? Workspace{7 * nn + mm * nn + 2 * mm + nn * nn,
+                                 " ** On entry, LW must be at least 7*N + M*N + 2*M + N*N if N.gt.1:"}
+                     : Workspace{9 + 3 * mm, " ** On entry, LW must be at least 9 + 3*M if N.eq.1:"};
+    if (r == "E04GDF" || r == "E04HEF")
+        return n > 1 ? Workspace{7 * nn + mm * nn + 2 * mm + nn * nn,
+                                 " ** On entry, LW must be at least 7*N + M*N + 2*M + N*N if N.gt.1:"}
+                     : Workspace{9 + 3 * mm, " ** On entry, LW must be at least 9 + 3*M if N.eq.1:"};
+    if (r == "E04FYF")
+        return n > 1 ? Workspace{7 * nn + nn * nn + 2 * mm * nn + 2 * mm + half,
+                                 " ** On entry, LW must be at least 7*N + N*N + 2*M*N + 2*M + N*(N-1)/2 if N.gt.1:"}
+                     : Workspace{9 + 5 * mm, " ** On entry, LW must be at least 9 + 5*M if N.eq.1:"};
+    return n > 1 ? Workspace{8 * nn + 2 * nn * nn + 2 * mm * nn + 3 * mm,
+                             " ** On entry, LW must be at least 8*N + 2*N*N + 2*M*N + 3*M if N.gt.1:"}
+                 : Workspace{11 + 5 * mm, " ** On entry, LW must be at least 11 + 5*M if N.eq.1:"};
+}
+
+// Argument checks in their order; false after the failure exit.
+bool check(zek::FailureExit &exit, const char *name, int m, int n, const Settings *s, double eta, int lj, int lv,
+           int lw) {
+    auto bad = [&](const char *text, std::initializer_list<zek::MessageValue> values) {
+        exit.fail(1, 99998, text, values);
+        return false;
+    };
+    if (n < 1) return bad(" ** On entry, N must be at least 1: N =%16ld", {n});
+    if (m < n) return bad(" ** On entry, M must be at least N: M =%16ld, N =%16ld", {m, n});
+    if (s != nullptr) {
+        if (s->maxcal < 1) return bad(" ** On entry, MAXCAL must be at least 1: MAXCAL =%16ld", {s->maxcal});
+        if (!(eta >= 0.0 && eta < 1.0)) return bad(" ** On entry, ETA must satisfy 0.le.ETA.lt.1: ETA =%13.5E", {eta});
+        if (!(s->xtol >= 0.0)) return bad(" ** On entry, XTOL must be at least 0.0: XTOL =%13.5E", {s->xtol});
+        if (!(s->stepmx >= s->xtol))
+            return bad(" ** On entry, STEPMX must be at least XTOL:\n ** STEPMX =%13.5E, XTOL =%13.5E",
+                       {s->stepmx, s->xtol});
+        if (lj < m) return bad(" ** On entry, LJ must be at least M: LJ =%16ld, M =%16ld", {lj, m});
+        if (lv < n) return bad(" ** On entry, LV must be at least N: LV =%16ld, N =%16ld", {lv, n});
+    }
+    const Workspace w = workspace(name, m, n);
+    if (lw < w.need) {
+        const std::string text = std::string(w.formula) + "\n ** LW =%16ld, LW must be at least%16ld";
+        return bad(text.c_str(), {lw, static_cast<long>(w.need)});
+    }
+    return true;
+}
+
+void finish(zek::FailureExit &exit, const char *name, int code, int maxcal) {
+    switch (code) {
+    case kDone: exit.succeed(); break;
+    case kLimit:
+        exit.fail(2, 99997, std::string(name) == "E04GDF" ? " ** There have been MAXCAL evaluations of the residuals: MAXCAL =%15ld"
+                                                          : " ** There have been MAXCAL calls to LSQFUN: MAXCAL =%16ld",
+                  {maxcal});
+        break;
+    case kNoLowerPoint:
+        exit.fail(3, 99996, " ** The conditions for a minimum have not all been satisfied, but a lower point could"
+                            " not be found.");
+        break;
+    case kSvdFailed: exit.fail(4, 99995, " ** The singular value decomposition of the Jacobian failed."); break;
+    case kNotFinite: exit.fail(5, 99994, " ** The residuals or the Jacobian are not finite at the starting point."); break;
+    default: exit.fail(code, 99993, " ** User requested termination."); break;
+    }
+}
+
+void comprehensive(const char *name, const Functions &fn, int m, int n, int iprint, int maxcal, double eta,
+                   double xtol, double stepmx, double *x, double *fsumsq, double *fvec, double *fjac, int lj,
+                   double *s, double *v, int lv, int *niter, int *nf, double *w, int lw, int *ifail) {
+    zek::FailureExit exit(name, nullptr, ifail);
+    const Settings set{iprint, maxcal, xtol, stepmx};
+    if (!check(exit, name, m, n, &set, eta, lj, lv, lw)) return;
+    Solver solver({m, n, x, fsumsq, fvec, fjac, lj, s, v, lv, niter, nf, w}, fn, set);
+    finish(exit, name, solver.run(), maxcal);
+}
+
+void easy(const char *name, const Functions &fn, int m, int n, double *x, double *fsumsq, double *w, int lw,
+          int *ifail) {
+    zek::FailureExit exit(name, nullptr, ifail);
+    if (!check(exit, name, m, n, nullptr, 0.0, m, n, lw)) return;
+    const std::ptrdiff_t mm = m, nn = n;
+    double *fvec = w, *fjac = w + mm, *s = fjac + mm * nn, *v = s + nn, *rest = v + nn * nn;
+    // Differences of the gradient take N calls an iteration of their own.
+    const int maxcal = fn.second_differences ? 50 * n * (n + 1) : (fn.lsq != nullptr ? 100 : 400) * n;
+    double stepmx = 1e5 * (1.0 + norm2(n, x));
+    if (!std::isfinite(stepmx)) stepmx = 1e5;
+    const Settings set{-1, maxcal, 10.0 * std::sqrt(zek::precision()), stepmx};
+    int niter = 0, nf = 0;
+    Solver solver({m, n, x, fsumsq, fvec, fjac, m, s, v, n, &niter, &nf, rest}, fn, set);
+    finish(exit, name, solver.run(), maxcal);
+}
+
+Functions with_derivatives(ZekE04LsqFun f, ZekE04AdaptLsq a, int *iuser, double *ruser) {
+    Functions fn;
+    fn.lsq = f;
+    fn.adapt = a != nullptr ? a : E04_ADAPT_LSQ;
+    fn.iuser = iuser;
+    fn.ruser = ruser;
+    return fn;
+}
+
+Functions by_differences(ZekE04LsqFunDiff f, ZekE04AdaptLsqDiff a, int *iuser, double *ruser) {
+    Functions fn;
+    fn.diff = f;
+    fn.dadapt = a != nullptr ? a : E04_ADAPT_LSQ_DIFF;
+    fn.iuser = iuser;
+    fn.ruser = ruser;
+    return fn;
+}
+
+void monitored(Functions &fn, ZekE04LsqMon mon, ZekE04AdaptLsqMon madapt) {
+    fn.mon = mon;
+    fn.madapt = madapt != nullptr ? madapt : E04_ADAPT_LSQ_MON;
+}
+
+} // namespace
+
+extern "C" void E04_ADAPT_LSQ(ZekE04LsqFun f, int *iflag, int m, int n, const double *xc, double *fvec,
+                              double *fjac, int lj, int *iuser, double *ruser) {
+    zek::mark_vector(m, fvec);
+    if (*iflag == 2) zek::mark_matrix(n, lj, fjac);
+    f(iflag, &m, &n, xc, fvec, fjac, &lj, iuser, ruser);
+}
+
+extern "C" void E04_ADAPT_LSQ_DIFF(ZekE04LsqFunDiff f, int *iflag, int m, int n, const double *xc, double *fvec,
+                                   int *iuser, double *ruser) {
+    zek::mark_vector(m, fvec);
+    f(iflag, &m, &n, xc, fvec, iuser, ruser);
+}
+
+extern "C" void E04_ADAPT_LSQ_MON(ZekE04LsqMon f, int m, int n, const double *xc, const double *fvec,
+                                  const double *fjac, int lj, const double *s, int igrade, int niter, int nf,
+                                  int *iuser, double *ruser) {
+    f(&m, &n, xc, fvec, fjac, &lj, s, &igrade, &niter, &nf, iuser, ruser);
+}
+
+extern "C" void E04_ADAPT_LSQ_HES(ZekE04LsqHes f, int *iflag, int m, int n, const double *fvec, const double *xc,
+                                  double *b, int lb, int *iuser, double *ruser) {
+    zek::mark_vector(lb, b);
+    f(iflag, &m, &n, fvec, xc, b, &lb, iuser, ruser);
+}
+
+extern "C" void E04GDF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqMon lsqmon,
+                       ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal, const double *eta,
+                       const double *xtol, const double *stepmx, double *x, double *fsumsq, double *fvec,
+                       double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf, int *iw,
+                       const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
+    (void)iw, (void)liw;
+    Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
+    monitored(fn, lsqmon, madapt);
+    fn.second_differences = true;
+    comprehensive("E04GDF", fn, *m, *n, *iprint, *maxcal, *eta, *xtol, *stepmx, x, fsumsq, fvec, fjac, *lj, s, v,
+                  *lv, niter, nf, w, *lw, ifail);
+}
+
+extern "C" void E04HEF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
+                       ZekE04AdaptLsqHes hadapt, ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint,
+                       const int *maxcal, const double *eta, const double *xtol, const double *stepmx, double *x,
+                       double *fsumsq, double *fvec, double *fjac, const int *lj, double *s, double *v,
+                       const int *lv, int *niter, int *nf, int *iw, const int *liw, double *w, const int *lw,
+                       int *iuser, double *ruser, int *ifail) {
+    (void)iw, (void)liw;
+    Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
+    monitored(fn, lsqmon, madapt);
+    fn.hes = lsqhes;
+    fn.hadapt = hadapt != nullptr ? hadapt : E04_ADAPT_LSQ_HES;
+    if (lsqhes == nullptr) {
+        zek::FailureExit exit("E04HEF", nullptr, ifail);
+        exit.fail(1, 99992, " ** On entry, LSQHES must be given.");
+        return;
+    }
+    comprehensive("E04HEF", fn, *m, *n, *iprint, *maxcal, *eta, *xtol, *stepmx, x, fsumsq, fvec, fjac, *lj, s, v,
+                  *lv, niter, nf, w, *lw, ifail);
+}
+
+extern "C" void E04GZF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, double *x,
+                       double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
+    Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
+    fn.second_differences = true;
+    easy("E04GZF", fn, *m, *n, x, fsumsq, w, *lw, ifail);
+}
+
+extern "C" void E04HYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
+                       ZekE04AdaptLsqHes hadapt, double *x, double *fsumsq, double *w, const int *lw, int *iuser,
+                       double *ruser, int *ifail) {
+    if (lsqhes == nullptr) {
+        zek::FailureExit exit("E04HYF", nullptr, ifail);
+        exit.fail(1, 99992, " ** On entry, LSQHES must be given.");
+        return;
+    }
+    Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
+    fn.hes = lsqhes;
+    fn.hadapt = hadapt != nullptr ? hadapt : E04_ADAPT_LSQ_HES;
+    easy("E04HYF", fn, *m, *n, x, fsumsq, w, *lw, ifail);
+}
+
+extern "C" void E04FCF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt,
+                       ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal,
+                       const double *eta, const double *xtol, const double *stepmx, double *x, double *fsumsq,
+                       double *fvec, double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter,
+                       int *nf, int *iw, const int *liw, double *w, const int *lw, int *iuser, double *ruser,
+                       int *ifail) {
+    (void)iw, (void)liw;
+    Functions fn = by_differences(lsqfun, adapt, iuser, ruser);
+    monitored(fn, lsqmon, madapt);
+    comprehensive("E04FCF", fn, *m, *n, *iprint, *maxcal, *eta, *xtol, *stepmx, x, fsumsq, fvec, fjac, *lj, s, v,
+                  *lv, niter, nf, w, *lw, ifail);
+}
+
+extern "C" void E04GBF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqMon lsqmon,
+                       ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal, const double *eta,
+                       const double *xtol, const double *stepmx, double *x, double *fsumsq, double *fvec,
+                       double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf, int *iw,
+                       const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
+    (void)iw, (void)liw;
+    Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
+    monitored(fn, lsqmon, madapt);
+    comprehensive("E04GBF", fn, *m, *n, *iprint, *maxcal, *eta, *xtol, *stepmx, x, fsumsq, fvec, fjac, *lj, s, v,
+                  *lv, niter, nf, w, *lw, ifail);
+}
+
+extern "C" void E04FYF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt, double *x,
+                       double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
+    easy("E04FYF", by_differences(lsqfun, adapt, iuser, ruser), *m, *n, x, fsumsq, w, *lw, ifail);
+}
+
+extern "C" void E04GYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, double *x,
+                       double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
+    easy("E04GYF", with_derivatives(lsqfun, adapt, iuser, ruser), *m, *n, x, fsumsq, w, *lw, ifail);
+}

@@ -1,0 +1,204 @@
+// One-dimensional minimisers, the simplex method and conjugate gradients on problems with known minima.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "mgh_problems.h"
+#include "zek2/e04.h"
+
+namespace {
+
+const double kPi = std::acos(-1.0);
+
+struct OneDim {
+    const char *name;
+    double (*f)(double);
+    double (*g)(double);
+    double a, b, xmin;
+};
+const OneDim kOneDim[] = {
+    {"sine", [](double x) { return std::sin(x); }, [](double x) { return std::cos(x); }, 3.0, 6.0, 1.5 * kPi},
+    {"quartic", [](double x) { return std::pow(x - 0.3, 4) + 1.0; },
+     [](double x) { return 4.0 * std::pow(x - 0.3, 3); }, -2.0, 5.0, 0.3},
+    {"exp_linear", [](double x) { return std::exp(x) - 2.0 * x; }, [](double x) { return std::exp(x) - 2.0; }, -1.0,
+     3.0, std::log(2.0)},
+    {"left_end", [](double x) { return x * x; }, [](double x) { return 2.0 * x; }, 1.0, 4.0, 1.0},
+};
+
+void f1(const double *x, double *fc, int *iuser, double *ruser) {
+    const OneDim *p = &kOneDim[iuser[0]];
+    *fc = p->f(*x);
+    ruser[0] += 1.0;
+}
+void fg1(const double *x, double *fc, double *gc, int *iuser, double *ruser) {
+    const OneDim *p = &kOneDim[iuser[0]];
+    *fc = p->f(*x);
+    *gc = p->g(*x);
+    ruser[0] += 1.0;
+}
+
+TEST(OneDimensional, BothMinimisersReachTheKnownMinimumWithinTheirTolerance) {
+    for (int k = 0; k < static_cast<int>(std::size(kOneDim)); ++k) {
+        for (int withgrad = 0; withgrad < 2; ++withgrad) {
+            SCOPED_TRACE(std::string(kOneDim[k].name) + (withgrad ? " E04BBF" : " E04ABF"));
+            double e1 = 1e-8, e2 = 1e-10, a = kOneDim[k].a, b = kOneDim[k].b, x = 0, f = 0, g = 0, calls = 0;
+            int maxcal = 100, ifail = 1, iuser = k;
+            if (withgrad) E04BBF(fg1, nullptr, &e1, &e2, &a, &b, &maxcal, &x, &f, &g, &iuser, &calls, &ifail);
+            else E04ABF(f1, nullptr, &e1, &e2, &a, &b, &maxcal, &x, &f, &iuser, &calls, &ifail);
+            EXPECT_EQ(ifail, 0);
+            EXPECT_EQ(maxcal, static_cast<int>(calls));
+            // A quartic's minimum is flat: its position is only known to the fourth root of the precision.
+            const double slack = k == 1 ? 2e-3 : 1e-6;
+            EXPECT_NEAR(x, kOneDim[k].xmin, slack);
+            EXPECT_LE(a, x);
+            EXPECT_GE(b, x);
+            // The bracket shrinks around an inner minimum; E04BBF may stop on the slope's side alone.
+            if (!withgrad && k != 3) {
+                EXPECT_LE(b - a, 4.0 * (e1 * std::fabs(x) + e2) + (k == 1 ? 1e-2 : 1e-5));
+            }
+            EXPECT_EQ(f, kOneDim[k].f(x));
+            EXPECT_LT(maxcal, k == 1 ? 100 : 60);  // the quartic's slope has a triple zero
+        }
+    }
+}
+
+TEST(OneDimensional, LimitOfCallsGivesIfail2AtTheBestPoint) {
+    double e1 = 0, e2 = 0, a = 3, b = 6, x = 0, f = 0, calls = 0;
+    int maxcal = 4, ifail = 1, iuser = 0;
+    E04ABF(f1, nullptr, &e1, &e2, &a, &b, &maxcal, &x, &f, &iuser, &calls, &ifail);
+    EXPECT_EQ(ifail, 2);
+    EXPECT_EQ(maxcal, 4);
+    EXPECT_EQ(f, std::sin(x));
+}
+
+// ---- Simplex --------------------------------------------------------------------------------------
+
+const mgh::Problem *g_problem = nullptr;
+int g_calls = 0;
+void simplex_f(const int *n, const double *x, double *fc) {
+    (void)n;
+    ++g_calls;
+    *fc = mgh::value(*g_problem, x);
+}
+int g_monitor_calls = 0;
+void simplex_monitor(const double *fmin, const double *fmax, const double *, const int *, const int *is,
+                     const int *) {
+    EXPECT_LE(*fmin, *fmax);
+    EXPECT_GE(*is, 2);
+    ++g_monitor_calls;
+}
+
+TEST(Simplex, MinimisesTheTestProblemsFromTheirStandardStarts) {
+    for (const char *name : {"Rosenbrock", "Beale", "HelicalValley", "PowellSingular", "Wood"}) {
+        SCOPED_TRACE(name);
+        const mgh::Problem &p = mgh::find(name);
+        g_problem = &p;
+        g_calls = 0;
+        g_monitor_calls = 0;
+        const int n = p.n, iw = n + 1, maxcal = 20000;
+        std::vector<double> x = p.start, w1(n), w2(n), w3(n), w4(n), w5(n + 1), w6((n + 1) * n);
+        double fmin = 0, tol = 1e-14;
+        int ifail = 1;
+        E04CCF(&n, x.data(), &fmin, &tol, &iw, w1.data(), w2.data(), w3.data(), w4.data(), w5.data(), w6.data(),
+               simplex_f, simplex_monitor, &maxcal, &ifail);
+        EXPECT_EQ(ifail, 0);
+        EXPECT_LT(fmin, 1e-9);
+        EXPECT_EQ(fmin, mgh::value(p, x.data()));
+        EXPECT_GT(g_monitor_calls, 0);
+        EXPECT_LE(g_calls, maxcal);
+    }
+}
+
+void flat_or_line(const int *n, const double *x, double *fc) {
+    *fc = 0.0;
+    for (int j = 0; j < *n; ++j) *fc += (j == 0 ? std::pow(x[0] - 7.0, 2) : 0.0);
+}
+
+TEST(Simplex, OneVariableUsesATwoVertexSimplex) {
+    const int n = 1, iw = 2, maxcal = 500;
+    double x = 0.0, fmin = 0, tol = 1e-12, w1, w2, w3, w4, w5[2], w6[2];
+    int ifail = 1;
+    E04CCF(&n, &x, &fmin, &tol, &iw, &w1, &w2, &w3, &w4, w5, w6, flat_or_line, nullptr, &maxcal, &ifail);
+    EXPECT_EQ(ifail, 0);
+    EXPECT_NEAR(x, 7.0, 1e-5);
+}
+
+// ---- Conjugate gradients --------------------------------------------------------------------------
+
+struct CgState {
+    int lwsav[120], iwsav[610];
+    double rwsav[475];
+    char cwsav[80];
+    CgState() {
+        int l1 = 1, l2 = 120, l3 = 610, l4 = 475, ifail = 0;
+        E04WBA("E04DGA", cwsav, &l1, lwsav, &l2, iwsav, &l3, rwsav, &l4, &ifail, 6, 80);
+    }
+    void option(const std::string &s) {
+        int inform = 0;
+        E04DKF_PLAIN(s.c_str(), lwsav, iwsav, rwsav, &inform, static_cast<int>(s.size()));
+        EXPECT_EQ(inform, 0) << s;
+    }
+};
+
+void cg_objfun(int *mode, const int *n, const double *x, double *objf, double *objgrd, const int *nstate,
+               int *iuser, double *ruser) {
+    (void)n;
+    (void)nstate;
+    const mgh::Problem &p = mgh::problems()[iuser[0]];
+    *objf = mgh::value(p, x, objgrd);
+    ruser[0] += 1.0;
+    if (iuser[1] > 0 && ruser[0] >= iuser[1]) *mode = -7;
+}
+
+TEST(ConjugateGradients, MinimisesTheTestProblemsWithSmallGradients) {
+    for (int k = 0; k < static_cast<int>(mgh::problems().size()); ++k) {
+        const mgh::Problem &p = mgh::problems()[k];
+        SCOPED_TRACE(p.name);
+        CgState st;
+        st.option("Print Level = 0");
+        st.option("Iteration Limit = 5000");
+        const int n = p.n;
+        std::vector<double> x = p.start, g(n), work(13 * n);
+        std::vector<int> iwork(n + 1);
+        int iter = 0, ifail = 1, iuser[2] = {k, 0};
+        double objf = 0, ruser = 0;
+        E04DGA(&n, cg_objfun, nullptr, &iter, &objf, g.data(), x.data(), iwork.data(), work.data(), iuser, &ruser,
+               st.lwsav, st.iwsav, st.rwsav, &ifail);
+        EXPECT_TRUE(ifail == 0 || ifail == 6) << ifail;
+        EXPECT_LT(objf, std::string(p.name) == "PowellSingular" ? 1e-6 : 1e-8);
+        double gn = 0;
+        for (double v : g) gn = std::max(gn, std::fabs(v));
+        EXPECT_LT(gn, 1e-3);
+        if (!p.xmin.empty() && std::string(p.name) != "PowellSingular") {
+            for (int j = 0; j < n; ++j) EXPECT_NEAR(x[j], p.xmin[j], 1e-4);
+        }
+    }
+}
+
+TEST(ConjugateGradients, UserStopReturnsTheModeAndAWrongGradientIsCaught) {
+    CgState st;
+    const int n = 2;
+    std::vector<double> x = {-1.2, 1.0}, g(2), work(26);
+    std::vector<int> iwork(3);
+    int iter = 0, ifail = 1, iuser[2] = {0, 5};
+    double objf = 0, ruser = 0;
+    E04DGA(&n, cg_objfun, nullptr, &iter, &objf, g.data(), x.data(), iwork.data(), work.data(), iuser, &ruser,
+           st.lwsav, st.iwsav, st.rwsav, &ifail);
+    EXPECT_EQ(ifail, -7);
+    EXPECT_EQ(ruser, 5.0);
+
+    auto wrong = [](int *, const int *, const double *x, double *f, double *g, const int *, int *, double *) {
+        *f = x[0] * x[0] + x[1] * x[1];
+        g[0] = 2.0 * x[0];
+        g[1] = 3.0 * x[1];  // should be 2 x2
+    };
+    x = {1.0, 1.0};
+    ifail = 1;
+    E04DGA(&n, wrong, nullptr, &iter, &objf, g.data(), x.data(), iwork.data(), work.data(), iuser, &ruser, st.lwsav,
+           st.iwsav, st.rwsav, &ifail);
+    EXPECT_EQ(ifail, 7);
+}
+
+} // namespace
