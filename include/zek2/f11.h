@@ -208,6 +208,57 @@ ZEK_API void F11XSF_WORKER(int n, int nnz, const double a[], const int irow[], c
                            const double x[], double y[], char *errbuf, int *ifail, int check_len, int errbuf_len)
     ZEK_SYMBOL("q12697");
 
+/* ---- Krylov suites by reverse communication ----
+ *
+ * Set-up (METHOD 'RGMRES', 'CGS', 'BICGSTAB' or 'TFQMR'; PRECON 'N'/'P'; NORM '1', 'I', '2'; WEIGHT
+ * 'N'/'W'; ITERM 1 or 2; M the restart length of RGMRES (1..min(N,50)) or the order of BICGSTAB
+ * (1..min(N,10)); TOL, MAXITN, ANORM, SIGMAX, MONIT), then the solver called until IREVCM = 4:
+ * 1 V := A*U, -1 V := A'*U (norm estimate only), 2 V := inverse(M)*U, 3 monitoring (U the iterate,
+ * V the residual), 4 finished.  The caller may answer with 5 (tidy stop) or 6 (immediate stop).  The
+ * whole state is in WORK: its first 100 reals are the record, the vectors follow.  A failed argument
+ * gives IFAIL = -(its number).  LWREQ: RGMRES (M+3)N + (M+5)M + 101; CGS 7N + 100; TFQMR 10N + 100;
+ * BICGSTAB (2M+6)N + M*M + 4M + 100 (this implementation keeps b and the preconditioned update apart).
+ * Solver IFAIL: 1 already finished, 2 accuracy not reached, 3 not set up, 4 tidy stop, 5 MAXITN reached,
+ * 6 breakdown (also a non-finite value), 8 immediate stop.  Preconditioning acts on the right.
+ * The complex suite has complex U, V and WORK (LWORK complex elements, the record in the first 100
+ * reals of WORK, the vectors from complex element 100 on).  The diagnostic routine returns ITN,
+ * STPLHS, STPRHS, ANORM, SIGMAX, at a monitoring return or after the end. */
+ZEK_API void F11BDF(const char *method, const char *precon, const char *norm, const char *weight, const int *iterm,
+                    const int *n, const int *m, const double *tol, const int *maxitn, const double *anorm,
+                    const double *sigmax, const int *monit, int *lwreq, double work[], const int *lwork, int *ifail,
+                    int method_len, int precon_len, int norm_len, int weight_len) ZEK_SYMBOL("q57497");
+ZEK_API void F11BDF_WORKER(const char *method, const char *precon, const char *norm, const char *weight, int iterm,
+                           int n, int m, double tol, int maxitn, double anorm, double sigmax, int monit, int *lwreq,
+                           double work[], int lwork, char *errbuf, int *ifail, int method_len, int precon_len,
+                           int norm_len, int weight_len, int errbuf_len) ZEK_SYMBOL("q97806");
+ZEK_API void F11BEF(int *irevcm, double u[], double v[], const double wgt[], double work[], const int *lwork,
+                    int *ifail) ZEK_SYMBOL("q20657");
+ZEK_API void F11BEF_WORKER(int *irevcm, double u[], double v[], const double wgt[], double work[], int lwork,
+                           char *errbuf, int *ifail, int errbuf_len) ZEK_SYMBOL("q15526");
+ZEK_API void F11BFF(int *itn, double *stplhs, double *stprhs, double *anorm, double *sigmax, const double work[],
+                    const int *lwork, int *ifail) ZEK_SYMBOL("q18854");
+ZEK_API void F11BFF_WORKER(int *itn, double *stplhs, double *stprhs, double *anorm, double *sigmax,
+                           const double work[], int lwork, char *errbuf, int *ifail, int errbuf_len)
+    ZEK_SYMBOL("q56181");
+/* The complex general suite, as F11BDF, F11BEF, F11BFF. */
+ZEK_API void F11BRF(const char *method, const char *precon, const char *norm, const char *weight, const int *iterm,
+                    const int *n, const int *m, const double *tol, const int *maxitn, const double *anorm,
+                    const double *sigmax, const int *monit, int *lwreq, double work[], const int *lwork, int *ifail,
+                    int method_len, int precon_len, int norm_len, int weight_len) ZEK_SYMBOL("q51951");
+ZEK_API void F11BRF_WORKER(const char *method, const char *precon, const char *norm, const char *weight, int iterm,
+                           int n, int m, double tol, int maxitn, double anorm, double sigmax, int monit, int *lwreq,
+                           double work[], int lwork, char *errbuf, int *ifail, int method_len, int precon_len,
+                           int norm_len, int weight_len, int errbuf_len) ZEK_SYMBOL("q46049");
+ZEK_API void F11BSF(int *irevcm, double u[], double v[], const double wgt[], double work[], const int *lwork,
+                    int *ifail) ZEK_SYMBOL("q91947");
+ZEK_API void F11BSF_WORKER(int *irevcm, double u[], double v[], const double wgt[], double work[], int lwork,
+                           char *errbuf, int *ifail, int errbuf_len) ZEK_SYMBOL("q42845");
+ZEK_API void F11BTF(int *itn, double *stplhs, double *stprhs, double *anorm, double *sigmax, const double work[],
+                    const int *lwork, int *ifail) ZEK_SYMBOL("q18404");
+ZEK_API void F11BTF_WORKER(int *itn, double *stplhs, double *stprhs, double *anorm, double *sigmax,
+                           const double work[], int lwork, char *errbuf, int *ifail, int errbuf_len)
+    ZEK_SYMBOL("q68539");
+
 ZEK_END_DECLS
 
 #endif
