@@ -259,6 +259,26 @@ ZEK_API void F11BTF_WORKER(int *itn, double *stplhs, double *stprhs, double *ano
                            const double work[], int lwork, char *errbuf, int *ifail, int errbuf_len)
     ZEK_SYMBOL("q68539");
 
+/* ---- Driver ---- */
+
+/* F11DCF: solves A x = b for a CS matrix with the incomplete LU of F11DAF as preconditioner, by METHOD
+ * ('RGMRES', 'CGS', 'BICGSTAB', 'TFQMR'), M, TOL, MAXITN as in F11BDF; X the initial guess on entry,
+ * the solution on exit; RNORM the final residual norm (infinity norm), ITN the iterations.  The matrix
+ * is checked once, the factors at the first preconditioner request.  LWORK at least: RGMRES
+ * (N+M+5)M + 4N + 101; CGS 8N + 100; TFQMR 11N + 100; BICGSTAB the larger of (M+2)M + 2(M+3)N + 100 and
+ * (2M+7)N + M*M + 4M + 100.  IFAIL 1 arguments, 2 structure, 3 invalid factors, 4 accuracy not reached,
+ * 5 not converged in MAXITN, 6 breakdown, 7 internal. */
+ZEK_API void F11DCF(const char *method, const int *n, const int *nnz, const double a[], const int *la,
+                    const int irow[], const int icol[], const int ipivp[], const int ipivq[], const int istr[],
+                    const int idiag[], const double b[], const int *m, const double *tol, const int *maxitn,
+                    double x[], double *rnorm, int *itn, double work[], const int *lwork, int *ifail, int method_len)
+    ZEK_SYMBOL("q81302");
+ZEK_API void F11DCF_WORKER(const char *method, int n, int nnz, const double a[], int la, const int irow[],
+                           const int icol[], const int ipivp[], const int ipivq[], const int istr[], const int idiag[],
+                           const double b[], int m, double tol, int maxitn, double x[], double *rnorm, int *itn,
+                           double work[], int lwork, char *errbuf, int *ifail, int method_len, int errbuf_len)
+    ZEK_SYMBOL("q52964");
+
 ZEK_END_DECLS
 
 #endif

@@ -192,4 +192,30 @@ TEST(SparseKrylov, SetUpRefusesBadArguments) {
     }
 }
 
+TEST(SparseDriver, IncompleteLuDriverSolvesAndChecksItsFactors) {
+    for (const Case &c : kCases) {
+        SCOPED_TRACE(std::string(c.method) + " " + std::to_string(c.order));
+        Problem<double> p("sherman1", c.method, c.order, true);
+        const int n = p.m.n, nnz = p.m.nnz(), la = static_cast<int>(p.fa.size()), maxitn = 500;
+        const int order = c.order > 0 ? c.order : 1;
+        const double tol = 1e-10;
+        std::vector<double> x(p.b.size(), 0.0), work(200000);
+        int itn = 0, ifail = 1, lwork = static_cast<int>(work.size());
+        double rnorm = 0.0;
+        F11DCF(c.method, &n, &nnz, p.fa.data(), &la, p.firow.data(), p.ficol.data(), p.ipivp.data(), p.ipivq.data(),
+               p.istr.data(), p.idiag.data(), p.b.data(), &order, &tol, &maxitn, x.data(), &rnorm, &itn, work.data(),
+               &lwork, &ifail, static_cast<int>(std::string(c.method).size()));
+        EXPECT_EQ(ifail, 0);
+        EXPECT_GT(itn, 0);
+        EXPECT_LT(sparse_test::relative_residual(n, sparse_test::dense(p.m), x, p.b), 1e-9);
+        p.idiag[3] = p.idiag[2];
+        std::fill(x.begin(), x.end(), 0.0);
+        ifail = 1;
+        F11DCF(c.method, &n, &nnz, p.fa.data(), &la, p.firow.data(), p.ficol.data(), p.ipivp.data(), p.ipivq.data(),
+               p.istr.data(), p.idiag.data(), p.b.data(), &order, &tol, &maxitn, x.data(), &rnorm, &itn, work.data(),
+               &lwork, &ifail, static_cast<int>(std::string(c.method).size()));
+        EXPECT_EQ(ifail, 3);
+    }
+}
+
 } // namespace
