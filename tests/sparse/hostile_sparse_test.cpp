@@ -3,7 +3,9 @@
 // the front's self-check stays quiet.  Every call must end in bounded time.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
+#include <cstring>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -55,6 +57,27 @@ struct Data {
         int ifail = -1;
         F11DBF(trans, &n, a.data(), &la, irow.data(), icol.data(), ipivp.data(), ipivq.data(), istr.data(),
                idiag.data(), check, y.data(), x.data(), &ifail, 1, 1);
+        return ifail;
+    }
+    int dcf(const char *method, int lwork) {
+        daf();
+        int ifail = -1, m = 1, maxitn = 50, itn = 0;
+        double tol = 1e-10, rnorm = 0.0;
+        std::vector<double> work(static_cast<std::size_t>(std::max(lwork, 1)));
+        F11DCF(method, &n, &nnz, a.data(), &la, irow.data(), icol.data(), ipivp.data(), ipivq.data(), istr.data(),
+               idiag.data(), y.data(), &m, &tol, &maxitn, x.data(), &rnorm, &itn, work.data(), &lwork, &ifail,
+               static_cast<int>(std::strlen(method)));
+        return ifail;
+    }
+    int bef_short() {
+        int ifail = -1, iterm = 1, m = 0, maxitn = 10, monit = 0, lwreq = 0, lwork = 200, irevcm = 0;
+        double tol = 0.0, anorm = 0.0, sigmax = 0.0;
+        std::vector<double> work(200);
+        F11BDF("CGS", "N", "I", "N", &iterm, &n, &m, &tol, &maxitn, &anorm, &sigmax, &monit, &lwreq, work.data(), &lwork,
+               &ifail, 3, 1, 1, 1);
+        lwork = lwreq - 1;
+        ifail = -1;
+        F11BEF(&irevcm, x.data(), y.data(), nullptr, work.data(), &lwork, &ifail);
         return ifail;
     }
     int xaf(const char *trans = "N", const char *check = "C") {
@@ -123,6 +146,13 @@ const Row kRows[] = {
     {"solve corrupt IDIAG", [](Data &d) { d.daf(); d.idiag[1] = d.idiag[0]; return d.dbf(); }, 3, " ** On entry, IDIAG(I) appears to be incorrect:"},
     {"solve corrupt IPIVQ", [](Data &d) { d.daf(); d.ipivq[2] = 1; return d.dbf(); }, 3, " ** On entry, IPIVQ(I) is a repeated value:"},
     {"solve NaN right-hand side", [](Data &d) { d.daf(); d.y[1] = kNaN; return d.dbf(); }, 0, ""},
+    // Suite and driver.
+    {"suite LWORK one short", [](Data &d) { return d.bef_short(); }, -6, " ** On first entry, parameter number  6 had an illegal value."},
+    {"driver LWORK one short", [](Data &d) { return d.dcf("CGS", 8 * 3 + 99); }, 1, " ** On entry, LWORK is too small: LWORK =             123."},
+    {"driver bad METHOD", [](Data &d) { return d.dcf("GMRES", 1000); }, 1, " ** On entry, METHOD .ne. 'RGMRES', 'CGS', or '  BICGSTAB':"},
+    {"driver NaN right-hand side", [](Data &d) { d.y[1] = kNaN; return d.dcf("TFQMR", 1000); }, 6, " ** Algorithmic breakdown."},
+    {"driver Inf right-hand side", [](Data &d) { d.y[2] = -kInf; return d.dcf("RGMRES", 1000); }, 6, " ** Algorithmic breakdown."},
+    {"driver converges", [](Data &d) { return d.dcf("BICGSTAB", 1000); }, 0, ""},
     // Products.
     {"product bad TRANS", [](Data &d) { return d.xaf("Q", "C"); }, 1, " ** On entry, TRANS .ne. 'N' or 'T': TRANS = 'Q'."},
     {"product bad structure", [](Data &d) { d.irow[6] = 1; return d.xaf("N", "C"); }, 2, " ** On entry, A(I) is out of order:"},
