@@ -162,6 +162,7 @@ int main(void) {
     tour_minimisers();
     tour_roots();
     tour_svd();
+    tour_sparse();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces_received());
     unload_library();
     return 0;

@@ -37,5 +37,6 @@ void tour_networks(void);
 void tour_minimisers(void);
 void tour_roots(void);
 void tour_svd(void);
+void tour_sparse(void);
 
 #endif

@@ -17,6 +17,7 @@
 #include "zek2/f06.h"
 #include "zek2/f07.h"
 #include "zek2/f08.h"
+#include "zek2/f11.h"
 #include "zek2/frame.h"
 #include "zek2/h02.h"
 #include "zek2/h03.h"

@@ -1,0 +1,420 @@
+// Coordinate storage, products and incomplete factorisations, checked against dense references formed
+// here: sorted lists against a library-free sort, products against dense products, level-0 factors
+// against the matrix on its pattern, complete factors by the residual of their solve.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "sparse_fixtures.h"
+#include "zek2/f11.h"
+
+namespace {
+
+using sparse_test::Complex;
+using sparse_test::Coo;
+
+double *raw(std::vector<Complex> &v) { return reinterpret_cast<double *>(v.data()); }
+const double *raw(const std::vector<Complex> &v) { return reinterpret_cast<const double *>(v.data()); }
+
+// ---- Sorting ----
+
+struct SortCase {
+    const char *what, *dup, *zero;
+    std::vector<int> irow, icol;
+    std::vector<double> a;
+    int ifail;
+    std::vector<int> want_row, want_col;
+    std::vector<double> want_a;
+};
+
+TEST(SparseSort, MergesAndCompressesAsAsked) {
+    // (2,1) twice: 3 first in input order, then -3; (1,2) once with 0.
+    const std::vector<int> r{2, 1, 2, 3, 1}, c{1, 2, 1, 3, 1};
+    const std::vector<double> v{3.0, 0.0, -3.0, 5.0, 7.0};
+    const SortCase cases[] = {
+        {"remove keeps the first", "R", "K", r, c, v, 0, {1, 1, 2, 3}, {1, 2, 1, 3}, {7, 0, 3, 5}},
+        {"sum then keep zeros", "S", "K", r, c, v, 0, {1, 1, 2, 3}, {1, 2, 1, 3}, {7, 0, 0, 5}},
+        {"sum then remove zeros", "s", "r", r, c, v, 0, {1, 3}, {1, 3}, {7, 5}},
+        {"duplicate fails", "F", "K", r, c, v, 3, {}, {}, {}},
+        {"zero fails", "R", "F", r, c, v, 4, {}, {}, {}},
+    };
+    for (const SortCase &t : cases) {
+        SCOPED_TRACE(t.what);
+        std::vector<int> irow = t.irow, icol = t.icol, istr(4), iwork(3);
+        std::vector<double> a = t.a;
+        int n = 3, nnz = static_cast<int>(a.size()), ifail = 1;
+        F11ZAF(&n, &nnz, a.data(), irow.data(), icol.data(), t.dup, t.zero, istr.data(), iwork.data(), &ifail, 1, 1);
+        EXPECT_EQ(ifail, t.ifail);
+        if (t.ifail == 3) {
+            EXPECT_EQ(nnz, 5);
+        }
+        if (t.ifail != 0) continue;
+        ASSERT_EQ(nnz, static_cast<int>(t.want_a.size()));
+        irow.resize(nnz), icol.resize(nnz), a.resize(nnz);
+        EXPECT_EQ(irow, t.want_row);
+        EXPECT_EQ(icol, t.want_col);
+        EXPECT_EQ(a, t.want_a);
+        for (int i = 1; i <= n; ++i)
+            for (int k = istr[i - 1]; k < istr[i]; ++k) EXPECT_EQ(irow[k - 1], i);
+        EXPECT_EQ(istr[n], nnz + 1);
+    }
+}
+
+TEST(SparseSort, EmptyListGivesUnitRowStarts) {
+    int n = 4, nnz = 0, ifail = 1;
+    std::vector<int> irow(1), icol(1), istr(5, -9), iwork(4);
+    std::vector<double> a(1);
+    F11ZAF(&n, &nnz, a.data(), irow.data(), icol.data(), "R", "R", istr.data(), iwork.data(), &ifail, 1, 1);
+    EXPECT_EQ(ifail, 0);
+    EXPECT_EQ(istr, std::vector<int>(5, 1));
+}
+
+TEST(SparseSort, ShuffledMatrixSortsBackRealAndComplex) {
+    const Coo m = sparse_test::read_matrix("west0067");
+    std::vector<int> order(static_cast<std::size_t>(m.nnz()));
+    std::iota(order.begin(), order.end(), 0);
+    std::shuffle(order.begin(), order.end(), std::mt19937(3));
+    std::vector<int> irow, icol, istr(static_cast<std::size_t>(m.n) + 1), iwork(static_cast<std::size_t>(m.n));
+    std::vector<double> a;
+    std::vector<Complex> z, zwant = sparse_test::complexify(m);
+    for (int k : order) {
+        irow.push_back(m.irow[k]);
+        icol.push_back(m.icol[k]);
+        a.push_back(m.a[k]);
+        z.push_back(zwant[static_cast<std::size_t>(k)]);
+    }
+    std::vector<int> zrow = irow, zcol = icol;
+    int n = m.n, nnz = m.nnz(), ifail = 1;
+    F11ZAF(&n, &nnz, a.data(), irow.data(), icol.data(), "F", "F", istr.data(), iwork.data(), &ifail, 1, 1);
+    ASSERT_EQ(ifail, 0);
+    EXPECT_EQ(irow, m.irow);
+    EXPECT_EQ(icol, m.icol);
+    EXPECT_EQ(a, m.a);
+    nnz = m.nnz();
+    F11ZNF(&n, &nnz, raw(z), zrow.data(), zcol.data(), "F", "F", istr.data(), iwork.data(), &ifail, 1, 1);
+    ASSERT_EQ(ifail, 0);
+    EXPECT_EQ(zcol, m.icol);
+    EXPECT_EQ(z, zwant);
+}
+
+// ---- Products ----
+
+template <class T> std::vector<T> dense_times(int n, const std::vector<T> &d, const std::vector<T> &x, bool trans) {
+    std::vector<T> y(static_cast<std::size_t>(n), T(0.0));
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j) {
+            const std::size_t ij = static_cast<std::size_t>(i + j * n), ji = static_cast<std::size_t>(j + i * n);
+            y[static_cast<std::size_t>(i)] += (trans ? d[ji] : d[ij]) * x[static_cast<std::size_t>(j)];
+        }
+    return y;
+}
+
+template <class T> double max_diff(const std::vector<T> &x, const std::vector<T> &y) {
+    double d = 0.0;
+    for (std::size_t i = 0; i < x.size(); ++i) d = std::max(d, std::abs(x[i] - y[i]));
+    return d;
+}
+
+TEST(SparseProduct, MatchesDenseProducts) {
+    for (const char *name : {"west0067", "bcsstk01"}) {
+        SCOPED_TRACE(name);
+        const Coo m = sparse_test::read_matrix(name);
+        const int n = m.n;
+        std::vector<double> x(static_cast<std::size_t>(n)), y(x.size());
+        std::vector<Complex> zx(x.size()), zy(x.size());
+        for (int i = 0; i < n; ++i) {
+            x[static_cast<std::size_t>(i)] = std::sin(1.0 + i);
+            zx[static_cast<std::size_t>(i)] = Complex(std::cos(2.0 * i), std::sin(0.5 + i));
+        }
+        const std::vector<double> d = sparse_test::dense(m);
+        std::vector<Complex> zv = sparse_test::complexify(m);
+        const std::vector<Complex> zd = sparse_test::dense(m, zv);
+        int nnz = m.nnz(), ifail = 1;
+        const double scale = 1e-12 * (1.0 + *std::max_element(m.a.begin(), m.a.end(), [](double p, double q) {
+                                          return std::fabs(p) < std::fabs(q);
+                                      }));
+        if (m.symmetric) {
+            F11XEF(&n, &nnz, m.a.data(), m.irow.data(), m.icol.data(), "C", x.data(), y.data(), &ifail, 1);
+            ASSERT_EQ(ifail, 0);
+            EXPECT_LT(max_diff(y, dense_times(n, d, x, false)), scale);
+            F11XSF(&n, &nnz, raw(zv), m.irow.data(), m.icol.data(), "C", raw(zx), raw(zy), &ifail, 1);
+            ASSERT_EQ(ifail, 0);
+            EXPECT_LT(max_diff(zy, dense_times(n, zd, zx, false)), scale);
+            continue;
+        }
+        for (bool trans : {false, true}) {
+            const char *t = trans ? "T" : "N";
+            F11XAF(t, &n, &nnz, m.a.data(), m.irow.data(), m.icol.data(), "C", x.data(), y.data(), &ifail, 1, 1);
+            ASSERT_EQ(ifail, 0);
+            EXPECT_LT(max_diff(y, dense_times(n, d, x, trans)), scale);
+            F11XNF(t, &n, &nnz, raw(zv), m.irow.data(), m.icol.data(), "C", raw(zx), raw(zy), &ifail, 1, 1);
+            ASSERT_EQ(ifail, 0);
+            EXPECT_LT(max_diff(zy, dense_times(n, zd, zx, trans)), scale);
+        }
+    }
+}
+
+// ---- Incomplete LU ----
+
+template <class T> struct LuRun {
+    int n, nnz, nnzc = 0, npivm = 0, ifail = 1;
+    std::vector<T> a;
+    std::vector<int> irow, icol, ipivp, ipivq, istr, idiag;
+};
+
+template <class T>
+LuRun<T> factor_lu(const Coo &m, const std::vector<T> &values, int lfill, double dtol, const char *pstrat,
+                   const char *milu, int room = 40) {
+    LuRun<T> r;
+    r.n = m.n;
+    r.nnz = m.nnz();
+    const std::size_t la = static_cast<std::size_t>(room) * static_cast<std::size_t>(r.nnz) + static_cast<std::size_t>(r.n) * static_cast<std::size_t>(r.n);
+    r.a.assign(la, T(0.0));
+    r.irow.assign(la, 0);
+    r.icol.assign(la, 0);
+    std::copy(values.begin(), values.end(), r.a.begin());
+    std::copy(m.irow.begin(), m.irow.end(), r.irow.begin());
+    std::copy(m.icol.begin(), m.icol.end(), r.icol.begin());
+    r.ipivp.resize(static_cast<std::size_t>(r.n));
+    r.ipivq.resize(r.ipivp.size());
+    std::iota(r.ipivp.begin(), r.ipivp.end(), 1);
+    std::reverse_copy(r.ipivp.begin(), r.ipivp.end(), r.ipivq.begin());
+    if (std::string(pstrat) == "U") r.ipivq = r.ipivp; // natural columns, for a diagonal that is present
+    r.istr.resize(r.ipivp.size() + 1);
+    r.idiag.resize(r.ipivp.size());
+    std::vector<int> iwork(7 * r.ipivp.size() + 2);
+    const int ila = static_cast<int>(la), liwork = static_cast<int>(iwork.size());
+    if constexpr (std::is_same_v<T, double>)
+        F11DAF(&r.n, &r.nnz, r.a.data(), &ila, r.irow.data(), r.icol.data(), &lfill, &dtol, pstrat, milu,
+               r.ipivp.data(), r.ipivq.data(), r.istr.data(), r.idiag.data(), &r.nnzc, &r.npivm, iwork.data(), &liwork,
+               &r.ifail, 1, 1);
+    else
+        F11DNF(&r.n, &r.nnz, raw(r.a), &ila, r.irow.data(), r.icol.data(), &lfill, &dtol, pstrat, milu,
+               r.ipivp.data(), r.ipivq.data(), r.istr.data(), r.idiag.data(), &r.nnzc, &r.npivm, iwork.data(), &liwork,
+               &r.ifail, 1, 1);
+    return r;
+}
+
+// L*D*U of the factors, dense, in positions.
+template <class T> std::vector<T> lu_product(const LuRun<T> &r) {
+    const std::size_t n = static_cast<std::size_t>(r.n);
+    std::vector<T> l(n * n, T(0.0)), u(n * n, T(0.0)), out(n * n, T(0.0));
+    for (std::size_t i = 0; i < n; ++i) {
+        const T d = T(1.0) / r.a[static_cast<std::size_t>(r.idiag[i] - 1)];
+        l[i + i * n] = T(1.0);
+        for (int p = r.istr[i]; p < r.istr[i + 1]; ++p) {
+            const std::size_t j = static_cast<std::size_t>(r.icol[static_cast<std::size_t>(p - 1)] - 1);
+            const T v = r.a[static_cast<std::size_t>(p - 1)];
+            if (j < i) l[i + j * n] = v;
+            else if (j == i) u[i + i * n] = d;
+            else u[i + j * n] = v * d;
+        }
+    }
+    for (std::size_t j = 0; j < n; ++j)
+        for (std::size_t k = 0; k < n; ++k)
+            if (u[k + j * n] != T(0.0))
+                for (std::size_t i = 0; i < n; ++i) out[i + j * n] += l[i + k * n] * u[k + j * n];
+    return out;
+}
+
+TEST(SparseIncompleteLu, LevelZeroFactorsReproduceTheMatrixOnItsPattern) {
+    const Coo m = sparse_test::expand(sparse_test::read_matrix("gr_30_30"));
+    for (const char *pstrat : {"N", "U", "P", "C"}) {
+        SCOPED_TRACE(pstrat);
+        const LuRun<double> r = factor_lu(m, m.a, 0, 0.0, pstrat, "N");
+        ASSERT_EQ(r.ifail, 0);
+        ASSERT_EQ(r.npivm, 0);
+        const std::vector<double> ldu = lu_product(r);
+        std::vector<int> pos_of_row(static_cast<std::size_t>(m.n)), pos_of_col(pos_of_row.size());
+        for (int i = 0; i < m.n; ++i) {
+            pos_of_row[static_cast<std::size_t>(r.ipivp[static_cast<std::size_t>(i)] - 1)] = i;
+            pos_of_col[static_cast<std::size_t>(r.ipivq[static_cast<std::size_t>(i)] - 1)] = i;
+        }
+        double worst = 0.0;
+        for (int k = 0; k < m.nnz(); ++k) {
+            const std::size_t i = static_cast<std::size_t>(pos_of_row[static_cast<std::size_t>(m.irow[k] - 1)]);
+            const std::size_t j = static_cast<std::size_t>(pos_of_col[static_cast<std::size_t>(m.icol[k] - 1)]);
+            worst = std::max(worst, std::fabs(ldu[i + j * static_cast<std::size_t>(m.n)] - m.a[static_cast<std::size_t>(k)]));
+        }
+        EXPECT_LT(worst, 1e-12);
+        // The input entries are as they were.
+        EXPECT_TRUE(std::equal(m.a.begin(), m.a.end(), r.a.begin()));
+    }
+}
+
+TEST(SparseIncompleteLu, ModifiedFormKeepsRowSums) {
+    const Coo m = sparse_test::expand(sparse_test::read_matrix("gr_30_30"));
+    const LuRun<double> r = factor_lu(m, m.a, 0, 0.0, "N", "M");
+    ASSERT_EQ(r.ifail, 0);
+    const std::vector<double> ldu = lu_product(r);
+    std::vector<double> want(static_cast<std::size_t>(m.n), 0.0), got(want.size(), 0.0);
+    for (int k = 0; k < m.nnz(); ++k) want[static_cast<std::size_t>(m.irow[k] - 1)] += m.a[static_cast<std::size_t>(k)];
+    for (std::size_t i = 0; i < got.size(); ++i)
+        for (std::size_t j = 0; j < got.size(); ++j) got[i] += ldu[i + j * got.size()];
+    for (std::size_t i = 0; i < got.size(); ++i) EXPECT_NEAR(got[i], want[i], 1e-12);
+}
+
+template <class T> void expect_exact_lu_solves(const Coo &m, const std::vector<T> &values, const char *pstrat) {
+    const LuRun<T> r = factor_lu(m, values, m.n, 0.0, pstrat, "N", 80);
+    ASSERT_EQ(r.ifail, 0);
+    const std::vector<T> d = sparse_test::dense(m, values);
+    std::vector<T> dt(d.size());
+    const std::size_t n = static_cast<std::size_t>(m.n);
+    for (std::size_t i = 0; i < n; ++i)
+        for (std::size_t j = 0; j < n; ++j) dt[i + j * n] = d[j + i * n];
+    std::vector<T> y(n), x(n);
+    for (std::size_t i = 0; i < n; ++i) y[i] = T(1.0 + std::cos(static_cast<double>(i)));
+    for (const char *trans : {"N", "T"}) {
+        SCOPED_TRACE(trans);
+        int ifail = 1, la = static_cast<int>(r.a.size());
+        if constexpr (std::is_same_v<T, double>)
+            F11DBF(trans, &r.n, r.a.data(), &la, r.irow.data(), r.icol.data(), r.ipivp.data(), r.ipivq.data(),
+                   r.istr.data(), r.idiag.data(), "C", y.data(), x.data(), &ifail, 1, 1);
+        else
+            F11DPF(trans, &r.n, raw(r.a), &la, r.irow.data(), r.icol.data(), r.ipivp.data(), r.ipivq.data(),
+                   r.istr.data(), r.idiag.data(), "C", raw(y), raw(x), &ifail, 1, 1);
+        ASSERT_EQ(ifail, 0);
+        EXPECT_LT(sparse_test::relative_residual(m.n, trans[0] == 'N' ? d : dt, x, y), 1e-13);
+    }
+}
+
+TEST(SparseIncompleteLu, CompleteFillSolvesExactly) {
+    // A matrix with zeros on its diagonal: only the pivoting strategies factor it.
+    const Coo m = sparse_test::read_matrix("west0067");
+    for (const char *pstrat : {"P", "C"}) {
+        SCOPED_TRACE(pstrat);
+        expect_exact_lu_solves(m, m.a, pstrat);
+        expect_exact_lu_solves(m, sparse_test::complexify(m), pstrat);
+    }
+}
+
+TEST(SparseIncompleteLu, ZeroRowIsRetriedThenReplaced) {
+    Coo m;
+    m.n = 3;
+    m.irow = {1, 1, 3, 3};
+    m.icol = {1, 2, 2, 3};
+    m.a = {4.0, 1.0, 2.0, 5.0};
+    for (const char *pstrat : {"N", "P", "C"}) {
+        const LuRun<double> r = factor_lu(m, m.a, 0, 0.0, pstrat, "N");
+        ASSERT_EQ(r.ifail, 0) << pstrat;
+        EXPECT_EQ(r.npivm, 1) << pstrat;
+    }
+    // A drop that empties a pivot needs the row redone, nothing replaced.
+    Coo c;
+    c.n = 2;
+    c.irow = {1, 1, 2};
+    c.icol = {1, 2, 1};
+    c.a = {1.0, 1.0, 1.0};
+    const LuRun<double> r = factor_lu(c, c.a, 0, 0.0, "N", "N");
+    ASSERT_EQ(r.ifail, 0);
+    EXPECT_EQ(r.npivm, -1);
+}
+
+// ---- Incomplete Cholesky ----
+
+template <class T> struct IcRun {
+    int n, nnz, nnzc = 0, npivm = 0, ifail = 1, la;
+    std::vector<T> a;
+    std::vector<int> irow, icol, ipiv, istr;
+};
+
+template <class T>
+IcRun<T> factor_ic(const Coo &m, const std::vector<T> &values, int lfill, double dtol, const char *pstrat,
+                   std::size_t la) {
+    IcRun<T> r;
+    r.n = m.n;
+    r.nnz = m.nnz();
+    r.la = static_cast<int>(la);
+    r.a.assign(la, T(0.0));
+    r.irow.assign(la, 0);
+    r.icol.assign(la, 0);
+    std::copy(values.begin(), values.end(), r.a.begin());
+    std::copy(m.irow.begin(), m.irow.end(), r.irow.begin());
+    std::copy(m.icol.begin(), m.icol.end(), r.icol.begin());
+    r.ipiv.resize(static_cast<std::size_t>(r.n));
+    std::iota(r.ipiv.rbegin(), r.ipiv.rend(), 1);
+    r.istr.resize(r.ipiv.size() + 1);
+    const int liwork = 7 * r.n + 1 + 2 * r.la - 3 * r.nnz;
+    std::vector<int> iwork(static_cast<std::size_t>(liwork));
+    const double dscale = 1.0;
+    if constexpr (std::is_same_v<T, double>)
+        F11JAF(&r.n, &r.nnz, r.a.data(), &r.la, r.irow.data(), r.icol.data(), &lfill, &dtol, "N", &dscale, pstrat,
+               r.ipiv.data(), r.istr.data(), &r.nnzc, &r.npivm, iwork.data(), &liwork, &r.ifail, 1, 1);
+    else
+        F11JNF(&r.n, &r.nnz, raw(r.a), &r.la, r.irow.data(), r.icol.data(), &lfill, &dtol, "N", &dscale, pstrat,
+               r.ipiv.data(), r.istr.data(), &r.nnzc, &r.npivm, iwork.data(), &liwork, &r.ifail, 1, 1);
+    return r;
+}
+
+TEST(SparseIncompleteCholesky, LevelZeroFactorsReproduceTheMatrixOnItsPattern) {
+    const Coo m = sparse_test::read_matrix("gr_30_30");
+    for (const char *pstrat : {"N", "U", "M"}) {
+        SCOPED_TRACE(pstrat);
+        const IcRun<double> r = factor_ic(m, m.a, 0, 0.0, pstrat, 4 * static_cast<std::size_t>(m.nnz()));
+        ASSERT_EQ(r.ifail, 0);
+        ASSERT_EQ(r.npivm, 0);
+        const std::size_t n = static_cast<std::size_t>(m.n);
+        std::vector<double> l(n * n, 0.0), d(n, 0.0);
+        for (std::size_t i = 0; i < n; ++i) {
+            l[i + i * n] = 1.0;
+            for (int p = r.istr[i]; p < r.istr[i + 1]; ++p) {
+                const std::size_t j = static_cast<std::size_t>(r.icol[static_cast<std::size_t>(p - 1)] - 1);
+                if (j == i) d[i] = 1.0 / r.a[static_cast<std::size_t>(p - 1)];
+                else l[i + j * n] = r.a[static_cast<std::size_t>(p - 1)];
+            }
+        }
+        std::vector<std::size_t> pos(n);
+        for (std::size_t k = 0; k < n; ++k) pos[static_cast<std::size_t>(r.ipiv[k] - 1)] = k;
+        double worst = 0.0;
+        for (int k = 0; k < m.nnz(); ++k) {
+            const std::size_t i = pos[static_cast<std::size_t>(m.irow[k] - 1)], j = pos[static_cast<std::size_t>(m.icol[k] - 1)];
+            double s = 0.0;
+            for (std::size_t q = 0; q <= std::min(i, j); ++q) s += l[i + q * n] * d[q] * l[j + q * n];
+            worst = std::max(worst, std::fabs(s - m.a[static_cast<std::size_t>(k)]));
+        }
+        EXPECT_LT(worst, 1e-12);
+    }
+}
+
+template <class T> void expect_exact_cholesky_solve(const Coo &m, const std::vector<T> &values) {
+    const std::size_t n = static_cast<std::size_t>(m.n);
+    const IcRun<T> r = factor_ic(m, values, m.n, 0.0, "M", 2 * static_cast<std::size_t>(m.nnz()) + n * n);
+    ASSERT_EQ(r.ifail, 0);
+    EXPECT_EQ(r.npivm, 0);
+    std::vector<T> y(n), x(n);
+    for (std::size_t i = 0; i < n; ++i) y[i] = T(std::sin(1.0 + static_cast<double>(i)));
+    int ifail = 1;
+    if constexpr (std::is_same_v<T, double>)
+        F11JBF(&r.n, r.a.data(), &r.la, r.irow.data(), r.icol.data(), r.ipiv.data(), r.istr.data(), "C", y.data(),
+               x.data(), &ifail, 1);
+    else
+        F11JPF(&r.n, raw(r.a), &r.la, r.irow.data(), r.icol.data(), r.ipiv.data(), r.istr.data(), "C", raw(y), raw(x),
+               &ifail, 1);
+    ASSERT_EQ(ifail, 0);
+    EXPECT_LT(sparse_test::relative_residual(m.n, sparse_test::dense(m, values), x, y), 1e-13);
+}
+
+TEST(SparseIncompleteCholesky, CompleteFillSolvesExactly) {
+    const Coo m = sparse_test::read_matrix("gr_30_30");
+    expect_exact_cholesky_solve(m, m.a);
+    expect_exact_cholesky_solve(m, sparse_test::complexify(m));
+}
+
+TEST(SparseIncompleteCholesky, MissingDiagonalTakesTheSafeguard) {
+    Coo m;
+    m.n = 2;
+    m.symmetric = true;
+    m.irow = {1, 2};
+    m.icol = {1, 1};
+    m.a = {4.0, 1.0};
+    const IcRun<double> r = factor_ic(m, m.a, 0, 0.0, "N", 16);
+    ASSERT_EQ(r.ifail, 0);
+    EXPECT_EQ(r.npivm, 1);
+}
+
+} // namespace

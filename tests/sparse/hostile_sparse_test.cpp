@@ -1,0 +1,182 @@
+// Failure exits and hostile input of the sparse storage, factorisation and solve routines: each row
+// calls a public routine with IFAIL -1 and checks the outcome, the first line of its message and that
+// the front's self-check stays quiet.  Every call must end in bounded time.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "frame/host_capture.h"
+#include "zek2/f11.h"
+
+namespace {
+
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+const double kInf = std::numeric_limits<double>::infinity();
+
+// A 3 by 3 tridiagonal matrix in CS with room for factors, and its SCS lower triangle.
+struct Data {
+    int n = 3, nnz = 7, la = 40, lfill = 0, liwork = 7 * 3 + 2, nnzc = 0, npivm = 0, snnz = 5;
+    double dtol = 0.0, dscale = 1.0;
+    std::vector<double> a = std::vector<double>(40, 0.0);
+    std::vector<int> irow = std::vector<int>(40, 0), icol = std::vector<int>(40, 0);
+    std::vector<int> ipivp{1, 2, 3}, ipivq{1, 2, 3}, istr = std::vector<int>(4), idiag = std::vector<int>(3);
+    std::vector<int> iwork = std::vector<int>(400);
+    std::vector<double> x = std::vector<double>(6, 0.0), y = std::vector<double>(6, 1.0);
+    Data() {
+        const int r[] = {1, 1, 2, 2, 2, 3, 3}, c[] = {1, 2, 1, 2, 3, 2, 3};
+        const double v[] = {4, -1, -1, 4, -1, -1, 4};
+        for (int k = 0; k < 7; ++k) a[k] = v[k], irow[k] = r[k], icol[k] = c[k];
+    }
+    void lower() {
+        const int r[] = {1, 2, 2, 3, 3}, c[] = {1, 1, 2, 2, 3};
+        const double v[] = {4, -1, 4, -1, 4};
+        for (int k = 0; k < 5; ++k) a[k] = v[k], irow[k] = r[k], icol[k] = c[k];
+    }
+    int daf(const char *pstrat = "N", const char *milu = "N") {
+        int ifail = -1;
+        F11DAF(&n, &nnz, a.data(), &la, irow.data(), icol.data(), &lfill, &dtol, pstrat, milu, ipivp.data(),
+               ipivq.data(), istr.data(), idiag.data(), &nnzc, &npivm, iwork.data(), &liwork, &ifail, 1, 1);
+        return ifail;
+    }
+    int jaf(const char *pstrat = "N") {
+        lower();
+        int ifail = -1, liw = liwork_ic();
+        F11JAF(&n, &snnz, a.data(), &la, irow.data(), icol.data(), &lfill, &dtol, "N", &dscale, pstrat, ipivp.data(),
+               istr.data(), &nnzc, &npivm, iwork.data(), &liw, &ifail, 1, 1);
+        return ifail;
+    }
+    int liwork_ic() const { return 7 * n + 1 + 2 * la - 3 * snnz; }
+    int dbf(const char *trans = "N", const char *check = "C") {
+        int ifail = -1;
+        F11DBF(trans, &n, a.data(), &la, irow.data(), icol.data(), ipivp.data(), ipivq.data(), istr.data(),
+               idiag.data(), check, y.data(), x.data(), &ifail, 1, 1);
+        return ifail;
+    }
+    int dcf(const char *method, int lwork) {
+        daf();
+        int ifail = -1, m = 1, maxitn = 50, itn = 0;
+        double tol = 1e-10, rnorm = 0.0;
+        std::vector<double> work(static_cast<std::size_t>(std::max(lwork, 1)));
+        F11DCF(method, &n, &nnz, a.data(), &la, irow.data(), icol.data(), ipivp.data(), ipivq.data(), istr.data(),
+               idiag.data(), y.data(), &m, &tol, &maxitn, x.data(), &rnorm, &itn, work.data(), &lwork, &ifail,
+               static_cast<int>(std::strlen(method)));
+        return ifail;
+    }
+    int bef_short() {
+        int ifail = -1, iterm = 1, m = 0, maxitn = 10, monit = 0, lwreq = 0, lwork = 200, irevcm = 0;
+        double tol = 0.0, anorm = 0.0, sigmax = 0.0;
+        std::vector<double> work(200);
+        F11BDF("CGS", "N", "I", "N", &iterm, &n, &m, &tol, &maxitn, &anorm, &sigmax, &monit, &lwreq, work.data(), &lwork,
+               &ifail, 3, 1, 1, 1);
+        lwork = lwreq - 1;
+        ifail = -1;
+        F11BEF(&irevcm, x.data(), y.data(), nullptr, work.data(), &lwork, &ifail);
+        return ifail;
+    }
+    int xaf(const char *trans = "N", const char *check = "C") {
+        int ifail = -1;
+        F11XAF(trans, &n, &nnz, a.data(), irow.data(), icol.data(), check, y.data(), x.data(), &ifail, 1, 1);
+        return ifail;
+    }
+    int zaf(const char *dup = "R", const char *zero = "R") {
+        int ifail = -1;
+        F11ZAF(&n, &nnz, a.data(), irow.data(), icol.data(), dup, zero, istr.data(), iwork.data(), &ifail, 1, 1);
+        return ifail;
+    }
+};
+
+struct Row {
+    const char *what;
+    std::function<int(Data &)> call;
+    int ifail;
+    const char *text; // start of the first record, "" for success
+};
+
+const Row kRows[] = {
+    // Sort and compress.
+    {"sort N zero", [](Data &d) { d.n = 0; return d.zaf(); }, 1, " ** On entry, N .lt. 1: N ="},
+    {"sort NNZ negative", [](Data &d) { d.nnz = -1; return d.zaf(); }, 1, " ** On entry, NNZ .lt. 0: NNZ ="},
+    {"sort row index high", [](Data &d) { d.irow[4] = 4; return d.zaf(); }, 2, " ** On entry, IROW(I) .lt. 1 or IROW(I) .gt. N:"},
+    {"sort column index low", [](Data &d) { d.icol[0] = 0; return d.zaf(); }, 2, " ** On entry, ICOL(I) .lt. 1 or ICOL(I) .gt. N:"},
+    {"sort bad DUP", [](Data &d) { return d.zaf("X", "R"); }, 1, " ** On entry, DUP .ne. 'R', 'S', or 'F': DUP = 'X'."},
+    {"sort bad ZERO", [](Data &d) { return d.zaf("R", "Q"); }, 1, " ** On entry, ZERO .ne. 'R', 'K', or 'F': ZERO   = 'Q'."},
+    {"sort NaN values", [](Data &d) { d.a[1] = kNaN; d.a[2] = kInf; return d.zaf(); }, 0, ""},
+    // Incomplete LU.
+    {"LU LA one short", [](Data &d) { d.la = 13; return d.daf(); }, 1, " ** On entry, LA .lt. 2*NNZ:"},
+    {"LU negative DTOL", [](Data &d) { d.lfill = -1; d.dtol = -1.0; return d.daf(); }, 1, " ** On entry, DTOL .lt. 0.0: DTOL = -1.0000E+00."},
+    {"LU NaN DTOL", [](Data &d) { d.lfill = -1; d.dtol = kNaN; return d.daf(); }, 1, " ** On entry, DTOL .lt. 0.0:"},
+    {"LU last option fault stands", [](Data &d) { return d.daf("Z", "Y"); }, 1, " ** On entry, MILU .ne. 'M' or 'N': MILU = 'Y' ."},
+    {"LU N zero", [](Data &d) { d.n = 0; return d.daf(); }, 1, " ** On entry, N .lt. 1: N ="},
+    {"LU NNZ above N squared", [](Data &d) { d.n = 2; d.nnz = 5; return d.daf(); }, 1, " ** On entry, NNZ .gt. N**2:"},
+    {"LU huge N", [](Data &d) { d.n = INT_MAX; return d.daf(); }, 1, " ** On entry, LIWORK is too small:"},
+    {"LU out of order", [](Data &d) { std::swap(d.icol[0], d.icol[1]); return d.daf(); }, 2, " ** On entry, A(I) is out of order:"},
+    {"LU duplicate", [](Data &d) { d.icol[1] = 1; return d.daf(); }, 2, " ** On entry, the location (IROW(I), ICOL(I)) is a duplicate:"},
+    {"LU user pivot out of range", [](Data &d) { d.ipivp[1] = 7; return d.daf("U"); }, 3, " ** On entry, a user-supplied value of IPIVP lies outside the range [1,N]."},
+    {"LU user pivot repeated", [](Data &d) { d.ipivq[1] = 1; return d.daf("U"); }, 3, " ** On entry, a user-supplied value of IPIVQ is repeated."},
+    {"LU LIWORK one short", [](Data &d) { d.liwork = 22; return d.daf(); }, 1, " ** On entry, LIWORK is too small: LIWORK =              22."},
+    {"LU no room for fill", [](Data &d) { d.icol[5] = 1; d.la = 14; d.lfill = 1; return d.daf(); }, 4, " ** The number of non-zero entries in the decomposition is too large."},
+    {"LU NaN value", [](Data &d) { d.a[3] = kNaN; return d.daf("P"); }, 5, " ** A serious error has occurred in an internal call to an auxiliary routine."},
+    {"LU infinite value", [](Data &d) { d.a[1] = kInf; return d.daf("C"); }, 5, " ** A serious error has occurred in an internal call to an auxiliary routine."},
+    {"LU largest values", [](Data &d) { for (int k = 0; k < 7; ++k) d.a[k] *= 1e307; return d.daf("C"); }, 0, ""},
+    {"LU smallest values", [](Data &d) { for (int k = 0; k < 7; ++k) d.a[k] *= 1e-310; return d.daf("P"); }, 0, ""},
+    // Incomplete Cholesky.
+    {"IC bad PSTRAT", [](Data &d) { return d.jaf("P"); }, 1, " ** On entry, PSTRAT .ne. 'N', 'U' or 'M': PST  RAT = 'P'."},
+    {"IC upper entry", [](Data &d) { d.lower(); d.icol[0] = 2; int f = -1, liw = d.liwork_ic();
+         F11JAF(&d.n, &d.snnz, d.a.data(), &d.la, d.irow.data(), d.icol.data(), &d.lfill, &d.dtol, "N", &d.dscale, "N",
+                d.ipivp.data(), d.istr.data(), &d.nnzc, &d.npivm, d.iwork.data(), &liw, &f, 1, 1);
+         return f; }, 2, " ** On entry, ICOL(I) .lt. 1 or ICOL(I) .gt. IROW(I):"},
+    {"IC LIWORK one short", [](Data &d) { d.lower(); int f = -1, liw = d.liwork_ic() - 1;
+         F11JAF(&d.n, &d.snnz, d.a.data(), &d.la, d.irow.data(), d.icol.data(), &d.lfill, &d.dtol, "N", &d.dscale, "N",
+                d.ipivp.data(), d.istr.data(), &d.nnzc, &d.npivm, d.iwork.data(), &liw, &f, 1, 1);
+         return f; }, 1, " ** On entry, LIWORK is too small:"},
+    {"IC NaN scale", [](Data &d) { d.dscale = kNaN; return d.jaf("M"); }, 5, " ** A serious error has occurred in an internal call to F11ZBF."},
+    {"IC indefinite is safeguarded", [](Data &d) { d.dscale = -1.0; return d.jaf("N"); }, 0, ""},
+    // Solve, after a good factorisation.
+    {"solve bad CHECK", [](Data &d) { d.daf(); return d.dbf("N", "X"); }, 1, " ** On entry, CHECK .ne. 'C' or 'N': CHECK = 'X'."},
+    {"solve bad TRANS", [](Data &d) { d.daf(); return d.dbf("X", "C"); }, 1, " ** On entry, TRANS .ne. 'N' or 'T': TRANS = 'X'."},
+    {"solve N zero", [](Data &d) { d.daf(); d.n = 0; return d.dbf(); }, 2, " ** On entry, N .lt. 1: N ="},
+    {"solve corrupt ISTR", [](Data &d) { d.daf(); d.istr[3] = 1000; return d.dbf(); }, 3, " ** On entry, ISTR appears to be invalid."},
+    {"solve corrupt IDIAG", [](Data &d) { d.daf(); d.idiag[1] = d.idiag[0]; return d.dbf(); }, 3, " ** On entry, IDIAG(I) appears to be incorrect:"},
+    {"solve corrupt IPIVQ", [](Data &d) { d.daf(); d.ipivq[2] = 1; return d.dbf(); }, 3, " ** On entry, IPIVQ(I) is a repeated value:"},
+    {"solve NaN right-hand side", [](Data &d) { d.daf(); d.y[1] = kNaN; return d.dbf(); }, 0, ""},
+    // Suite and driver.
+    {"suite LWORK one short", [](Data &d) { return d.bef_short(); }, -6, " ** On first entry, parameter number  6 had an illegal value."},
+    {"driver LWORK one short", [](Data &d) { return d.dcf("CGS", 8 * 3 + 99); }, 1, " ** On entry, LWORK is too small: LWORK =             123."},
+    {"driver bad METHOD", [](Data &d) { return d.dcf("GMRES", 1000); }, 1, " ** On entry, METHOD .ne. 'RGMRES', 'CGS', or '  BICGSTAB':"},
+    {"driver NaN right-hand side", [](Data &d) { d.y[1] = kNaN; return d.dcf("TFQMR", 1000); }, 6, " ** Algorithmic breakdown."},
+    {"driver Inf right-hand side", [](Data &d) { d.y[2] = -kInf; return d.dcf("RGMRES", 1000); }, 6, " ** Algorithmic breakdown."},
+    {"driver converges", [](Data &d) { return d.dcf("BICGSTAB", 1000); }, 0, ""},
+    // Products.
+    {"product bad TRANS", [](Data &d) { return d.xaf("Q", "C"); }, 1, " ** On entry, TRANS .ne. 'N' or 'T': TRANS = 'Q'."},
+    {"product bad structure", [](Data &d) { d.irow[6] = 1; return d.xaf("N", "C"); }, 2, " ** On entry, A(I) is out of order:"},
+    {"product zero N unchecked", [](Data &d) { d.n = 0; return d.xaf("N", "N"); }, 2, " ** On entry, N .lt. 1: N ="},
+};
+
+TEST(HostileSparse, EveryRowEndsInItsExit) {
+    for (const Row &row : kRows) {
+        SCOPED_TRACE(row.what);
+        Data d;
+        zek_test::OutputCapture capture;
+        const int ifail = row.call(d);
+        const std::vector<std::string> &host = capture.host();
+        EXPECT_EQ(ifail, row.ifail);
+        std::string all;
+        for (const std::string &piece : host) all += piece + "\n";
+        EXPECT_EQ(all.find("MISMATCH"), std::string::npos) << all;
+        if (row.ifail == 0) {
+            EXPECT_TRUE(host.empty()) << all;
+        } else {
+            ASSERT_FALSE(host.empty());
+            EXPECT_EQ(host.front().rfind(row.text, 0), 0u) << host.front();
+        }
+    }
+}
+
+} // namespace
