@@ -211,7 +211,8 @@ ZEK_API void E04NFA_QPHESS_ADAPTOR(ZekQpHessian qphess, int n, int jthcol, const
  *   the QP types.  QPHESS: the Hessian routine, or null for the library's own product with the leading
  *   m by m part of H (symmetric, upper triangle read).  QPHESS_ADAPTOR: null or E04NFA_QPHESS_ADAPTOR.
  *   ISTATE (N+NCLIN), X (N), ITER, OBJ, AX (NCLIN), CLAMDA (N+NCLIN): as for E04MFA.  IWORK (LIWORK >=
- *   2N+3), WORK (LWORK >= 9N + 5 NCLIN + 4 N*N + 4 max(N,1)): workspace.  IUSER, RUSER: handed to
+ *   2N+3), WORK (LWORK >= 13N + 5 NCLIN + 4 N*N; N*N fewer when NCLIN = 0): workspace; the first three
+ *   cells of IWORK keep the working set for a hot start.  IUSER, RUSER: handed to
  *   QPHESS.  LWSAV, IWSAV, RWSAV: the state arrays of E04WBA.
  * OBJ is CVEC'x + 1/2 x'Hx at a feasible X, else the sum of infeasibilities.
  * IFAIL: 0 optimal (or feasible point for FP); 1 weak (the optimum is not unique: the reduced Hessian
@@ -236,8 +237,8 @@ ZEK_API void E04NFA(const int *n, const int *nclin, const double *a, const int *
  *   M >= 1 rows of A, N >= 1, NCLIN >= 0, LDC >= max(1, NCLIN), LDA >= max(1, M), C(LDC, N), BL, BU
  *   (N+NCLIN), CVEC (N), ISTATE (N+NCLIN), KX (N): in for a warm start (a permutation of 1..N), out
  *   the column order of the rank-revealing factorisation of A; X (N), A(LDA, N) and B (M): not changed;
- *   ITER, OBJ, CLAMDA (N+NCLIN); IWORK (LIWORK >= 2N+3), WORK (LWORK >= 9N + 5 NCLIN + 4 N*N +
- *   4 max(N,1) + M*N + N); LWSAV, IWSAV, RWSAV.  The rank of the data (pivoted QR under RANK
+ *   ITER, OBJ, CLAMDA (N+NCLIN); IWORK (LIWORK >= 2N+3), WORK (LWORK >= 17N + 6 NCLIN + M + 4 N*N +
+ *   max(M,N)*N; N*N fewer when NCLIN = 0); LWSAV, IWSAV, RWSAV.  The rank of the data (pivoted QR under RANK
  *   TOLERANCE) is printed; a rank below N makes the solution weak where the null space stays open.
  * IFAIL: 0 optimal or feasible point; 1 weak solution; 2 unbounded; 3 the linear constraints cannot be
  * satisfied (no feasible point, or the working set to the accuracy requested); 4 iteration limit;

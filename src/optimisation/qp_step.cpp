@@ -205,6 +205,12 @@ bool QuadraticStep::direction(const Core &c, const double *gz, double gznorm, do
     dtrsv("U", "N", "N", rank, r_, ld, y, 1);
     vector_load(nz, 0.0, pz, 1);
     for (int j = 0; j < rank; ++j) pz[pos(j)] = y[j];
+    if (!all_finite(nz, pz)) {
+        // Curvature too small for the gradient to be divided by it: a descent step limited by the
+        // constraints alone.
+        for (int k = 0; k < nz; ++k) pz[k] = -gz[k];
+        return true;
+    }
     if (!(dnrm2(nz, pz, 1) > 0.0)) return false;
     *natural = 1.0;
     last_newton_ = true;
