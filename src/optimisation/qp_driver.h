@@ -16,6 +16,9 @@ struct RunLayout {
     std::ptrdiff_t step = 0, lwork = 0, liwork = 0;
 };
 RunLayout run_layout(int n, int nclin, int maxact, int maxfree);
+// False when the workspace a problem of this size needs cannot be counted in a workspace length (an int):
+// the size arithmetic would overflow, so the run is refused as short of workspace.
+bool layout_fits(int n, int nclin, int m = 0);
 // The run on a core already bound to the layout's workspace.
 Result solve_bound(active_set::Core &core, const RunLayout &layout, const Problem &p, active_set::Start start,
                    double *work);

@@ -3,7 +3,7 @@
 //
 // The objective data A (M by N) is used as it stands: products with A'A (or with the symmetric part of
 // A for QP1, QP2) feed the quadratic step, and a least-squares objective 1/2 |b - A x|^2 becomes the
-// quadratic with linear term -A'b and the constant 1/2 b'b added back to OBJ.  The rank of the data,
+// quadratic with linear term -A'b, and OBJ is taken from the final residual.  The rank of the data,
 // from a pivoted QR factorisation under RANK TOLERANCE, is reported and KX returns that factorisation's
 // column order; A and B are left as the caller gave them.
 #include <algorithm>
@@ -11,6 +11,7 @@
 
 #include "frame/ifail.h"
 #include "frame/output.h"
+#include "kernels/level1.h"
 #include "kernels/qr.h"
 #include "optimisation/options.h"
 #include "optimisation/qp.h"
@@ -145,7 +146,11 @@ extern "C" void E04NCA(const int *m_, const int *n_, const int *nclin_, const in
     }
     zek::qp::RunLayout layout;
     std::ptrdiff_t need = 0;
-    if (n > 0 && nclin >= 0 && m > 0) {
+    const bool sizes_valid = n > 0 && nclin >= 0 && m > 0;
+    if (sizes_valid && !zek::qp::layout_fits(n, nclin, m)) {
+        ++errors;
+        records.add(" ** Not enough workspace to solve problem.");
+    } else if (sizes_valid) {
         if (!zek::qp::bounds_not_nan(n + nclin, bl, bu, records)) ++errors;
         if (!zek::qp::data_finite("X", n, x, records)) ++errors;
         if (linear_term && !zek::qp::data_finite("CVEC", n, cvec, records)) ++errors;
@@ -188,7 +193,6 @@ extern "C" void E04NCA(const int *m_, const int *n_, const int *nclin_, const in
     zek::qp::DataHessian data(m, n, a, lda, upper, av);
     zek::qp::LeadingHessian leading(n, std::min(m, n), a, lda);
     for (int j = 0; j < n; ++j) ceff[j] = linear_term ? cvec[j] : 0.0;
-    double constant = 0.0;
     if (least_squares) {
         // 1/2 |b - A x|^2 = 1/2 x'A'Ax - (A'b)'x + 1/2 b'b.
         for (int j = 0; j < n; ++j) {
@@ -198,7 +202,18 @@ extern "C" void E04NCA(const int *m_, const int *n_, const int *nclin_, const in
             for (int i = 0; i < rows; ++i) s += col[i] * b[i];
             ceff[j] -= s;
         }
-        for (int i = 0; i < m; ++i) constant += 0.5 * b[i] * b[i];
+        bool finite = true;
+        for (int j = 0; j < n; ++j) finite = finite && std::isfinite(ceff[j]);
+        if (!finite) {
+            zek::Records rec;
+            rec.add(" ** On entry, A'B overflows: the objective data are too large.");
+            rec.add(format(" ** %7ld errors found in the input parameters.  Problem abandoned.", 1L));
+            say("");
+            say(format(" Exit E04NCA - %7ld errors found in the input parameters.  Problem abandoned.", 1L));
+            finish();
+            exit.fail_with_records(6, 99994, rec, {1L});
+            return;
+        }
     }
 
     zek::qp::Problem p;
@@ -228,7 +243,14 @@ extern "C" void E04NCA(const int *m_, const int *n_, const int *nclin_, const in
     const zek::qp::Result r = zek::qp::solve_bound(core, layout, p, start, work);
     const Word word = r.word;
     *iter = r.iterations;
-    *obj = r.ninf == 0 ? r.objective + constant : r.objective;
+    *obj = r.objective;
+    if (r.ninf == 0 && least_squares) {
+        // 1/2 |b - A x|^2 (+ CVEC'x) from the residual itself, free of the cancellation in the constant.
+        data.apply(x, av);
+        for (int i = 0; i < m; ++i) av[i] = b[i] - av[i];
+        const double rn = zek::dnrm2(m, av, 1);
+        *obj = 0.5 * rn * rn + (linear_term ? zek::ddot(n, cvec, 1, x, 1) : 0.0);
+    }
     const char *kind = set.kind;
 
     if (set.print_level >= 1) {

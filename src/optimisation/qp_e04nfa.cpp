@@ -133,7 +133,10 @@ extern "C" void E04NFA(const int *n_, const int *nclin_, const double *a, const 
                            static_cast<long>(hrows)));
     }
     zek::qp::RunLayout layout;
-    if (n > 0 && nclin >= 0) {
+    if (n > 0 && nclin >= 0 && !zek::qp::layout_fits(n, nclin)) {
+        ++errors;
+        records.add(" ** Not enough workspace to solve problem.");
+    } else if (n > 0 && nclin >= 0) {
         if (!zek::qp::bounds_not_nan(n + nclin, bl, bu, records)) ++errors;
         if (!zek::qp::data_finite("X", n, x, records)) ++errors;
         if (linear_term && !zek::qp::data_finite("CVEC", n, cvec, records)) ++errors;

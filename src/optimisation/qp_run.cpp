@@ -29,6 +29,12 @@ RunLayout run_layout(int n, int nclin, int maxact, int maxfree) {
     return l;
 }
 
+bool layout_fits(int n, int nclin, int m) {
+    const double need = 17.0 * n + 6.0 * nclin + m + 5.0 * static_cast<double>(n) * n +
+                        static_cast<double>(std::max(m, n)) * n;
+    return need < 2147483647.0;
+}
+
 Result solve_bound(Core &core, const RunLayout &layout, const Problem &p, Start start, double *work) {
     QuadraticStep step(p.n, layout.core.maxfree, p.cvec, p.hessian, work + layout.step,
                        p.rank_tolerance > 0.0 ? p.rank_tolerance : 100.0 * core.set.eps,

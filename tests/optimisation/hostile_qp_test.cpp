@@ -42,12 +42,12 @@ int run_nfa(Case k, std::vector<double> *xout = nullptr) {
     std::vector<double> rwsav(475);
     int l1 = 1, l2 = 120, l3 = 610, l4 = 475, ifail = 0;
     E04WBA_PLAIN("E04NFA", cwsav.data(), &l1, lwsav.data(), &l2, iwsav.data(), &l3, rwsav.data(), &l4, &ifail);
-    const std::size_t nn = static_cast<std::size_t>(std::max(k.n, 0) + std::max(k.nclin, 0));
+    const std::size_t nn = k.nclin < 0 ? 2 : static_cast<std::size_t>(std::max(k.n, 0)) + std::max(k.nclin, 0);
     std::vector<int> istate(std::max<std::size_t>(nn, 1)), iwork(std::max(k.liwork, 1));
     std::vector<double> ax(4), clamda(std::max<std::size_t>(nn, 1)), work(std::max(k.lwork, 1));
     k.bl.resize(std::max(k.bl.size(), nn), -1.0);
     k.bu.resize(std::max(k.bu.size(), nn), 1.0);
-    k.x.resize(std::max<std::size_t>(k.x.size(), std::max(k.n, 0)), 0.0);
+    k.x.resize(std::max<std::size_t>(k.x.size(), k.nclin < 0 ? 0 : std::max(k.n, 0)), 0.0);
     k.c.resize(k.x.size(), 0.0);
     hessian_mode = k.hessian_mode;
     int iter = 0, iuser = 0;
@@ -85,7 +85,8 @@ TEST(HostileQp, E04nfaRows) {
         {"tiny_h", [](Case &k) { k.h = {kTiny, 0, 0, kTiny}; }, 0},
         {"huge_h", [](Case &k) { k.h = {kHuge, 0, 0, kHuge}; }, 0},
         {"n_zero", [](Case &k) { k.n = 0; }, 6},
-        {"n_huge", [](Case &k) { k.n = INT_MAX / 4; }, 6},
+        {"n_large", [](Case &k) { k.n = 100000; }, 6},
+        {"n_overflowing", [](Case &k) { k.n = INT_MAX, k.nclin = -1; }, 6},
         {"nclin_negative", [](Case &k) { k.nclin = -1; }, 6},
         {"lda_short", [](Case &k) { k.lda = 0; }, 6},
         {"ldh_short", [](Case &k) { k.ldh = 1; }, 6},
