@@ -242,7 +242,9 @@ ZEK_API void E04NFA(const int *n, const int *nclin, const double *a, const int *
  *   TOLERANCE) is printed; a rank below N makes the solution weak where the null space stays open.
  * IFAIL: 0 optimal or feasible point; 1 weak solution; 2 unbounded; 3 the linear constraints cannot be
  * satisfied (no feasible point, or the working set to the accuracy requested); 4 iteration limit;
- * 6 errors in the input (counted). */
+ * 6 errors in the input (counted), or A'B overflows.  (5 is kept for an iteration limit without any
+ * change of X, which the expanding feasibility tolerance rules out.)  HESSIAN YES has no effect: A is not
+ * overwritten by a factor.  The iteration limit is FEASIBILITY PHASE plus OPTIMALITY PHASE iterations. */
 ZEK_API void E04NCA(const int *m, const int *n, const int *nclin, const int *ldc, const int *lda, const double *c,
                     const double *bl, const double *bu, const double *cvec, int *istate, int *kx, double *x,
                     double *a, double *b, int *iter, double *obj, double *clamda, int *iwork, const int *liwork,
