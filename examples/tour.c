@@ -163,6 +163,7 @@ int main(void) {
     tour_roots();
     tour_svd();
     tour_sparse();
+    tour_qp();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces_received());
     unload_library();
     return 0;

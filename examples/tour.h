@@ -38,5 +38,6 @@ void tour_minimisers(void);
 void tour_roots(void);
 void tour_svd(void);
 void tour_sparse(void);
+void tour_qp(void);
 
 #endif

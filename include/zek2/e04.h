@@ -523,6 +523,72 @@ ZEK_API void E04GZF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04Adapt
 ZEK_API void E04HYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
                     ZekE04AdaptLsqHes hadapt, double *x, double *fsumsq, double *w, const int *lw, int *iuser,
                     double *ruser, int *ifail) ZEK_SYMBOL("q74721");
+/* ---- Quadratic programming and linear least squares ------------------------------------------ */
+
+/* The Hessian routine of E04NFA: HX := H X, X and HX of N elements, with H(LDH, *) the caller's
+ * array handed through.  JTHCOL is always 0 (X is a general vector); NSTATE is 1 at the first call of
+ * a run and 0 after; IUSER, RUSER are the caller's arrays handed through. */
+typedef void (ZEK_CALLBACK *ZekQpHessian)(const int *n, const int *jthcol, const double *h, const int *ldh,
+                                          const double *x, double *hx, const int *nstate, int *iuser,
+                                          double *ruser);
+/* Its adaptor: the scalars by value.  Marks HX (N elements) undefined, then calls QPHESS with the
+ * addresses of its copies. */
+typedef void (ZEK_CALLBACK *ZekQpHessianAdaptor)(ZekQpHessian qphess, int n, int jthcol, const double *h, int ldh,
+                                                 const double *x, double *hx, int nstate, int *iuser,
+                                                 double *ruser);
+ZEK_API void E04NFA_QPHESS_ADAPTOR(ZekQpHessian qphess, int n, int jthcol, const double *h, int ldh,
+                                   const double *x, double *hx, int nstate, int *iuser, double *ruser)
+    ZEK_SYMBOL("E04NFA_QPHESS_ADAPTOR");
+
+/* Minimises  CVEC'x + 1/2 x'Hx  (problem types QP2, QP4; QP1, QP3 without the linear term; LP without
+ * H; FP a feasible point only) subject to BL <= (x ; A x) <= BU, by an inertia-controlling active-set
+ * method: the reduced Hessian is kept positive definite, and a direction of zero or negative curvature
+ * is followed to the next constraint, so H may be indefinite.  Call E04WBA("E04NFA", ...) once, then
+ * any E04NHF option calls, then E04NFA.  Arguments, in order:
+ *   N >= 1, NCLIN >= 0, A(LDA, N) with LDA >= max(1, NCLIN), BL, BU (N+NCLIN), CVEC (N, not read for
+ *   FP, QP1, QP3), H(LDH, *): handed to QPHESS; LDH >= 1, and >= N and >= m (m = HESSIAN ROWS) for
+ *   the QP types.  QPHESS: the Hessian routine, or null for the library's own product with the leading
+ *   m by m part of H (symmetric, upper triangle read).  QPHESS_ADAPTOR: null or E04NFA_QPHESS_ADAPTOR.
+ *   ISTATE (N+NCLIN), X (N), ITER, OBJ, AX (NCLIN), CLAMDA (N+NCLIN): as for E04MFA.  IWORK (LIWORK >=
+ *   2N+3), WORK (LWORK >= 13N + 5 NCLIN + 4 N*N; N*N fewer when NCLIN = 0): workspace; the first three
+ *   cells of IWORK keep the working set for a hot start.  IUSER, RUSER: handed to
+ *   QPHESS.  LWSAV, IWSAV, RWSAV: the state arrays of E04WBA.
+ * OBJ is CVEC'x + 1/2 x'Hx at a feasible X, else the sum of infeasibilities.
+ * IFAIL: 0 optimal (or feasible point for FP); 1 weak (the optimum is not unique: the reduced Hessian
+ * is singular, or artificial constraints remain in the working set) or a dead point; 2 unbounded;
+ * 3 no feasible point, or the working set cannot be satisfied; 4 iteration limit (FEASIBILITY PHASE
+ * plus OPTIMALITY PHASE iterations); 5 the reduced Hessian would exceed MAXIMUM DEGREES; 6 errors in
+ * the input (counted), or QPHESS returned a value that is not finite; 7 problem type not recognised. */
+ZEK_API void E04NFA(const int *n, const int *nclin, const double *a, const int *lda, const double *bl,
+                    const double *bu, const double *cvec, const double *h, const int *ldh, ZekQpHessian qphess,
+                    ZekQpHessianAdaptor qphess_adaptor, int *istate, double *x, int *iter, double *obj, double *ax,
+                    double *clamda, int *iwork, const int *liwork, double *work, const int *lwork, int *iuser,
+                    double *ruser, int *lwsav, int *iwsav, double *rwsav, int *ifail) ZEK_SYMBOL("q98986");
+
+/* Minimises one of (E04NEF's PROBLEM TYPE; "data" is A(LDA, N) with M rows, b is B(M)):
+ *   LS1 (default) 1/2 |b - A x|^2          LS2  CVEC'x + 1/2 |b - A x|^2
+ *   LS3, LS4      as LS1, LS2 with A upper trapezoidal (only its upper triangle is read)
+ *   QP1 1/2 x'Hx   QP2 CVEC'x + 1/2 x'Hx   with H the leading min(M,N) square of A (symmetric, upper
+ *                                          triangle read), zero elsewhere
+ *   QP3 1/2 |A x|^2   QP4 CVEC'x + 1/2 |A x|^2   with A upper trapezoidal
+ *   LP CVEC'x     FP a feasible point
+ * subject to BL <= (x ; C x) <= BU.  Arguments, in order:
+ *   M >= 1 rows of A, N >= 1, NCLIN >= 0, LDC >= max(1, NCLIN), LDA >= max(1, M), C(LDC, N), BL, BU
+ *   (N+NCLIN), CVEC (N), ISTATE (N+NCLIN), KX (N): in for a warm start (a permutation of 1..N), out
+ *   the column order of the rank-revealing factorisation of A; X (N), A(LDA, N) and B (M): not changed;
+ *   ITER, OBJ, CLAMDA (N+NCLIN); IWORK (LIWORK >= 2N+3), WORK (LWORK >= 17N + 6 NCLIN + M + 4 N*N +
+ *   max(M,N)*N; N*N fewer when NCLIN = 0); LWSAV, IWSAV, RWSAV.  The rank of the data (pivoted QR under RANK
+ *   TOLERANCE) is printed; a rank below N makes the solution weak where the null space stays open.
+ * IFAIL: 0 optimal or feasible point; 1 weak solution; 2 unbounded; 3 the linear constraints cannot be
+ * satisfied (no feasible point, or the working set to the accuracy requested); 4 iteration limit;
+ * 6 errors in the input (counted), or A'B overflows.  (5 is kept for an iteration limit without any
+ * change of X, which the expanding feasibility tolerance rules out.)  HESSIAN YES has no effect: A is not
+ * overwritten by a factor.  The iteration limit is FEASIBILITY PHASE plus OPTIMALITY PHASE iterations. */
+ZEK_API void E04NCA(const int *m, const int *n, const int *nclin, const int *ldc, const int *lda, const double *c,
+                    const double *bl, const double *bu, const double *cvec, int *istate, int *kx, double *x,
+                    double *a, double *b, int *iter, double *obj, double *clamda, int *iwork, const int *liwork,
+                    double *work, const int *lwork, int *lwsav, int *iwsav, double *rwsav, int *ifail)
+    ZEK_SYMBOL("q68352");
 
 ZEK_END_DECLS
 

@@ -47,7 +47,7 @@ const char *state_code(int s);
 
 // The exit word the core's steps communicate.
 enum class Word { Running, Feasible, Optimal, Weak, Unbounded, Infeasible, RowError, IterationLimit, Errors,
-                  NoProblem, ResetX };
+                  NoProblem, ResetX, DeadPoint, Rz2Big };
 // Its six characters ("feasbl", "optiml", "weak  ", ...; six blanks while running).
 const char *word_text(Word w);
 
@@ -135,6 +135,12 @@ public:
     virtual void z_column_removed(const Core &) {}
     // A new last column of Z has appeared (nz has grown by one).
     virtual void z_column_added(const Core &) {}
+    // True when the objective has a unique minimiser on the null space of the final working set (a
+    // curved objective whose reduced Hessian is positive definite); an optimum with an open null space
+    // and no such curvature is weak.
+    virtual bool unique_on_null_space(const Core &) const { return false; }
+    // A word that ends the iterations at once (Running to go on): asked after each direction.
+    virtual Word interrupt(const Core &) const { return Word::Running; }
 };
 
 // The linear objective of E04MFA: cvec'x, or nothing for a feasible point.

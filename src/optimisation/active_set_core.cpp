@@ -385,6 +385,8 @@ const char *word_text(Word w) {
     case Word::Errors: return "errors";
     case Word::NoProblem: return "noprob";
     case Word::ResetX: return "resetx";
+    case Word::DeadPoint: return "deadpt";
+    case Word::Rz2Big: return "Rz2big";
     }
     return "      ";
 }
@@ -762,7 +764,9 @@ Word iterate(Core &c, NullSpaceStep &step) {
             natural = kInfinity;
             return linear_direction(c, c.w, c.gznorm, c.gnorm, pz);
         };
-        if (!find_direction()) {
+        const bool stationary = !find_direction();
+        if (const Word stop = step.interrupt(c); stop != Word::Running) return stop;
+        if (stationary) {
             const double tolmul = c.set.optimality_tolerance * std::max(1.0, c.gnorm);
             int jdel = -1;
             // The reference weights describe the edges of a linear objective: a curved one (in its own
@@ -797,7 +801,9 @@ Word iterate(Core &c, NullSpaceStep &step) {
             }
             project(c, c.g, c.w, c.nz);
             c.gznorm = dnrm2(c.nz, c.w, 1);
-            if (!find_direction()) {
+            const bool stuck = !find_direction();
+            if (const Word stop = step.interrupt(c); stop != Word::Running) return stop;
+            if (stuck) {
                 // Nothing to gain along the freed direction: the point stands.
                 if (!(c.gznorm > 0.0)) return feasible ? Word::Optimal : Word::Infeasible;
                 for (int k = 0; k < c.nz; ++k) pz[k] = -c.w[k];
@@ -919,7 +925,7 @@ Word solve(Core &c, NullSpaceStep &step, Start start) {
     if (word == Word::Optimal) {
         bool fixed_temporarily = false;
         for (int j = 0; j < c.n; ++j) fixed_temporarily = fixed_temporarily || c.istate[j] == kTemporaryFix;
-        if (c.nz > 0 || fixed_temporarily) word = Word::Weak;
+        if ((c.nz > 0 && !step.unique_on_null_space(c)) || fixed_temporarily) word = Word::Weak;
     }
     if (word == Word::Unbounded && c.ninf > 0) word = Word::Infeasible;
     c.iwork[0] = c.unitq ? 1 : 0;

@@ -554,7 +554,7 @@ const FamilyTables kFamilies[kFamilyCount] = {
     {Family::MFA, "E04MFA", " Calls to E04MHF", " *** E04MFA", false, span(kLcBlocks), keywords(kMfaFirst),
      keywords(kMfaSecond), keywords(kMfaThird), span(kMfaPhrases), span(kMfaRuleSets), span(kMfaRows),
      I(LC, lc::kPrintLevel), I(LC, lc::kPrintUnit)},
-    {Family::NCA, "E04NCA", " Calls to E04NEF", " *** E04NCA", false, span(kLsBlocks), keywords(kNcaFirst),
+    {Family::NCA, "E04NCA", " Calls to E04NEF", " *** E04NCF", false, span(kLsBlocks), keywords(kNcaFirst),
      keywords(kNcaSecond), keywords(kNcaThird), span(kNcaPhrases), span(kNcaRuleSets), span(kNcaRows),
      I(LS, ls::kPrintLevel), I(LS, ls::kPrintUnit)},
     {Family::NFA, "E04NFA", " Calls to E04NHF", " *** E04NFA", false, span(kLcBlocks), keywords(kNfaFirst),

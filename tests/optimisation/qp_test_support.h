@@ -1,0 +1,115 @@
+// Helpers of the quadratic programming tests: problems in the arrays E04NFA and E04NCA take, and calls
+// of the two solvers on fresh state arrays.
+#ifndef ZEK_TESTS_QP_TEST_SUPPORT_H
+#define ZEK_TESTS_QP_TEST_SUPPORT_H
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "zek2/e04.h"
+
+namespace zek_test::qp {
+
+constexpr double kBig = 1e20;
+
+struct Qp {
+    int n = 0, m = 0;
+    std::vector<double> a, bl, bu, c, h;  // a: m by n (ld max(1,m)); h: n by n
+};
+
+struct QpOut {
+    int ifail = -99, iter = -1;
+    double obj = 0.0;
+    std::vector<int> istate;
+    std::vector<double> x, ax, clamda;
+};
+
+struct Session {
+    std::vector<char> cwsav = std::vector<char>(80, ' ');
+    std::vector<int> lwsav = std::vector<int>(120, 0), iwsav = std::vector<int>(610, 0);
+    std::vector<double> rwsav = std::vector<double>(475, 0.0);
+    explicit Session(const char *name) {
+        int l1 = 1, l2 = 120, l3 = 610, l4 = 475, ifail = 0;
+        E04WBA_PLAIN(name, cwsav.data(), &l1, lwsav.data(), &l2, iwsav.data(), &l3, rwsav.data(), &l4, &ifail);
+    }
+    // One option line through E04NHF (E04NFA) or E04NEF (E04NCA).
+    void option(const std::string &s, bool nfa = true) {
+        int inform = 0;
+        (nfa ? E04NHF_PLAIN : E04NEF_PLAIN)(s.c_str(), lwsav.data(), iwsav.data(), rwsav.data(), &inform,
+                                            static_cast<int>(s.size()));
+    }
+};
+
+// H x from H(LDH, N); IUSER(1) counts the calls.  hessian_mode 1 makes it return NaN, 2 leave HX unset.
+inline int hessian_mode = 0;
+extern "C" inline void hessian_product(const int *n, const int *, const double *h, const int *ldh, const double *x,
+                                       double *hx, const int *, int *iuser, double *) {
+    ++iuser[0];
+    if (hessian_mode == 2) return;
+    for (int i = 0; i < *n; ++i) {
+        hx[i] = 0.0;
+        for (int j = 0; j < *n; ++j) hx[i] += h[i + j * *ldh] * x[j];
+        if (hessian_mode == 1) hx[i] = std::nan("");
+    }
+}
+
+// Array dimensions a call may spoil (-1: the right value).
+struct Dims {
+    int lda = -1, ldh = -1, liwork = -1, lwork = -1;
+};
+
+inline QpOut run_nfa(Session &s, const Qp &p, std::vector<double> x0, Dims d = {}) {
+    QpOut r;
+    const int n = p.n, m = p.m, lda = d.lda < 0 ? std::max(1, m) : d.lda, ldh = d.ldh < 0 ? n : d.ldh;
+    const std::size_t nn = m < 0 ? 1 : static_cast<std::size_t>(std::max(n, 0)) + m;
+    r.istate.assign(nn, 0);
+    r.x = std::move(x0);
+    r.ax.assign(std::max(m, 1), 0.0);
+    r.clamda.assign(nn, 0.0);
+    int liwork = d.liwork < 0 ? 2 * n + 3 : d.liwork, lwork = d.lwork < 0 ? 13 * n + 5 * m + 4 * n * n : d.lwork;
+    std::vector<int> iwork(liwork);
+    std::vector<double> work(std::max(lwork, 1));
+    int iuser[1] = {0};
+    double ruser[1] = {0.0};
+    r.ifail = 1;
+    std::vector<double> a = p.a.empty() ? std::vector<double>(1, 0.0) : p.a;
+    E04NFA(&n, &m, a.data(), &lda, p.bl.data(), p.bu.data(), p.c.data(), p.h.data(), &ldh, hessian_product, nullptr,
+           r.istate.data(), r.x.data(), &r.iter, &r.obj, r.ax.data(), r.clamda.data(), iwork.data(), &liwork,
+           work.data(), &lwork, iuser, ruser, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &r.ifail);
+    return r;
+}
+
+struct Ls {
+    int m = 0, n = 0, nclin = 0;
+    std::vector<double> a, b, c, bl, bu, cvec;  // a: m by n; c: nclin by n
+};
+
+struct LsOut : QpOut {
+    std::vector<int> kx;
+};
+
+inline LsOut run_nca(Session &s, Ls p, std::vector<double> x0, int lwork = -1, std::vector<int> kx = {}) {
+    LsOut r;
+    const int m = p.m, n = p.n, nclin = p.nclin, ldc = std::max(1, nclin), lda = std::max(1, m);
+    r.istate.assign(n + nclin, 0);
+    r.kx = kx.empty() ? std::vector<int>(n, 0) : kx;
+    r.x = std::move(x0);
+    r.clamda.assign(n + nclin, 0.0);
+    if (p.c.empty()) p.c.assign(1, 0.0);
+    if (p.cvec.empty()) p.cvec.assign(n, 0.0);
+    int liwork = 2 * n + 3;
+    if (lwork < 0) lwork = 17 * n + 6 * nclin + m + 4 * n * n + std::max(m, n) * n;
+    std::vector<int> iwork(liwork);
+    std::vector<double> work(std::max(lwork, 1));
+    r.ifail = 1;
+    E04NCA(&m, &n, &nclin, &ldc, &lda, p.c.data(), p.bl.data(), p.bu.data(), p.cvec.data(), r.istate.data(),
+           r.kx.data(), r.x.data(), p.a.data(), p.b.data(), &r.iter, &r.obj, r.clamda.data(), iwork.data(), &liwork,
+           work.data(), &lwork, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &r.ifail);
+    return r;
+}
+
+} // namespace zek_test::qp
+
+#endif
