@@ -151,6 +151,11 @@ TEST(EigenRoutines, BadArgumentsGiveMinusThePosition) {
     EXPECT_EQ(info, -2);
     F08JJF("V", "E", &n, 1, 0, &one, &one, 0, h, h, &m, &ns, wr, ib, is, work, iw, &info, 1, 1);
     EXPECT_EQ(info, -5);
+    int sel[2] = {1, 1};
+    F08QKF("X", "A", sel, &n, h, &n, z, &n, z, &n, &n, &m, work, &info, 1, 1);
+    EXPECT_EQ(info, -1);
+    F08QKF("R", "A", sel, &n, h, &n, z, &n, z, &n, &one, &m, work, &info, 1, 1);
+    EXPECT_EQ(info, -11);
     // Orders 0 and 1 return at once.
     F08PEF("S", "I", &zero, &one, &zero, h, &one, wr, wi, z, &one, work, &lwork, &info, 1, 1);
     EXPECT_EQ(info, 0);
@@ -159,6 +164,60 @@ TEST(EigenRoutines, BadArgumentsGiveMinusThePosition) {
     EXPECT_EQ(info, 0);
     EXPECT_EQ(wr[0], 3.0);
     EXPECT_EQ(z1, 1.0);
+}
+
+} // namespace
+
+namespace {
+
+TEST(EigenRoutinesReference, EigenvectorsAgreeWithReferenceLapack) {
+    using Dtrevc = void (*)(const char *, const char *, int *, const int *, const double *, const int *, double *,
+                            const int *, double *, const int *, const int *, int *, double *, int *, long, long);
+    auto dtrevc = reference_lapack().get<Dtrevc>("dtrevc");
+    ASSERT_NE(dtrevc, nullptr);
+    const int n = 25, one = 1, lwork = n;
+    const Mat h0 = upper_hessenberg(n, 91);
+    Mat t = h0, q(n, n);
+    std::vector<double> wr(n), wi(n), work(3 * n);
+    int info = 0;
+    F08PEF("S", "I", &n, &one, &n, t.data(), &t.ld, wr.data(), wi.data(), q.data(), &q.ld, work.data(), &lwork, &info, 1,
+           1);
+    ASSERT_EQ(info, 0);
+    for (const char *howmny : {"A", "B", "S"}) {
+        SCOPED_TRACE(howmny);
+        Mat vl = q, vr = q, rvl = q, rvr = q;
+        std::vector<int> sel(n, 0), rsel(n, 0);
+        for (int i = 0; i < n; i += 3) sel[i] = rsel[i] = 1;
+        int m = 0, rm = 0, rinfo = 0;
+        F08QKF("B", howmny, sel.data(), &n, t.data(), &t.ld, vl.data(), &vl.ld, vr.data(), &vr.ld, &n, &m, work.data(),
+               &info, 1, 1);
+        dtrevc("B", howmny, rsel.data(), &n, t.data(), &t.ld, rvl.data(), &rvl.ld, rvr.data(), &rvr.ld, &n, &rm,
+               work.data(), &rinfo, 1, 1);
+        ASSERT_EQ(info, 0);
+        ASSERT_EQ(m, rm);
+        EXPECT_EQ(sel, rsel);
+        for (int j = 0; j < m; ++j)
+            for (int i = 0; i < n; ++i) {
+                EXPECT_NEAR(vr(i, j), rvr(i, j), 1e-9) << i << "," << j;
+                EXPECT_NEAR(vl(i, j), rvl(i, j), 1e-9) << i << "," << j;
+            }
+    }
+    // Back-transformed right vectors are eigenvectors of H: ||H v - lambda v|| small.
+    Mat vr = q, vl = q;
+    int m = 0;
+    F08QKF("R", "B", nullptr, &n, t.data(), &t.ld, vl.data(), &vl.ld, vr.data(), &vr.ld, &n, &m, work.data(), &info, 1, 1);
+    for (int j = 0; j < n; ++j) {
+        const bool pair = wi[j] != 0.0;
+        double worst = 0.0;
+        for (int i = 0; i < n; ++i) {
+            Cx hv = 0.0;
+            for (int k = 0; k < n; ++k) hv += h0(i, k) * (pair ? Cx(vr(k, j), vr(k, j + 1)) : Cx(vr(k, j)));
+            const Cx v = pair ? Cx(vr(i, j), vr(i, j + 1)) : Cx(vr(i, j));
+            worst = std::max(worst, std::abs(hv - Cx(wr[j], wi[j]) * v));
+        }
+        EXPECT_LT(worst, 20 * n * kEps * one_norm(h0)) << j;
+        if (pair) ++j;
+    }
 }
 
 } // namespace
