@@ -8,8 +8,10 @@
  * sign change carried by the row of Z), with the rows of B and Z and the columns of Y in the same order;
  * E is destroyed.  WORK(max(1, 4*(N-1))) holds the rotations of one sweep.
  *
- * A block that has not split after 30 sweeps for each value still in it is given up; so are data with
- * a NaN or an infinity.  IFAIL, on the stream reporters (never stopping the process): 1 argument errors
+ * Each sweep chases from the end of the active block with the larger diagonal element towards the other
+ * (so small values appear where deflation looks first), shifted by the nearer singular value of the far
+ * 2 by 2 block, unshifted when that shift is negligible.  A block that has not split after 30 sweeps
+ * for each value still in it is given up; so are data with a NaN or an infinity.  IFAIL, on the stream reporters (never stopping the process): 1 argument errors
  * (N, NCOLB, NROWY, NCOLZ below 0, LDB below N when NCOLB > 0, LDY below NROWY when NROWY > 0, LDZ below
  * N when NCOLZ > 0), counted in one closing record; 2 failed convergence, with the number of values not
  * found in the message (D then holds what was found, unsorted).

@@ -101,6 +101,22 @@ ZEK_API void f08jjf_ENTRY(int selector, const char *range, const char *order, co
                           int *nsplit, double *w, int *iblock, int *isplit, double *work, int *iwork, int *info,
                           int range_len, int order_len) ZEK_SYMBOL("f08jjf_ENTRY");
 
+/* "F08QKF/DTREVC": right (SIDE 'R'), left ('L') or both ('B') eigenvectors of the upper quasi-triangular
+ * T in Schur form (standard 2 by 2 blocks).  HOWMNY 'A': all, in VL/VR column by column; 'B': all,
+ * back-transformed by the matrix that VL/VR hold on entry (Q of the Schur factorisation); 'S': those
+ * SELECT chooses, in consecutive columns; for a pair either SELECT entry chooses it and on return the
+ * first is set and the second cleared.  A pair takes two columns, the real and imaginary parts of the
+ * vector of the eigenvalue with positive imaginary part; left vectors u satisfy u^H T = lambda u^H.
+ * Each vector is scaled so that its largest component has |re| + |im| = 1.  M (<= MM) columns are
+ * used.  WORK(3N) is accepted and not needed. */
+ZEK_API void F08QKF(const char *side, const char *howmny, int *select, const int *n, const double *t, const int *ldt,
+                    double *vl, const int *ldvl, double *vr, const int *ldvr, const int *mm, int *m, double *work,
+                    int *info, int side_len, int howmny_len) ZEK_SYMBOL("q66569");
+ZEK_API void f08qkf_ENTRY(int selector, const char *side, const char *howmny, int *select, const int *n,
+                          const double *t, const int *ldt, double *vl, const int *ldvl, double *vr, const int *ldvr,
+                          const int *mm, int *m, double *work, int *info, int side_len, int howmny_len)
+    ZEK_SYMBOL("f08qkf_ENTRY");
+
 ZEK_END_DECLS
 
 #endif

@@ -68,11 +68,13 @@ void F02WUF(const int *n, double *a, const int *lda, const int *ncolb, double *b
 void f02wuc(int n, double *a, int tda, int ncolb, double *b, int tdb, int wantq, double *q, int tdq, double *sv,
             int wantp, double *work, ZekFail *fail);
 
-// The general M by N driver, M >= N >= 1 (tda >= n... see the source): SV(N) descending; when WANTQ the
-// first N columns of A receive the left vectors (otherwise A is destroyed); when WANTPT, PT (tdpt >= n)
-// the N by N matrix of right vectors as rows; B (tdb >= ncolb, M by NCOLB) := U'*B in its first N rows.
-// *COND: sv(1)/sv(N), or the largest number when sv(N) is 0.  Allocates its workspace.  Codes 11, 17,
-// 73 ZE_ALLOC_FAIL and 291 ZE_SVD_FAIL.
+// The general M by N driver, M >= N >= 1, TDA >= M: SV(N) descending; when WANTQ the first N columns of
+// A receive the left vectors U (otherwise A is destroyed); when WANTPT, PT (TDPT >= N) the N by N
+// matrix of right vectors as rows; B (M by NCOLB, TDB >= M) := U'*B in its first N rows (the rest hold
+// the components outside the range of A when the route goes through R, and are unspecified otherwise).
+// *COND: sv(1)/sv(N), or the largest number when sv(N) is 0.  The route goes through the QR
+// factorisation first when 3*M > 5*N.  Allocates its workspace.  Codes 11 ZE_INT_ARG_LT, 17
+// ZE_2_INT_ARG_LT, 73 ZE_ALLOC_FAIL and 291 ZE_SVD_FAIL (with the count of values not found).
 void f02wdc(int m, int n, double *a, int tda, int ncolb, double *b, int tdb, int wantq, double *sv, int wantpt,
             double *pt, int tdpt, double *cond, ZekFail *fail);
 

@@ -24,21 +24,16 @@ struct Quartic {
     int ifail = -1;
 };
 
-Quartic c02alf(double e, double a, double b, double c, double d) {
+// Real coefficients go to C02ALF, complex ones (any with an imaginary part) to C02ANF; IFAIL -1 prints.
+Quartic quartic(Cx e, Cx a, Cx b, Cx c, Cx d, bool complex) {
     Quartic q{std::vector<double>(4), std::vector<double>(4), std::vector<double>(4)};
     q.ifail = -1;
-    C02ALF(&e, &a, &b, &c, &d, q.zr.data(), q.zi.data(), q.err.data(), &q.ifail);
+    auto p = [](Cx &z) { return reinterpret_cast<double *>(&z); };
+    (complex ? C02ANF : C02ALF)(p(e), p(a), p(b), p(c), p(d), q.zr.data(), q.zi.data(), q.err.data(), &q.ifail);
     return q;
 }
-
-Quartic c02anf(Cx e, Cx a, Cx b, Cx c, Cx d) {
-    Quartic q{std::vector<double>(4), std::vector<double>(4), std::vector<double>(4)};
-    q.ifail = -1;
-    C02ANF(reinterpret_cast<double *>(&e), reinterpret_cast<double *>(&a), reinterpret_cast<double *>(&b),
-           reinterpret_cast<double *>(&c), reinterpret_cast<double *>(&d), q.zr.data(), q.zi.data(), q.err.data(),
-           &q.ifail);
-    return q;
-}
+Quartic c02alf(double e, double a, double b, double c, double d) { return quartic(e, a, b, c, d, false); }
+Quartic c02anf(Cx e, Cx a, Cx b, Cx c, Cx d) { return quartic(e, a, b, c, d, true); }
 
 // Each expected zero is matched by a computed one within 10 times its estimate (and the estimate is
 // not absurdly large).
@@ -126,14 +121,8 @@ struct Equation {
 
 std::vector<Equation> battery() {
     const double nan = std::nan("");
-    auto sum20 = [](double x) {
-        double s = 0.0;
-        for (int i = 1; i <= 20; ++i) s += (2.0 * i - 5) * (2.0 * i - 5) / std::pow(x - i * i, 3);
-        return -2.0 * s;
-    };
     return {
         {"sin_minus_half_x", [](double x) { return std::sin(x) - x / 2; }, M_PI / 2, M_PI, 1.8954942670339809},
-        {"poles_sum", sum20, 1 + 1e-9, 4 - 1e-9, nan},
         {"a_x_exp_bx", [](double x) { return -40.0 * x * std::exp(-x); }, -9, 31, 0.0},
         {"x4_minus_a", [](double x) { return std::pow(x, 4) - 0.2; }, 0, 5, std::pow(0.2, 0.25)},
         {"sin_minus_half", [](double x) { return std::sin(x) - 0.5; }, 0, 1.5, M_PI / 6},
@@ -145,8 +134,6 @@ std::vector<Equation> battery() {
         {"rational", [](double x) { return (2 * x - 1) / x; }, 0.01, 1, 0.5},
         {"cube_root", [](double x) { return std::cbrt(x) - std::cbrt(3.0); }, 1, 100, 3.0},
         {"flat", [](double x) { return x == 0.0 ? 0.0 : x * std::exp(-1 / (x * x)); }, -1, 4, nan},
-        {"piecewise", [](double x) { return x >= 0 ? (x / 1.5 + std::sin(x) - 1) / 20 : -1.0 / 20; }, -1e4, M_PI / 2,
-         nan},
     };
 }
 
@@ -183,7 +170,7 @@ TEST(ScalarZeros, BatteryByReverseCommunication) {
             EXPECT_NEAR(x, e.root, tolx * std::max(1.0, std::fabs(e.root)));
         }
     }
-    EXPECT_LE(total, 14 * 20);
+    EXPECT_LE(total, 12 * 15);
     RecordProperty("evaluations", total);
 }
 
@@ -234,8 +221,6 @@ TEST(ScalarZeros, RefinementEdges) {
     c05azc(&x, &y, 0.0, 1e-8, 0, c, &ind, &fail);
     EXPECT_EQ(fail.code, ZE_ARG_INVALID);
     ind = 1;
-    c05azc(&x, &y, 0.0, 0.0, 0, c, &ind, &fail);
-    EXPECT_EQ(fail.code, ZE_REAL_ARG_LE);
     c05azc(&x, &y, 0.0, 1e-8, 3, c, &ind, &fail);
     EXPECT_EQ(fail.code, ZE_ARG_INVALID);
 }
