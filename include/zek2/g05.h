@@ -50,7 +50,7 @@ ZEK_API void G05_STATE(int **limbs, double **batch, int **position, int **flags,
 ZEK_API void G05_SEED(int i) ZEK_SYMBOL("q29740");
 
 /* G05_UNIFORM_AB: a uniform between A and B, in either order, always within [min, max] and without
- * overflow for any finite bounds; equal bounds give that bound. */
+ * overflow for any finite bounds; equal bounds give that bound (no number drawn), a NaN bound NaN. */
 ZEK_API double G05_UNIFORM_AB(double a, double b) ZEK_SYMBOL("q84057");
 
 /* G05_NORMAL: a normal deviate of mean XMU and standard deviation SD (a negative SD reflects it), by

@@ -195,6 +195,7 @@ double normal_deviate(double p) {
 Tails student_t(double t, double nu) {
     const double at = std::fabs(t);
     if (std::isinf(at)) return {1.0, 0.0};
+    if (std::isinf(nu)) return {S15_UPPER_TAIL(at), S15_LOWER_TAIL(at)};
     if (nu > 1e7) {
         // Hill's expansion of the normal deviate with the same tail; at these degrees of freedom its
         // error is far below the rounding of the result.

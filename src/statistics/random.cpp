@@ -268,8 +268,10 @@ void G05_SEED(int i) {
 }
 
 double G05_UNIFORM_AB(double a, double b) {
+    if (std::isnan(a) || std::isnan(b)) return a + b;
     const double lo = a < b ? a : b;
     const double hi = a < b ? b : a;
+    if (lo == hi) return lo;
     const double u = zek::basic_uniform();
     // With bounds of one sign hi - lo cannot overflow; across zero the convex combination cannot.
     const double r = (lo >= 0.0 || hi <= 0.0) ? lo + (hi - lo) * u : lo * (1.0 - u) + hi * u;
