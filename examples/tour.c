@@ -93,6 +93,7 @@ int main(void) {
     tour_options();
     tour_lp();
     tour_integer();
+    tour_statistics();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces);
     dlclose(library);
     return 0;

@@ -30,5 +30,6 @@ void tour_fourier(void);
 void tour_options(void);
 void tour_lp(void);
 void tour_integer(void);
+void tour_statistics(void);
 
 #endif
