@@ -15,6 +15,7 @@
 #include "zek2/f08.h"
 #include "zek2/frame.h"
 #include "zek2/g01.h"
+#include "zek2/g02.h"
 #include "zek2/g03.h"
 #include "zek2/g05.h"
 #include "zek2/g07.h"

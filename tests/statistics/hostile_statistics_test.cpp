@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "zek2/g01.h"
+#include "zek2/g02.h"
 #include "zek2/g03.h"
 #include "zek2/g05.h"
 #include "zek2/g07.h"
@@ -119,6 +120,44 @@ TEST(HostileStatistics, GeneratorsAndSmallChaptersStayBounded) {
     ifail = 1;
     G03ZAF(&n, &m, data, &ld, &none, &isx, &s_nan, &e, z, &ld, &ifail);
     EXPECT_EQ(ifail, 1);
+}
+
+} // namespace
+
+namespace {
+
+TEST(HostileStatistics, RegressionRejectsNonFiniteDataAndOddSizes) {
+    const int n = 4, m = 1, ip = 2, ld = 4, big = 2147483647;
+    std::vector<int> isx = {1};
+    std::vector<double> x = {1, 2, 3, 4}, y = {1, 3, 2, 5}, wt = {1, 1, 1, 1};
+    std::vector<double> b(2), se(2), cov(3), res(4), h(4), q(12), p(8), wk(14);
+    double rss = 0, tol = 0;
+    int idf = 0, svd = 0, irank = 0;
+    struct Case {
+        const char *name;
+        double *poison;
+        double value;
+        int n, ip;
+        int ifail;
+    };
+    const Case cases[] = {
+        {"nan x", &x[1], NAN, n, ip, 1},   {"inf y", &y[3], -INFINITY, n, ip, 1}, {"nan weight", &wt[0], NAN, n, ip, 2},
+        {"inf weight", &wt[2], INFINITY, n, ip, 2}, {"huge n", nullptr, 0, big, ip, 1}, {"huge ip", nullptr, 0, n, big, 1},
+        {"largest data", &x[0], 1.7976931348623157e308, n, ip, 5},
+    };
+    for (const Case &c : cases) {
+        std::vector<double> xs = x, ys = y, ws = wt;
+        double saved = 0;
+        if (c.poison != nullptr) {
+            saved = *c.poison;
+            *c.poison = c.value;
+        }
+        int ifail = 1;
+        G02DAF("M", "W", &c.n, x.data(), &ld, &m, isx.data(), &c.ip, y.data(), wt.data(), &rss, &idf, b.data(), se.data(),
+               cov.data(), res.data(), h.data(), q.data(), &ld, &svd, &irank, p.data(), &tol, wk.data(), &ifail, 1, 1);
+        EXPECT_EQ(ifail, c.ifail) << c.name;
+        if (c.poison != nullptr) *c.poison = saved;
+    }
 }
 
 } // namespace
