@@ -14,6 +14,10 @@ typedef double (*uniform_fn)(void);
 typedef double (*normal_fn)(double, double);
 typedef double (*tail_fn)(int, double, ZekFail *);
 typedef double (*tail_df_fn)(int, double, double, ZekFail *);
+typedef void (*fit_fn)(const char *, const char *, const int *, const double *, const int *, const int *, const int *,
+                       const int *, const double *, const double *, double *, int *, double *, double *, double *,
+                       double *, double *, double *, const int *, int *, int *, double *, const double *, double *,
+                       int *, int, int);
 typedef void (*median_fn)(int, const double *, double *, double *, double *, double *, ZekFail *);
 
 void tour_statistics(void) {
@@ -26,6 +30,14 @@ void tour_statistics(void) {
     tail_fn normal_deviate = (tail_fn)tour_bind("q79765");
     tail_df_fn t_deviate = (tail_df_fn)tour_bind("q16948");
     median_fn median = (median_fn)tour_bind("q47095");
+    fit_fn fit = (fit_fn)tour_bind("q15184");
+    static const double design[24] = {3, 1, 2, 5, 0, 4, 1, 6, 1, 4, 2, -1, 3, 0, 1, 2, -2, 0, 5, 1, 2, -1, 1, 3};
+    static const double response[8] = {7, 3, 11, 6, 5, 4, 2, 15};
+    static const double weights[8] = {1, 2, 0, 1, 3, 1, 0.5, 1};
+    int isx[3] = {1, 1, 1}, ip, idf, svd, irank, ifail, k;
+    const int n = 8, m = 3, ld = 8;
+    const double tol = 0.0;
+    double rss, b[4], se[4], cov[10], res[8], h[8], q[40], p[24], wk[36];
     static const double xs[4] = {1.0, 3.0, 10.0, 37.0};
     double sample[9], sorted[9], xme, xmd, xsd;
     int run, i;
@@ -56,4 +68,15 @@ void tour_statistics(void) {
     for (i = 0; i < 9; ++i) sample[i] = normal(0.0, 1.0);
     median(9, sample, sorted, &xme, &xmd, &xsd, &fail);
     printf("median %.12f  mad %.12f  scale %.12f  code %d\n", xme, xmd, xsd, (int)fail.code);
+
+    tour_section("weighted regression with a mean on three variables, then the second dropped (G02DAF)");
+    for (run = 0; run < 2; ++run) {
+        ip = run == 0 ? 4 : 3;
+        isx[1] = run == 0 ? 1 : 0;
+        ifail = -1;
+        fit("M", "W", &n, design, &ld, &m, isx, &ip, response, weights, &rss, &idf, b, se, cov, res, h, q, &ld, &svd,
+            &irank, p, &tol, wk, &ifail, 1, 1);
+        printf("IFAIL %d, rank %d, RSS %.10f on %d degrees of freedom\n", ifail, irank, rss, idf);
+        for (k = 0; k < ip; ++k) printf("  b%d = %13.9f  (se %.9f)\n", k, b[k], se[k]);
+    }
 }

@@ -37,6 +37,27 @@ ZEK_API void G02DAF(const char *mean, const char *weight, const int *n, const do
                     int *svd, int *irank, double p[], const double *tol, double wk[], int *ifail, int mean_len,
                     int weight_len) ZEK_SYMBOL("q15184");
 
+/* G02DGF: fits a new response Y(N) to the design that G02DAF factorised into Q and P (same N, IP, WEIGHT
+ * and WT): Q(., 1) becomes the new Q'y, then B(IP), SE(IP), RES(N) (0 at rows of zero weight, whose
+ * design rows are not at hand) and RSS.  On entry RSS and COV are those of the earlier fit; COV is
+ * rescaled by the ratio of the residual sums of squares, since (X'WX)^-1 is unchanged.  WK(IP).
+ * IFAIL 1: " ** On entry, IP.lt.1 ...", " ** On entry, IRANK.le.0...", " ** On entry, IRANK.ne.IP and SVD
+ * is .FALSE. ...", " ** On entry, IRANK.gt.IP and SVD is .TRUE. ...", " ** On entry, LDQ.lt.N ...",
+ * " ** On entry, N.lt.IP ...", " ** On entry, RSS.le.0.0 ...", " ** On entry, WEIGHT is not valid ...";
+ * 2: " ** On entry, WT(i).lt.0.0"; 3: a singular value form (SVD true), not available in this build. */
+ZEK_API void G02DGF(const char *weight, const int *n, const double wt[], double *rss, const int *ip, const int *irank,
+                    double cov[], double q[], const int *ldq, const int *svd, const double p[], const double y[],
+                    double b[], double se[], double res[], double wk[], int *ifail, int weight_len)
+    ZEK_SYMBOL("q13183");
+
+/* g02dgc: G02DGF in the C-style layer (wt null for an unweighted fit; wk allocated here).  Raises
+ * ZE_INT_ARG_LT ("ip" 1, "rank" 1), ZE_2_INT_ARG_LT ("tdq" against "n", "n" against "ip"),
+ * ZE_REAL_ARG_LE ("rss" 0.0), ZE_SVD_RANK_NE_IP, ZE_SVD_RANK_GT_IP, ZE_REAL_ARRAY_CONS (a weight),
+ * ZE_BAD_PARAM ("y" not finite) and ZE_SVD_FAIL (a singular value form, not available here). */
+ZEK_API void g02dgc(int n, const double wt[], double *rss, int ip, int rank, double cov[], double q[], int tdq, int svd,
+                    const double p[], const double y[], double b[], double se[], double res[], ZekFail *fail)
+    ZEK_SYMBOL("q10028");
+
 /* g02dac: the same fit in the C-style layer, on the same column-major arrays (tdx >= n, tdq >= n); mean
  * Zek_MeanInclude or Zek_MeanZero; wt null for an unweighted fit; *df the degrees of freedom; wk as
  * WK above (allocated here when null).  Raises ZE_BAD_PARAM ("mean"), ZE_INT_ARG_LT ("n" 2, "m" 1,
@@ -48,6 +69,26 @@ ZEK_API void g02dac(int mean, int n, int m, const double x[], int tdx, const int
                     const double wt[], double *rss, double *df, double b[], double se[], double cov[], double res[],
                     double h[], double q[], int tdq, int *svd, int *rank, double p[], double tol, double wk[],
                     ZekFail *fail) ZEK_SYMBOL("q38302");
+
+/* g02cac: the regression y = a + b x (mean Zek_MeanInclude) or y = b x (Zek_MeanZero) of n points with
+ * weights wt (null: all 1): the estimates, their standard errors, R^2 (1 - rss over the weighted sum of
+ * squares of y about its mean, or about 0 without a mean), rss and *df = (positive weights) - (1 or 2).
+ * With *df = 0 the standard errors are 0.  Fails with ZE_BAD_PARAM ("mean"; "x or y" for a value not
+ * finite), ZE_INT_ARG_LT (n < 2 with a mean, n < 1 without), ZE_REAL_ARRAY_CONS (a weight negative or
+ * not finite), ZE_WEIGHTS_NOT_POSITIVE (fewer positive weights than parameters), ZE_X_OR_Y_IDEN (x or
+ * y constant over the positive weights); outputs untouched on a failure. */
+ZEK_API void g02cac(int mean, int n, const double x[], const double y[], const double wt[], double *a, double *b,
+                    double *a_serr, double *b_serr, double *rsq, double *rss, double *df, ZekFail *fail)
+    ZEK_SYMBOL("q24883");
+
+/* g02cbc: the fit of g02cac with, at each x[i], the fitted value yhat, the limits yml..ymu of the fitted
+ * mean at confidence clm and yl..yu for a new observation of unit weight at confidence clp (from the t
+ * deviate on *df degrees of freedom), the leverage h (weighted) and residual res; *rms = rss / df.
+ * Fails as g02cac, with ZE_REAL_ARG_CONS for clm or clp outside (0, 1) and ZE_WEIGHTS_NOT_POSITIVE
+ * when no degree of freedom is left. */
+ZEK_API void g02cbc(int mean, int n, const double x[], const double y[], const double wt[], double clm, double clp,
+                    double yhat[], double yml[], double ymu[], double yl[], double yu[], double h[], double res[],
+                    double *rms, ZekFail *fail) ZEK_SYMBOL("q68627");
 
 ZEK_END_DECLS
 

@@ -234,11 +234,80 @@ void g02daf_checked(char mean, char weight, const FitArgs &a, const FitOut &o, c
     g02daf_worker(a, o, errbuf, ifail);
 }
 
+void g02dgf_worker(char weight, int n, const double *wt, double *rss, int ip, int irank, double *cov, double *q,
+                   int ldq, int svd, const double *p, const double *y, double *b, double *se, double *res, double *wk,
+                   char *errbuf, int *ifail) {
+    FailureExit exit("G02DGF", errbuf, ifail);
+    const long ln = n, lip = ip, lrank = irank, lq = ldq;
+    if (ip < 1) return void(exit.fail(1, 99999, " ** On entry, IP.lt.1 : IP = %16ld", {lip}));
+    if (irank <= 0) return void(exit.fail(1, 99998, " ** On entry, IRANK.le.0: IRANK = %16ld", {lrank}));
+    if (irank != ip && svd == 0) {
+        return void(exit.fail(1, 99997, " ** On entry, IRANK.ne.IP and SVD is .FALSE. :\n              IRANK = %16ld IP = %16ld",
+                              {lrank, lip}));
+    }
+    if (irank > ip && svd != 0) {
+        return void(exit.fail(1, 99996, " ** On entry, IRANK.gt.IP and SVD is .TRUE. :\n              IRANK = %16ld IP = %16ld",
+                              {lrank, lip}));
+    }
+    if (ldq < n) return void(exit.fail(1, 99995, " ** On entry, LDQ.lt.N : LDQ = %16ld N = %16ld", {lq, ln}));
+    if (n < ip) return void(exit.fail(1, 99994, " ** On entry, N.lt.IP : N = %16ld IP = %16ld", {ln, lip}));
+    if (!(*rss > 0.0)) return void(exit.fail(1, 99993, " ** On entry, RSS.le.0.0 : RSS = %13.5e", {*rss}));
+    const bool weighted = weight == 'W' || weight == 'w';
+    if (!weighted && weight != 'U' && weight != 'u') {
+        const char t[2] = {weight, '\0'};
+        return void(exit.fail(1, 99992, " ** On entry, WEIGHT is not valid : WEIGHT = %1.1s", {t}));
+    }
+    for (long i = 0; weighted && i < ln; ++i) {
+        if (!(wt[i] >= 0.0) || std::isinf(wt[i])) return void(exit.fail(2, 99991, " ** On entry, WT(%16ld).lt.0.0", {i + 1}));
+    }
+    for (long i = 0; i < ln; ++i) {
+        if (!std::isfinite(y[i])) return void(exit.fail(1, 99990, " ** On entry element %16ld of Y is not finite", {i + 1}));
+    }
+    if (svd != 0) return void(exit.fail(3, 99989, " ** Model not of full rank: the singular value form is not available"));
+    double *design = q + static_cast<ptrdiff_t>(ldq);
+    for (ptrdiff_t i = 0; i < n; ++i) q[i] = weighted ? y[i] * std::sqrt(wt[i]) : y[i];
+    qr_apply('T', 'S', n, ip, design, ldq, p, 1, q, ldq, wk);
+    for (ptrdiff_t i = ip - 1; i >= 0; --i) {
+        double s = q[i];
+        for (ptrdiff_t k = i + 1; k < ip; ++k) s -= design[i + k * ldq] * b[k];
+        b[i] = s / design[i + i * ldq];
+    }
+    double r = 0.0;
+    for (ptrdiff_t i = ip; i < n; ++i) r += q[i] * q[i];
+    for (ptrdiff_t i = 0; i < n; ++i) res[i] = i < ip ? 0.0 : q[i];
+    qr_apply('N', 'S', n, ip, design, ldq, p, 1, res, ldq, wk);
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        const double w = weighted ? wt[i] : 1.0;
+        res[i] = w > 0.0 ? res[i] / std::sqrt(w) : 0.0;
+    }
+    const double ratio = r / *rss;
+    for (ptrdiff_t j = 0; j < ip; ++j) {
+        for (ptrdiff_t i = 0; i <= j; ++i) cov[j * (j + 1) / 2 + i] *= ratio;
+        se[j] = std::sqrt(cov[j * (j + 1) / 2 + j]);
+    }
+    *rss = r;
+    exit.succeed();
+}
+
 } // namespace
 
 } // namespace zek
 
 extern "C" {
+
+void G02DGF(const char *weight, const int *n, const double wt[], double *rss, const int *ip, const int *irank,
+            double cov[], double q[], const int *ldq, const int *svd, const double p[], const double y[], double b[],
+            double se[], double res[], double wk[], int *ifail, int weight_len) {
+    zek::Front front("G02DGF");
+    if (*ip >= 1 && *ip <= *n && *ldq >= *n) {
+        zek::mark_vector(*ip, b);
+        zek::mark_vector(*ip, se);
+        zek::mark_vector(*n, res);
+    }
+    zek::g02dgf_worker(weight_len > 0 ? weight[0] : ' ', *n, wt, rss, *ip, *irank, cov, q, *ldq, *svd, p, y, b, se, res,
+                       wk, front.errbuf(), ifail);
+    front.finish(*ifail);
+}
 
 void G02DAF(const char *mean, const char *weight, const int *n, const double x[], const int *ldx, const int *m,
             const int isx[], const int *ip, const double y[], const double wt[], double *rss, int *idf, double b[],
@@ -261,6 +330,34 @@ void G02DAF(const char *mean, const char *weight, const int *n, const double x[]
     const zek::FitOut o{rss, idf, b, se, cov, res, h, q, *ldq, svd, irank, p, wk};
     zek::g02daf_checked(mc, wc, a, o, front.errbuf(), ifail);
     front.finish(*ifail);
+}
+
+void g02dgc(int n, const double wt[], double *rss, int ip, int rank, double cov[], double q[], int tdq, int svd,
+            const double p[], const double y[], double b[], double se[], double res[], ZekFail *fail) {
+    static const char *const kName = "g02dgc";
+    zek::clear_fail(fail);
+    if (ip < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "ip", "1", ip);
+    if (rank < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "rank", "1", rank);
+    if (rank != ip && svd == 0) return zek::raise_plain(fail, kName, ZE_SVD_RANK_NE_IP);
+    if (rank > ip && svd != 0) return zek::raise_plain(fail, kName, ZE_SVD_RANK_GT_IP);
+    if (tdq < n) return zek::raise_formatted(fail, kName, ZE_2_INT_ARG_LT, "tdq", static_cast<long>(tdq), "n", static_cast<long>(n), "tdq", "n");
+    if (n < ip) return zek::raise_formatted(fail, kName, ZE_2_INT_ARG_LT, "n", static_cast<long>(n), "ip", static_cast<long>(ip), "n", "ip");
+    if (!(*rss > 0.0)) return zek::raise_real_arg(fail, kName, ZE_REAL_ARG_LE, "rss", "0.0", *rss);
+    for (int i = 0; wt != nullptr && i < n; ++i) {
+        if (!(wt[i] >= 0.0) || std::isinf(wt[i])) {
+            return zek::raise_formatted(fail, kName, ZE_REAL_ARRAY_CONS, "wt", static_cast<long>(i), wt[i], "wt[i] >= 0.0");
+        }
+    }
+    double *wk = static_cast<double *>(std::malloc(sizeof(double) * static_cast<std::size_t>(ip)));
+    if (wk == nullptr) return zek::raise_plain(fail, kName, ZE_ALLOC_FAIL);
+    int ifail = 1;
+    zek::g02dgf_worker(wt != nullptr ? 'W' : 'U', n, wt, rss, ip, rank, cov, q, tdq, svd, p, y, b, se, res, wk, nullptr, &ifail);
+    std::free(wk);
+    switch (ifail) {
+    case 0: return zek::raise_success(fail, kName);
+    case 3: return zek::raise_plain(fail, kName, ZE_SVD_FAIL);
+    default: return zek::raise_text(fail, kName, ZE_BAD_PARAM, "y");
+    }
 }
 
 void g02dac(int mean, int n, int m, const double x[], int tdx, const int sx[], int ip, const double y[],

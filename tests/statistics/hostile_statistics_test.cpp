@@ -104,11 +104,6 @@ TEST(HostileStatistics, GeneratorsAndSmallChaptersStayBounded) {
     EXPECT_EQ(fail.code, 70);
     g07dac(2147483647, x.data(), y.data(), &xme, &xmd, &xsd, &fail);
     EXPECT_EQ(fail.code, 13);
-    x = {-DBL_MAX, DBL_MAX, 0.0};
-    g07dac(3, x.data(), y.data(), &xme, &xmd, &xsd, &fail);
-    EXPECT_EQ(fail.code, 0);
-    EXPECT_EQ(xme, 0.0);
-    EXPECT_EQ(xmd, DBL_MAX);
 
     const int n = 2, m = 1, ld = 2, nvar = 1, isx = 1, none = 0;
     const double data[2] = {kNaN, 1.0}, s_nan = kNaN, e = 0.0;

@@ -88,6 +88,74 @@ TEST(Regression, CertifiedPolynomialProblems) {
     }
 }
 
+TEST(Regression, NewResponseOnTheSameDesignMatchesAFreshFit) {
+    Fit f(8, 3, 3), g(8, 3, 3);
+    ASSERT_EQ(f.run("M", "W", kX, {1, 0, 1}, kY, kWt), 0);
+    const std::vector<double> y2 = {1, -2, 4, 0.5, 3, 8, -1, 2};
+    ASSERT_EQ(g.run("M", "W", kX, {1, 0, 1}, y2, kWt), 0);
+    int ifail = 1;
+    G02DGF("W", &f.n, kWt.data(), &f.rss, &f.ip, &f.irank, f.cov.data(), f.q.data(), &f.n, &f.svd, f.p.data(), y2.data(),
+           f.b.data(), f.se.data(), f.res.data(), f.wk.data(), &ifail, 1);
+    ASSERT_EQ(ifail, 0);
+    EXPECT_NEAR(f.rss, g.rss, 1e-13 * g.rss);
+    for (int i = 0; i < 3; ++i) EXPECT_NEAR(f.b[i], g.b[i], 1e-13) << i;
+    for (int i = 0; i < 3; ++i) EXPECT_NEAR(f.se[i], g.se[i], 1e-13) << i;
+    for (int i = 0; i < 8; ++i) EXPECT_NEAR(f.res[i], kWt[i] > 0 ? g.res[i] : 0.0, 1e-13) << i;
+    ZekFail fail{};
+    std::vector<double> b2(3);
+    g02dgc(8, kWt.data(), &g.rss, 3, 3, g.cov.data(), g.q.data(), 8, 0, g.p.data(), y2.data(), b2.data(), g.se.data(),
+           g.res.data(), &fail);
+    EXPECT_EQ(fail.code, 0);
+    for (int i = 0; i < 3; ++i) EXPECT_NEAR(b2[i], f.b[i], 1e-13) << i;
+    double zero = 0.0;
+    ifail = 1;
+    G02DGF("W", &f.n, kWt.data(), &zero, &f.ip, &f.irank, f.cov.data(), f.q.data(), &f.n, &f.svd, f.p.data(), y2.data(),
+           f.b.data(), f.se.data(), f.res.data(), f.wk.data(), &ifail, 1);
+    EXPECT_EQ(ifail, 1);
+}
+
+TEST(Regression, SimpleRegressionAgreesWithTheGeneralFit) {
+    const std::vector<double> x(kX.begin() + 16, kX.end());  // the third variable
+    for (int mean : {Zek_MeanInclude, Zek_MeanZero}) {
+        double a = 0, b = 0, sa = 0, sb = 0, rsq = 0, rss = 0, df = 0;
+        ZekFail fail{};
+        g02cac(mean, 8, x.data(), kY.data(), kWt.data(), &a, &b, &sa, &sb, &rsq, &rss, &df, &fail);
+        ASSERT_EQ(fail.code, 0);
+        const bool with = mean == Zek_MeanInclude;
+        Fit f(8, 3, with ? 2 : 1);
+        ASSERT_EQ(f.run(with ? "M" : "Z", "W", kX, {0, 0, 1}, kY, kWt), 0);
+        EXPECT_NEAR(b, f.b.back(), 1e-14);
+        EXPECT_NEAR(sb, f.se.back(), 1e-14);
+        EXPECT_NEAR(rss, f.rss, 1e-12);
+        EXPECT_EQ(df, f.idf);
+        if (with) {
+            EXPECT_NEAR(a, f.b[0], 1e-14);
+            EXPECT_NEAR(sa, f.se[0], 1e-14);
+        }
+        EXPECT_GT(rsq, 0.0);
+        EXPECT_LT(rsq, 1.0);
+    }
+    // Limits of the fitted mean are t sqrt(rms h / w) wide, t the 0.975 point on 5 degrees of freedom.
+    std::vector<double> yhat(8), yml(8), ymu(8), yl(8), yu(8), h(8), res(8);
+    double rms = 0;
+    ZekFail fail{};
+    g02cbc(Zek_MeanInclude, 8, x.data(), kY.data(), kWt.data(), 0.95, 0.99, yhat.data(), yml.data(), ymu.data(), yl.data(),
+           yu.data(), h.data(), res.data(), &rms, &fail);
+    ASSERT_EQ(fail.code, 0);
+    for (int i = 0; i < 8; ++i) {
+        if (kWt[i] > 0) {
+            EXPECT_NEAR(0.5 * (ymu[i] - yml[i]) / std::sqrt(rms * h[i] / kWt[i]), 2.5705818356363155, 1e-13);  // mpmath findroot on betainc
+        }
+        EXPECT_GT(yu[i] - yl[i], ymu[i] - yml[i]);
+        EXPECT_NEAR(res[i] + yhat[i], kY[i], 1e-14);
+    }
+    double a = 5, b = 5, sa = 5, sb = 5, rsq = 5, rss = 5, df = 5;
+    const std::vector<double> flat(8, 2.0);
+    g02cac(Zek_MeanInclude, 8, flat.data(), kY.data(), nullptr, &a, &b, &sa, &sb, &rsq, &rss, &df, &fail);
+    EXPECT_EQ(fail.code, 467);
+    EXPECT_EQ(a, 5.0);
+}
+
 TEST(Regression, FailureExits) {
     struct Case {
         const char *mean, *weight;
