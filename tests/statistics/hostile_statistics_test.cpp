@@ -141,7 +141,6 @@ TEST(HostileStatistics, RegressionRejectsNonFiniteDataAndOddSizes) {
         {"largest data", &x[0], 1.7976931348623157e308, n, ip, 5},
     };
     for (const Case &c : cases) {
-        std::vector<double> xs = x, ys = y, ws = wt;
         double saved = 0;
         if (c.poison != nullptr) {
             saved = *c.poison;
