@@ -94,6 +94,8 @@ int main(void) {
     tour_lp();
     tour_integer();
     tour_statistics();
+    tour_roots();
+    tour_svd();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces);
     dlclose(library);
     return 0;

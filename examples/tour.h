@@ -31,5 +31,7 @@ void tour_options(void);
 void tour_lp(void);
 void tour_integer(void);
 void tour_statistics(void);
+void tour_roots(void);
+void tour_svd(void);
 
 #endif

@@ -40,10 +40,14 @@ ZEK_API void f04aec(int n, int nrhs, const double *a, int tda, const double *b, 
  * overwritten by its QR factorisation in the form of F01QCF (R over the upper triangle, ZETA(n) the
  * zetas), b(m) by Q'*b with x in its first n places.  *SIGMA = ||b - A*x|| / sqrt(m - n), the residual
  * standard error (0 when m = n); with R in A it is what F04YAF needs (SVD false, NRA = tda).  The rank
- * is decided by the reciprocal condition number of R (1-norm, estimated): below TOL (TOL <= 0: n times
- * the machine precision) A counts as rank deficient, *IRANK receives the number of leading diagonal
- * elements of R above TOL times the largest, no solution is formed and code 376 ZE_RANK_LT_N is
- * raised; otherwise *IRANK = n.  Codes 11 ZE_INT_ARG_LT (n < 1), 17 ZE_2_INT_ARG_LT (m < n, tda < m),
+ * is decided by the reciprocal condition number of R (1-norm, estimated): at or above TOL (TOL <= 0:
+ * n times the machine precision) *IRANK = n and x = R^-1*(Q'*b)(1:n).  Below it the problem counts as
+ * rank deficient and x is the minimum-norm solution from the SVD R = U*S*V': *IRANK receives the number
+ * of singular values above TOL times the largest, x = V*S^+*U'*(Q'*b)(1:n) over them, the first n rows
+ * of A the rows of V' and ZETA(n) the singular values, largest first (the SVD true form of F04YAF), and
+ * *SIGMA = ||b - A*x|| / sqrt(m - IRANK) (0 when m = IRANK); the call succeeds.  Codes 11 ZE_INT_ARG_LT
+ * (n < 1), 17 ZE_2_INT_ARG_LT (m < n, tda < m), 291 ZE_SVD_FAIL (the SVD did not converge, or A holds
+ * a NaN or an infinity),
  * 73 ZE_ALLOC_FAIL. */
 ZEK_API void f04jgc(int m, int n, double *a, int tda, double *b, double tol, double *sigma, int *irank, double *zeta,
                     ZekFail *fail) ZEK_SYMBOL("q30404");

@@ -1,5 +1,5 @@
-/* Chapter F08: orthogonal factorisations (this header: the QR routines; the eigenproblem reductions
- * follow in their own section).
+/* Chapter F08: orthogonal factorisations (the QR routines) and the eigenproblem reductions (their own
+ * section below).
  *
  * Each routine is the published operation after the slash of its report name, in its argument order
  * and meaning: Householder reflectors H(i) = I - tau*v*v' with v(1) = 1 stored below the diagonal and
@@ -7,7 +7,7 @@
  * first letter with hidden lengths last.  An illegal argument sets INFO = -(its position) and is
  * reported through the silent hook q23865 only: INFO is the whole report.
  *
- * The export symbols of these four routines are the library's own choice.
+ * The export symbols of the four QR routines are the library's own choice.
  */
 #ifndef ZEK2_F08_H
 #define ZEK2_F08_H
@@ -40,6 +40,82 @@ ZEK_API void F08AGZ(const char *side, const char *trans, const int *m, const int
  * TAU(min(M,N)); WORK(3*N). */
 ZEK_API void F08BEF(const int *m, const int *n, double *a, const int *lda, int *jpvt, double *tau, double *work,
                     int *info) ZEK_SYMBOL("q30804");
+
+/* ---- Eigenproblem reductions ---------------------------------------------------------------------
+ *
+ * Each of these is a master with a leading selector (f08xxf_ENTRY, exported under its own name) and
+ * the exported stub that passes 0; the selector changes nothing.  Arguments and results are those of
+ * the published routine after the slash; complex arrays are pairs of doubles.  INFO = -(position of the
+ * first bad argument), reported through the silent hook only.  The iterations allow 30 sweeps per row
+ * of the active block; INFO = i > 0 reports that limit, with the eigenvalues i+1..IHI found. */
+
+/* "F08PEF/DHSEQR": eigenvalues (JOB 'E') or the real Schur form T (JOB 'S', standard 2 by 2 blocks
+ * for complex pairs, the pair with positive imaginary part first) of the Hessenberg H, rows and
+ * columns ILO..IHI active; COMPZ 'N' no Schur vectors, 'I' Z = the Schur vectors, 'V' Z := Z*(them).
+ * WORK(max(1,N)), LWORK >= max(1,N) or -1 for the size query. */
+ZEK_API void F08PEF(const char *job, const char *compz, const int *n, const int *ilo, const int *ihi, double *h,
+                    const int *ldh, double *wr, double *wi, double *z, const int *ldz, double *work, const int *lwork,
+                    int *info, int job_len, int compz_len) ZEK_SYMBOL("q90698");
+ZEK_API void f08pef_ENTRY(int selector, const char *job, const char *compz, const int *n, const int *ilo,
+                          const int *ihi, double *h, const int *ldh, double *wr, double *wi, double *z, const int *ldz,
+                          double *work, const int *lwork, int *info, int job_len, int compz_len)
+    ZEK_SYMBOL("f08pef_ENTRY");
+
+/* "F08PSF/ZHSEQR": F08PEF for a complex H (T upper triangular), eigenvalues in W. */
+ZEK_API void F08PSF(const char *job, const char *compz, const int *n, const int *ilo, const int *ihi, double *h,
+                    const int *ldh, double *w, double *z, const int *ldz, double *work, const int *lwork, int *info,
+                    int job_len, int compz_len) ZEK_SYMBOL("q74006");
+ZEK_API void f08psf_ENTRY(int selector, const char *job, const char *compz, const int *n, const int *ilo,
+                          const int *ihi, double *h, const int *ldh, double *w, double *z, const int *ldz, double *work,
+                          const int *lwork, int *info, int job_len, int compz_len) ZEK_SYMBOL("f08psf_ENTRY");
+
+/* The inner iterations behind them (published form of the small-matrix QR iteration): WANTT, WANTZ
+ * logical words; Z rows ILOZ..IHIZ updated. */
+ZEK_API void F08PEZ(const int *wantt, const int *wantz, const int *n, const int *ilo, const int *ihi, double *h,
+                    const int *ldh, double *wr, double *wi, const int *iloz, const int *ihiz, double *z,
+                    const int *ldz, int *info) ZEK_SYMBOL("q46216");
+ZEK_API void F08PSZ(const int *wantt, const int *wantz, const int *n, const int *ilo, const int *ihi, double *h,
+                    const int *ldh, double *w, const int *iloz, const int *ihiz, double *z, const int *ldz, int *info)
+    ZEK_SYMBOL("q46057");
+
+/* "F08QTF/ZTREXC": moves the diagonal element IFST of the complex Schur form T to position ILST by
+ * unitary similarity; COMPQ 'V' updates Q := Q*(the transformation), 'N' leaves Q alone. */
+ZEK_API void F08QTF(const char *compq, const int *n, double *t, const int *ldt, double *q, const int *ldq,
+                    const int *ifst, const int *ilst, int *info, int compq_len) ZEK_SYMBOL("q55955");
+ZEK_API void f08qtf_ENTRY(int selector, const char *compq, const int *n, double *t, const int *ldt, double *q,
+                          const int *ldq, const int *ifst, const int *ilst, int *info, int compq_len)
+    ZEK_SYMBOL("f08qtf_ENTRY");
+
+/* "F08JJF/DSTEBZ": eigenvalues of the symmetric tridiagonal matrix (D(N), E(N-1)) by bisection; RANGE
+ * 'A' all, 'V' those in (VL, VU], 'I' the IL-th to IU-th smallest; ORDER 'B' by split block (ascending
+ * in each), 'E' ascending overall.  VL, VU and ABSTOL travel by value.  M values in W with their block
+ * numbers in IBLOCK; NSPLIT blocks ending at rows ISPLIT.  ABSTOL <= 0 means the precision times the
+ * Gershgorin bound.  WORK(4N) and IWORK(3N) are accepted and not needed.  INFO = 4: D or E holds a NaN
+ * or an infinity (M = 0). */
+ZEK_API void F08JJF(const char *range, const char *order, const int *n, double vl, double vu, const int *il,
+                    const int *iu, double abstol, const double *d, const double *e, int *m, int *nsplit, double *w,
+                    int *iblock, int *isplit, double *work, int *iwork, int *info, int range_len, int order_len)
+    ZEK_SYMBOL("q45541");
+ZEK_API void f08jjf_ENTRY(int selector, const char *range, const char *order, const int *n, double vl, double vu,
+                          const int *il, const int *iu, double abstol, const double *d, const double *e, int *m,
+                          int *nsplit, double *w, int *iblock, int *isplit, double *work, int *iwork, int *info,
+                          int range_len, int order_len) ZEK_SYMBOL("f08jjf_ENTRY");
+
+/* "F08QKF/DTREVC": right (SIDE 'R'), left ('L') or both ('B') eigenvectors of the upper quasi-triangular
+ * T in Schur form (standard 2 by 2 blocks).  HOWMNY 'A': all, in VL/VR column by column; 'B': all,
+ * back-transformed by the matrix that VL/VR hold on entry (Q of the Schur factorisation); 'S': those
+ * SELECT chooses, in consecutive columns; for a pair either SELECT entry chooses it and on return the
+ * first is set and the second cleared.  A pair takes two columns, the real and imaginary parts of the
+ * vector of the eigenvalue with positive imaginary part; left vectors u satisfy u^H T = lambda u^H.
+ * Each vector is scaled so that its largest component has |re| + |im| = 1.  M (<= MM) columns are
+ * used.  WORK(3N) is accepted and not needed. */
+ZEK_API void F08QKF(const char *side, const char *howmny, int *select, const int *n, const double *t, const int *ldt,
+                    double *vl, const int *ldvl, double *vr, const int *ldvr, const int *mm, int *m, double *work,
+                    int *info, int side_len, int howmny_len) ZEK_SYMBOL("q66569");
+ZEK_API void f08qkf_ENTRY(int selector, const char *side, const char *howmny, int *select, const int *n,
+                          const double *t, const int *ldt, double *vl, const int *ldvl, double *vr, const int *ldvr,
+                          const int *mm, int *m, double *work, int *info, int side_len, int howmny_len)
+    ZEK_SYMBOL("f08qkf_ENTRY");
 
 ZEK_END_DECLS
 

@@ -15,6 +15,7 @@
 #include "kernels/lu.h"
 #include "kernels/norm_estimation.h"
 #include "kernels/qr.h"
+#include "kernels/svd.h"
 #include "zek2/f03.h"
 #include "zek2/f04.h"
 #include "zek2/frame.h"
@@ -161,15 +162,17 @@ bool raise_order(ZekFail *fail, const char *name, const char *nname, int n) {
     }
     return false;
 }
+
+} // namespace
+
 bool raise_leading(ZekFail *fail, const char *name, const char *tdname, int td, const char *nname, int n) {
     if (td < n) {
-        raise_formatted(fail, name, 17, tdname, static_cast<long>(td), nname, static_cast<long>(n), tdname, nname);
+        raise_formatted(fail, name, ZE_2_INT_ARG_LT, tdname, static_cast<long>(td), nname, static_cast<long>(n),
+                        tdname, nname);
         return true;
     }
     return false;
 }
-
-} // namespace
 
 } // namespace zek
 
@@ -354,16 +357,48 @@ extern "C" void f04jgc(int m, int n, double *a, int tda, double *b, double tol, 
     const double limit = tol > 0.0 ? tol : n * zek::precision();
     const double rcond = zek::triangular_rcond(n, a, tda, work, iwork);
     const std::ptrdiff_t ld = tda;
-    if (!(rcond > limit)) {
-        // Rank deficient to the tolerance: the leading diagonal elements of R above tol (or the
-        // precision) times the largest tell the numerical rank.  No solution is formed.
-        double rmax = 0.0;
-        for (int k = 0; k < n; ++k) rmax = std::max(rmax, std::fabs(a[k + k * ld]));
-        int rank = 0;
-        while (rank < n && std::fabs(a[rank + rank * ld]) > limit * rmax) ++rank;
-        *irank = rank;
+    bool finite = true;
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i <= j; ++i) finite = finite && std::isfinite(a[i + j * ld]);
+    if (!(rcond > limit) || !finite) {
+        // Rank deficient to the tolerance: the minimum-norm solution from the SVD R = U*S*V'.  With
+        // c = (Q'*b)(1:n), x = V*S^+*U'*c over the values above TOL (or the precision) times the
+        // largest; V' goes to the first n rows of A and S to ZETA, as F04YAF reads them.
         ZEK_RELEASE(&space);
-        zek::raise_plain(fail, name, ZE_RANK_LT_N);
+        const std::ptrdiff_t nn = n;
+        const std::ptrdiff_t lsvd = zek::svd_workspace(n, n, true, true);
+        space = ZEK_ALLOCATE(sizeof(double) * static_cast<std::size_t>(3 * nn * nn + 2 * nn + lsvd + m));
+        if (space == nullptr) {
+            zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
+            return;
+        }
+        double *r = static_cast<double *>(space), *u = r + nn * nn, *vt = u + nn * nn, *c = vt + nn * nn;
+        double *sv = c + nn, *svdw = sv + nn;
+        zek::qr_apply('T', 'S', m, n, a, tda, zeta, 1, b, m, svdw);
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i < n; ++i) r[i + j * nn] = i <= j ? a[i + j * ld] : 0.0;
+        if (zek::svd(n, n, r, n, sv, u, n, vt, n, svdw) != 0) {
+            ZEK_RELEASE(&space);
+            zek::raise_plain(fail, name, ZE_SVD_FAIL);
+            return;
+        }
+        int rank = 0;
+        while (rank < n && sv[rank] > limit * sv[0]) ++rank;
+        double rss = m > n ? zek::dnrm2(m - n, b + n, 1) : 0.0;
+        for (int i = 0; i < n; ++i) {
+            c[i] = zek::dot(n, u + i * nn, 1, b, 1);
+            if (i >= rank) rss = std::hypot(rss, c[i]);
+        }
+        for (int j = 0; j < n; ++j) b[j] = 0.0;
+        for (int i = 0; i < rank; ++i) zek::axpy(n, c[i] / sv[i], vt + i, n, b, 1);
+        for (int j = 0; j < n; ++j) {
+            zek::copy(n, vt + j * nn, 1, a + j * ld, 1);
+            zeta[j] = sv[j];
+        }
+        *irank = rank;
+        *sigma = m > rank ? rss / std::sqrt(static_cast<double>(m - rank)) : 0.0;
+        ZEK_RELEASE(&space);
+        zek::raise_success(fail, name);
         return;
     }
     *irank = n;

@@ -447,12 +447,34 @@ TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheC
     F04YAF(&job, &n, &sigma, qa.data(), &qa.ld, &svd, &irank, nullptr, cj.data(), w.data(), &ifail);
     EXPECT_EQ(ifail, 0);
     for (double c : cj) EXPECT_GT(c, 0.0);
-    // Rank deficiency is reported with the numerical rank.
-    Mat d = make_matrix(Kind::RankDeficient, 20, 8, 2);
-    Mat db = make_matrix(Kind::Random, 20, 1, 3);
-    f04jgc(20, 8, d.data(), d.ld, db.data(), 1e-10, &sigma, &irank, zeta.data(), &fail);
-    EXPECT_EQ(fail.code, 376);
-    EXPECT_LT(irank, 8);
+    // Rank deficient (rank 4 of 8): the minimum-norm solution, as reference LAPACK's SVD solver gives it.
+    using Gelss = void (*)(const int *, const int *, const int *, double *, const int *, double *, const int *,
+                           double *, const double *, int *, double *, const int *, int *);
+    auto dgelss = lapack.get<Gelss>("dgelss");
+    ASSERT_NE(dgelss, nullptr);
+    const int dm = 20, dn = 8;
+    Mat d = make_matrix(Kind::RankDeficient, dm, dn, 2);
+    Mat db = make_matrix(Kind::Random, dm, 1, 3);
+    const Mat d0 = d, db0 = db;
+    Mat ld_ = d, lb = db;
+    std::vector<double> ls(dn);
+    const double rc = 1e-10;
+    int lrank = 0;
+    dgelss(&dm, &dn, &one, ld_.data(), &ld_.ld, lb.data(), &lb.ld, ls.data(), &rc, &lrank, work.data(), &lwork, &info);
+    ASSERT_EQ(info, 0);
+    f04jgc(dm, dn, d.data(), d.ld, db.data(), rc, &sigma, &irank, zeta.data(), &fail);
+    ASSERT_EQ(fail.code, 0);
+    EXPECT_EQ(irank, 4);
+    EXPECT_EQ(irank, lrank);
+    for (int i = 0; i < dn; ++i) EXPECT_NEAR(db(i, 0), lb(i, 0), 1e-12) << i;
+    double lrss = 0.0;
+    for (int i = 0; i < dm; ++i) {
+        double r = db0(i, 0);
+        for (int j = 0; j < dn; ++j) r -= d0(i, j) * lb(j, 0);
+        lrss += r * r;
+    }
+    EXPECT_NEAR(sigma, std::sqrt(lrss / (dm - irank)), 1e-12);
+    for (int i = 0; i < irank; ++i) EXPECT_NEAR(zeta[i], ls[i], 1e-12 * ls[0]);
     f04jgc(3, 4, d.data(), 3, db.data(), 0.0, &sigma, &irank, zeta.data(), &fail);
     EXPECT_EQ(fail.code, 17);
 }

@@ -1,0 +1,130 @@
+// Hostile input for the singular value decomposition and the Schur iterations: NaN, infinities, the
+// extreme numbers, empty and negative sizes.  Each row must end in its result or its failure exit.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "factor_test_support.h"
+#include "frame/raise.h"
+#include "kernels/schur.h"
+#include "kernels/svd.h"
+#include "zek2/f02.h"
+#include "zek2/f04.h"
+#include "zek2/messages.h"
+
+using namespace zek_test;
+
+namespace {
+
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInf = std::numeric_limits<double>::infinity();
+constexpr double kMax = std::numeric_limits<double>::max();
+constexpr double kMin = std::numeric_limits<double>::min();
+
+struct Poison {
+    const char *name;
+    double value;
+    bool finite;
+};
+const Poison kPoisons[] = {{"nan", kNan, false},  {"plus_inf", kInf, false}, {"minus_inf", -kInf, false},
+                           {"largest", kMax, true}, {"smallest", kMin, true},  {"denormal", kMin / 1024, true}};
+
+TEST(HostileEigen, BidiagonalIterationEndsOnEveryValue) {
+    for (const Poison &p : kPoisons) {
+        for (int where : {0, 1, 2}) {
+            SCOPED_TRACE(std::string(p.name) + " at " + std::to_string(where));
+            const int n = 4, zero = 0, one = 1;
+            std::vector<double> d = {1, 2, 3, 4}, e = {1, 1, 1}, work(4 * n);
+            if (where < 2) d[where] = p.value;
+            else e[1] = p.value;
+            double dummy = 0.0;
+            int ifail = 1;
+            F02SYZ(&n, d.data(), e.data(), &zero, &dummy, &one, &zero, &dummy, &one, &zero, &dummy, &one, work.data(),
+                   &ifail);
+            if (p.finite) {
+                EXPECT_EQ(ifail, 0);
+                for (double v : d) EXPECT_TRUE(std::isfinite(v));
+            } else {
+                EXPECT_EQ(ifail, 2);
+            }
+        }
+    }
+}
+
+TEST(HostileEigen, SizesAndWorkspace) {
+    // N 0 succeeds at once; negative counts and short leading dimensions are argument errors.
+    double dummy = 0.0;
+    int ifail = 1, zero = 0, one = 1, minus = -1;
+    F02SYZ(&zero, &dummy, &dummy, &zero, &dummy, &one, &zero, &dummy, &one, &zero, &dummy, &one, &dummy, &ifail);
+    EXPECT_EQ(ifail, 0);
+    struct Row {
+        int n, ncolb, ldb, nrowy, ldy, ncolz, ldz;
+    };
+    for (const Row &r : {Row{-1, 0, 1, 0, 1, 0, 1}, Row{2, -1, 2, 0, 1, 0, 1}, Row{2, 1, 1, 0, 1, 0, 1},
+                         Row{2, 0, 1, 3, 2, 0, 1}, Row{2, 0, 1, 0, 1, 1, 1}, Row{2, 0, 1, minus, 1, minus, 1}}) {
+        ifail = 1;
+        double d[2] = {1, 2}, e[1] = {1}, w[8], m[16] = {};
+        F02SYZ(&r.n, d, e, &r.ncolb, m, &r.ldb, &r.nrowy, m, &r.ldy, &r.ncolz, m, &r.ldz, w, &ifail);
+        EXPECT_EQ(ifail, 1);
+        EXPECT_EQ(d[0], 1.0);
+    }
+}
+
+TEST(HostileEigen, DriversReportNonFiniteData) {
+    for (const Poison &p : kPoisons) {
+        SCOPED_TRACE(p.name);
+        const int m = 6, n = 4;
+        Mat a = make_matrix(Kind::Random, m, n, 9);
+        a(2, 1) = p.value;
+        if (p.finite && std::fabs(p.value) > 1.0) continue;  // the products of the largest overflow, by contract
+        std::vector<double> s(n), work(zek::svd_workspace(m, n, true, true));
+        Mat u(m, n), vt(n, n);
+        Mat a1 = a;
+        const int missing = zek::svd(m, n, a1.data(), a1.ld, s.data(), u.data(), u.ld, vt.data(), vt.ld, work.data());
+        EXPECT_EQ(missing != 0, !p.finite);
+        ZekFail fail = zek::clean_fail();
+        fail.print = 0;
+        double cond = 0.0, pt[16];
+        Mat a2 = a;
+        zek::f02wdc(m, n, a2.data(), a2.ld, 0, nullptr, 1, 1, s.data(), 1, pt, 4, &cond, &fail);
+        EXPECT_EQ(fail.code, p.finite ? 0 : ZE_SVD_FAIL);
+        Mat a3 = a, b(m, 1);
+        std::vector<double> zeta(n);
+        double sigma = 0.0;
+        int irank = 0;
+        f04jgc(m, n, a3.data(), a3.ld, b.data(), 0.0, &sigma, &irank, zeta.data(), &fail);
+        if (!p.finite) {
+            EXPECT_EQ(fail.code, ZE_SVD_FAIL);
+        }
+    }
+}
+
+TEST(HostileEigen, SchurIterationsStopOnNonFiniteData) {
+    for (const Poison &p : kPoisons) {
+        SCOPED_TRACE(p.name);
+        const int n = 5;
+        Mat h = make_matrix(Kind::Random, n, n, 6);
+        for (int j = 0; j < n; ++j)
+            for (int i = j + 2; i < n; ++i) h(i, j) = 0.0;
+        h(2, 2) = p.value;
+        std::vector<double> wr(n), wi(n), scale(n);
+        Mat hb = h;
+        zek::balance_scale(n, hb.data(), hb.ld, scale.data());
+        const int info = zek::hessenberg_qr(false, false, n, 1, n, h.data(), h.ld, wr.data(), wi.data(), 1, n, nullptr, 1);
+        if (!p.finite) {
+            EXPECT_NE(info, 0);
+        }
+        std::vector<zek::ComplexD> hc(n * n), w(n);
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i <= std::min(j + 1, n - 1); ++i) hc[i + j * n] = {1.0 + i, 0.5 * j};
+        hc[2 + 2 * n] = p.value;
+        const int cinfo = zek::hessenberg_qr(false, false, n, 1, n, hc.data(), n, w.data(), 1, n, nullptr, 1);
+        if (!p.finite) {
+            EXPECT_NE(cinfo, 0);
+        }
+    }
+}
+
+} // namespace
