@@ -4,6 +4,8 @@
 
 #include <stdio.h>
 
+#include "zek2/types.h"
+
 /* The address of an export symbol of the loaded library; ends the tour if it is missing. */
 void *tour_bind(const char *symbol);
 /* Prints a section heading. */
@@ -14,11 +16,11 @@ void tour_section(const char *title);
 FILE *tour_open_text(const char *text, char *path_template, int *unit);
 
 /* H02BUF (q35799), the MPSX reader, and H02BVF (q44026), the solution printer, as the tour binds them. */
-typedef void (*tour_mpsx_reader)(const int *, int *, int *, const int *, const int *, double *, double *, double *,
+typedef void (ZEK_CALLBACK *tour_mpsx_reader)(const int *, int *, int *, const int *, const int *, double *, double *, double *,
                                  double *, int *, int *, char *, char *, char *, char *, char *, char *, double *,
                                  const double *, const double *, const char *, const int *, int *, int, int, int,
                                  int, int, int, int);
-typedef void (*tour_solution_printer)(const int *, const int *, const double *, const int *, const char *,
+typedef void (ZEK_CALLBACK *tour_solution_printer)(const int *, const int *, const double *, const int *, const char *,
                                       const double *, const double *, const int *, const double *, const double *,
                                       const double *, int *, int);
 
@@ -33,5 +35,7 @@ void tour_integer(void);
 void tour_statistics(void);
 void tour_roots(void);
 void tour_svd(void);
+void tour_quadrature(void);
+void tour_networks(void);
 
 #endif

@@ -4,8 +4,8 @@
 
 #include "tour.h"
 
-typedef void (*complex_transform)(const char *, double *, const int *, double *, int *, int);
-typedef void (*real_transform)(double *, const int *, double *, int *);
+typedef void (ZEK_CALLBACK *complex_transform)(const char *, double *, const int *, double *, int *, int);
+typedef void (ZEK_CALLBACK *real_transform)(double *, const int *, double *, int *);
 
 static void print_pairs(const char *label, const double *x, int n) {
     printf("%s", label);

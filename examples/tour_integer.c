@@ -9,13 +9,13 @@
 
 void tour_integer(void);
 
-typedef void (*store_fn)(const char *, char *, const int *, int *, const int *, int *, const int *, double *,
+typedef void (ZEK_CALLBACK *store_fn)(const char *, char *, const int *, int *, const int *, int *, const int *, double *,
                          const int *, int *, int, int);
-typedef void (*solver_fn)(int *, const int *, const int *, const int *, const double *, const int *, const double *,
+typedef void (ZEK_CALLBACK *solver_fn)(int *, const int *, const int *, const int *, const double *, const int *, const double *,
                           const double *, const int *, const double *, const int *, const int *, const int *,
                           double *, double *, double *, double *, double *, int *, const int *, double *,
                           const int *, int *, int *, double *, int *);
-typedef void (*copy_fn)(const int *, const int *, const int *, const int *, const double *, const int *, int *,
+typedef void (ZEK_CALLBACK *copy_fn)(const int *, const int *, const int *, const int *, const double *, const int *, int *,
                         double *, double *, double *, int *);
 
 /* Maximise 5 x1 + 4 x2 + 3 y with x1, x2 integer in [0, 3] and y in [0, 2.5], subject to two capacity

@@ -6,9 +6,9 @@
 
 void tour_kernels(void);
 
-typedef void (*product_master)(int, const char *, const char *, int, int, int, double, const double *, int,
+typedef void (ZEK_CALLBACK *product_master)(int, const char *, const char *, int, int, int, double, const double *, int,
                                const double *, int, double, double *, int, int, int);
-typedef void (*product_stub)(const char *, const char *, int, int, int, double, const double *, int, const double *,
+typedef void (ZEK_CALLBACK *product_stub)(const char *, const char *, int, int, int, double, const double *, int, const double *,
                              int, double, double *, int, int, int);
 
 static void print_matrix(const char *title, const double *c, int m, int n, int ldc) {

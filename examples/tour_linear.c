@@ -6,9 +6,9 @@
 #include "tour.h"
 #include "zek2/types.h"
 
-typedef void (*lu_factor)(const int *, const int *, double *, const int *, int *, int *);
-typedef void (*lu_solve)(int, int, const double *, int, const int *, double *, int, ZekFail *);
-typedef void (*determinant)(double *, const int *, const int *, double *, double *, int *);
+typedef void (ZEK_CALLBACK *lu_factor)(const int *, const int *, double *, const int *, int *, int *);
+typedef void (ZEK_CALLBACK *lu_solve)(int, int, const double *, int, const int *, double *, int, ZekFail *);
+typedef void (ZEK_CALLBACK *determinant)(double *, const int *, const int *, double *, double *, int *);
 
 void tour_linear(void) {
     lu_factor f07adf = (lu_factor)tour_bind("q77046");

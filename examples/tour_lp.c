@@ -12,10 +12,10 @@
 
 #include "tour.h"
 
-typedef void (*e04wba_fn)(const char *, char *, const int *, int *, const int *, int *, const int *, double *,
+typedef void (ZEK_CALLBACK *e04wba_fn)(const char *, char *, const int *, int *, const int *, int *, const int *, double *,
                           const int *, int *, int, int);
-typedef void (*e04mhf_fn)(const char *, const int *, int *, int *, double *, int *, int);
-typedef void (*e04mfa_fn)(const int *, const int *, const double *, const int *, const double *, const double *,
+typedef void (ZEK_CALLBACK *e04mhf_fn)(const char *, const int *, int *, int *, double *, int *, int);
+typedef void (ZEK_CALLBACK *e04mfa_fn)(const int *, const int *, const double *, const int *, const double *, const double *,
                           const double *, int *, double *, int *, double *, double *, double *, int *, const int *,
                           double *, const int *, int *, int *, double *, int *);
 

@@ -9,9 +9,9 @@
 
 void tour_options(void);
 
-typedef void (*prepare_fn)(const char *, char *, const int *, int *, const int *, int *, const int *, double *,
+typedef void (ZEK_CALLBACK *prepare_fn)(const char *, char *, const int *, int *, const int *, int *, const int *, double *,
                            const int *, int *);
-typedef void (*option_fn)(const char *, const int *, int *, int *, double *, int *, int);
+typedef void (ZEK_CALLBACK *option_fn)(const char *, const int *, int *, int *, double *, int *, int);
 
 /* A knapsack-like program in fixed columns: two integer columns between the markers, a range on the
  * capacity row, and an upper bound. */

@@ -8,11 +8,11 @@
 
 void tour_sorting(void);
 
-typedef void (*sort_c)(double *, int, int, ZekFail *);
-typedef void (*rank_ifail)(const double *, const int *, const int *, const char *, int *, int *, int);
-typedef void (*rearrange_ifail)(double *, const int *, const int *, int *, int *);
-typedef double (*gamma_c)(double, ZekFail *);
-typedef double (*gamma_ifail)(const double *, int *);
+typedef void (ZEK_CALLBACK *sort_c)(double *, int, int, ZekFail *);
+typedef void (ZEK_CALLBACK *rank_ifail)(const double *, const int *, const int *, const char *, int *, int *, int);
+typedef void (ZEK_CALLBACK *rearrange_ifail)(double *, const int *, const int *, int *, int *);
+typedef double (ZEK_CALLBACK *gamma_c)(double, ZekFail *);
+typedef double (ZEK_CALLBACK *gamma_ifail)(const double *, int *);
 
 static void print_vector(const char *title, const double *v, int n) {
     int i;

@@ -744,7 +744,7 @@ enum ZekMessageCode {
 };
 
 /* The 726 templates by code, followed by an empty string. */
-ZEK_API extern const char *ZEK_MESSAGE_TABLE[727] ZEK_SYMBOL("q56947");
+ZEK_DATA extern const char *ZEK_MESSAGE_TABLE[727] ZEK_SYMBOL("q56947");
 
 /* Raises CODE with MESSAGE (null: the catalogue entry, unformatted) for ROUTINE on FAIL.  A nonzero
  * code on a null FAIL, or on one whose print is set, writes a notice on stderr; a null FAIL gets a

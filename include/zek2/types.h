@@ -34,14 +34,33 @@
 
 /* An exported routine: its calling convention and, on ELF platforms, default visibility (the library is
  * built with hidden visibility, so only ZEK_API names reach the dynamic symbol table; a Windows build
- * exports through its module definition instead). */
+ * exports through its module definition instead).  An exported data word is declared ZEK_DATA. */
 #if defined(_WIN32)
 #define ZEK_API ZEK_CALLBACK
+#define ZEK_DATA
 #else
 #define ZEK_API ZEK_CALLBACK __attribute__((visibility("default")))
+#define ZEK_DATA __attribute__((visibility("default")))
 #endif
-/* The export symbol of a routine: an assembler label, fixed here and nowhere else. */
+/* The export symbol of a routine: an assembler label, fixed here and nowhere else.  On 32-bit Windows
+ * the object file carries it with the C prefix "_", so that the module definition, which names C
+ * symbols, finds it and exports it decorated with its argument bytes ("_q39576@36"). */
+#if defined(_WIN32) && defined(__i386__)
+#define ZEK_SYMBOL(s) __asm__("_" s)
+#else
 #define ZEK_SYMBOL(s) __asm__(s)
+#endif
+/* A second name of a body defined in the same translation unit (several export symbols on one body):
+ *     double X01_PI_ALIAS(void) ZEK_ALIAS("q29759");
+ * The leading "*" names the target's assembler symbol as it stands, which PE objects need; no exception
+ * crosses the library's C interface, so an alias is as nothrow as its target. */
+#if defined(_WIN32) && defined(__i386__)
+#define ZEK_ALIAS(s) __attribute__((alias("*_" s), nothrow))
+#elif defined(_WIN32)
+#define ZEK_ALIAS(s) __attribute__((alias("*" s), nothrow))
+#else
+#define ZEK_ALIAS(s) __attribute__((alias(s)))
+#endif
 
 ZEK_BEGIN_DECLS
 

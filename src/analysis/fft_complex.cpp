@@ -181,7 +181,7 @@ void C06_MULTIPLE_COMPLEX_ELEMENT_BLOCK(int backward, int m, int n, int first, i
 
 namespace {
 
-using BlockWorker = void (*)(int, int, int, int, int, double *, double *, const double *, const int *, int);
+using BlockWorker = void (ZEK_CALLBACK *)(int, int, int, int, int, double *, double *, const double *, const int *, int);
 
 int multiple_complex(BlockWorker worker, const char *direct, int m, int n, double *x, double *work, int direct_len) {
     if (m < 1) return 1;

@@ -6,7 +6,30 @@
 #include "frame/raise.h"
 #include "zek2/x03.h"
 
+#if defined(_WIN32) && defined(__i386__)
+#include <float.h>
+#endif
+
 namespace {
+
+// For the length of the extended accumulation: 53-bit precision and rounding to nearest on the x87
+// unit, everything else of the control word as it was, and the caller's word restored on the way out.
+// The library's own arithmetic is SSE2, but on 32-bit Windows the x87 unit still computes whatever a
+// caller or the runtime leaves to it, and a host may run with 64-bit precision set.
+#if defined(_WIN32) && defined(__i386__)
+class DoubleRounding {
+public:
+    DoubleRounding() : saved_(_controlfp(0, 0)) { _controlfp(_PC_53 | _RC_NEAR, _MCW_PC | _MCW_RC); }
+    ~DoubleRounding() { _controlfp(saved_, 0xFFFFFFFFu); }
+    DoubleRounding(const DoubleRounding &) = delete;
+    DoubleRounding &operator=(const DoubleRounding &) = delete;
+
+private:
+    unsigned int saved_;
+};
+#else
+struct DoubleRounding {};
+#endif
 
 constexpr double kSplitter = 134217729.0;  // 2**27 + 1
 
@@ -49,6 +72,7 @@ extern "C" void x03aac(const double a[], int, const double b[], int, int n, int 
         *d1 = sum;
         *d2 = 0.0;
     } else {
+        [[maybe_unused]] const DoubleRounding rounding{};
         const double s = c1 + c2;
         DoubleDouble acc{s, c2 + (c1 - s)};
         for (std::ptrdiff_t k = 0; k < n; ++k) add_product(acc, a[k * sa], b[k * sb]);

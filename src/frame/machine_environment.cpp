@@ -70,19 +70,19 @@ bool chars_equal_32_cached(char a, char b) {
 extern "C" {
 
 double X01_PI(void) { return from_bits(0x400921FB54442D18ull); }
-double X01_PI_ALIAS(void) __attribute__((alias("q29759")));
+double X01_PI_ALIAS(void) ZEK_ALIAS("q29759");
 double X01_PI_IGNORING(const void *, const void *) { return X01_PI(); }
 
 double X02AJC(void) { return from_bits(0x3CA0040000000000ull); }
 double X02_PRECISION(void) { return g_precision; }
 
 double X02AMC(void) { return zek::safe_minimum(); }
-double X02AMC_ALIAS(void) __attribute__((alias("q14508")));
+double X02AMC_ALIAS(void) ZEK_ALIAS("q14508");
 double X02_SAFE_MINIMUM(void) { return zek::safe_minimum(); }
-double X02_SAFE_MINIMUM_ALIAS(void) __attribute__((alias("q10323")));
+double X02_SAFE_MINIMUM_ALIAS(void) ZEK_ALIAS("q10323");
 
 double X02_LARGEST(void) { return zek::largest(); }
-double X02_LARGEST_ALIAS(void) __attribute__((alias("q83206")));
+double X02_LARGEST_ALIAS(void) ZEK_ALIAS("q83206");
 
 int X02_BASE(void) { return 2; }
 
@@ -107,11 +107,11 @@ void ZEK_RELEASE(void **pointer) {
 }
 
 void ZEK_ARRAY_FILLED(int, const void *) {}
-void ZEK_ARRAY_FILLED_ALIAS(int, const void *) __attribute__((alias("q21446")));
+void ZEK_ARRAY_FILLED_ALIAS(int, const void *) ZEK_ALIAS("q21446");
 void ZEK_SILENT_HOOK(void) {}
-void ZEK_SILENT_HOOK_ALIAS(void) __attribute__((alias("q23865")));
+void ZEK_SILENT_HOOK_ALIAS(void) ZEK_ALIAS("q23865");
 void ZEK_SET_ONE(const void *, int *flag) { *flag = 1; }
-void ZEK_SET_ONE_ALIAS(const void *, int *flag) __attribute__((alias("q65389")));
+void ZEK_SET_ONE_ALIAS(const void *, int *flag) ZEK_ALIAS("q65389");
 
 int ZEK_CHAR_EQUAL(const char *a, const char *b, int, int) {
     const unsigned char x = static_cast<unsigned char>(*a), y = static_cast<unsigned char>(*b);

@@ -47,12 +47,14 @@ void format_into(char *buffer, std::size_t size, const char *fmt, ...) {
     va_end(args);
 }
 
-void notice(const char *caption, const char *text) {
+#if !defined(_WIN32)
+void notice(const char *caption, const char *text, NoticeIcon) {
     std::fprintf(stderr, "%s: %s", caption, text);
     const std::size_t n = std::strlen(text);
     if (n == 0 || text[n - 1] != '\n') std::fputc('\n', stderr);
     std::fflush(stderr);
 }
+#endif
 
 int error_unit() { return g_error_unit; }
 int advisory_unit() { return g_advisory_unit; }
@@ -133,15 +135,15 @@ void X04_STREAM_APPEND(const char *name, const char *text) {
     }
     std::FILE *file = std::fopen(name, "a");
     if (file == nullptr) {
-        zek::notice("", zek::format("Unable To Open Output File: %s\n", name).c_str());
+        ZEK_NOTICE_FORMAT("", zek::NoticeIcon::None, "Unable To Open Output File: %s\n", name);
         std::exit(1);
     }
     if (std::fprintf(file, "%s", text) < 0) {
-        zek::notice("", zek::format("Unable To Write to the Output File: %s\n", name).c_str());
+        ZEK_NOTICE_FORMAT("", zek::NoticeIcon::None, "Unable To Write to the Output File: %s\n", name);
         std::exit(1);
     }
     if (std::fclose(file) == EOF) {
-        zek::notice("", zek::format("Unable To Close the Output File: %s\n", name).c_str());
+        ZEK_NOTICE_FORMAT("", zek::NoticeIcon::None, "Unable To Close the Output File: %s\n", name);
         std::exit(1);
     }
 }
@@ -153,7 +155,7 @@ FILE *X04_OPEN_INPUT(const char *name) {
     }
     std::FILE *file = std::fopen(name, "r");
     if (file == nullptr) {
-        zek::notice("", zek::format("Unable To Open Input File: %s", name).c_str());
+        ZEK_NOTICE_FORMAT("", zek::NoticeIcon::None, "Unable To Open Input File: %s", name);
         std::exit(1);
     }
     return zek::note_input_stream(file);

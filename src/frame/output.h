@@ -8,6 +8,23 @@
 #include <cstdio>
 #include <string>
 
+#if defined(_WIN32)
+// The host's print routine, imported from the host's torvic.dll, which is always there when the host
+// loads the library.
+extern "C" __declspec(dllimport) __attribute__((format(printf, 1, 2))) int __cdecl OldTorviPrintf(
+    const char *format, ...);
+#define ZEK_HOST_PRINTF(...) ((void)OldTorviPrintf(__VA_ARGS__))
+
+// The system's formatter of the message boxes (USER32): strings and integers, 1024 characters at most.
+extern "C" __declspec(dllimport) int __cdecl wsprintfA(char *buffer, const char *format, ...);
+#define ZEK_NOTICE_FORMAT(caption, icon, ...)                                         \
+    do {                                                                              \
+        char zek_box_text_[1025];                                                     \
+        (void)sizeof(std::printf(__VA_ARGS__)); /* the format checked, not called */ \
+        wsprintfA(zek_box_text_, __VA_ARGS__);                                        \
+        zek::notice(caption, zek_box_text_, icon);                                    \
+    } while (0)
+#else
 // The host's print routine.  It is weak: a host that defines and exports it receives all host-channel
 // text; without one the text goes to stdout.
 extern "C" __attribute__((weak, visibility("default"), format(printf, 1, 2))) int OldTorviPrintf(
@@ -18,6 +35,10 @@ extern "C" __attribute__((weak, visibility("default"), format(printf, 1, 2))) in
 #define ZEK_HOST_PRINTF(...) \
     ((OldTorviPrintf != nullptr) ? (void)OldTorviPrintf(__VA_ARGS__) : (void)std::printf(__VA_ARGS__))
 
+#define ZEK_NOTICE_FORMAT(caption, icon, ...) zek::notice(caption, zek::format(__VA_ARGS__).c_str(), icon)
+#endif
+// ZEK_NOTICE_FORMAT(caption, icon, format, ...): a notice of formatted text (strings and integers).
+
 namespace zek {
 
 // printf into a std::string.
@@ -27,8 +48,9 @@ std::string vformat(const char *fmt, std::va_list args) __attribute__((format(pr
 // printf into a fixed buffer, always terminated, cut to fit.
 void format_into(char *buffer, std::size_t size, const char *fmt, ...) __attribute__((format(printf, 3, 4)));
 
-// A modal notice on a platform without windows: "caption: text" on stderr.
-void notice(const char *caption, const char *text);
+// A modal notice: a message box with no owner window on Windows, "caption: text" on stderr elsewhere.
+enum class NoticeIcon { None, Stop, Exclamation };
+void notice(const char *caption, const char *text, NoticeIcon icon = NoticeIcon::None);
 
 // The units.  A negative unit suppresses output.
 int error_unit();

@@ -78,13 +78,15 @@ void ZEK_RAISE(const char *message, int code, const char *routine, ZekFail *fail
         const char *z = static_cast<const char *>(std::memchr(message, 'Z', strnlen(message, 5)));
         const bool error = z != nullptr && z[1] == 'E';
         if (error)
-            zek::notice("ZEK_RUNTIME_ERROR", zek::format("Error Detected by ZEK Routine %s: %s", routine, message).c_str());
+            ZEK_NOTICE_FORMAT("ZEK_RUNTIME_ERROR", zek::NoticeIcon::Stop, "Error Detected by ZEK Routine %s: %s", routine,
+                              message);
         else
-            zek::notice("ZEK_RUNTIME_WARNING", zek::format("Warning From ZEK Routine %s: %s", routine, message).c_str());
+            ZEK_NOTICE_FORMAT("ZEK_RUNTIME_WARNING", zek::NoticeIcon::Exclamation, "Warning From ZEK Routine %s: %s",
+                              routine, message);
     }
     if (fail == nullptr) {
         // The words stay although nothing is aborted: the caller goes on with its return path.
-        if (code != 0) zek::notice("Program Aborted", "...Program Aborted\n");
+        if (code != 0) zek::notice("Program Aborted", "...Program Aborted\n", zek::NoticeIcon::Stop);
         return;
     }
     fail->code = code;

@@ -198,7 +198,7 @@ extern "C" void F07FDF(const char *uplo, const int *n, double *a, const int *lda
                                 *lda, info);
 }
 extern "C" void F07FDF_STUB(const char *uplo, const int *n, double *a, const int *lda, int *info, int uplo_len)
-    __attribute__((alias("q43569")));
+    ZEK_ALIAS("q43569");
 
 extern "C" void F07FDZ(const char *uplo, const int *n, double *a, const int *lda, int *info, int) {
     zek::cholesky_entry<double>("F07FDZ/DPOTF2", zek::Route::Hard, false, 0, uplo, *n, a, *lda, info);

@@ -145,7 +145,7 @@ void F06_VECTOR_SCALED_COPY(int n, double alpha, const double *x, int incx, doub
     zek::scaled_copy(n, alpha, x, incx, y, incy);
 }
 void F06_VECTOR_SCALED_COPY_ALIAS(int n, double alpha, const double *x, int incx, double *y, int incy)
-    __attribute__((alias("q46286")));
+    ZEK_ALIAS("q46286");
 void F06_COMPLEX_SCALED_COPY(int n, double alpha_re, double alpha_im, const double *x, int incx, double *y,
                              int incy) {
     zek::scaled_copy(n, zek::Complex{alpha_re, alpha_im}, reinterpret_cast<const zek::Complex *>(x), incx,

@@ -1,0 +1,260 @@
+// Transportation and shortest path: known optima, random problems against GLPK's simplex and against a
+// plain Dijkstra written here, the exact failure texts, and hostile rows.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "frame/host_capture.h"
+#include "zek2/h03.h"
+
+#if defined(ZEK_HAVE_GLPK)
+#include <glpk.h>
+#endif
+
+namespace {
+
+struct Transport {
+    int ma, mb;
+    std::vector<int> cost, a;  // cost column-major with leading dimension MA
+};
+
+struct TransportResult {
+    int ifail, numit;
+    double z;
+    std::vector<int> src, dst, flow, kost;
+};
+
+// M and MMM may be set off from MA + MB and MA to reach the argument checks.
+TransportResult solve(Transport p, int maxit = 1000, int ifail = 1, int m_delta = 0) {
+    const int m = p.ma + p.mb + m_delta, len = std::max(m, 1), mmm = std::max(p.ma, 1);
+    TransportResult r{ifail, 0, 0.0, std::vector<int>(len), std::vector<int>(len), std::vector<int>(len), std::vector<int>(len)};
+    std::vector<int> w1(len), w2(len);
+    H03ABF(p.cost.data(), &mmm, &p.ma, &p.mb, &m, p.a.data(), &maxit, &r.numit, r.src.data(), r.dst.data(),
+           r.flow.data(), r.kost.data(), &r.z, w1.data(), w2.data(), &r.ifail);
+    return r;
+}
+
+// The basis ships every amount exactly and its cells' costs are those of the matrix.
+void expect_feasible(const Transport &p, const TransportResult &r) {
+    std::vector<long> shipped(p.ma + p.mb, 0);
+    double z = 0;
+    for (int k = 0; k < p.ma + p.mb - 1; ++k) {
+        ASSERT_TRUE(r.src[k] >= 1 && r.src[k] <= p.ma && r.dst[k] >= 1 && r.dst[k] <= p.mb && r.flow[k] >= 0);
+        EXPECT_EQ(r.kost[k], p.cost[(r.src[k] - 1) + (r.dst[k] - 1) * p.ma]);
+        shipped[r.src[k] - 1] += r.flow[k];
+        shipped[p.ma + r.dst[k] - 1] += r.flow[k];
+        z += static_cast<double>(r.flow[k]) * r.kost[k];
+    }
+    for (int v = 0; v < p.ma + p.mb; ++v) EXPECT_EQ(shipped[v], p.a[v]) << v;
+    EXPECT_EQ(z, r.z);
+}
+
+TEST(Transportation, TextbookProblemHasItsKnownOptimum) {
+    // Three plants, four markets; the optimum 743 is known from the classic worked example.
+    Transport p{3, 4, {19, 70, 40, 30, 30, 8, 50, 40, 70, 10, 60, 20}, {7, 9, 18, 5, 8, 7, 14}};
+    const TransportResult r = solve(p);
+    EXPECT_EQ(r.ifail, 0);
+    expect_feasible(p, r);
+    EXPECT_EQ(r.z, 743.0);
+}
+
+#if defined(ZEK_HAVE_GLPK)
+double glpk_transport(const Transport &p) {
+    glp_prob *lp = glp_create_prob();
+    glp_add_rows(lp, p.ma + p.mb), glp_add_cols(lp, p.ma * p.mb);
+    std::vector<int> ia{0}, ja{0};
+    std::vector<double> ar{0};
+    for (int i = 0; i < p.ma + p.mb; ++i) glp_set_row_bnds(lp, i + 1, GLP_FX, p.a[i], p.a[i]);
+    for (int j = 0; j < p.mb; ++j) {
+        for (int i = 0; i < p.ma; ++i) {
+            const int col = 1 + i + j * p.ma;
+            glp_set_col_bnds(lp, col, GLP_LO, 0, 0);
+            glp_set_obj_coef(lp, col, p.cost[i + j * p.ma]);
+            ia.insert(ia.end(), {i + 1, p.ma + j + 1}), ja.insert(ja.end(), {col, col}), ar.insert(ar.end(), {1, 1});
+        }
+    }
+    glp_load_matrix(lp, static_cast<int>(ia.size()) - 1, ia.data(), ja.data(), ar.data());
+    glp_smcp parm;
+    glp_init_smcp(&parm), parm.msg_lev = GLP_MSG_OFF, glp_simplex(lp, &parm);
+    const double z = glp_get_obj_val(lp);
+    return glp_delete_prob(lp), z;
+}
+
+TEST(TransportationReference, RandomBalancedProblemsMatchGlpk) {
+    std::mt19937 gen(5);
+    for (int trial = 0; trial < 60; ++trial) {
+        Transport p;
+        p.ma = std::uniform_int_distribution<int>(1, 12)(gen), p.mb = std::uniform_int_distribution<int>(1, 12)(gen);
+        const int top = trial % 3 == 0 ? 3 : 100;  // few distinct costs make many ties
+        for (int k = 0; k < p.ma * p.mb; ++k) p.cost.push_back(std::uniform_int_distribution<int>(-top / 2, top)(gen));
+        std::vector<int> s(p.ma), d(p.mb, 0);
+        long total = 0;
+        for (int &x : s) total += x = std::uniform_int_distribution<int>(0, 40)(gen);
+        for (long t = 0; t < total; ++t) ++d[std::uniform_int_distribution<int>(0, p.mb - 1)(gen)];
+        (p.a = s).insert(p.a.end(), d.begin(), d.end());
+        const TransportResult r = solve(p, 10000);
+        ASSERT_EQ(r.ifail, 0) << trial;
+        expect_feasible(p, r);
+        EXPECT_EQ(r.z, glpk_transport(p)) << trial;
+    }
+}
+#endif
+
+// ---- shortest path ----
+
+struct Graph {
+    int n;
+    bool direct;
+    std::vector<int> irow, icol;
+    std::vector<double> d;
+};
+
+struct PathResult {
+    int ifail;
+    double length;
+    std::vector<int> path;
+};
+
+PathResult shortest(Graph g, int ns, int ne, int ifail = 1) {
+    const int direct = g.direct, nnz = static_cast<int>(g.d.size());
+    PathResult r{ifail, 0.0, std::vector<int>(g.n, -1)};
+    std::vector<int> iwork(3 * g.n + 2 + nnz);
+    std::vector<double> work(2 * g.n);
+    H03ADF(&g.n, &ns, &ne, &direct, &nnz, g.d.data(), g.irow.data(), g.icol.data(), &r.length, r.path.data(),
+           iwork.data(), work.data(), &r.ifail);
+    return r;
+}
+
+// A plain Dijkstra over an adjacency matrix: the distance from S to every vertex.
+std::vector<double> dijkstra(const Graph &g, int s) {
+    const double inf = std::numeric_limits<double>::infinity();
+    std::vector<std::vector<double>> w(g.n, std::vector<double>(g.n, inf));
+    for (std::size_t k = 0; k < g.d.size(); ++k) {
+        w[g.irow[k] - 1][g.icol[k] - 1] = g.d[k];
+        if (!g.direct) w[g.icol[k] - 1][g.irow[k] - 1] = g.d[k];
+    }
+    std::vector<double> dist(g.n, inf);
+    std::vector<bool> done(g.n, false);
+    dist[s - 1] = 0;
+    for (int it = 0; it < g.n; ++it) {
+        int u = -1;
+        for (int v = 0; v < g.n; ++v)
+            if (!done[v] && (u < 0 || dist[v] < dist[u])) u = v;
+        if (dist[u] == inf) break;
+        done[u] = true;
+        for (int v = 0; v < g.n; ++v) dist[v] = std::min(dist[v], dist[u] + w[u][v]);
+    }
+    return dist;
+}
+
+Graph random_graph(std::mt19937 &gen, int n, bool direct, double density) {
+    Graph g{n, direct, {}, {}, {}};
+    std::uniform_real_distribution<double> u(0, 1);
+    for (int i = 1; i <= n; ++i) {
+        for (int j = 1; j <= n; ++j) {
+            if (i == j || (!direct && i > j) || u(gen) > density) continue;
+            g.irow.push_back(i), g.icol.push_back(j), g.d.push_back(0.1 + u(gen));
+        }
+    }
+    // Present the edges out of order; the routine sorts them.
+    for (std::size_t k = g.d.size(); k > 1; --k) {
+        const std::size_t l = std::uniform_int_distribution<std::size_t>(0, k - 1)(gen);
+        std::swap(g.irow[k - 1], g.irow[l]), std::swap(g.icol[k - 1], g.icol[l]), std::swap(g.d[k - 1], g.d[l]);
+    }
+    return g;
+}
+
+TEST(ShortestPath, RandomGraphsMatchAPlainDijkstra) {
+    std::mt19937 gen(11);
+    for (int trial = 0; trial < 80; ++trial) {
+        const int n = std::uniform_int_distribution<int>(2, 40)(gen);
+        const bool direct = trial % 2 == 0;
+        Graph g = random_graph(gen, n, direct, trial % 4 < 2 ? 0.15 : 0.5);
+        if (g.d.empty()) continue;
+        const int ns = 1, ne = n;
+        const std::vector<double> dist = dijkstra(g, ns);
+        const PathResult r = shortest(g, ns, ne);
+        if (std::isinf(dist[ne - 1])) {
+            EXPECT_EQ(r.ifail, 8);
+            continue;
+        }
+        ASSERT_EQ(r.ifail, 0);
+        EXPECT_NEAR(r.length, dist[ne - 1], 1e-12 * dist[ne - 1]);
+        // The path follows edges from NS to NE and its lengths sum to SPLEN.
+        EXPECT_EQ(r.path[0], ns);
+        std::map<std::pair<int, int>, double> edges;
+        for (std::size_t e = 0; e < g.d.size(); ++e) {
+            edges[{g.irow[e], g.icol[e]}] = g.d[e];
+            if (!direct) edges[{g.icol[e], g.irow[e]}] = g.d[e];
+        }
+        double sum = 0;
+        int k = 1;
+        for (; k < n && r.path[k] != 0; ++k) {
+            ASSERT_EQ(edges.count({r.path[k - 1], r.path[k]}), 1u) << trial;
+            sum += edges[{r.path[k - 1], r.path[k]}];
+        }
+        EXPECT_EQ(r.path[k - 1], ne);
+        EXPECT_NEAR(sum, r.length, 1e-12 * sum);
+    }
+}
+
+// ---- failure texts and hostile rows ----
+
+struct NetworkFailure {
+    const char *label;
+    std::function<int()> call;
+    int ifail;
+    const char *text;
+};
+
+std::string trimmed_host(zek_test::OutputCapture &out) {
+    std::string s;
+    for (std::string line : out.host()) s += line.erase(line.find_last_not_of(' ') + 1) + "\n";
+    return s;
+}
+
+const Transport kSmall{2, 2, {1, 2, 3, 4}, {3, 2, 1, 4}};
+
+const NetworkFailure kNetworkFailures[] = {
+    {"ma_zero", [] { Transport p = kSmall; p.ma = 0; return solve(p, 100, -13, 2).ifail; }, 1,
+     " ** On entry, MA .le. 0: MA =               0.\n"},
+    {"unbalanced", [] { Transport p = kSmall; p.a[0] = 4; return solve(p, 100, -13).ifail; }, 1,
+     " ** On entry, the sum of the availabilities does not\n    equal the sum of the requirements.\n"},
+    {"negative_amount", [] { Transport p = kSmall; p.a = {-1, 6, 1, 4}; return solve(p, 100, -13).ifail; }, 1,
+     " ** On entry, an availability or requirement is negative:\n    I =               1, A(I) =              -1.\n"},
+    {"huge_costs", [] { Transport p{2, 3, {2000000000, -2000000000, -2000000000, 2000000000, 2000000000, -2000000000},
+                                    {1, 1, 1, 0, 1}}; return solve(p, 100, -13).ifail; }, 3,
+     " ** The potentials of the basis leave the integer range:\n    the costs are too large.\n"},
+    {"nnz_undirected", [] { return shortest({2, false, {1, 1}, {2, 2}, {1, 1}}, 1, 2, -13).ifail; }, 4,
+     " ** On entry, NNZ .lt. 1 or NNZ .gt. N*(N-1)/2 when DIRECT = .FALSE.:\n    NNZ =                2, N =                2.\n"},
+    {"edge_reversed", [] { return shortest({3, false, {2}, {1}, {1}}, 1, 2, -13).ifail; }, 5,
+     " ** On entry, IROW(k) .lt. 1 or IROW(k) .ge. ICOL(k) or ICOL(k) .gt. N\n    for some k when DIRECT = .FALSE.:\n"
+     "    k =                1, IROW(k) =                2, ICOL(k) =                1.\n"},
+    {"length_negative", [] { return shortest({3, true, {1, 2}, {2, 3}, {1, -2}}, 1, 3, -13).ifail; }, 6,
+     " ** On entry, D(k) .le. 0.0 for some k:\n    k =                2, D(k) =  -2.0000E+00.\n"},
+    {"repeat", [] { return shortest({3, true, {2, 1, 2}, {3, 2, 3}, {1, 1, 1}}, 1, 3, -13).ifail; }, 7,
+     " ** On entry, IROW(k) .eq. IROW(k-1) and ICOL(k) .eq. ICOL(k-1) for some k:\n    IROW(k) =                2, "
+     "IROW(k-1) =                2\n    ICOL(k) =                3, ICOL(k-1) =                3.\n"},
+    {"unreachable", [] { return shortest({4, true, {1, 3}, {2, 4}, {1, 1}}, 1, 4, -13).ifail; }, 8,
+     " ** No connected network exists between vertices NS and NE:\n    NS =                1, NE =                4.\n"},
+};
+
+class HostileNetwork : public ::testing::TestWithParam<NetworkFailure> {};
+
+TEST_P(HostileNetwork, IfailAndText) {
+    zek_test::OutputCapture out;
+    const int ifail = GetParam().call();
+    EXPECT_EQ(ifail, GetParam().ifail);
+    EXPECT_EQ(GetParam().text ? trimmed_host(out) : "", GetParam().text ? GetParam().text : "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, HostileNetwork, ::testing::ValuesIn(kNetworkFailures),
+                         [](const ::testing::TestParamInfo<NetworkFailure> &i) { return std::string(i.param.label); });
+
+} // namespace
