@@ -157,6 +157,14 @@ int main(void) {
     tour_options();
     tour_lp();
     tour_integer();
+<<<<<<< HEAD
+=======
+    tour_statistics();
+    tour_roots();
+    tour_svd();
+    printf("\nThe host's print routine received %d pieces of text.\n", host_pieces);
+    dlclose(library);
+>>>>>>> statistics
     tour_quadrature();
     tour_networks();
     tour_minimisers();

@@ -39,5 +39,6 @@ void tour_roots(void);
 void tour_svd(void);
 void tour_sparse(void);
 void tour_qp(void);
+void tour_statistics(void);
 
 #endif

@@ -1,0 +1,91 @@
+/* Chapter G01: tail probabilities and deviates of the standard distributions.
+ *
+ * The tail is Zek_LowerTail P(X <= x), Zek_UpperTail P(X >= x), Zek_TwoTailSignif P(|X| >= |x|) or
+ * Zek_TwoTailConfid P(|X| <= |x|) in the C-style layer and the character 'L', 'U', 'S' or 'C' (either
+ * case) in the IFAIL layer.  A C-style routine checks its arguments, raises the first failure and
+ * returns 0.0; a bad tail raises ZE_BAD_PARAM naming "tail".  A probability argument must lie strictly
+ * inside (0, 1) (ZE_REAL_ARG_LE "p" against 0.0, ZE_REAL_ARG_GE against 1.0).  A NaN argument fails
+ * as out of range.
+ *
+ * Accuracy.  Every tail is computed directly where it is the smaller one, never as 1 minus the other,
+ * so it keeps its relative accuracy down to the underflow threshold (about 1e-307):
+ *  - normal tails: a few units of the last place (the error function with the argument carried as an
+ *    unevaluated pair);
+ *  - incomplete beta, Student's t and F: about 1e-14 relative for parameters up to 1e3, degrading
+ *    like sqrt(a + b) 1e-16 beyond (about 1e-12 at 1e6): the power factor is formed about the mode, the
+ *    ratio by its continued fraction; Student's t above 1e7 degrees of freedom goes through Hill's
+ *    expansion of the normal deviate, F with a parameter above 2e7 through its limit forms (see g01edc);
+ *  - chi-squared and gamma: the accuracy of s14bac (about 1e-14 relative);
+ *  - deviates: Newton's method on the logarithm of the smaller tail, safeguarded by bisection, to a
+ *    relative change of 4.4e-16 (so deviate(prob(x)) = x to about that, times the condition of the
+ *    inverse), in at most 400 steps.
+ */
+#ifndef ZEK2_G01_H
+#define ZEK2_G01_H
+
+#include "types.h"
+
+ZEK_BEGIN_DECLS
+
+enum { Zek_LowerTail = 1329, Zek_UpperTail = 1330, Zek_TwoTailSignif = 1331, Zek_TwoTailConfid = 1332 };
+
+/* g01eac: the normal tail of x (a NaN x raises ZE_BAD_PARAM naming "x"). */
+ZEK_API double g01eac(int tail, double x, ZekFail *fail) ZEK_SYMBOL("q83792");
+/* G01EAF: the same by character.  IFAIL 1 " ** On entry, TAIL is an invalid character : TAIL = c",
+ * IFAIL 2 " ** On entry, X is NaN."; 0.0 returned on both. */
+ZEK_API double G01EAF(const char *tail, const double *x, int *ifail, int tail_len) ZEK_SYMBOL("G01EAF");
+
+/* g01ebc: Student's t tail of t with df >= 1 (real) degrees of freedom (ZE_REAL_ARG_LT "df" 1.0).  All
+ * degrees of freedom up to 1e7 go through the incomplete beta ratio, which stays accurate for a large
+ * t and few degrees of freedom where an expansion in the normal deviate does not; above 1e7 Hill's
+ * expansion, whose error there is below the rounding. */
+ZEK_API double g01ebc(int tail, double t, double df, ZekFail *fail) ZEK_SYMBOL("q75436");
+
+/* g01ecc: chi-squared tail (Zek_LowerTail or Zek_UpperTail) of x >= 0 with df > 0 degrees of freedom. */
+ZEK_API double g01ecc(int tail, double x, double df, ZekFail *fail) ZEK_SYMBOL("q45320");
+
+/* g01edc: F tail (lower or upper) of f >= 0 with df1, df2 > 0.  Up to 2e7 degrees of freedom through
+ * the incomplete beta ratio; with df2 beyond, df1 f as chi-squared on df1 (error of order df1/df2);
+ * with both beyond, the normal form of f^(1/3) (Paulson's, with the constants 2 and 9), of error of
+ * order 1/df. */
+ZEK_API double g01edc(int tail, double f, double df1, double df2, ZekFail *fail) ZEK_SYMBOL("q40747");
+
+/* g01eec: the incomplete beta ratio: *p = I_x(a, b), *q = 1 - *p (computed directly when smaller),
+ * *pdf the density, for 0 <= x <= 1 and 0 < a, b <= 1e6 (ZE_REAL_ARG_CONS with "0.0 <= x <= 1.0",
+ * "0.0 < a <= 1.0e6", "0.0 < b <= 1.0e6").  TOL is accepted as the requested relative accuracy; the
+ * results are always to full accuracy.  ZE_PROBAB_CLOSE_TO_TAIL when the smaller tail underflows to
+ * 0 inside (0, 1), ZE_NOT_REQ_ACC when the continued fraction does not settle (results returned). */
+ZEK_API void g01eec(double x, double a, double b, double tol, double *p, double *q, double *pdf, ZekFail *fail)
+    ZEK_SYMBOL("q19879");
+/* G01EEF: the same by reference.  IFAIL 1 " ** On entry X.lt.0.0 or X.gt.1.0: X = ...", 2 " ** On entry
+ * A.le.0.0 or B.le.0.0: ...", 3 " ** On entry A or B is too large: ...", 4 " ** Probability too close
+ * to 0.0 or 1.0.", 5 " ** Required accuracy not achieved". */
+ZEK_API void G01EEF(const double *x, const double *a, const double *b, const double *tol, double *p, double *q,
+                    double *pdf, int *ifail) ZEK_SYMBOL("G01EEF");
+
+/* g01efc: gamma tail (lower or upper) of g >= 0 for shape a > 0 and scale b > 0. */
+ZEK_API double g01efc(int tail, double g, double a, double b, ZekFail *fail) ZEK_SYMBOL("q88614");
+
+/* g01fac: the normal deviate x of probability p for the tail: P(X <= x) = p, P(X >= x) = p,
+ * P(|X| >= x) = p or P(|X| <= x) = p (the two-tailed forms halve the probability first). */
+ZEK_API double g01fac(int tail, double p, ZekFail *fail) ZEK_SYMBOL("q79765");
+/* G01FAZ: the inverse of the standard normal distribution function, p in (0, 1) (0.0 for p = 0.5;
+ * outside, 0.0). */
+ZEK_API double G01FAZ(const double *p) ZEK_SYMBOL("G01FAZ");
+
+/* g01fbc: Student's t deviate of probability p for the tail, df >= 1. */
+ZEK_API double g01fbc(int tail, double p, double df, ZekFail *fail) ZEK_SYMBOL("q16948");
+/* g01fcc: the chi-squared deviate x with P(X <= x) = p, df > 0. */
+ZEK_API double g01fcc(double p, double df, ZekFail *fail) ZEK_SYMBOL("q68394");
+/* g01fdc: the F deviate f with P(F <= f) = p, df1, df2 > 0 (limit forms beyond 2e7 as in g01edc). */
+ZEK_API double g01fdc(double p, double df1, double df2, ZekFail *fail) ZEK_SYMBOL("q80561");
+/* g01fec: the beta deviate x with I_x(a, b) = p, 0 < a, b <= 1e6.  TOL is accepted as in g01eec.
+ * ZE_NOT_REQ_ACC when the iteration does not settle (the last estimate returned). */
+ZEK_API double g01fec(double p, double a, double b, double tol, ZekFail *fail) ZEK_SYMBOL("q29022");
+/* g01ffc: the gamma deviate g with P(G <= g) = p for shape a > 0 and scale b > 0 (a <= 1e6).  TOL as in
+ * g01eec; ZE_NOT_REQ_ACC as in g01fec. */
+ZEK_API double g01ffc(double p, double a, double b, double tol, ZekFail *fail) ZEK_SYMBOL("q84980");
+
+ZEK_END_DECLS
+
+#endif

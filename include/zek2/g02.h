@@ -1,0 +1,95 @@
+/* Chapter G02: multiple linear regression by an orthogonal factorisation.
+ *
+ * The model y = X b + e is fitted on the IP columns of the design: a column of ones first when MEAN is
+ * 'M' (Zek_MeanInclude), then the columns j of X with ISX(j) > 0, in order.  With weights each row and
+ * its response are multiplied by sqrt(WT(i)); a weight of 0 keeps the row with no effect.
+ *
+ * Q (LDQ >= N, IP + 1 columns) returns the factorisation: column 1 is Q'y, columns 2 to IP + 1 hold R on
+ * and above the diagonal and the Householder vectors below it; P(1..IP) holds the reflectors' first
+ * components (the zeta of the library's QR form).  RSS is from the trailing N - IP elements of Q'y.
+ *
+ * Only models of full rank are fitted in this build: when R is not well conditioned against TOL (the
+ * 1-norm condition of R, formed exactly from R^-1, at or beyond 1/TOL; TOL = 0 means the machine
+ * precision) the routine ends with its rank-deficiency exit, since the singular value form is not yet
+ * available; SVD is then returned true and IRANK is not set.
+ */
+#ifndef ZEK2_G02_H
+#define ZEK2_G02_H
+
+#include "types.h"
+
+ZEK_BEGIN_DECLS
+
+enum { Zek_MeanInclude = 1001, Zek_MeanZero = 1002 };
+
+/* G02DAF: the weighted least-squares fit.  X (LDX >= N, M columns), ISX(M), Y(N), WT(N) (read only when
+ * WEIGHT is 'W'), outputs RSS, IDF (positive weights less IP), B(IP), SE(IP), COV(IP (IP + 1)/2, the
+ * upper triangle by columns: COV(j (j - 1)/2 + i) = cov(b_i, b_j), i <= j), RES(N) (y - X b, unweighted),
+ * H(N) (leverages w_i x_i'(X'WX)^-1 x_i), Q as above, SVD, IRANK, P(2 IP + IP^2), WK(IP^2 + 5 (IP - 1)).
+ * The front marks B, SE, COV, RES, H and P first.
+ * IFAIL 1: the argument checks (N < 2, M < 1, IP < 1, IP > N, LDX < N, LDQ < N, TOL < 0, MEAN, WEIGHT, an
+ * element of ISX < 0); 2: an element of WT < 0; 3: IP not the count of ISX(j) > 0 (plus one with the mean);
+ * 4: " ** Degrees of freedom for error equal 0" (B, RSS, Q returned; SE and COV zero);
+ * 5: " ** Model not of full rank: the singular value form is not available" (Q and P returned). */
+ZEK_API void G02DAF(const char *mean, const char *weight, const int *n, const double x[], const int *ldx, const int *m,
+                    const int isx[], const int *ip, const double y[], const double wt[], double *rss, int *idf,
+                    double b[], double se[], double cov[], double res[], double h[], double q[], const int *ldq,
+                    int *svd, int *irank, double p[], const double *tol, double wk[], int *ifail, int mean_len,
+                    int weight_len) ZEK_SYMBOL("q15184");
+
+/* G02DGF: fits a new response Y(N) to the design that G02DAF factorised into Q and P (same N, IP, WEIGHT
+ * and WT): Q(., 1) becomes the new Q'y, then B(IP), SE(IP), RES(N) (0 at rows of zero weight, whose
+ * design rows are not at hand) and RSS.  On entry RSS and COV are those of the earlier fit; COV is
+ * rescaled by the ratio of the residual sums of squares, since (X'WX)^-1 is unchanged.  WK(IP).
+ * IFAIL 1: " ** On entry, IP.lt.1 ...", " ** On entry, IRANK.le.0...", " ** On entry, IRANK.ne.IP and SVD
+ * is .FALSE. ...", " ** On entry, IRANK.gt.IP and SVD is .TRUE. ...", " ** On entry, LDQ.lt.N ...",
+ * " ** On entry, N.lt.IP ...", " ** On entry, RSS.le.0.0 ...", " ** On entry, WEIGHT is not valid ...";
+ * 2: " ** On entry, WT(i).lt.0.0"; 3: a singular value form (SVD true), not available in this build. */
+ZEK_API void G02DGF(const char *weight, const int *n, const double wt[], double *rss, const int *ip, const int *irank,
+                    double cov[], double q[], const int *ldq, const int *svd, const double p[], const double y[],
+                    double b[], double se[], double res[], double wk[], int *ifail, int weight_len)
+    ZEK_SYMBOL("q13183");
+
+/* g02dgc: G02DGF in the C-style layer (wt null for an unweighted fit; wk allocated here).  Raises
+ * ZE_INT_ARG_LT ("ip" 1, "rank" 1), ZE_2_INT_ARG_LT ("tdq" against "n", "n" against "ip"),
+ * ZE_REAL_ARG_LE ("rss" 0.0), ZE_SVD_RANK_NE_IP, ZE_SVD_RANK_GT_IP, ZE_REAL_ARRAY_CONS (a weight),
+ * ZE_BAD_PARAM ("y" not finite) and ZE_SVD_FAIL (a singular value form, not available here). */
+ZEK_API void g02dgc(int n, const double wt[], double *rss, int ip, int rank, double cov[], double q[], int tdq, int svd,
+                    const double p[], const double y[], double b[], double se[], double res[], ZekFail *fail)
+    ZEK_SYMBOL("q10028");
+
+/* g02dac: the same fit in the C-style layer, on the same column-major arrays (tdx >= n, tdq >= n); mean
+ * Zek_MeanInclude or Zek_MeanZero; wt null for an unweighted fit; *df the degrees of freedom; wk as
+ * WK above (allocated here when null).  Raises ZE_BAD_PARAM ("mean"), ZE_INT_ARG_LT ("n" 2, "m" 1,
+ * "ip" 1), ZE_2_INT_ARG_GT ("ip", "n"), ZE_2_INT_ARG_LT ("tdx"/"tdq" against "n"), ZE_REAL_ARG_LT
+ * ("tol" 0.0), ZE_INT_ARG_LT ("sx[%3ld]"), ZE_REAL_ARG_LT ("wt[%3ld]"), ZE_BAD_PARAM ("ip" against the
+ * count of sx), ZE_NOT_REQ_ACC (no degrees of freedom) and ZE_SVD_FAIL (not of full rank), after the
+ * IFAIL worker with IFAIL 1. */
+ZEK_API void g02dac(int mean, int n, int m, const double x[], int tdx, const int sx[], int ip, const double y[],
+                    const double wt[], double *rss, double *df, double b[], double se[], double cov[], double res[],
+                    double h[], double q[], int tdq, int *svd, int *rank, double p[], double tol, double wk[],
+                    ZekFail *fail) ZEK_SYMBOL("q38302");
+
+/* g02cac: the regression y = a + b x (mean Zek_MeanInclude) or y = b x (Zek_MeanZero) of n points with
+ * weights wt (null: all 1): the estimates, their standard errors, R^2 (1 - rss over the weighted sum of
+ * squares of y about its mean, or about 0 without a mean), rss and *df = (positive weights) - (1 or 2).
+ * With *df = 0 the standard errors are 0.  Fails with ZE_BAD_PARAM ("mean"; "x or y" for a value not
+ * finite), ZE_INT_ARG_LT (n < 2 with a mean, n < 1 without), ZE_REAL_ARRAY_CONS (a weight negative or
+ * not finite), ZE_WEIGHTS_NOT_POSITIVE (fewer positive weights than parameters), ZE_X_OR_Y_IDEN (x or
+ * y constant over the positive weights); outputs untouched on a failure. */
+ZEK_API void g02cac(int mean, int n, const double x[], const double y[], const double wt[], double *a, double *b,
+                    double *a_serr, double *b_serr, double *rsq, double *rss, double *df, ZekFail *fail)
+    ZEK_SYMBOL("q24883");
+
+/* g02cbc: the fit of g02cac with, at each x[i], the fitted value yhat, the limits yml..ymu of the fitted
+ * mean at confidence clm and yl..yu for a new observation of unit weight at confidence clp (from the t
+ * deviate on *df degrees of freedom), the leverage h (weighted) and residual res; *rms = rss / df.
+ * Fails as g02cac, with ZE_REAL_ARG_CONS for clm or clp outside (0, 1) and ZE_WEIGHTS_NOT_POSITIVE
+ * when no degree of freedom is left. */
+ZEK_API void g02cbc(int mean, int n, const double x[], const double y[], const double wt[], double clm, double clp,
+                    double yhat[], double yml[], double ymu[], double yl[], double yu[], double h[], double res[],
+                    double *rms, ZekFail *fail) ZEK_SYMBOL("q68627");
+
+ZEK_END_DECLS
+
+#endif

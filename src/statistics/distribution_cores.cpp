@@ -1,0 +1,298 @@
+// The numerical cores of the distribution functions: the incomplete beta ratio and its inverse, the
+// normal and Student's t inverses, and the inverse of the incomplete gamma ratio.
+//
+// Every tail is computed directly where it is the smaller one, never as 1 minus the other, so tails
+// keep their relative accuracy down to the underflow threshold.
+#include <cmath>
+
+#include "frame/machine.h"
+#include "sorting/functions.h"
+#include "statistics/distributions.h"
+#include "zek2/s.h"
+
+namespace zek::dist {
+
+namespace {
+
+constexpr double kLogRootTwoPi = 0.91893853320467274;
+constexpr double kEps = 1.1102230246251565e-16;
+constexpr int kFractionLimit = 200000;
+constexpr int kSolveLimit = 400;
+
+// mu(z) = log Gamma(z) - ((z - 1/2) log z - z + log sqrt(2 pi)), for z >= 20.
+double stirling_mu(double z) { return special::stirling_correction(z) / z; }
+
+double log_gamma(double z) { return s14abc(z, nullptr); }
+
+// log(x^a y^b / B(a, b)).  With both parameters large the powers are taken about the mode
+// x0 = a / (a + b): a log(x/x0) + b log(y/y0) = (a + b)((x - x0) + (y - y0)) - a m1^2 r(m1) - b m2^2 r(m2)
+// with m = (x - x0)/x0, r(m) = (m - log(1 + m))/m^2, and the gamma functions by Stirling's series, so
+// nothing of size a or b cancels.  With one parameter small and the other large, log Gamma(b)/Gamma(a+b)
+// by the same series keeps the cancellation to the size of the small one.
+double log_power_factor(double a, double b, double x, double y, double lx, double ly) {
+    if (a >= 20.0 && b >= 20.0) {
+        const double s = a + b;
+        const double x0 = a / s, y0 = b / s;
+        const double d1 = x - x0, d2 = y - y0;
+        const double m1 = d1 / x0, m2 = d2 / y0;
+        double e;
+        if (std::fabs(m1) <= 0.5 && std::fabs(m2) <= 0.5) {
+            e = s * (d1 + d2) - a * m1 * m1 * special::log1p_ratio(m1) - b * m2 * m2 * special::log1p_ratio(m2);
+        } else {
+            e = a * (lx - std::log(x0)) + b * (ly - std::log(y0));
+        }
+        return 0.5 * (std::log(a) + std::log(b) - std::log(s)) - kLogRootTwoPi + e + stirling_mu(s) - stirling_mu(a) -
+               stirling_mu(b);
+    }
+    if (a < 20.0 && b < 20.0) return a * lx + b * ly - (log_gamma(a) + log_gamma(b) - log_gamma(a + b));
+    // One small (sm, with log lsm of its variable), one large (lg, with llg).
+    const bool a_small = a < b;
+    const double sm = a_small ? a : b, lg = a_small ? b : a;
+    const double lsm = a_small ? lx : ly, llg = a_small ? ly : lx;
+    // log Gamma(sm + lg) - log Gamma(lg) = (lg - 1/2) log1p(sm/lg) + sm log(sm + lg) - sm + mu(sm+lg) - mu(lg).
+    const double ratio = (lg - 0.5) * std::log1p(sm / lg) + sm * std::log(sm + lg) - sm + stirling_mu(sm + lg) -
+                         stirling_mu(lg);
+    return sm * lsm + lg * llg - log_gamma(sm) + ratio;
+}
+
+// The continued fraction of I_x(a, b) (Lentz's evaluation), which converges fast for
+// x < (a + 1)/(a + b + 2): I_x(a, b) = factor / a * fraction.
+double beta_fraction(double a, double b, double x, bool *converged) {
+    constexpr double tiny = 1e-300;
+    const double qab = a + b, qap = a + 1.0, qam = a - 1.0;
+    double c = 1.0;
+    double d = 1.0 - qab * x / qap;
+    if (std::fabs(d) < tiny) d = tiny;
+    d = 1.0 / d;
+    double h = d;
+    *converged = false;
+    for (int m = 1; m <= kFractionLimit; ++m) {
+        const double dm = m, m2 = 2.0 * m;
+        double aa = dm * (b - dm) * x / ((qam + m2) * (a + m2));
+        d = 1.0 + aa * d;
+        if (std::fabs(d) < tiny) d = tiny;
+        c = 1.0 + aa / c;
+        if (std::fabs(c) < tiny) c = tiny;
+        d = 1.0 / d;
+        h *= d * c;
+        aa = -(a + dm) * (qab + dm) * x / ((a + m2) * (qap + m2));
+        d = 1.0 + aa * d;
+        if (std::fabs(d) < tiny) d = tiny;
+        c = 1.0 + aa / c;
+        if (std::fabs(c) < tiny) c = tiny;
+        d = 1.0 / d;
+        const double del = d * c;
+        h *= del;
+        if (!std::isfinite(h)) return h;
+        if (std::fabs(del - 1.0) < kEps) {
+            *converged = true;
+            break;
+        }
+    }
+    return h;
+}
+
+// Safeguarded Newton on an increasing function g over [lo, hi] (hi may be infinite): STEP(x, &g, &dg).
+// Bisection is geometric where the bracket spans more than a factor four, so tiny roots are found in
+// a bounded number of steps.
+template <class Step>
+double solve_increasing(Step step, double lo, double hi, double x, bool *converged) {
+    *converged = false;
+    for (int it = 0; it < kSolveLimit; ++it) {
+        double g = 0.0, dg = 0.0;
+        step(x, &g, &dg);
+        if (g == 0.0) {
+            *converged = true;
+            return x;
+        }
+        if (g < 0.0) lo = x;
+        else hi = x;
+        double next = x - g / dg;
+        if (!(next > lo && next < hi) || !std::isfinite(next)) {
+            if (std::isinf(hi)) next = 1e3 * (lo + 1.0);
+            else if (lo > 0.0 && hi > 4.0 * lo) next = std::sqrt(lo) * std::sqrt(hi);
+            else if (lo == 0.0 && hi > 1e-300) next = hi * 1e-3;
+            else next = 0.5 * (lo + hi);
+        }
+        if (std::fabs(next - x) <= 4.0 * kEps * std::fabs(next) || (std::isfinite(hi) && hi - lo <= 4.0 * kEps * hi)) {
+            *converged = true;
+            return next;
+        }
+        x = next;
+    }
+    return x;
+}
+
+} // namespace
+
+BetaTails incomplete_beta(double a, double b, double x, double y, double lx, double ly) {
+    if (x <= 0.0 && !(lx > -HUGE_VAL)) return {0.0, 1.0, a < 1.0 ? largest() : (a == 1.0 ? b : 0.0), true};
+    if (y <= 0.0 && !(ly > -HUGE_VAL)) return {1.0, 0.0, b < 1.0 ? largest() : (b == 1.0 ? a : 0.0), true};
+    const double lf = log_power_factor(a, b, x, y, lx, ly);
+    const double factor = std::exp(lf);
+    double pdf = std::exp(lf - lx - ly);
+    if (!(pdf <= largest())) pdf = largest();
+    bool converged = true;
+    if (x < (a + 1.0) / (a + b + 2.0)) {
+        const double p = factor * beta_fraction(a, b, x, &converged) / a;
+        return {p, 1.0 - p, pdf, converged};
+    }
+    const double q = factor * beta_fraction(b, a, y, &converged) / b;
+    return {1.0 - q, q, pdf, converged};
+}
+
+BetaTails incomplete_beta(double a, double b, double x) {
+    return incomplete_beta(a, b, x, 1.0 - x, std::log(x), std::log1p(-x));
+}
+
+BetaDeviate beta_deviate(double p, double a, double b) {
+    // Solve for the smaller tail in its own variable near zero: I_x(a, b) = p, or I_y(b, a) = 1 - p.
+    const bool lower = p <= 0.5;
+    const double target = lower ? p : 1.0 - p;
+    const double aa = lower ? a : b, bb = lower ? b : a;
+    const double log_target = std::log(target);
+    // Start: the leading term x^a / (a B(a, b)) of the small-x series, held below the mean.
+    const double lb = log_gamma(aa) + log_gamma(bb) - log_gamma(aa + bb);
+    double x0 = std::exp((log_target + std::log(aa) + lb) / aa);
+    const double mean = aa / (aa + bb);
+    if (!(x0 < mean)) x0 = mean;
+    if (!(x0 > 0.0)) x0 = 1e-300;
+    auto step = [&](double x, double *g, double *dg) {
+        const BetaTails t = incomplete_beta(aa, bb, x, 1.0 - x, std::log(x), std::log1p(-x));
+        if (t.p <= 0.0) {
+            *g = -1.0;
+            *dg = HUGE_VAL;
+            return;
+        }
+        *g = std::log(t.p) - log_target;
+        *dg = t.pdf / t.p;
+    };
+    bool converged = false;
+    const double s = solve_increasing(step, 0.0, 1.0, x0, &converged);
+    if (lower) return {s, 1.0 - s, converged};
+    return {1.0 - s, s, converged};
+}
+
+double normal_deviate(double p) {
+    if (p == 0.5) return 0.0;
+    const double q = p < 0.5 ? p : 1.0 - p;
+    // Start within 4.5e-4 (a rational form in t = sqrt(-2 log q)), then Halley's steps on the upper
+    // tail Q(x) = q with Q from the error function at full relative accuracy.
+    const double t = std::sqrt(-2.0 * std::log(q));
+    double x = t - (2.515517 + t * (0.802853 + t * 0.010328)) / (1.0 + t * (1.432788 + t * (0.189269 + t * 0.001308)));
+    for (int it = 0; it < 8; ++it) {
+        const double phi = std::exp(-0.5 * x * x - kLogRootTwoPi);
+        if (!(phi > 0.0)) break;
+        const double d = (S15_LOWER_TAIL(x) - q) / phi;
+        const double next = x + d / (1.0 - 0.5 * x * d);
+        const bool done = std::fabs(next - x) <= 2.0 * kEps * std::fabs(next);
+        x = next;
+        if (done) break;
+    }
+    return p < 0.5 ? -x : x;
+}
+
+Tails student_t(double t, double nu) {
+    const double at = std::fabs(t);
+    if (std::isinf(at)) return {1.0, 0.0};
+    if (std::isinf(nu)) return {S15_UPPER_TAIL(at), S15_LOWER_TAIL(at)};
+    if (nu > 1e7) {
+        // Hill's expansion of the normal deviate with the same tail; at these degrees of freedom its
+        // error is far below the rounding of the result.
+        const double a = nu - 0.5, b = 48.0 * a * a;
+        const double z2 = a * std::log1p(at / nu * at);
+        const double z = std::sqrt(z2);
+        const double zc = z + z * ((((-0.4 * z2 - 3.3) * z2 - 24.0) * z2 - 85.5) / (0.8 * z2 * z2 + 100.0 + b) + z2 + 3.0) / b;
+        return {S15_UPPER_TAIL(zc), S15_LOWER_TAIL(zc)};
+    }
+    // P(|T| >= t) = I_x(nu/2, 1/2) with x = nu/(nu + t^2), y = t^2/(nu + t^2), in w = sqrt(nu)/t or its
+    // inverse so that nothing overflows.
+    const double z = at / std::sqrt(nu);
+    double x, y, lx, ly;
+    if (z > 1.0) {
+        const double w = 1.0 / z;
+        x = w * w / (1.0 + w * w);
+        y = 1.0 / (1.0 + w * w);
+        lx = 2.0 * std::log(w) - std::log1p(w * w);
+        ly = -std::log1p(w * w);
+    } else {
+        x = 1.0 / (1.0 + z * z);
+        y = z * z / (1.0 + z * z);
+        lx = -std::log1p(z * z);
+        ly = z > 0.0 ? 2.0 * std::log(z) - std::log1p(z * z) : -HUGE_VAL;
+    }
+    const BetaTails bt = incomplete_beta(0.5 * nu, 0.5, x, y, lx, ly);
+    return {0.5 + 0.5 * bt.q, 0.5 * bt.p};
+}
+
+double student_t_deviate(double s, double c, double nu) {
+    if (c <= 0.0) return 0.0;
+    if (nu > 1e7) {
+        // Cornish-Fisher from the normal deviate: the next term is of order z^7 / nu^3.
+        const double z = -normal_deviate(0.5 * s);
+        const double z2 = z * z;
+        return z + z * (z2 + 1.0) / (4.0 * nu) + z * ((5.0 * z2 + 16.0) * z2 + 3.0) / (96.0 * nu * nu);
+    }
+    // A start from I_x(nu/2, 1/2) = s with x = nu/(nu + t^2), t = sqrt(nu y / x), then Newton on
+    // log P(|T| >= t) in t itself, which stays representable where x underflows (few degrees of
+    // freedom and tiny s) and sees the power-law tail as nearly linear.
+    BetaDeviate d{};
+    if (s <= 0.5) {
+        d = beta_deviate(s, 0.5 * nu, 0.5);
+    } else {
+        const BetaDeviate e = beta_deviate(c, 0.5, 0.5 * nu);
+        d = {e.y, e.x, e.converged};
+    }
+    double t0 = d.x > 0.0 ? std::sqrt(nu) * std::sqrt(d.y / d.x) : 0.0;
+    if (!(t0 > 0.0 && t0 < largest())) t0 = std::exp((std::log(nu) - std::log(s)) / nu);
+    if (s > 0.5) return t0;
+    const double log_s = std::log(s);
+    const double log_c = log_gamma(0.5 * (nu + 1.0)) - log_gamma(0.5 * nu) - 0.5 * std::log(nu * 3.141592653589793);
+    auto step = [&](double t, double *g, double *dg) {
+        const Tails tails = student_t(t, nu);
+        const double z = t / std::sqrt(nu);
+        const double l = z > 1e150 ? 2.0 * std::log(z) : std::log1p(z * z);
+        const double pdf = std::exp(log_c - 0.5 * (nu + 1.0) * l);
+        if (tails.upper <= 0.0) {
+            *g = 1.0;
+            *dg = HUGE_VAL;
+            return;
+        }
+        *g = log_s - std::log(2.0 * tails.upper);
+        *dg = pdf / tails.upper;
+    };
+    bool converged = false;
+    return solve_increasing(step, 0.0, HUGE_VAL, t0, &converged);
+}
+
+double gamma_deviate(double p, double a, bool *converged) {
+    const bool lower = p <= 0.5;
+    const double target = lower ? p : 1.0 - p;
+    const double log_target = std::log(target);
+    const double lga = log_gamma(a);
+    // Start: Wilson and Hilferty's cube, or the small-x series x^a / Gamma(a + 1) for small p.
+    const double z = normal_deviate(p);
+    const double h = 1.0 / (9.0 * a);
+    double x0 = a * std::pow(1.0 - h + z * std::sqrt(h), 3.0);
+    const double series = std::exp((std::log(p) + lga + std::log(a)) / a);
+    if (!(x0 > 0.0) || (lower && series < x0)) x0 = series;
+    if (!(x0 > 0.0)) x0 = 1e-300;
+    auto step = [&](double x, double *g, double *dg) {
+        double pl = 0.0, qu = 0.0;
+        ZekFail local{};
+        s14bac(a, x, 0.0, &pl, &qu, &local);
+        const double pdf = std::exp((a - 1.0) * std::log(x) - x - lga);
+        const double tail = lower ? pl : qu;
+        if (tail <= 0.0) {
+            *g = lower ? -1.0 : 1.0;
+            *dg = HUGE_VAL;
+            return;
+        }
+        // Increasing in x for the lower tail; for the upper tail log Q decreases, so its negative.
+        *g = lower ? std::log(tail) - log_target : log_target - std::log(tail);
+        *dg = pdf / tail;
+    };
+    return solve_increasing(step, 0.0, HUGE_VAL, x0, converged);
+}
+
+} // namespace zek::dist

@@ -1,0 +1,397 @@
+// Multiple linear regression by Householder QR of the (weighted) design, kept in Q for later updates.
+#include <cmath>
+#include <cstddef>
+#include <cstdlib>
+
+#include "frame/adaptor.h"
+#include "frame/ifail.h"
+#include "frame/machine.h"
+#include "frame/raise.h"
+#include "kernels/qr.h"
+#include "zek2/g02.h"
+
+namespace zek {
+
+namespace {
+
+using std::ptrdiff_t;
+
+// 1-norm condition of the upper triangular R (IP by IP, LDR) with R^-1 formed in RINV (IP by IP):
+// exact rather than estimated, since the fit needs R^-1 for the covariance anyway.  A product that
+// would pass h = 1/(smallest number) returns h, as does a singular R.
+double triangular_condition(int ip, const double *r, ptrdiff_t ldr, double *rinv) {
+    const double h = 1.0 / safe_minimum();
+    for (ptrdiff_t j = 0; j < ip; ++j) {
+        for (ptrdiff_t i = 0; i < ip; ++i) rinv[i + j * ip] = 0.0;
+    }
+    for (ptrdiff_t j = 0; j < ip; ++j) {
+        if (!(std::fabs(r[j + j * ldr]) > 0.0)) return h;
+        // Column j of R^-1 by back substitution on e_j.
+        rinv[j + j * ip] = 1.0 / r[j + j * ldr];
+        for (ptrdiff_t i = j - 1; i >= 0; --i) {
+            double s = 0.0;
+            for (ptrdiff_t k = i + 1; k <= j; ++k) s += r[i + k * ldr] * rinv[k + j * ip];
+            rinv[i + j * ip] = -s / r[i + i * ldr];
+        }
+    }
+    double nr = 0.0, ni = 0.0;
+    for (ptrdiff_t j = 0; j < ip; ++j) {
+        double cr = 0.0, ci = 0.0;
+        for (ptrdiff_t i = 0; i <= j; ++i) {
+            cr += std::fabs(r[i + j * ldr]);
+            ci += std::fabs(rinv[i + j * ip]);
+        }
+        nr = cr > nr ? cr : nr;
+        ni = ci > ni ? ci : ni;
+    }
+    if (!(ni < h) || !(nr < h)) return h;
+    if (nr > 1.0 && ni > h / nr) return h;
+    return nr * ni;
+}
+
+struct FitArgs {
+    bool mean, weighted;
+    int n, m, ip;
+    const double *x;
+    int ldx;
+    const int *isx;
+    const double *y, *wt;
+    double tol;
+};
+
+struct FitOut {
+    double *rss;
+    int *idf;
+    double *b, *se, *cov, *res, *h, *q;
+    int ldq;
+    int *svd, *irank;
+    double *p, *wk;
+};
+
+// The design value of row i in model column k (0-based): the mean term first, then the chosen columns.
+class Design {
+public:
+    explicit Design(const FitArgs &a) : a_(a) {}
+    // Column of X for model column k, or -1 for the mean term.
+    int source(int k) const {
+        int c = a_.mean ? k - 1 : k;
+        if (c < 0) return -1;
+        for (int j = 0; j < a_.m; ++j) {
+            if (a_.isx[j] > 0 && c-- == 0) return j;
+        }
+        return -1;
+    }
+
+    // Row i of the model's design into ROW (IP values), in one walk over ISX.
+    void row(ptrdiff_t i, double *out) const {
+        int k = 0;
+        if (a_.mean) out[k++] = 1.0;
+        for (int j = 0; j < a_.m; ++j) {
+            if (a_.isx[j] > 0) out[k++] = a_.x[i + static_cast<ptrdiff_t>(j) * a_.ldx];
+        }
+    }
+
+private:
+    const FitArgs &a_;
+};
+
+void g02daf_worker(const FitArgs &a, const FitOut &o, char *errbuf, int *ifail) {
+    FailureExit exit("G02DAF", errbuf, ifail);
+    const int n = a.n, ip = a.ip;
+    const ptrdiff_t ldq = o.ldq;
+    double *design = o.q + ldq;
+    // Weighted copy of the design and the response.
+    const Design d(a);
+    long positive = 0;
+    for (int k = 0; k < ip; ++k) {
+        const int src = d.source(k);
+        for (ptrdiff_t i = 0; i < n; ++i) {
+            const double v = src < 0 ? 1.0 : a.x[i + static_cast<ptrdiff_t>(src) * a.ldx];
+            design[i + k * ldq] = a.weighted ? v * std::sqrt(a.wt[i]) : v;
+        }
+    }
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        o.q[i] = a.weighted ? a.y[i] * std::sqrt(a.wt[i]) : a.y[i];
+        if (!a.weighted || a.wt[i] > 0.0) ++positive;
+    }
+    double *zeta = o.p;
+    qr_factor(n, ip, design, o.ldq, zeta);
+    double *rinv = o.wk;
+    double *work = o.wk + static_cast<ptrdiff_t>(ip) * ip;
+    qr_apply('T', 'S', n, ip, design, o.ldq, zeta, 1, o.q, o.ldq, work);
+    const double cond = triangular_condition(ip, design, ldq, rinv);
+    const double tol = a.tol > 0.0 ? a.tol : precision();
+    if (!(cond * tol < 1.0)) {
+        *o.svd = 1;
+        exit.fail(5, 99995, " ** Model not of full rank: the singular value form is not available");
+        return;
+    }
+    *o.svd = 0;
+    *o.irank = ip;
+    // b = R^-1 Q'y(1:ip).
+    for (ptrdiff_t i = 0; i < ip; ++i) {
+        double s = 0.0;
+        for (ptrdiff_t k = i; k < ip; ++k) s += rinv[i + k * ip] * o.q[k];
+        o.b[i] = s;
+    }
+    double rss = 0.0;
+    for (ptrdiff_t i = ip; i < n; ++i) rss += o.q[i] * o.q[i];
+    *o.rss = rss;
+    *o.idf = static_cast<int>(positive - ip);
+    // Residuals: Q applied to (0, Q'y(ip+1:n)), unweighted; rows of zero weight directly.
+    for (ptrdiff_t i = 0; i < n; ++i) o.res[i] = i < ip ? 0.0 : o.q[i];
+    qr_apply('N', 'S', n, ip, design, o.ldq, zeta, 1, o.res, o.ldq, work);
+    double *row = o.p + ip;  // P(IP+1..2 IP) serves as the row while the leverages are formed
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        // Leverage w_i |R^-T x_i|^2 from the original row.
+        d.row(i, row);
+        double lev = 0.0, fit = 0.0;
+        for (ptrdiff_t j = 0; j < ip; ++j) {
+            double s = 0.0;
+            for (ptrdiff_t k = 0; k <= j; ++k) s += row[k] * rinv[k + j * ip];
+            lev += s * s;
+            fit += row[j] * o.b[j];
+        }
+        const double w = a.weighted ? a.wt[i] : 1.0;
+        o.h[i] = w * lev;
+        o.res[i] = w > 0.0 ? o.res[i] / std::sqrt(w) : a.y[i] - fit;
+    }
+    const ptrdiff_t packed = static_cast<ptrdiff_t>(ip) * (ip + 1) / 2;
+    if (*o.idf <= 0) {
+        for (ptrdiff_t k = 0; k < ip; ++k) o.se[k] = 0.0;
+        for (ptrdiff_t k = 0; k < packed; ++k) o.cov[k] = 0.0;
+        exit.fail(4, 99996, " ** Degrees of freedom for error equal 0");
+        return;
+    }
+    // cov = sigma^2 R^-1 R^-T, upper triangle by columns.
+    const double s2 = rss / *o.idf;
+    for (ptrdiff_t j = 0; j < ip; ++j) {
+        for (ptrdiff_t i = 0; i <= j; ++i) {
+            double s = 0.0;
+            for (ptrdiff_t k = j; k < ip; ++k) s += rinv[i + k * ip] * rinv[j + k * ip];
+            o.cov[j * (j + 1) / 2 + i] = s2 * s;
+        }
+        o.se[j] = std::sqrt(o.cov[j * (j + 1) / 2 + j]);
+    }
+    for (ptrdiff_t k = ip; k < 2 * static_cast<ptrdiff_t>(ip); ++k) o.p[k] = 0.0;
+    exit.succeed();
+}
+
+// The checks, in their fixed order; returns false after the failure exit.
+bool g02daf_checks(FailureExit &exit, char mean, char weight, const FitArgs &a, int ldq) {
+    const long n = a.n, m = a.m, ip = a.ip, ldx = a.ldx;
+    if (n < 2) return exit.fail(1, 99999, " ** On entry N .lt. 2 : N = %16ld", {n}), false;
+    if (m < 1) return exit.fail(1, 99998, " ** On entry M .lt. 1 : M = %16ld", {m}), false;
+    if (ip < 1) return exit.fail(1, 99997, " ** On entry IP .lt. 1 : IP = %16ld", {ip}), false;
+    if (ip > n) return exit.fail(1, 99996, " ** On entry IP .gt. N : IP = %16ld N = %16ld", {ip, n}), false;
+    if (ldx < n) return exit.fail(1, 99995, " ** On entry LDX .lt. N : LDX = %16ld N = %16ld", {ldx, n}), false;
+    if (ldq < n) return exit.fail(1, 99994, " ** On entry LDQ .lt. N : LDQ = %16ld N = %16ld", {static_cast<long>(ldq), n}), false;
+    if (!(a.tol >= 0.0)) return exit.fail(1, 99993, " ** On entry TOL .lt. 0.0: TOL = %12.5e", {a.tol}), false;
+    if (mean != 'M' && mean != 'm' && mean != 'Z' && mean != 'z') {
+        const char t[2] = {mean, '\0'};
+        return exit.fail(1, 99992, " ** On entry MEAN is not a valid character : MEAN is %1.1s", {t}), false;
+    }
+    if (weight != 'W' && weight != 'w' && weight != 'U' && weight != 'u') {
+        const char t[2] = {weight, '\0'};
+        return exit.fail(1, 99991, " ** On entry WEIGHT is not a valid character : WEIGHT is %1.1s", {t}), false;
+    }
+    long chosen = 0;
+    for (long j = 0; j < m; ++j) {
+        if (a.isx[j] < 0) return exit.fail(1, 99990, " ** On entry element %16ld of ISX .lt. 0", {j + 1}), false;
+        chosen += a.isx[j] > 0 ? 1 : 0;
+    }
+    if (a.weighted) {
+        for (long i = 0; i < n; ++i) {
+            if (!(a.wt[i] >= 0.0) || std::isinf(a.wt[i])) {
+                return exit.fail(2, 99989, " ** On entry element %16ld of WT .lt. 0", {i + 1}), false;
+            }
+        }
+    }
+    if (chosen + (a.mean ? 1 : 0) != ip) {
+        return exit.fail(3, 99988,
+                         " ** On entry value of IP incompatible with number of non-zero values of ISX :\n"
+                         "             IP = %16ld",
+                         {ip}),
+               false;
+    }
+    for (long j = 0; j < m; ++j) {
+        if (a.isx[j] <= 0) continue;
+        for (long i = 0; i < n; ++i) {
+            if (!std::isfinite(a.x[i + j * ldx])) {
+                return exit.fail(1, 99987, " ** On entry element %16ld of X is not finite", {i + j * ldx + 1}), false;
+            }
+        }
+    }
+    for (long i = 0; i < n; ++i) {
+        if (!std::isfinite(a.y[i])) return exit.fail(1, 99986, " ** On entry element %16ld of Y is not finite", {i + 1}), false;
+    }
+    return true;
+}
+
+void g02daf_checked(char mean, char weight, const FitArgs &a, const FitOut &o, char *errbuf, int *ifail) {
+    FailureExit exit("G02DAF", errbuf, ifail);
+    if (!g02daf_checks(exit, mean, weight, a, o.ldq)) return;
+    g02daf_worker(a, o, errbuf, ifail);
+}
+
+void g02dgf_worker(char weight, int n, const double *wt, double *rss, int ip, int irank, double *cov, double *q,
+                   int ldq, int svd, const double *p, const double *y, double *b, double *se, double *res, double *wk,
+                   char *errbuf, int *ifail) {
+    FailureExit exit("G02DGF", errbuf, ifail);
+    const long ln = n, lip = ip, lrank = irank, lq = ldq;
+    if (ip < 1) return void(exit.fail(1, 99999, " ** On entry, IP.lt.1 : IP = %16ld", {lip}));
+    if (irank <= 0) return void(exit.fail(1, 99998, " ** On entry, IRANK.le.0: IRANK = %16ld", {lrank}));
+    if (irank != ip && svd == 0) {
+        return void(exit.fail(1, 99997, " ** On entry, IRANK.ne.IP and SVD is .FALSE. :\n              IRANK = %16ld IP = %16ld",
+                              {lrank, lip}));
+    }
+    if (irank > ip && svd != 0) {
+        return void(exit.fail(1, 99996, " ** On entry, IRANK.gt.IP and SVD is .TRUE. :\n              IRANK = %16ld IP = %16ld",
+                              {lrank, lip}));
+    }
+    if (ldq < n) return void(exit.fail(1, 99995, " ** On entry, LDQ.lt.N : LDQ = %16ld N = %16ld", {lq, ln}));
+    if (n < ip) return void(exit.fail(1, 99994, " ** On entry, N.lt.IP : N = %16ld IP = %16ld", {ln, lip}));
+    if (!(*rss > 0.0)) return void(exit.fail(1, 99993, " ** On entry, RSS.le.0.0 : RSS = %13.5e", {*rss}));
+    const bool weighted = weight == 'W' || weight == 'w';
+    if (!weighted && weight != 'U' && weight != 'u') {
+        const char t[2] = {weight, '\0'};
+        return void(exit.fail(1, 99992, " ** On entry, WEIGHT is not valid : WEIGHT = %1.1s", {t}));
+    }
+    for (long i = 0; weighted && i < ln; ++i) {
+        if (!(wt[i] >= 0.0) || std::isinf(wt[i])) return void(exit.fail(2, 99991, " ** On entry, WT(%16ld).lt.0.0", {i + 1}));
+    }
+    for (long i = 0; i < ln; ++i) {
+        if (!std::isfinite(y[i])) return void(exit.fail(1, 99990, " ** On entry element %16ld of Y is not finite", {i + 1}));
+    }
+    if (svd != 0) return void(exit.fail(3, 99989, " ** Model not of full rank: the singular value form is not available"));
+    double *design = q + static_cast<ptrdiff_t>(ldq);
+    for (ptrdiff_t i = 0; i < n; ++i) q[i] = weighted ? y[i] * std::sqrt(wt[i]) : y[i];
+    qr_apply('T', 'S', n, ip, design, ldq, p, 1, q, ldq, wk);
+    for (ptrdiff_t i = ip - 1; i >= 0; --i) {
+        double s = q[i];
+        for (ptrdiff_t k = i + 1; k < ip; ++k) s -= design[i + k * ldq] * b[k];
+        b[i] = s / design[i + i * ldq];
+    }
+    double r = 0.0;
+    for (ptrdiff_t i = ip; i < n; ++i) r += q[i] * q[i];
+    for (ptrdiff_t i = 0; i < n; ++i) res[i] = i < ip ? 0.0 : q[i];
+    qr_apply('N', 'S', n, ip, design, ldq, p, 1, res, ldq, wk);
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        const double w = weighted ? wt[i] : 1.0;
+        res[i] = w > 0.0 ? res[i] / std::sqrt(w) : 0.0;
+    }
+    const double ratio = r / *rss;
+    for (ptrdiff_t j = 0; j < ip; ++j) {
+        for (ptrdiff_t i = 0; i <= j; ++i) cov[j * (j + 1) / 2 + i] *= ratio;
+        se[j] = std::sqrt(cov[j * (j + 1) / 2 + j]);
+    }
+    *rss = r;
+    exit.succeed();
+}
+
+} // namespace
+
+} // namespace zek
+
+extern "C" {
+
+void G02DGF(const char *weight, const int *n, const double wt[], double *rss, const int *ip, const int *irank,
+            double cov[], double q[], const int *ldq, const int *svd, const double p[], const double y[], double b[],
+            double se[], double res[], double wk[], int *ifail, int weight_len) {
+    zek::Front front("G02DGF");
+    if (*ip >= 1 && *ip <= *n && *ldq >= *n) {
+        zek::mark_vector(*ip, b);
+        zek::mark_vector(*ip, se);
+        zek::mark_vector(*n, res);
+    }
+    zek::g02dgf_worker(weight_len > 0 ? weight[0] : ' ', *n, wt, rss, *ip, *irank, cov, q, *ldq, *svd, p, y, b, se, res,
+                       wk, front.errbuf(), ifail);
+    front.finish(*ifail);
+}
+
+void G02DAF(const char *mean, const char *weight, const int *n, const double x[], const int *ldx, const int *m,
+            const int isx[], const int *ip, const double y[], const double wt[], double *rss, int *idf, double b[],
+            double se[], double cov[], double res[], double h[], double q[], const int *ldq, int *svd, int *irank,
+            double p[], const double *tol, double wk[], int *ifail, int mean_len, int weight_len) {
+    zek::Front front("G02DAF");
+    const char mc = mean_len > 0 ? mean[0] : ' ', wc = weight_len > 0 ? weight[0] : ' ';
+    const int ipv = *ip, nv = *n;
+    // Only sizes that pass the checks are marked, so a wild N or IP cannot carry a mark outside the
+    // caller's arrays.
+    if (ipv >= 1 && nv >= 2 && ipv <= nv && *ldx >= nv && *ldq >= nv) {
+        zek::mark_vector(ipv, b);
+        zek::mark_vector(ipv, se);
+        zek::mark_matrix(ipv % 2 == 0 ? ipv + 1 : ipv, ipv % 2 == 0 ? ipv / 2 : ipv / 2 + 1, cov);  // ip (ip + 1)/2
+        zek::mark_vector(nv, res);
+        zek::mark_vector(nv, h);
+        zek::mark_matrix(ipv + 2, ipv, p);
+    }
+    const zek::FitArgs a{mc == 'M' || mc == 'm', wc == 'W' || wc == 'w', nv, *m, ipv, x, *ldx, isx, y, wt, *tol};
+    const zek::FitOut o{rss, idf, b, se, cov, res, h, q, *ldq, svd, irank, p, wk};
+    zek::g02daf_checked(mc, wc, a, o, front.errbuf(), ifail);
+    front.finish(*ifail);
+}
+
+void g02dgc(int n, const double wt[], double *rss, int ip, int rank, double cov[], double q[], int tdq, int svd,
+            const double p[], const double y[], double b[], double se[], double res[], ZekFail *fail) {
+    static const char *const kName = "g02dgc";
+    zek::clear_fail(fail);
+    if (ip < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "ip", "1", ip);
+    if (rank < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "rank", "1", rank);
+    if (rank != ip && svd == 0) return zek::raise_plain(fail, kName, ZE_SVD_RANK_NE_IP);
+    if (rank > ip && svd != 0) return zek::raise_plain(fail, kName, ZE_SVD_RANK_GT_IP);
+    if (tdq < n) return zek::raise_formatted(fail, kName, ZE_2_INT_ARG_LT, "tdq", static_cast<long>(tdq), "n", static_cast<long>(n), "tdq", "n");
+    if (n < ip) return zek::raise_formatted(fail, kName, ZE_2_INT_ARG_LT, "n", static_cast<long>(n), "ip", static_cast<long>(ip), "n", "ip");
+    if (!(*rss > 0.0)) return zek::raise_real_arg(fail, kName, ZE_REAL_ARG_LE, "rss", "0.0", *rss);
+    for (int i = 0; wt != nullptr && i < n; ++i) {
+        if (!(wt[i] >= 0.0) || std::isinf(wt[i])) {
+            return zek::raise_formatted(fail, kName, ZE_REAL_ARRAY_CONS, "wt", static_cast<long>(i), wt[i], "wt[i] >= 0.0");
+        }
+    }
+    double *wk = static_cast<double *>(std::malloc(sizeof(double) * static_cast<std::size_t>(ip)));
+    if (wk == nullptr) return zek::raise_plain(fail, kName, ZE_ALLOC_FAIL);
+    int ifail = 1;
+    zek::g02dgf_worker(wt != nullptr ? 'W' : 'U', n, wt, rss, ip, rank, cov, q, tdq, svd, p, y, b, se, res, wk, nullptr, &ifail);
+    std::free(wk);
+    switch (ifail) {
+    case 0: return zek::raise_success(fail, kName);
+    case 3: return zek::raise_plain(fail, kName, ZE_SVD_FAIL);
+    default: return zek::raise_text(fail, kName, ZE_BAD_PARAM, "y");
+    }
+}
+
+void g02dac(int mean, int n, int m, const double x[], int tdx, const int sx[], int ip, const double y[],
+            const double wt[], double *rss, double *df, double b[], double se[], double cov[], double res[],
+            double h[], double q[], int tdq, int *svd, int *rank, double p[], double tol, double wk[], ZekFail *fail) {
+    static const char *const kName = "g02dac";
+    zek::clear_fail(fail);
+    if (mean != Zek_MeanInclude && mean != Zek_MeanZero) return zek::raise_text(fail, kName, ZE_BAD_PARAM, "mean");
+    if (n < 2) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "n", "2", n);
+    if (m < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "m", "1", m);
+    if (ip < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "ip", "1", ip);
+    if (ip > n) return zek::raise_formatted(fail, kName, ZE_2_INT_ARG_GT, "ip", static_cast<long>(ip), "n", static_cast<long>(n), "ip", "n");
+    if (tdx < n) return zek::raise_formatted(fail, kName, ZE_2_INT_ARG_LT, "tdx", static_cast<long>(tdx), "n", static_cast<long>(n), "tdx", "n");
+    if (tdq < n) return zek::raise_formatted(fail, kName, ZE_2_INT_ARG_LT, "tdq", static_cast<long>(tdq), "n", static_cast<long>(n), "tdq", "n");
+    if (!(tol >= 0.0)) return zek::raise_real_arg(fail, kName, ZE_REAL_ARG_LT, "tol", "0.0", tol);
+    double *own = nullptr;
+    if (wk == nullptr) {
+        own = static_cast<double *>(std::malloc(sizeof(double) * (static_cast<std::size_t>(ip) * ip + 5 * static_cast<std::size_t>(ip))));
+        if (own == nullptr) return zek::raise_plain(fail, kName, ZE_ALLOC_FAIL);
+        wk = own;
+    }
+    int idf = 0, ifail = 1;
+    const zek::FitArgs a{mean == Zek_MeanInclude, wt != nullptr, n, m, ip, x, tdx, sx, y, wt, tol};
+    const zek::FitOut o{rss, &idf, b, se, cov, res, h, q, tdq, svd, rank, p, wk};
+    zek::g02daf_checked(mean == Zek_MeanInclude ? 'M' : 'Z', wt != nullptr ? 'W' : 'U', a, o, nullptr, &ifail);
+    std::free(own);
+    switch (ifail) {
+    case 0: *df = idf; return zek::raise_success(fail, kName);
+    case 1: return zek::raise_text(fail, kName, ZE_BAD_PARAM, "sx");
+    case 2: return zek::raise_text(fail, kName, ZE_BAD_PARAM, "wt");
+    case 3: return zek::raise_text(fail, kName, ZE_BAD_PARAM, "ip");
+    case 4: *df = 0.0; return zek::raise_plain(fail, kName, ZE_NOT_REQ_ACC);
+    default: return zek::raise_plain(fail, kName, ZE_SVD_FAIL);
+    }
+}
+
+} // extern "C"

@@ -1,0 +1,201 @@
+// The regression fit against an exact rational solution, the certified polynomial problems of the
+// StRD collection that are defined by formula (Wampler 1 and 2), and the failure exits.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+#include "zek2/g02.h"
+
+namespace {
+
+#include "regression_reference.inc"
+
+struct Fit {
+    int n, m, ip;
+    std::vector<double> b, se, cov, res, h, q, p, wk;
+    double rss = 0;
+    int idf = 0, svd = -1, irank = -1;
+    Fit(int n_, int m_, int ip_)
+        : n(n_), m(m_), ip(ip_), b(ip_), se(ip_), cov(ip_ * (ip_ + 1) / 2), res(n_), h(n_), q(n_ * (ip_ + 1)),
+          p(2 * ip_ + ip_ * ip_), wk(ip_ * ip_ + 5 * ip_) {}
+    int run(const char *mean, const char *weight, const std::vector<double> &x, const std::vector<int> &isx,
+            const std::vector<double> &y, const std::vector<double> &wt, double tol = 0.0) {
+        int ifail = 1;
+        G02DAF(mean, weight, &n, x.data(), &n, &m, isx.data(), &ip, y.data(), wt.data(), &rss, &idf, b.data(),
+               se.data(), cov.data(), res.data(), h.data(), q.data(), &n, &svd, &irank, p.data(), &tol, wk.data(), &ifail,
+               1, 1);
+        return ifail;
+    }
+};
+
+const std::vector<double> kX = {3, 1, 2, 5, 0, 4, 1, 6, 1, 4, 2, -1, 3, 0, 1, 2, -2, 0, 5, 1, 2, -1, 1, 3};
+const std::vector<double> kY = {7, 3, 11, 6, 5, 4, 2, 15};
+const std::vector<double> kWt = {1, 2, 0, 1, 3, 1, 0.5, 1};
+
+void expect_close(const std::vector<double> &got, const double *want, double tol, const char *what) {
+    for (std::size_t i = 0; i < got.size(); ++i) {
+        EXPECT_NEAR(got[i], want[i], tol * (1.0 + std::fabs(want[i]))) << what << " " << i;
+    }
+}
+
+TEST(Regression, WeightedFitWithMeanMatchesTheExactSolution) {
+    Fit f(8, 3, 3);
+    ASSERT_EQ(f.run("M", "W", kX, {1, 0, 1}, kY, kWt), 0);
+    expect_close(f.b, kB, 1e-14, "b");
+    EXPECT_NEAR(f.rss, kRss, 1e-13 * kRss);
+    EXPECT_EQ(f.idf, kIdf);
+    expect_close(f.cov, kCov, 1e-13, "cov");
+    for (int i = 0; i < 3; ++i) EXPECT_NEAR(f.se[i], std::sqrt(kCov[i * (i + 1) / 2 + i]), 1e-14);
+    expect_close(f.res, kRes, 1e-13, "res");
+    expect_close(f.h, kH, 1e-13, "h");
+    EXPECT_EQ(f.svd, 0);
+    EXPECT_EQ(f.irank, 3);
+    // The leverages of the positive weights sum to the rank.
+    double sum = 0.0;
+    for (double v : f.h) sum += v;
+    EXPECT_NEAR(sum, 3.0, 1e-13);
+}
+
+// Digits of agreement: -log10 of the largest relative error.
+double digits(const std::vector<double> &got, const std::vector<double> &want) {
+    double e = 0.0;
+    for (std::size_t i = 0; i < got.size(); ++i) e = std::fmax(e, std::fabs(got[i] - want[i]) / std::fabs(want[i]));
+    return e == 0.0 ? 17.0 : -std::log10(e);
+}
+
+TEST(Regression, CertifiedPolynomialProblems) {
+    // Wampler 1 and 2: y = sum c^k x^k, k = 0..5, x = 0..20, certified b_k = c^k and residuals 0.
+    for (double c : {1.0, 0.1}) {
+        const int n = 21, m = 5;
+        std::vector<double> x(n * m), y(n);
+        std::vector<double> want(6);
+        for (int k = 0; k < 6; ++k) want[k] = std::pow(c, k);
+        for (int i = 0; i < n; ++i) {
+            double v = 1.0, s = 1.0;
+            for (int k = 1; k <= 5; ++k) {
+                v *= i;
+                x[i + (k - 1) * n] = v;
+                s += want[k] * v;
+            }
+            y[i] = s;
+        }
+        Fit f(n, m, 6);
+        ASSERT_EQ(f.run("M", "U", x, {1, 1, 1, 1, 1}, y, {}), 0);
+        EXPECT_GT(digits(f.b, want), 7.0) << c;  // Householder QR in double precision: about 8 or better
+        EXPECT_LT(f.rss, 1e-10) << c;
+        EXPECT_EQ(f.idf, 15);
+    }
+}
+
+TEST(Regression, NewResponseOnTheSameDesignMatchesAFreshFit) {
+    Fit f(8, 3, 3), g(8, 3, 3);
+    ASSERT_EQ(f.run("M", "W", kX, {1, 0, 1}, kY, kWt), 0);
+    const std::vector<double> y2 = {1, -2, 4, 0.5, 3, 8, -1, 2};
+    ASSERT_EQ(g.run("M", "W", kX, {1, 0, 1}, y2, kWt), 0);
+    int ifail = 1;
+    G02DGF("W", &f.n, kWt.data(), &f.rss, &f.ip, &f.irank, f.cov.data(), f.q.data(), &f.n, &f.svd, f.p.data(), y2.data(),
+           f.b.data(), f.se.data(), f.res.data(), f.wk.data(), &ifail, 1);
+    ASSERT_EQ(ifail, 0);
+    EXPECT_NEAR(f.rss, g.rss, 1e-13 * g.rss);
+    for (int i = 0; i < 3; ++i) EXPECT_NEAR(f.b[i], g.b[i], 1e-13) << i;
+    for (int i = 0; i < 3; ++i) EXPECT_NEAR(f.se[i], g.se[i], 1e-13) << i;
+    for (int i = 0; i < 8; ++i) EXPECT_NEAR(f.res[i], kWt[i] > 0 ? g.res[i] : 0.0, 1e-13) << i;
+    ZekFail fail{};
+    std::vector<double> b2(3);
+    g02dgc(8, kWt.data(), &g.rss, 3, 3, g.cov.data(), g.q.data(), 8, 0, g.p.data(), y2.data(), b2.data(), g.se.data(),
+           g.res.data(), &fail);
+    EXPECT_EQ(fail.code, 0);
+    for (int i = 0; i < 3; ++i) EXPECT_NEAR(b2[i], f.b[i], 1e-13) << i;
+    double zero = 0.0;
+    ifail = 1;
+    G02DGF("W", &f.n, kWt.data(), &zero, &f.ip, &f.irank, f.cov.data(), f.q.data(), &f.n, &f.svd, f.p.data(), y2.data(),
+           f.b.data(), f.se.data(), f.res.data(), f.wk.data(), &ifail, 1);
+    EXPECT_EQ(ifail, 1);
+}
+
+TEST(Regression, SimpleRegressionAgreesWithTheGeneralFit) {
+    const std::vector<double> x(kX.begin() + 16, kX.end());  // the third variable
+    for (int mean : {Zek_MeanInclude, Zek_MeanZero}) {
+        double a = 0, b = 0, sa = 0, sb = 0, rsq = 0, rss = 0, df = 0;
+        ZekFail fail{};
+        g02cac(mean, 8, x.data(), kY.data(), kWt.data(), &a, &b, &sa, &sb, &rsq, &rss, &df, &fail);
+        ASSERT_EQ(fail.code, 0);
+        const bool with = mean == Zek_MeanInclude;
+        Fit f(8, 3, with ? 2 : 1);
+        ASSERT_EQ(f.run(with ? "M" : "Z", "W", kX, {0, 0, 1}, kY, kWt), 0);
+        EXPECT_NEAR(b, f.b.back(), 1e-14);
+        EXPECT_NEAR(sb, f.se.back(), 1e-14);
+        EXPECT_NEAR(rss, f.rss, 1e-12);
+        EXPECT_EQ(df, f.idf);
+        if (with) {
+            EXPECT_NEAR(a, f.b[0], 1e-14);
+            EXPECT_NEAR(sa, f.se[0], 1e-14);
+        }
+        EXPECT_GT(rsq, 0.0);
+        EXPECT_LT(rsq, 1.0);
+    }
+    // Limits of the fitted mean are t sqrt(rms h / w) wide, t the 0.975 point on 5 degrees of freedom.
+    std::vector<double> yhat(8), yml(8), ymu(8), yl(8), yu(8), h(8), res(8);
+    double rms = 0;
+    ZekFail fail{};
+    g02cbc(Zek_MeanInclude, 8, x.data(), kY.data(), kWt.data(), 0.95, 0.99, yhat.data(), yml.data(), ymu.data(), yl.data(),
+           yu.data(), h.data(), res.data(), &rms, &fail);
+    ASSERT_EQ(fail.code, 0);
+    for (int i = 0; i < 8; ++i) {
+        if (kWt[i] > 0) {
+            EXPECT_NEAR(0.5 * (ymu[i] - yml[i]) / std::sqrt(rms * h[i] / kWt[i]), 2.5705818356363155, 1e-13);  // mpmath findroot on betainc
+        }
+        EXPECT_GT(yu[i] - yl[i], ymu[i] - yml[i]);
+        EXPECT_NEAR(res[i] + yhat[i], kY[i], 1e-14);
+    }
+    double a = 5, b = 5, sa = 5, sb = 5, rsq = 5, rss = 5, df = 5;
+    const std::vector<double> flat(8, 2.0);
+    g02cac(Zek_MeanInclude, 8, flat.data(), kY.data(), nullptr, &a, &b, &sa, &sb, &rsq, &rss, &df, &fail);
+    EXPECT_EQ(fail.code, 467);
+    EXPECT_EQ(a, 5.0);
+}
+
+TEST(Regression, FailureExits) {
+    struct Case {
+        const char *mean, *weight;
+        std::vector<int> isx;
+        std::vector<double> wt;
+        int ip, ifail;
+        double tol;
+    };
+    const std::vector<double> bad_wt = {1, 2, -1, 1, 3, 1, 0.5, 1};
+    const std::vector<double> few = {1, 0, 0, 0, 1, 0, 0, 1};  // three positive weights for three parameters
+    const Case cases[] = {
+        {"X", "U", {1, 0, 1}, kWt, 3, 1, 0.0},  {"M", "Q", {1, 0, 1}, kWt, 3, 1, 0.0},
+        {"M", "U", {1, -1, 1}, kWt, 3, 1, 0.0}, {"M", "U", {1, 0, 1}, kWt, 3, 1, -1.0},
+        {"M", "W", {1, 0, 1}, bad_wt, 3, 2, 0.0}, {"Z", "U", {1, 0, 1}, kWt, 3, 3, 0.0},
+        {"M", "W", {1, 0, 1}, few, 3, 4, 0.0},   {"M", "U", {1, 1, 1}, kWt, 9, 1, 0.0},
+    };
+    for (const Case &c : cases) {
+        Fit f(8, 3, c.ip);
+        EXPECT_EQ(f.run(c.mean, c.weight, kX, c.isx, kY, c.wt, c.tol), c.ifail) << c.mean << c.weight << c.ip;
+    }
+    // Two equal columns: not of full rank, which this build reports rather than fits.
+    std::vector<double> x = kX;
+    for (int i = 0; i < 8; ++i) x[16 + i] = 2.0 * x[i];
+    Fit f(8, 3, 3);
+    EXPECT_EQ(f.run("M", "U", x, {1, 0, 1}, kY, kWt), 5);
+    EXPECT_EQ(f.svd, 1);
+
+    ZekFail fail{};
+    double df = 0;
+    Fit g(8, 3, 3);
+    g02dac(Zek_MeanInclude, 8, 3, kX.data(), 8, std::vector<int>{1, 0, 1}.data(), 3, kY.data(), kWt.data(), &g.rss, &df,
+           g.b.data(), g.se.data(), g.cov.data(), g.res.data(), g.h.data(), g.q.data(), 8, &g.svd, &g.irank, g.p.data(),
+           0.0, nullptr, &fail);
+    EXPECT_EQ(fail.code, 0);
+    EXPECT_EQ(df, 4.0);
+    expect_close(g.b, kB, 1e-14, "g02dac b");
+    g02dac(Zek_MeanInclude, 8, 3, kX.data(), 7, std::vector<int>{1, 0, 1}.data(), 3, kY.data(), nullptr, &g.rss, &df,
+           g.b.data(), g.se.data(), g.cov.data(), g.res.data(), g.h.data(), g.q.data(), 8, &g.svd, &g.irank, g.p.data(),
+           0.0, nullptr, &fail);
+    EXPECT_EQ(fail.code, 17);
+}
+
+} // namespace
