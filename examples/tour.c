@@ -157,14 +157,6 @@ int main(void) {
     tour_options();
     tour_lp();
     tour_integer();
-<<<<<<< HEAD
-=======
-    tour_statistics();
-    tour_roots();
-    tour_svd();
-    printf("\nThe host's print routine received %d pieces of text.\n", host_pieces);
-    dlclose(library);
->>>>>>> statistics
     tour_quadrature();
     tour_networks();
     tour_minimisers();
@@ -172,6 +164,7 @@ int main(void) {
     tour_svd();
     tour_sparse();
     tour_qp();
+    tour_statistics();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces_received());
     unload_library();
     return 0;
