@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "frame/machine.h"
 #include "frame/raise.h"
 #include "kernels/level1.h"
 #include "kernels/level2.h"
@@ -106,8 +107,8 @@ extern "C" void f01lzc(int m, int n, double *a, int tda, double *d, double *e, d
     if (n == 0) return zek::raise_success(fail, name);
 
     const std::size_t nwork = static_cast<std::size_t>(std::max({m, n, ncolb, nrowy, ncolz, 1}));
-    const std::size_t np = wantp ? static_cast<std::size_t>(n) * static_cast<std::size_t>(n) : 0;
-    void *space = ZEK_ALLOCATE(sizeof(double) * (nwork + np));
+    const std::size_t np = wantp ? zek::size_product(static_cast<std::size_t>(n), static_cast<std::size_t>(n)) : 0;
+    void *space = ZEK_ALLOCATE(zek::size_product(sizeof(double), zek::size_sum(nwork, np)));
     if (space == nullptr) return zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
     double *work = static_cast<double *>(space);
     zek::bidiagonalise(m, n, a, tda, d, e, zl, zr, work);

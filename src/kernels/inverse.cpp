@@ -44,7 +44,8 @@ int spd_inverse_from_cholesky(int n, const double *l, int ldl, const double *d, 
                               double *work) {
     const std::ptrdiff_t lx = ldx, ll = ldl;
     for (int i = 0; i < n; ++i) {
-        if (!(d[i] != 0.0)) return i + 1;
+        // An infinite pivot comes only from infinite data: no finite inverse, as for a zero one.
+        if (!(d[i] != 0.0) || !std::isfinite(d[i])) return i + 1;
         work[i] = 1.0 / d[i];
     }
     ZekFail local = clean_fail();
@@ -159,8 +160,9 @@ extern "C" void f01adc(int n, double *a, int tda, ZekFail *fail) {
         zek::raise_formatted(fail, name, 17, "tda", static_cast<long>(tda), "n", static_cast<long>(n), "tda", "n");
         return;
     }
-    const std::size_t nn = static_cast<std::size_t>(n) * static_cast<std::size_t>(n);
-    void *space = ZEK_ALLOCATE(sizeof(double) * (2 * nn + 2 * static_cast<std::size_t>(n)));
+    const std::size_t nn = zek::size_product(static_cast<std::size_t>(n), static_cast<std::size_t>(n));
+    void *space = ZEK_ALLOCATE(
+        zek::size_product(sizeof(double), zek::size_sum(zek::size_product(2, nn), 2 * static_cast<std::size_t>(n))));
     if (space == nullptr) {
         zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
         return;
@@ -175,7 +177,11 @@ extern "C" void f01adc(int n, double *a, int tda, ZekFail *fail) {
         return;
     }
     for (int i = 0; i < n; ++i) d[i] = l[i + i * ln];
-    zek::spd_inverse_from_cholesky(n, l, n, d, x, n, true, work);
+    if (zek::spd_inverse_from_cholesky(n, l, n, d, x, n, true, work) != 0) {
+        ZEK_RELEASE(&space);
+        zek::raise_plain(fail, name, ZE_NOT_POS_DEF);
+        return;
+    }
     // The inverse goes over the lower triangle of A, four columns at a time; the strict upper triangle
     // keeps what the caller had there.
     int j = 0;
