@@ -99,6 +99,7 @@ extern "C" void E04MFA(const int *n_, const int *nclin_, const double *a, const 
     zek::Records records;
     int errors = zek::active_set::check_input(start_word, n, nclin, lda, bl, bu, istate, start, set.infinite_bound,
                                               records);
+    errors += zek::active_set::check_data(n, nclin, a, lda, type == 2 ? cvec : nullptr, "CVEC", records);
     zek::active_set::Layout layout;
     if (n > 0 && nclin >= 0) {
         const int mn = std::min(n, nclin);
