@@ -89,8 +89,7 @@ extern "C" void f01lzc(int m, int n, double *a, int tda, double *d, double *e, d
     const char *name = "f01lzc";
     zek::clear_fail(fail);
     auto less = [&](const char *what, int value, const char *bound_name, int bound) {
-        zek::raise_formatted(fail, name, 17, what, static_cast<long>(value), bound_name, static_cast<long>(bound),
-                             what, bound_name);
+        zek::raise_int_pair(fail, name, ZE_2_INT_ARG_LT, what, value, bound_name, bound);
     };
     if (n < 0) {
         zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "0", n);

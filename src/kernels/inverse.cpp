@@ -99,14 +99,8 @@ extern "C" void f01aac(double *a, int tda, int n, double *unit_inverse, int tdu,
         zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "1", n);
         return;
     }
-    if (tda < n) {
-        zek::raise_formatted(fail, name, 17, "tda", static_cast<long>(tda), "n", static_cast<long>(n), "tda", "n");
-        return;
-    }
-    if (tdu < n) {
-        zek::raise_formatted(fail, name, 17, "tdu", static_cast<long>(tdu), "n", static_cast<long>(n), "tdu", "n");
-        return;
-    }
+    if (zek::raise_below(fail, name, "tda", tda, "n", n)) return;
+    if (zek::raise_below(fail, name, "tdu", tdu, "n", n)) return;
     void *p = ZEK_ALLOCATE(sizeof(double) * static_cast<std::size_t>(n));
     if (p == nullptr) {
         zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
@@ -134,14 +128,8 @@ extern "C" void F01_SPD_INVERSE(int n, const double *l, int tdl, const double *d
         zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "1", n);
         return;
     }
-    if (tdl < n) {
-        zek::raise_formatted(fail, name, 17, "tdl", static_cast<long>(tdl), "n", static_cast<long>(n), "tdl", "n");
-        return;
-    }
-    if (tdx < n) {
-        zek::raise_formatted(fail, name, 17, "tdx", static_cast<long>(tdx), "n", static_cast<long>(n), "tdx", "n");
-        return;
-    }
+    if (zek::raise_below(fail, name, "tdl", tdl, "n", n)) return;
+    if (zek::raise_below(fail, name, "tdx", tdx, "n", n)) return;
     if (zek::spd_inverse_from_cholesky(n, l, tdl, d, x, tdx, extended != 0, work) != 0) {
         zek::raise_plain(fail, name, ZE_NOT_POS_DEF);
         return;
@@ -156,10 +144,7 @@ extern "C" void f01adc(int n, double *a, int tda, ZekFail *fail) {
         zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "1", n);
         return;
     }
-    if (tda < n) {
-        zek::raise_formatted(fail, name, 17, "tda", static_cast<long>(tda), "n", static_cast<long>(n), "tda", "n");
-        return;
-    }
+    if (zek::raise_below(fail, name, "tda", tda, "n", n)) return;
     const std::size_t nn = zek::size_product(static_cast<std::size_t>(n), static_cast<std::size_t>(n));
     void *space = ZEK_ALLOCATE(
         zek::size_product(sizeof(double), zek::size_sum(zek::size_product(2, nn), 2 * static_cast<std::size_t>(n))));
