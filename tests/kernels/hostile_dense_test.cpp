@@ -342,7 +342,7 @@ const Row kRows[] = {
          const auto x = matrix(v, whole);
          double scale = 0.0, sumsq = 1.0;
          F06_SUMSQ_UPDATE(9, x.data(), 1, &scale, &sumsq);
-         return Outcome{0, {DNRM2(9, x.data(), 1), DNRM2_STUB(9, x.data(), 1), DZNRM2(4, x.data(), 2),
+         return Outcome{0, {DNRM2(9, x.data(), 1), DNRM2_STUB(9, x.data(), 1), DZNRM2(4, x.data(), 1),
                             F06_NORM_FROM_SUMSQ(scale, sumsq)}};
      }},
     {"rotations from pairs", Contract::Propagates, [](double v, bool whole) {
