@@ -2,6 +2,7 @@
 #ifndef ZEK_FRAME_MACHINE_H
 #define ZEK_FRAME_MACHINE_H
 
+#include <cstddef>
 #include <cstdint>
 
 namespace zek {
@@ -24,6 +25,18 @@ inline double sign_transfer(double x, double y) { return y >= 0.0 ? x : -x; }
 // Brings x into [1/B, 1) in magnitude with B = 2**k, counting the powers of B in *exponent: each
 // division by B adds k, each multiplication subtracts k.  Zero gives x = 0 and *exponent = 0.
 void scale_normalise(double *x, int *exponent, int k);
+
+// Size arithmetic of workspace requests: the product and the sum of two sizes, or SIZE_MAX when the
+// exact value does not fit.  SIZE_MAX is a request ZEK_ALLOCATE refuses, so an order whose square
+// overflows ends in the allocation failure instead of a buffer shorter than the routine uses.
+inline std::size_t size_product(std::size_t a, std::size_t b) {
+    std::size_t r;
+    return __builtin_mul_overflow(a, b, &r) ? SIZE_MAX : r;
+}
+inline std::size_t size_sum(std::size_t a, std::size_t b) {
+    std::size_t r;
+    return __builtin_add_overflow(a, b, &r) ? SIZE_MAX : r;
+}
 
 // The next real whose truncation is not below n, or -1.0 when n exceeds the largest integer.
 double integer_guard(double n);

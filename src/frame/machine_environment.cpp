@@ -99,7 +99,9 @@ void ZEK_MARK_COMPLEX_ARRAY(int count, double *values) {
     for (std::ptrdiff_t i = 0; i < 2 * static_cast<std::ptrdiff_t>(count); ++i) values[i] = zek::kUndefinedReal;
 }
 
-void *ZEK_ALLOCATE(size_t bytes) { return std::malloc(bytes); }
+// No object may be larger than the offsets can address; such a request (the saturated result of
+// zek::size_product) is refused without asking the system.
+void *ZEK_ALLOCATE(size_t bytes) { return bytes > static_cast<size_t>(PTRDIFF_MAX) ? nullptr : std::malloc(bytes); }
 void ZEK_RELEASE(void **pointer) {
     if (pointer == nullptr) return;
     std::free(*pointer);

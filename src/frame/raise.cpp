@@ -55,6 +55,17 @@ void raise_real_arg(ZekFail *fail, const char *routine, int code, const char *na
     raise_formatted(fail, routine, code, name, bound, name, value);
 }
 
+void raise_int_pair(ZekFail *fail, const char *routine, int code, const char *name, long value, const char *other,
+                    long other_value) {
+    raise_formatted(fail, routine, code, name, value, other, other_value, name, other);
+}
+
+bool raise_below(ZekFail *fail, const char *routine, const char *name, long value, const char *bound_name, long bound) {
+    if (value >= bound) return false;
+    raise_int_pair(fail, routine, ZE_2_INT_ARG_LT, name, value, bound_name, bound);
+    return true;
+}
+
 void raise_text(ZekFail *fail, const char *routine, int code, const char *text) {
     raise_formatted(fail, routine, code, text);
 }
@@ -104,7 +115,7 @@ void ZEK_DEFAULT_PRINT(const char *message, int code, const char *routine) {
 }
 
 const char *y99abc(int code, const char *message, ZekFail *fail) {
-    if (code == 1) {
+    if (code == ZE_CODE_NOT_SET) {
         ZEK_RAISE(nullptr, ZE_CODE_NOT_SET, "y99abc", fail);
         return nullptr;
     }

@@ -32,6 +32,13 @@ void raise_success(ZekFail *fail, const char *routine);
 void raise_int_arg(ZekFail *fail, const char *routine, int code, const char *name, const char *bound, long value);
 // A real argument out of its bound: codes 4 to 8 (name, bound text, name, value).
 void raise_real_arg(ZekFail *fail, const char *routine, int code, const char *name, const char *bound, double value);
+// Two integer arguments against each other: codes 16 to 19 (ZE_2_INT_ARG_EQ .. ZE_2_INT_ARG_GT), with
+// the names and values of both.
+void raise_int_pair(ZekFail *fail, const char *routine, int code, const char *name, long value, const char *other,
+                    long other_value);
+// The commonest of them, VALUE >= BOUND (a leading dimension against an order, m against n): raises
+// ZE_2_INT_ARG_LT and gives true when it does not hold.
+bool raise_below(ZekFail *fail, const char *routine, const char *name, long value, const char *bound_name, long bound);
 // A code whose template takes one text (ZE_BAD_PARAM, ZE_NULL_ARRAY, ZE_BAD_RANK, file codes ...).
 void raise_text(ZekFail *fail, const char *routine, int code, const char *text);
 // A code whose template takes no argument, or whose arguments the template does not use.

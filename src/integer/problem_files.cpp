@@ -150,15 +150,16 @@ void H02BUF_INNER(int infile, int *m, int *n, int maxm, int maxn, double *a, dou
     if (out.ierror != 0) {
         const zek::Records rec = lines_of(zek::h02::mpsx_error_text(out));
         const long exit_number = 99995 - (out.ierror - 1);
-        switch (out.ierror) {
-        case 1:
-        case 2: exit.fail_with_records(out.ierror, exit_number, rec, {out.ivalue[0], out.ivalue[1]}); break;
-        case 11: exit.fail_with_records(out.ierror, exit_number, rec, {out.ivalue[0]}); break;
-        case 5: case 6: case 7: case 8: case 9: case 12:
-            exit.fail_with_records(out.ierror, exit_number, rec, {out.cvalue});
+        switch (zek::h02::mpsx_error(out.ierror).shows) {
+        case zek::h02::MpsxShows::Counts:
+            exit.fail_with_records(out.ierror, exit_number, rec, {out.ivalue[0], out.ivalue[1]});
             break;
-        case 14: exit.fail_with_records(out.ierror, exit_number, rec, {out.section, out.cvalue}); break;
-        default: exit.fail_with_records(out.ierror, exit_number, rec); break;
+        case zek::h02::MpsxShows::Line: exit.fail_with_records(out.ierror, exit_number, rec, {out.ivalue[0]}); break;
+        case zek::h02::MpsxShows::Name: exit.fail_with_records(out.ierror, exit_number, rec, {out.cvalue}); break;
+        case zek::h02::MpsxShows::SectionName:
+            exit.fail_with_records(out.ierror, exit_number, rec, {out.section, out.cvalue});
+            break;
+        case zek::h02::MpsxShows::Nothing: exit.fail_with_records(out.ierror, exit_number, rec); break;
         }
         return;
     }

@@ -57,6 +57,21 @@ struct MpsxOutcome {
 // Parses the file on STREAM (null reads as an empty file).
 MpsxOutcome mpsx_read(std::FILE *stream, MpsxArrays &arrays);
 
+// The reader's errors, one row each: IERROR (the IFAIL of H02BUF), the values its texts show (and
+// H02BUF's ERRBUF line carries), the line listed while the file is read and the failure message.
+enum class MpsxShows { Nothing, Counts, Line, Name, SectionName };
+struct MpsxError {
+    int code;
+    MpsxShows shows;
+    const char *listed;
+    const char *message;
+};
+// The row of IERROR 1..15.
+const MpsxError &mpsx_error(int ierror);
+// A text of the table filled with the outcome's values.
+std::string mpsx_error_fill(const char *text, MpsxShows shows, long v1, long v2, const std::string &name,
+                            const std::string &section);
+
 // The failure record of a parse's first error, as H02BUF reports it.
 std::string mpsx_error_text(const MpsxOutcome &outcome);
 

@@ -159,31 +159,12 @@ bool Parser::fail(int code, long v1, long v2, const std::string &text, const cha
         out_.section = section;
     }
     if (!ar_.listing) return true;
-    const char *t = text.c_str();
-    switch (code) {
-    case 1:
-        say(format(" ** Too many rows. Limit is%5ld, but the actual number required is", v1));
-        say(format("%5ld.", v2));
-        break;
-    case 2:
-        say(format(" ** Too many columns. Limit is%5ld, but the actual number required is", v1));
-        say(format("%5ld.", v2));
-        break;
-    case 3: say(" ** No objective function found."); break;
-    case 4: say(" ** No rows specified."); break;
-    case 5: say(format(" ** Illegal constraint type -- ( %4.4s).", t)); break;
-    case 6: say(format(" ** Row name with leading blank or non-alphanumeric character  %8.8s.", t)); break;
-    case 7: say(format(" ** Column name with leading blank or non-alphanumeric character  %8.8s.", t)); break;
-    case 8: say(format(" ** illegal bound type (%4.4s)", t)); break;
-    case 9: say(format(" ** column name (%8.8s) is not defined in the COLUMNS section", t)); break;
-    case 10: say(" ** The last line must be the ENDATA indicator line."); break;
-    case 11: say(format(" ** line%5ld   is not a comment nor a valid line", v1)); break;
-    case 12: say(format(" ** row name  %8.8s not defined in ROWS section", t)); break;
-    case 13: say(" ** No columns specified."); break;
-    case 14: say(format(" ** %s name was not found  %8.8s", section, t)); break;
-    case 15: say(" ** integer marker is not in a correct position"); break;
-    default: break;
-    }
+    const MpsxError &e = mpsx_error(code);
+    const std::string listed = mpsx_error_fill(e.listed, e.shows, v1, v2, text, section ? section : "");
+    std::size_t start = 0;
+    for (std::size_t end; (end = listed.find('\n', start)) != std::string::npos; start = end + 1)
+        say(listed.substr(start, end - start));
+    say(listed.substr(start));
     return false;
 }
 
@@ -554,30 +535,64 @@ MpsxOutcome Parser::run() {
 
 MpsxOutcome mpsx_read(std::FILE *stream, MpsxArrays &arrays) { return Parser(stream, arrays).run(); }
 
-std::string mpsx_error_text(const MpsxOutcome &o) {
-    const char *t = o.cvalue.c_str();
-    switch (o.ierror) {
-    case 1:
-        return format(" ** Too many rows. Limit is%5ld, but the actual number required is\n%5ld.", o.ivalue[0],
-                      o.ivalue[1]);
-    case 2:
-        return format(" ** Too many columns. Limit is%5ld, but the actual number required is\n%5ld.", o.ivalue[0],
-                      o.ivalue[1]);
-    case 3: return " ** No objective function found.";
-    case 4: return " ** No rows specified.";
-    case 5: return format(" ** Illegal constraint type -- ( %4.4s).", t);
-    case 6: return format(" ** Row name with leading blank or non-alphanumeric character  %8.8s.", t);
-    case 7: return format(" ** Column name with leading blank or non-alphanumeric character  %8.8s.", t);
-    case 8: return format(" ** Illegal bound type (%4.4s).", t);
-    case 9: return format(" ** Column name (%8.8s) is not defined in the COLUMNS section.", t);
-    case 10: return " ** The last line must be the ENDATA indicator line.";
-    case 11: return format(" ** Line%5ld   is not a comment nor a valid line.", o.ivalue[0]);
-    case 12: return format(" ** Row name  %8.8s not defined in ROWS section.", t);
-    case 13: return " ** No columns specified.";
-    case 14: return format(" ** %s name was not found  %8.8s", o.section.c_str(), t);
-    case 15: return " ** Integer marker is not in a correct position.";
-    default: return std::string();
+namespace {
+
+constexpr MpsxError kMpsxErrors[] = {
+    {1, MpsxShows::Counts, " ** Too many rows. Limit is%5ld, but the actual number required is\n%5ld.",
+     " ** Too many rows. Limit is%5ld, but the actual number required is\n%5ld."},
+    {2, MpsxShows::Counts, " ** Too many columns. Limit is%5ld, but the actual number required is\n%5ld.",
+     " ** Too many columns. Limit is%5ld, but the actual number required is\n%5ld."},
+    {3, MpsxShows::Nothing, " ** No objective function found.", " ** No objective function found."},
+    {4, MpsxShows::Nothing, " ** No rows specified.", " ** No rows specified."},
+    {5, MpsxShows::Name, " ** Illegal constraint type -- ( %4.4s).", " ** Illegal constraint type -- ( %4.4s)."},
+    {6, MpsxShows::Name, " ** Row name with leading blank or non-alphanumeric character  %8.8s.",
+     " ** Row name with leading blank or non-alphanumeric character  %8.8s."},
+    {7, MpsxShows::Name, " ** Column name with leading blank or non-alphanumeric character  %8.8s.",
+     " ** Column name with leading blank or non-alphanumeric character  %8.8s."},
+    {8, MpsxShows::Name, " ** illegal bound type (%4.4s)", " ** Illegal bound type (%4.4s)."},
+    {9, MpsxShows::Name, " ** column name (%8.8s) is not defined in the COLUMNS section",
+     " ** Column name (%8.8s) is not defined in the COLUMNS section."},
+    {10, MpsxShows::Nothing, " ** The last line must be the ENDATA indicator line.",
+     " ** The last line must be the ENDATA indicator line."},
+    {11, MpsxShows::Line, " ** line%5ld   is not a comment nor a valid line",
+     " ** Line%5ld   is not a comment nor a valid line."},
+    {12, MpsxShows::Name, " ** row name  %8.8s not defined in ROWS section",
+     " ** Row name  %8.8s not defined in ROWS section."},
+    {13, MpsxShows::Nothing, " ** No columns specified.", " ** No columns specified."},
+    {14, MpsxShows::SectionName, " ** %s name was not found  %8.8s", " ** %s name was not found  %8.8s"},
+    {15, MpsxShows::Nothing, " ** integer marker is not in a correct position",
+     " ** Integer marker is not in a correct position."},
+};
+
+constexpr MpsxError kNoError = {0, MpsxShows::Nothing, "", ""};
+
+} // namespace
+
+const MpsxError &mpsx_error(int ierror) {
+    for (const MpsxError &e : kMpsxErrors)
+        if (e.code == ierror) return e;
+    return kNoError;
+}
+
+// The table's texts are the only formats filled here; each takes exactly the values its row shows.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+std::string mpsx_error_fill(const char *text, MpsxShows shows, long v1, long v2, const std::string &name,
+                            const std::string &section) {
+    switch (shows) {
+    case MpsxShows::Counts: return format(text, v1, v2);
+    case MpsxShows::Line: return format(text, v1);
+    case MpsxShows::Name: return format(text, name.c_str());
+    case MpsxShows::SectionName: return format(text, section.c_str(), name.c_str());
+    case MpsxShows::Nothing: break;
     }
+    return text;
+}
+#pragma GCC diagnostic pop
+
+std::string mpsx_error_text(const MpsxOutcome &o) {
+    const MpsxError &e = mpsx_error(o.ierror);
+    return mpsx_error_fill(e.message, e.shows, o.ivalue[0], o.ivalue[1], o.cvalue, o.section);
 }
 
 } // namespace zek::h02

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "frame/machine.h"
 #include "frame/raise.h"
 #include "kernels/level1.h"
 #include "kernels/level2.h"
@@ -88,8 +89,7 @@ extern "C" void f01lzc(int m, int n, double *a, int tda, double *d, double *e, d
     const char *name = "f01lzc";
     zek::clear_fail(fail);
     auto less = [&](const char *what, int value, const char *bound_name, int bound) {
-        zek::raise_formatted(fail, name, 17, what, static_cast<long>(value), bound_name, static_cast<long>(bound),
-                             what, bound_name);
+        zek::raise_int_pair(fail, name, ZE_2_INT_ARG_LT, what, value, bound_name, bound);
     };
     if (n < 0) {
         zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "0", n);
@@ -106,8 +106,8 @@ extern "C" void f01lzc(int m, int n, double *a, int tda, double *d, double *e, d
     if (n == 0) return zek::raise_success(fail, name);
 
     const std::size_t nwork = static_cast<std::size_t>(std::max({m, n, ncolb, nrowy, ncolz, 1}));
-    const std::size_t np = wantp ? static_cast<std::size_t>(n) * static_cast<std::size_t>(n) : 0;
-    void *space = ZEK_ALLOCATE(sizeof(double) * (nwork + np));
+    const std::size_t np = wantp ? zek::size_product(static_cast<std::size_t>(n), static_cast<std::size_t>(n)) : 0;
+    void *space = ZEK_ALLOCATE(zek::size_product(sizeof(double), zek::size_sum(nwork, np)));
     if (space == nullptr) return zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
     double *work = static_cast<double *>(space);
     zek::bidiagonalise(m, n, a, tda, d, e, zl, zr, work);

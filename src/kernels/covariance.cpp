@@ -16,11 +16,14 @@ namespace zek {
 
 namespace {
 
-// One step of the substitution: x = num / t unless that would overflow (or t is zero).
+// One step of the substitution: x = num / t unless that would overflow (or t is zero).  A NaN or an
+// infinity in the data gives no finite quotient either, and ends the solve the same way.
 bool guarded_divide(double num, double t, double *x) {
     const double big = 1.0 / safe_minimum();
-    if (std::fabs(t) < 1.0 && std::fabs(num) >= std::fabs(t) * big) return false;
-    *x = num / t;
+    if (std::fabs(t) < 1.0 && !(std::fabs(num) < std::fabs(t) * big)) return false;
+    const double q = num / t;
+    if (!std::isfinite(q)) return false;
+    *x = q;
     return true;
 }
 
@@ -58,7 +61,7 @@ extern "C" void F04YAF(const int *job, const int *p, const double *sigma, double
         exit.fail(1, 99999, " ** On entry, P .lt. 1: P =%16ld.", {np});
         return;
     }
-    if (*sigma < 0.0) {
+    if (!(*sigma >= 0.0)) {  // a NaN is refused with the negative values
         exit.fail(1, 99998, " ** On entry, SIGMA .lt. 0.0: SIGMA =%12.4E.", {*sigma});
         return;
     }

@@ -44,7 +44,8 @@ int spd_inverse_from_cholesky(int n, const double *l, int ldl, const double *d, 
                               double *work) {
     const std::ptrdiff_t lx = ldx, ll = ldl;
     for (int i = 0; i < n; ++i) {
-        if (!(d[i] != 0.0)) return i + 1;
+        // An infinite pivot comes only from infinite data: no finite inverse, as for a zero one.
+        if (!(d[i] != 0.0) || !std::isfinite(d[i])) return i + 1;
         work[i] = 1.0 / d[i];
     }
     ZekFail local = clean_fail();
@@ -98,14 +99,8 @@ extern "C" void f01aac(double *a, int tda, int n, double *unit_inverse, int tdu,
         zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "1", n);
         return;
     }
-    if (tda < n) {
-        zek::raise_formatted(fail, name, 17, "tda", static_cast<long>(tda), "n", static_cast<long>(n), "tda", "n");
-        return;
-    }
-    if (tdu < n) {
-        zek::raise_formatted(fail, name, 17, "tdu", static_cast<long>(tdu), "n", static_cast<long>(n), "tdu", "n");
-        return;
-    }
+    if (zek::raise_below(fail, name, "tda", tda, "n", n)) return;
+    if (zek::raise_below(fail, name, "tdu", tdu, "n", n)) return;
     void *p = ZEK_ALLOCATE(sizeof(double) * static_cast<std::size_t>(n));
     if (p == nullptr) {
         zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
@@ -133,14 +128,8 @@ extern "C" void F01_SPD_INVERSE(int n, const double *l, int tdl, const double *d
         zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "1", n);
         return;
     }
-    if (tdl < n) {
-        zek::raise_formatted(fail, name, 17, "tdl", static_cast<long>(tdl), "n", static_cast<long>(n), "tdl", "n");
-        return;
-    }
-    if (tdx < n) {
-        zek::raise_formatted(fail, name, 17, "tdx", static_cast<long>(tdx), "n", static_cast<long>(n), "tdx", "n");
-        return;
-    }
+    if (zek::raise_below(fail, name, "tdl", tdl, "n", n)) return;
+    if (zek::raise_below(fail, name, "tdx", tdx, "n", n)) return;
     if (zek::spd_inverse_from_cholesky(n, l, tdl, d, x, tdx, extended != 0, work) != 0) {
         zek::raise_plain(fail, name, ZE_NOT_POS_DEF);
         return;
@@ -155,12 +144,10 @@ extern "C" void f01adc(int n, double *a, int tda, ZekFail *fail) {
         zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "1", n);
         return;
     }
-    if (tda < n) {
-        zek::raise_formatted(fail, name, 17, "tda", static_cast<long>(tda), "n", static_cast<long>(n), "tda", "n");
-        return;
-    }
-    const std::size_t nn = static_cast<std::size_t>(n) * static_cast<std::size_t>(n);
-    void *space = ZEK_ALLOCATE(sizeof(double) * (2 * nn + 2 * static_cast<std::size_t>(n)));
+    if (zek::raise_below(fail, name, "tda", tda, "n", n)) return;
+    const std::size_t nn = zek::size_product(static_cast<std::size_t>(n), static_cast<std::size_t>(n));
+    void *space = ZEK_ALLOCATE(
+        zek::size_product(sizeof(double), zek::size_sum(zek::size_product(2, nn), 2 * static_cast<std::size_t>(n))));
     if (space == nullptr) {
         zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
         return;
@@ -175,7 +162,11 @@ extern "C" void f01adc(int n, double *a, int tda, ZekFail *fail) {
         return;
     }
     for (int i = 0; i < n; ++i) d[i] = l[i + i * ln];
-    zek::spd_inverse_from_cholesky(n, l, n, d, x, n, true, work);
+    if (zek::spd_inverse_from_cholesky(n, l, n, d, x, n, true, work) != 0) {
+        ZEK_RELEASE(&space);
+        zek::raise_plain(fail, name, ZE_NOT_POS_DEF);
+        return;
+    }
     // The inverse goes over the lower triangle of A, four columns at a time; the strict upper triangle
     // keeps what the caller had there.
     int j = 0;

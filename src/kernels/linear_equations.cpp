@@ -165,15 +165,6 @@ bool raise_order(ZekFail *fail, const char *name, const char *nname, int n) {
 
 } // namespace
 
-bool raise_leading(ZekFail *fail, const char *name, const char *tdname, int td, const char *nname, int n) {
-    if (td < n) {
-        raise_formatted(fail, name, ZE_2_INT_ARG_LT, tdname, static_cast<long>(td), nname, static_cast<long>(n),
-                        tdname, nname);
-        return true;
-    }
-    return false;
-}
-
 } // namespace zek
 
 extern "C" void F03AFF(const int *n, const double *eps, double *a, const int *ia, double *d1, int *id, double *p,
@@ -218,7 +209,7 @@ extern "C" void F03AAF(double *a, const int *ia, const int *n, double *det, doub
 extern "C" void f03afc(int n, double *a, int tda, int *pivot, double *detf, int *dete, ZekFail *fail) {
     const char *name = "f03afc";
     zek::clear_fail(fail);
-    if (zek::raise_order(fail, name, "n", n) || zek::raise_leading(fail, name, "tda", tda, "n", n)) return;
+    if (zek::raise_order(fail, name, "n", n) || zek::raise_below(fail, name, "tda", tda, "n", n)) return;
     void *p = ZEK_ALLOCATE(sizeof(double) * static_cast<std::size_t>(n));
     if (p == nullptr) {
         zek::raise_plain(fail, name, ZE_ALLOC_FAIL);
@@ -239,7 +230,7 @@ extern "C" void f04ajc(int n, int nrhs, const double *a, int tda, const int *piv
     const char *name = "f04ajc";
     zek::clear_fail(fail);
     if (zek::raise_order(fail, name, "n", n) || zek::raise_order(fail, name, "nrhs", nrhs) ||
-        zek::raise_leading(fail, name, "tda", tda, "n", n) || zek::raise_leading(fail, name, "tdb", tdb, "n", n))
+        zek::raise_below(fail, name, "tda", tda, "n", n) || zek::raise_below(fail, name, "tdb", tdb, "n", n))
         return;
     zek::getrs('N', n, nrhs, a, tda, pivot, b, tdb);
     zek::raise_success(fail, name);
@@ -251,9 +242,9 @@ namespace {
 bool refinement_arguments(ZekFail *fail, const char *name, int n, int nrhs, int tda, int tdaa, const char *tdaa_name,
                           int tdb, int tdx) {
     return zek::raise_order(fail, name, "n", n) || zek::raise_order(fail, name, "nrhs", nrhs) ||
-           zek::raise_leading(fail, name, "tda", tda, "n", n) ||
-           zek::raise_leading(fail, name, tdaa_name, tdaa, "n", n) ||
-           zek::raise_leading(fail, name, "tdb", tdb, "n", n) || zek::raise_leading(fail, name, "tdx", tdx, "n", n);
+           zek::raise_below(fail, name, "tda", tda, "n", n) ||
+           zek::raise_below(fail, name, tdaa_name, tdaa, "n", n) ||
+           zek::raise_below(fail, name, "tdb", tdb, "n", n) || zek::raise_below(fail, name, "tdx", tdx, "n", n);
 }
 
 void run_refinement(const char *name, int n, int nrhs, const double *a, int tda, const double *aa, int tdaa,
@@ -281,7 +272,7 @@ extern "C" void f04ahc(int n, int nrhs, const double *a, int tda, const double *
     const char *name = "f04ahc";
     zek::clear_fail(fail);
     if (refinement_arguments(fail, name, n, nrhs, tda, tdaa, "tdaa", tdb, tdx)) return;
-    if (bb != nullptr && zek::raise_leading(fail, name, "tdbb", tdbb, "n", n)) return;
+    if (bb != nullptr && zek::raise_below(fail, name, "tdbb", tdbb, "n", n)) return;
     run_refinement(name, n, nrhs, a, tda, aa, tdaa, pivot, b, tdb, x, tdx, bb, tdbb, fail);
 }
 
@@ -290,7 +281,7 @@ extern "C" void f04aec(int n, int nrhs, const double *a, int tda, const double *
     const char *name = "f04aec";
     zek::clear_fail(fail);
     if (refinement_arguments(fail, name, n, nrhs, tda, tdaa, "tdaa", tdb, tdx)) return;
-    if (bb != nullptr && zek::raise_leading(fail, name, "tdbb", tdbb, "n", n)) return;
+    if (bb != nullptr && zek::raise_below(fail, name, "tdbb", tdbb, "n", n)) return;
     const std::ptrdiff_t la = tda, laa = tdaa;
     for (int j = 0; j < n; ++j) zek::copy(n, a + j * la, 1, aa + j * laa, 1);
     void *space = ZEK_ALLOCATE((sizeof(double) + sizeof(int)) * static_cast<std::size_t>(n));
@@ -341,11 +332,8 @@ extern "C" void f04jgc(int m, int n, double *a, int tda, double *b, double tol, 
     const char *name = "f04jgc";
     zek::clear_fail(fail);
     if (zek::raise_order(fail, name, "n", n)) return;
-    if (m < n) {
-        zek::raise_formatted(fail, name, 17, "m", static_cast<long>(m), "n", static_cast<long>(n), "m", "n");
-        return;
-    }
-    if (zek::raise_leading(fail, name, "tda", tda, "m", m)) return;
+    if (zek::raise_below(fail, name, "m", m, "n", n)) return;
+    if (zek::raise_below(fail, name, "tda", tda, "m", m)) return;
     void *space = ZEK_ALLOCATE((2 * sizeof(double) + sizeof(int)) * static_cast<std::size_t>(n) + 3 * sizeof(int));
     if (space == nullptr) {
         zek::raise_plain(fail, name, ZE_ALLOC_FAIL);

@@ -7,10 +7,6 @@
 
 namespace zek {
 
-// The C-style check of a leading dimension: TD below N raises 17 ZE_2_INT_ARG_LT naming both; true
-// when raised.
-bool raise_leading(ZekFail *fail, const char *name, const char *tdname, int td, const char *nname, int n);
-
 // The LU factorisation of F03AFF: A = P*L*U (L unit lower, U upper, over A) with partial pivoting on
 // implicitly equilibrated rows: the pivot of column k is the element of largest |a(i,k)|/||row i||
 // (2-norms of the rows on entry).  P(k) receives the pivot row of step k as a real.  The determinant is

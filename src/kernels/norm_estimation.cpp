@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <type_traits>
 
 #include "frame/ifail.h"
 #include "frame/machine.h"
@@ -26,116 +27,33 @@ constexpr int kMaxRounds = 5;
 // the real estimator.
 enum { kStage = 0, kIndex = 1, kRound = 2, kSigns = 3 };
 
-inline double sign_of(double x) { return x >= 0.0 ? 1.0 : -1.0; }
-
-// The alternating test vector (-1)**(i+1) * (1 + (i-1)/(n-1)).
-template <class Set> void alternating(int n, Set set) {
-    double altsgn = 1.0;
-    for (int i = 0; i < n; ++i) {
-        set(i, altsgn * (1.0 + static_cast<double>(i) / (n - 1)));
-        altsgn = -altsgn;
-    }
+// What the two estimators do differently, by element type: the modulus, the sign of an element (for a
+// real one +-1, for a complex one x/|x|, 1 for a negligible element), and whether the signs are kept
+// to stop when they repeat (the real form only).
+inline double modulus(double x) { return std::fabs(x); }
+inline double modulus(Complex z) { return std::hypot(z.re, z.im); }
+inline double sign_of(double x, double) { return x >= 0.0 ? 1.0 : -1.0; }
+inline Complex sign_of(Complex z, double safmin) {
+    const double a = modulus(z);
+    return a > safmin ? Complex{z.re / a, z.im / a} : Complex{1.0, 0.0};
 }
+inline double real_element(double value, double) { return value; }
+inline Complex real_element(double value, Complex) { return Complex{value, 0.0}; }
 
 } // namespace
 
-// One call of the real estimator: KASE 0 on the first call; on return KASE 1 asks for X := A*X, 2 for
+// One call of the estimator: KASE 0 on the first call; on return KASE 1 asks for X := A*X, 2 for
 // X := A'*X, and 0 says EST is final (V holds A*w for a w with ||A*w||/||w|| = EST).
-void estimate_norm(int n, double *v, double *x, int *isave, double *est, int *kase) {
-    int *isgn = isave + kSigns;
-    auto unit_vector = [&](int j) {
-        for (int i = 0; i < n; ++i) x[i] = 0.0;
-        x[j] = 1.0;
-        *kase = 1;
-        isave[kStage] = 3;
-    };
-    auto final_test = [&]() {
-        alternating(n, [&](int i, double value) { x[i] = value; });
-        *kase = 1;
-        isave[kStage] = 5;
-    };
-    if (*kase == 0) {
-        for (int i = 0; i < n; ++i) x[i] = 1.0 / n;
-        *kase = 1;
-        isave[kStage] = 1;
-        return;
-    }
-    switch (isave[kStage]) {
-    case 1: // X holds A*x.
-        if (n == 1) {
-            v[0] = x[0];
-            *est = std::fabs(v[0]);
-            *kase = 0;
-            return;
-        }
-        *est = asum(n, x, 1);
-        for (int i = 0; i < n; ++i) {
-            x[i] = sign_of(x[i]);
-            isgn[i] = static_cast<int>(x[i]);
-        }
-        *kase = 2;
-        isave[kStage] = 2;
-        return;
-    case 2: // X holds A'*x.
-        isave[kIndex] = iamax(n, x, 1) - 1;
-        isave[kRound] = 2;
-        unit_vector(isave[kIndex]);
-        return;
-    case 3: { // X holds A*x.
-        copy(n, x, 1, v, 1);
-        const double estold = *est;
-        *est = asum(n, v, 1);
-        bool repeated = true;
-        for (int i = 0; i < n; ++i)
-            if (static_cast<int>(sign_of(x[i])) != isgn[i]) repeated = false;
-        if (repeated || *est <= estold) {
-            final_test();
-            return;
-        }
-        for (int i = 0; i < n; ++i) {
-            x[i] = sign_of(x[i]);
-            isgn[i] = static_cast<int>(x[i]);
-        }
-        *kase = 2;
-        isave[kStage] = 4;
-        return;
-    }
-    case 4: { // X holds A'*x.
-        const int jlast = isave[kIndex];
-        isave[kIndex] = iamax(n, x, 1) - 1;
-        if (x[jlast] != std::fabs(x[isave[kIndex]]) && isave[kRound] < kMaxRounds) {
-            ++isave[kRound];
-            unit_vector(isave[kIndex]);
-            return;
-        }
-        final_test();
-        return;
-    }
-    case 5: { // X holds A*(alternating vector).
-        const double temp = 2.0 * (asum(n, x, 1) / (3.0 * n));
-        if (temp > *est) {
-            copy(n, x, 1, v, 1);
-            *est = temp;
-        }
-        *kase = 0;
-        return;
-    }
-    default:
-        *kase = 0;
-        return;
-    }
-}
-
-// The complex estimator: the signs are x(i)/|x(i)| (1 for a negligible element), and the sign test
-// of the real form is dropped.
-void estimate_norm(int n, Complex *v, Complex *x, int *isave, double *est, int *kase) {
+template <class T> void estimate_norm_t(int n, T *v, T *x, int *isave, double *est, int *kase) {
+    constexpr bool kReal = std::is_same_v<T, double>;
     const double safmin = safe_minimum();
-    auto modulus = [](Complex z) { return std::hypot(z.re, z.im); };
-    auto sum_moduli = [&](const Complex *y) {
-        double s = 0.0;
-        for (int i = 0; i < n; ++i) s += modulus(y[i]);
-        return s;
+    int *isgn = isave + kSigns;
+    auto sum_moduli = [&](const T *y) {
+        double sum = 0.0;
+        for (int i = 0; i < n; ++i) sum += modulus(y[i]);
+        return sum;
     };
+    // The first index of the largest modulus.
     auto largest = [&]() {
         int best = 0;
         double m = modulus(x[0]);
@@ -148,29 +66,34 @@ void estimate_norm(int n, Complex *v, Complex *x, int *isave, double *est, int *
     };
     auto signs = [&]() {
         for (int i = 0; i < n; ++i) {
-            const double a = modulus(x[i]);
-            x[i] = a > safmin ? Complex{x[i].re / a, x[i].im / a} : Complex{1.0, 0.0};
+            x[i] = sign_of(x[i], safmin);
+            if constexpr (kReal) isgn[i] = static_cast<int>(x[i]);
         }
     };
     auto unit_vector = [&](int j) {
-        for (int i = 0; i < n; ++i) x[i] = {0.0, 0.0};
-        x[j] = {1.0, 0.0};
+        for (int i = 0; i < n; ++i) x[i] = real_element(0.0, T{});
+        x[j] = real_element(1.0, T{});
         *kase = 1;
         isave[kStage] = 3;
     };
+    // The alternating test vector (-1)**(i+1) * (1 + (i-1)/(n-1)).
     auto final_test = [&]() {
-        alternating(n, [&](int i, double value) { x[i] = {value, 0.0}; });
+        double altsgn = 1.0;
+        for (int i = 0; i < n; ++i) {
+            x[i] = real_element(altsgn * (1.0 + static_cast<double>(i) / (n - 1)), T{});
+            altsgn = -altsgn;
+        }
         *kase = 1;
         isave[kStage] = 5;
     };
     if (*kase == 0) {
-        for (int i = 0; i < n; ++i) x[i] = {1.0 / n, 0.0};
+        for (int i = 0; i < n; ++i) x[i] = real_element(1.0 / n, T{});
         *kase = 1;
         isave[kStage] = 1;
         return;
     }
     switch (isave[kStage]) {
-    case 1:
+    case 1: // X holds A*x.
         if (n == 1) {
             v[0] = x[0];
             *est = modulus(v[0]);
@@ -182,16 +105,22 @@ void estimate_norm(int n, Complex *v, Complex *x, int *isave, double *est, int *
         *kase = 2;
         isave[kStage] = 2;
         return;
-    case 2:
+    case 2: // X holds A'*x.
         isave[kIndex] = largest();
         isave[kRound] = 2;
         unit_vector(isave[kIndex]);
         return;
-    case 3: {
+    case 3: { // X holds A*x.
         copy(n, x, 1, v, 1);
         const double estold = *est;
         *est = sum_moduli(v);
-        if (*est <= estold) {
+        bool repeated = false;
+        if constexpr (kReal) {
+            repeated = true;
+            for (int i = 0; i < n; ++i)
+                if (static_cast<int>(sign_of(x[i], safmin)) != isgn[i]) repeated = false;
+        }
+        if (repeated || *est <= estold) {
             final_test();
             return;
         }
@@ -200,10 +129,14 @@ void estimate_norm(int n, Complex *v, Complex *x, int *isave, double *est, int *
         isave[kStage] = 4;
         return;
     }
-    case 4: {
+    case 4: { // X holds A'*x.
         const int jlast = isave[kIndex];
         isave[kIndex] = largest();
-        if (modulus(x[jlast]) != modulus(x[isave[kIndex]]) && isave[kRound] < kMaxRounds) {
+        // The real form compares the signed element at the last index with the largest modulus.
+        bool moved;
+        if constexpr (kReal) moved = x[jlast] != modulus(x[isave[kIndex]]);
+        else moved = modulus(x[jlast]) != modulus(x[isave[kIndex]]);
+        if (moved && isave[kRound] < kMaxRounds) {
             ++isave[kRound];
             unit_vector(isave[kIndex]);
             return;
@@ -211,7 +144,7 @@ void estimate_norm(int n, Complex *v, Complex *x, int *isave, double *est, int *
         final_test();
         return;
     }
-    case 5: {
+    case 5: { // X holds A*(alternating vector).
         const double temp = 2.0 * (sum_moduli(x) / (3.0 * n));
         if (temp > *est) {
             copy(n, x, 1, v, 1);
@@ -224,6 +157,13 @@ void estimate_norm(int n, Complex *v, Complex *x, int *isave, double *est, int *
         *kase = 0;
         return;
     }
+}
+
+void estimate_norm(int n, double *v, double *x, int *isave, double *est, int *kase) {
+    estimate_norm_t(n, v, x, isave, est, kase);
+}
+void estimate_norm(int n, Complex *v, Complex *x, int *isave, double *est, int *kase) {
+    estimate_norm_t(n, v, x, isave, est, kase);
 }
 
 namespace {

@@ -268,19 +268,12 @@ void F01QFZ(const char *pivot, const int *m, const int *n, double *a, const int 
 namespace {
 
 bool f01qc_raise(const char *name, int m, int n, int tda, ZekFail *fail) {
-    if (m < n) {
-        zek::raise_formatted(fail, name, 17, "m", static_cast<long>(m), "n", static_cast<long>(n), "m", "n");
-        return true;
-    }
+    if (zek::raise_below(fail, name, "m", m, "n", n)) return true;
     if (n < 0) {
         zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "0", n);
         return true;
     }
-    if (tda < m) {
-        zek::raise_formatted(fail, name, 17, "tda", static_cast<long>(tda), "m", static_cast<long>(m), "tda", "m");
-        return true;
-    }
-    return false;
+    return zek::raise_below(fail, name, "tda", tda, "m", m);
 }
 
 } // namespace
@@ -309,10 +302,7 @@ extern "C" void f01qdc(int trans, int wheret, int m, int n, double *a, int tda, 
         zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "ncolb", "0", ncolb);
         return;
     }
-    if (tdb < m) {
-        zek::raise_formatted(fail, name, 17, "tdb", static_cast<long>(tdb), "m", static_cast<long>(m), "tdb", "m");
-        return;
-    }
+    if (zek::raise_below(fail, name, "tdb", tdb, "m", m)) return;
     if (std::min(n, ncolb) > 0) {
         void *work = ZEK_ALLOCATE(sizeof(double) * static_cast<std::size_t>(ncolb));
         if (work == nullptr) {

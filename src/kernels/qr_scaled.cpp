@@ -73,10 +73,7 @@ extern "C" void F01_APPLY_REFLECTOR(int m, int ncol, double zeta, const double *
 extern "C" void f01qac(int m, int n, int k, double *a, int tda, double *zeta, double *work, ZekFail *fail) {
     const char *name = "f01qac";
     zek::clear_fail(fail);
-    if (m < n) {
-        zek::raise_formatted(fail, name, 17, "m", static_cast<long>(m), "n", static_cast<long>(n), "m", "n");
-        return;
-    }
+    if (zek::raise_below(fail, name, "m", m, "n", n)) return;
     if (n < 0) {
         zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "n", "0", n);
         return;
@@ -85,14 +82,8 @@ extern "C" void f01qac(int m, int n, int k, double *a, int tda, double *zeta, do
         zek::raise_int_arg(fail, name, ZE_INT_ARG_LT, "k", "0", k);
         return;
     }
-    if (k > n) {
-        zek::raise_formatted(fail, name, 19, "k", static_cast<long>(k), "n", static_cast<long>(n), "k", "n");
-        return;
-    }
-    if (tda < m) {
-        zek::raise_formatted(fail, name, 17, "tda", static_cast<long>(tda), "m", static_cast<long>(m), "tda", "m");
-        return;
-    }
+    if (k > n) return zek::raise_int_pair(fail, name, ZE_2_INT_ARG_GT, "k", k, "n", n);
+    if (zek::raise_below(fail, name, "tda", tda, "m", m)) return;
     const std::ptrdiff_t ld = tda;
     // The columns past K have not seen the first K reflectors yet.
     for (int j = 0; j < k && k < n; ++j)

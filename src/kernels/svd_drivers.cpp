@@ -256,9 +256,9 @@ void f02wuc(int n, double *a, int tda, int ncolb, double *b, int tdb, int wantq,
         raise_int_arg(fail, name, ZE_INT_ARG_LT, "ncolb", "0", ncolb);
         return;
     }
-    if (raise_leading(fail, name, "tda", tda, "n", n)) return;
-    if (ncolb > 0 && raise_leading(fail, name, "tdb", tdb, "n", n)) return;
-    if (wantq != 0 && raise_leading(fail, name, "tdq", tdq, "n", n)) return;
+    if (raise_below(fail, name, "tda", tda, "n", n)) return;
+    if (ncolb > 0 && raise_below(fail, name, "tdb", tdb, "n", n)) return;
+    if (wantq != 0 && raise_below(fail, name, "tdq", tdq, "n", n)) return;
     if (n > 0) {
         const int missing = triangular_core(n, a, tda, ncolb, b, tdb, wantq != 0, q, tdq, sv, wantp != 0, work);
         if (missing > 0) {
@@ -287,9 +287,9 @@ void f02wdc(int m, int n, double *a, int tda, int ncolb, double *b, int tdb, int
         raise_formatted(fail, name, ZE_2_INT_ARG_LT, "m", static_cast<long>(m), "n", static_cast<long>(n), "m", "n");
         return;
     }
-    if (raise_leading(fail, name, "tda", tda, "m", m)) return;
-    if (ncolb > 0 && raise_leading(fail, name, "tdb", tdb, "m", m)) return;
-    if (wantpt != 0 && raise_leading(fail, name, "tdpt", tdpt, "n", n)) return;
+    if (raise_below(fail, name, "tda", tda, "m", m)) return;
+    if (ncolb > 0 && raise_below(fail, name, "tdb", tdb, "m", m)) return;
+    if (wantpt != 0 && raise_below(fail, name, "tdpt", tdpt, "n", n)) return;
     const std::ptrdiff_t mm = m, nn = n, ldA = tda, ldB = tdb;
     // Going through R pays when the rows outnumber the columns by more than 5 to 3: the reflectors of
     // the QR step are cheaper than the right-hand ones of a direct bidiagonalisation.

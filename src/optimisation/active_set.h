@@ -215,6 +215,9 @@ void bind(Core &core, const Layout &layout, int *iwork, double *work);
 // read.
 int check_input(const char *start_word, int n, int nclin, int lda, const double *bl, const double *bu,
                 const int *istate, Start start, double infinite_bound, Records &records);
+// The data check: the first element of A (NCLIN rows) and of the objective vector C (may be null when
+// it is not read) that is not a finite number is one input error each, with its position and value.
+int check_data(int n, int nclin, const double *a, int lda, const double *c, const char *c_name, Records &records);
 
 // ---- Steps of a run -----------------------------------------------------------------------------
 // Per-constraint tolerances and weights, row norms, anti-cycling state.

@@ -496,6 +496,31 @@ int check_input(const char *start_word, int n, int nclin, int lda, const double 
     return errors;
 }
 
+int check_data(int n, int nclin, const double *a, int lda, const double *c, const char *c_name, Records &records) {
+    int errors = 0;
+    if (n <= 0 || nclin < 0 || lda < std::max(1, nclin)) return errors;
+    const std::ptrdiff_t ld = lda;
+    bool found = false;
+    for (int j = 0; j < n && !found; ++j)
+        for (int i = 0; i < nclin && !found; ++i) {
+            const double v = a[i + j * ld];
+            if (std::isfinite(v)) continue;
+            found = true;
+            ++errors;
+            records.add(format(" ** On entry, A(%4ld,%4ld) is not a finite number:", static_cast<long>(i + 1),
+                               static_cast<long>(j + 1)));
+            records.add(format("    A = %16.7G", v));
+        }
+    for (int j = 0; c != nullptr && j < n; ++j) {
+        if (std::isfinite(c[j])) continue;
+        ++errors;
+        records.add(format(" ** On entry, %s(%4ld) is not a finite number:", c_name, static_cast<long>(j + 1)));
+        records.add(format("    %s = %16.7G", c_name, c[j]));
+        break;
+    }
+    return errors;
+}
+
 void initialise(Core &c) {
     const int nctotl = c.n + c.nclin;
     vector_load(nctotl, c.set.feasibility_tolerance, c.featlu, 1);

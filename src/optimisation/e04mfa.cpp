@@ -2,6 +2,8 @@
 // user of the active-set core.
 #include <algorithm>
 #include <cmath>
+#include <cstring>
+#include <string>
 
 #include "frame/ifail.h"
 #include "frame/output.h"
@@ -60,6 +62,43 @@ double working_set_error(const Core &c) {
     return worst;
 }
 
+// The ends of a run, one row each: the word the core returns, IFAIL and the exit number (0 for the
+// success exits) and the text, which follows " Exit E04MFA - " on the print unit and " ** " in the
+// failure message; "%2.2s" stands for the problem kind (LP or FP), a newline for the printed line break
+// that the one-line message leaves out.
+struct RunExit {
+    Word word;
+    int ifail;
+    long number;
+    const char *text;
+};
+
+constexpr RunExit kRunExits[] = {
+    {Word::Optimal, 0, 0, "Optimal %2.2s solution."},
+    {Word::Feasible, 0, 0, "Feasible point found.     "},
+    {Word::Weak, 1, 99997, "Weak %2.2s solution."},
+    {Word::Unbounded, 2, 99996, "%2.2s solution is unbounded."},
+    {Word::Infeasible, 3, 99995, "No feasible point for the linear constraints."},
+    {Word::RowError, 3, 99994, "Cannot satisfy the working set constraints to the accuracy\nrequested."},
+    {Word::IterationLimit, 4, 99993, "Too many iterations."},
+};
+
+const RunExit *run_exit(Word word) {
+    for (const RunExit &e : kRunExits)
+        if (e.word == word) return &e;
+    return nullptr;
+}
+
+bool names_kind(const char *text) { return std::strstr(text, "%2.2s") != nullptr; }
+
+// TEXT with the kind in place of its conversion (the printed form).
+std::string with_kind(const char *text, const char *kind) {
+    std::string s(text);
+    const std::size_t at = s.find("%2.2s");
+    if (at != std::string::npos) s.replace(at, 5, zek::format("%2.2s", kind));
+    return s;
+}
+
 } // namespace
 
 extern "C" void E04MFA(const int *n_, const int *nclin_, const double *a, const int *lda_, const double *bl,
@@ -99,6 +138,7 @@ extern "C" void E04MFA(const int *n_, const int *nclin_, const double *a, const 
     zek::Records records;
     int errors = zek::active_set::check_input(start_word, n, nclin, lda, bl, bu, istate, start, set.infinite_bound,
                                               records);
+    errors += zek::active_set::check_data(n, nclin, a, lda, type == 2 ? cvec : nullptr, "CVEC", records);
     zek::active_set::Layout layout;
     if (n > 0 && nclin >= 0) {
         const int mn = std::min(n, nclin);
@@ -153,18 +193,11 @@ extern "C" void E04MFA(const int *n_, const int *nclin_, const double *a, const 
         say(format(" Exit from %2.2s problem after %5ld iterations.", kind, static_cast<long>(core.itn)));
         if (set.print_level == 1 || set.print_level >= 10) zek::active_set::print_solution(core);
         say("");
-        switch (word) {
-        case Word::Optimal: say(format(" Exit E04MFA - Optimal %2.2s solution.", kind)); break;
-        case Word::Feasible: say(" Exit E04MFA - Feasible point found.     "); break;
-        case Word::Weak: say(format(" Exit E04MFA - Weak %2.2s solution.", kind)); break;
-        case Word::Unbounded: say(format(" Exit E04MFA - %2.2s solution is unbounded.", kind)); break;
-        case Word::Infeasible: say(" Exit E04MFA - No feasible point for the linear constraints."); break;
-        case Word::RowError:
-            say(" Exit E04MFA - Cannot satisfy the working set constraints to the accuracy");
-            say("requested.");
-            break;
-        case Word::IterationLimit: say(" Exit E04MFA - Too many iterations."); break;
-        default: break;
+        if (const RunExit *e = run_exit(word)) {
+            const std::string text = " Exit E04MFA - " + with_kind(e->text, kind);
+            const std::size_t cut = text.find('\n');
+            say(text.substr(0, cut));
+            if (cut != std::string::npos) say(text.substr(cut + 1));
         }
         say("");
         if (feasible && type == 2) say(format(" Final %2.2s objective value =%16.7G", kind, core.objective));
@@ -174,20 +207,23 @@ extern "C" void E04MFA(const int *n_, const int *nclin_, const double *a, const 
     }
     zek::e04::end_run(Family::MFA, lwsav, iwsav, rwsav);
 
-    switch (word) {
-    case Word::Weak: exit.fail(1, 99997, " ** Weak %2.2s solution.", {kind}); break;
-    case Word::Unbounded: exit.fail(2, 99996, " ** %2.2s solution is unbounded.", {kind}); break;
-    case Word::Infeasible: exit.fail(3, 99995, " ** No feasible point for the linear constraints."); break;
-    case Word::RowError: {
-        zek::Records rec;
-        rec.add(" ** Cannot satisfy the working set constraints to the accuracy requested.");
-        rec.add(format(" Sum of infeasibilities =%16.7G", core.suminf));
-        const double rowerr = working_set_error(core);
-        rec.add(format(" Maximum row error =%16.7G", rowerr));
-        exit.fail_with_records(3, 99994, rec, {core.suminf, rowerr});
-        break;
+    const RunExit *e = run_exit(word);
+    if (e == nullptr || e->ifail == 0) {
+        exit.succeed();
+        return;
     }
-    case Word::IterationLimit: exit.fail(4, 99993, " ** Too many iterations."); break;
-    default: exit.succeed(); break;
+    std::string message = std::string(" ** ") + e->text;
+    for (char &ch : message)
+        if (ch == '\n') ch = ' ';
+    if (word != Word::RowError) {
+        if (names_kind(e->text)) exit.fail(e->ifail, e->number, message.c_str(), {kind});
+        else exit.fail(e->ifail, e->number, message.c_str());
+        return;
     }
+    zek::Records rec;
+    rec.add(message);
+    rec.add(format(" Sum of infeasibilities =%16.7G", core.suminf));
+    const double rowerr = working_set_error(core);
+    rec.add(format(" Maximum row error =%16.7G", rowerr));
+    exit.fail_with_records(e->ifail, e->number, rec, {core.suminf, rowerr});
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <limits>
 #include <cstdio>
 #include <cstring>
 
@@ -13,6 +14,11 @@
 namespace zek::e04 {
 
 namespace {
+
+// A number beyond the range of reals (1e999) is read as the largest real of its sign, so that no
+// setting is ever infinite.
+double in_range(double v) { return std::isinf(v) ? std::copysign(std::numeric_limits<double>::max(), v) : v; }
+
 
 int to_int(double x) {
     if (std::isnan(x)) return 0;
@@ -312,6 +318,7 @@ int decode_line(Family family, const char *line, int length, bool list, int unit
         token_text(tk, i, text);
         int used = 0;
         if (std::sscanf(text, "%16[^\n]%n", field, &used) == 1) std::sscanf(field, "%16le", &value);
+        value = in_range(value);
         break;
     }
 
@@ -373,7 +380,7 @@ int decode_line(Family family, const char *line, int length, bool list, int unit
         if (std::sscanf(text, "%16[^\n]%n", field, &used) != 1) break;
         if (phrase->place.real) {
             double v = 0.0;
-            if (std::sscanf(field, "%16le", &v) == 1) real_setting(rwsav, phrase->place.block, k) = v;
+            if (std::sscanf(field, "%16le", &v) == 1) real_setting(rwsav, phrase->place.block, k) = in_range(v);
         } else {
             long v = 0;
             if (std::sscanf(field, "%16ld", &v) == 1) setting(iwsav, phrase->place.block, k) = to_int(v);

@@ -33,7 +33,8 @@ constexpr Value S(Place p) { return Value{Expr::Setting, 0.0, 0.0, p}; }
 constexpr Value itns(double a, double b) { return Value{Expr::Iterations, a, b, {}}; }
 constexpr Value base(int which, double times = 1.0) { return Value{Expr::Base, double(which), times, {}}; }
 constexpr Value power(Place p, double e) { return Value{Expr::SettingPower, e, 0.0, p}; }
-constexpr int kEps = 0, kE33 = 1, kE50 = 2, kE90 = 4;
+// Indices of the machine base values (EPS, EPS^0.33, ^0.5, ^0.8, ^0.9) that the rules use.
+constexpr int kEps = 0, kE50 = 2, kE90 = 4;
 
 constexpr Rule when(Place t, When w, Value v) { return Rule{t, w, {}, {}, v}; }
 constexpr Rule below(Place t, Value lo, Value v) { return Rule{t, When::Below, lo, {}, v}; }

@@ -113,12 +113,18 @@ double S09ABF(double x, char *errbuf, int *ifail, int /*errbuf_len*/) {
 extern "C" double s21bac(double x, double y, ZekFail *fail) {
     static const char *const kName = "s21bac";
     zek::clear_fail(fail);
-    if (x < 0.0) {
+    // A NaN takes the exit of the argument it stands for: it is no x >= 0 and no y away from 0.
+    if (!(x >= 0.0)) {
         zek::raise_real_arg(fail, kName, ZE_REAL_ARG_LT, "x", "0.0", x);
         return 0.0;
     }
-    if (y == 0.0) {
+    if (!(y != 0.0) || std::isnan(y)) {
         zek::raise_real_arg(fail, kName, ZE_REAL_ARG_EQ, "y", "0.0", y);
+        return 0.0;
+    }
+    // RC tends to 0 as either argument grows without bound (like log(t)/sqrt(t)).
+    if (std::isinf(x) || std::isinf(y)) {
+        zek::raise_success(fail, kName);
         return 0.0;
     }
     // RC(x, y) for y < 0 is sqrt(x/(x - y)) RC(x - y, -y), the Cauchy principal value.

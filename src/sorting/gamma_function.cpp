@@ -54,8 +54,9 @@ struct GammaResult {
 // long double, which carries 64 bits on x86-64, so up to 169 factors cost well under one unit of the
 // last place of the double result.
 GammaResult gamma_with_failure(double x) {
-    if (std::fabs(x) > 170.0) {
-        return x > 0.0 ? GammaResult{4.3e304, GammaFailure::TooLarge} : GammaResult{0.0, GammaFailure::TooNegative};
+    // A NaN is outside every range the function has; it takes the exit of the largest arguments.
+    if (!(std::fabs(x) <= 170.0)) {
+        return x < 0.0 ? GammaResult{0.0, GammaFailure::TooNegative} : GammaResult{4.3e304, GammaFailure::TooLarge};
     }
     if (std::fabs(x) <= 3e-15) {
         if (std::fabs(x) >= 2.23e-308) return {1.0 / x - kEuler, GammaFailure::None};
@@ -170,8 +171,8 @@ double s14abc(double x, ZekFail *fail) {
     static const char *const kName = "s14abc";
     zek::clear_fail(fail);
     double value = 0.0;
-    if (x < 1e-15) {
-        if (!(x > 0.0)) {
+    if (!(x >= 1e-15)) {
+        if (!(x > 0.0)) {  // a NaN too: it is no positive number
             zek::raise_real_arg(fail, kName, ZE_REAL_ARG_LE, "x", "0.0", x);
             return 0.0;
         }

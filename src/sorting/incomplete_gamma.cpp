@@ -85,8 +85,10 @@ namespace {
 double power_factor(double a, double x, double lx, double tiny) {
     const double d = x - a;
     const double m = d / a;
-    // Below m = -7/8 the rounding of m would dominate log(1 + m); there log(x/a) is taken directly.
-    const double y = m < -0.875 ? d - a * (lx - std::log(a)) : d * m * special::log1p_ratio(m);
+    // Below m = -7/8 the rounding of m would dominate log(1 + m); there log(x/a) is taken directly.  So it
+    // is for a far below x, where m*m in the ratio would overflow (m is infinite for a subnormal a) and
+    // d outweighs the logarithmic term anyway.
+    const double y = m < -0.875 || m > 1e100 ? d - a * (lx - std::log(a)) : d * m * special::log1p_ratio(m);
     double log_b;
     if (a >= 20.0) {
         log_b = -(special::stirling_correction(a) / a + 0.5 * std::log(a) + 0.9189385332046727);

