@@ -74,6 +74,7 @@ target_link_libraries(tour PRIVATE zek_warnings)
 target_link_options(tour PRIVATE -static-libgcc)
 target_include_directories(tour PRIVATE include ${exports_dir})
 add_dependencies(tour zek2 torvic zek_module_definition)
+target_compile_definitions(tour PRIVATE ZEK_TOUR_DATA_DIR="${CMAKE_CURRENT_SOURCE_DIR}/tests/data")
 
 enable_testing()
 add_test(NAME win32_export_table

@@ -11,14 +11,14 @@
 void tour_minimisers(void);
 void tour_curve_fit(void);
 
-typedef void (*bound_funct2)(int *, const int *, const double *, double *, double *, int *, double *);
-typedef void (*kyf_fn)(const int *, const int *, bound_funct2, void *, double *, double *, double *, double *,
+typedef void (ZEK_CALLBACK *bound_funct2)(int *, const int *, const double *, double *, double *, int *, double *);
+typedef void (ZEK_CALLBACK *kyf_fn)(const int *, const int *, bound_funct2, void *, double *, double *, double *, double *,
                        double *, int *, const int *, double *, const int *, int *, double *, int *);
-typedef void (*funct1)(const double *, double *, int *, double *);
-typedef void (*abf_fn)(funct1, void *, double *, double *, double *, double *, int *, double *, double *, int *,
+typedef void (ZEK_CALLBACK *funct1)(const double *, double *, int *, double *);
+typedef void (ZEK_CALLBACK *abf_fn)(funct1, void *, double *, double *, double *, double *, int *, double *, double *, int *,
                        double *, int *);
 
-static void rosenbrock(int *iflag, const int *n, const double *x, double *f, double *g, int *iuser, double *ruser) {
+static void ZEK_CALLBACK rosenbrock(int *iflag, const int *n, const double *x, double *f, double *g, int *iuser, double *ruser) {
     const double a = x[1] - x[0] * x[0], b = 1.0 - x[0];
     (void)n;
     (void)iuser;
@@ -30,7 +30,7 @@ static void rosenbrock(int *iflag, const int *n, const double *x, double *f, dou
     }
 }
 
-static void one_dim(const double *x, double *f, int *iuser, double *ruser) {
+static void ZEK_CALLBACK one_dim(const double *x, double *f, int *iuser, double *ruser) {
     (void)iuser;
     (void)ruser;
     *f = sin(*x) / *x;
@@ -61,17 +61,17 @@ void tour_minimisers(void) {
 
 /* A nonlinear curve fit y = b1 (1 - exp(-b2 x)) by E04GYF (q74490), then the standard deviations of b1
  * and b2 from the covariance matrix (E04YCF q39421), whose inputs E04GYF leaves in its workspace. */
-typedef void (*lsqfun)(int *, const int *, const int *, const double *, double *, double *, const int *, int *,
+typedef void (ZEK_CALLBACK *lsqfun)(int *, const int *, const int *, const double *, double *, double *, const int *, int *,
                        double *);
-typedef void (*gyf_fn)(const int *, const int *, lsqfun, void *, double *, double *, double *, const int *, int *,
+typedef void (ZEK_CALLBACK *gyf_fn)(const int *, const int *, lsqfun, void *, double *, double *, double *, const int *, int *,
                        double *, int *);
-typedef void (*ycf_fn)(const int *, const int *, const int *, const double *, const double *, double *, const int *,
+typedef void (ZEK_CALLBACK *ycf_fn)(const int *, const int *, const int *, const double *, const double *, double *, const int *,
                        double *, double *, int *);
 
 static const double fit_x[] = {77.6, 114.9, 141.1, 190.8, 239.9, 289.0, 332.8, 378.4, 434.8, 477.3, 536.8, 593.1, 689.1, 760.0};
 static const double fit_y[] = {10.07, 14.73, 17.94, 23.93, 29.61, 35.18, 40.02, 44.82, 50.76, 55.05, 61.01, 66.40, 75.47, 81.78};
 
-static void curve(int *iflag, const int *m, const int *n, const double *b, double *f, double *j, const int *lj,
+static void ZEK_CALLBACK curve(int *iflag, const int *m, const int *n, const double *b, double *f, double *j, const int *lj,
                   int *iuser, double *ruser) {
     int i;
     (void)n;

@@ -11,22 +11,22 @@
 
 #include "tour.h"
 
-typedef void (*e04wba_fn)(const char *, char *, const int *, int *, const int *, int *, const int *, double *,
+typedef void (ZEK_CALLBACK *e04wba_fn)(const char *, char *, const int *, int *, const int *, int *, const int *, double *,
                           const int *, int *, int, int);
-typedef void (*e04option_fn)(const char *, const int *, int *, int *, double *, int *, int);
-typedef void (*qphess_fn)(const int *, const int *, const double *, const int *, const double *, double *,
+typedef void (ZEK_CALLBACK *e04option_fn)(const char *, const int *, int *, int *, double *, int *, int);
+typedef void (ZEK_CALLBACK *qphess_fn)(const int *, const int *, const double *, const int *, const double *, double *,
                           const int *, int *, double *);
-typedef void (*e04nfa_fn)(const int *, const int *, const double *, const int *, const double *, const double *,
+typedef void (ZEK_CALLBACK *e04nfa_fn)(const int *, const int *, const double *, const int *, const double *, const double *,
                           const double *, const double *, const int *, qphess_fn, void *, int *, double *, int *,
                           double *, double *, double *, int *, const int *, double *, const int *, int *, double *,
                           int *, int *, double *, int *);
-typedef void (*e04nca_fn)(const int *, const int *, const int *, const int *, const int *, const double *,
+typedef void (ZEK_CALLBACK *e04nca_fn)(const int *, const int *, const int *, const int *, const int *, const double *,
                           const double *, const double *, const double *, int *, int *, double *, double *, double *,
                           int *, double *, double *, int *, const int *, double *, const int *, int *, int *,
                           double *, int *);
 
 /* HX := H X for the diagonal covariance in H's first column; IUSER(1) counts the calls. */
-static void covariance_product(const int *n, const int *jthcol, const double *h, const int *ldh, const double *x,
+static void ZEK_CALLBACK covariance_product(const int *n, const int *jthcol, const double *h, const int *ldh, const double *x,
                                double *hx, const int *nstate, int *iuser, double *ruser) {
     int i;
     (void)jthcol, (void)ldh, (void)nstate, (void)ruser;

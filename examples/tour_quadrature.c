@@ -8,12 +8,12 @@
 #include "tour.h"
 #include "zek2/d01.h"
 
-typedef void (*one_dimension)(ZekQuadFunction, double, double, double, double, int, double *, double *,
+typedef void (ZEK_CALLBACK *one_dimension)(ZekQuadFunction, double, double, double, double, int, double *, double *,
                               ZekQuadProgress *, void *, ZekFail *);
-typedef void (*matrix_printer)(const char *, const char *, const int *, const int *, const double *, const int *,
+typedef void (ZEK_CALLBACK *matrix_printer)(const char *, const char *, const int *, const int *, const double *, const int *,
                                const char *, const char *, const char *, const char *, const char *, const char *,
                                const int *, const int *, int *, int, int, int, int, int, int, int, int);
-typedef void (*simplex_ladder)(const int *, double *, const int *, const int *, ZekD01Function, int *, const int *,
+typedef void (ZEK_CALLBACK *simplex_ladder)(const int *, double *, const int *, const int *, ZekD01Function, int *, const int *,
                                double *, double *, int *, double *, int *);
 
 static double ZEK_CALLBACK log_over_sqrt(double x, void *user) {
@@ -69,9 +69,9 @@ void tour_quadrature(void) {
             "FINVLSESTERR", "I", " ", &ncols, &indent, &ifail, 1, 1, 7, 43, 1, 6, 1, 1);
 }
 
-typedef void (*transport)(const int *, const int *, const int *, const int *, const int *, int *, const int *, int *,
+typedef void (ZEK_CALLBACK *transport)(const int *, const int *, const int *, const int *, const int *, int *, const int *, int *,
                           int *, int *, int *, int *, double *, int *, int *, int *);
-typedef void (*shortest_path)(const int *, const int *, const int *, const int *, const int *, double *, int *, int *,
+typedef void (ZEK_CALLBACK *shortest_path)(const int *, const int *, const int *, const int *, const int *, double *, int *, int *,
                               double *, int *, int *, double *, int *);
 
 void tour_networks(void) {

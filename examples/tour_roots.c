@@ -8,14 +8,14 @@
 #include "tour.h"
 #include "zek2/types.h"
 
-typedef void (*quartic)(const double *, const double *, const double *, const double *, const double *, double *,
+typedef void (ZEK_CALLBACK *quartic)(const double *, const double *, const double *, const double *, const double *, double *,
                         double *, double *, int *);
-typedef double (*user_function)(const double *, int *, double *);
-typedef void (*zero_driver)(double *, double *, const double *, const double *, user_function, double *, double *,
+typedef double (ZEK_CALLBACK *user_function)(const double *, int *, double *);
+typedef void (ZEK_CALLBACK *zero_driver)(double *, double *, const double *, const double *, user_function, double *, double *,
                             int *, double *, int *);
-typedef void (*zero_reverse)(double *, double *, double, double, int, double *, int *, ZekFail *);
+typedef void (ZEK_CALLBACK *zero_reverse)(double *, double *, double, double, int, double *, int *, ZekFail *);
 
-static double cos_minus_x(const double *x, int *iuser, double *ruser) {
+static double ZEK_CALLBACK cos_minus_x(const double *x, int *iuser, double *ruser) {
     (void)ruser;
     ++iuser[0];
     return cos(*x) - *x;

@@ -10,21 +10,21 @@
 
 enum { MAXN = 100, MAXNZ = 400, LA = 4000 };
 
-typedef void (*sort_fn)(const int *, int *, double *, int *, int *, const char *, const char *, int *, int *, int *,
+typedef void (ZEK_CALLBACK *sort_fn)(const int *, int *, double *, int *, int *, const char *, const char *, int *, int *, int *,
                         int, int);
-typedef void (*ilu_fn)(const int *, const int *, double *, const int *, int *, int *, const int *, const double *,
+typedef void (ZEK_CALLBACK *ilu_fn)(const int *, const int *, double *, const int *, int *, int *, const int *, const double *,
                        const char *, const char *, int *, int *, int *, int *, int *, int *, int *, const int *,
                        int *, int, int);
-typedef void (*driver_fn)(const char *, const int *, const int *, const double *, const int *, const int *,
+typedef void (ZEK_CALLBACK *driver_fn)(const char *, const int *, const int *, const double *, const int *, const int *,
                           const int *, const int *, const int *, const int *, const int *, const double *,
                           const int *, const double *, const int *, double *, double *, int *, double *,
                           const int *, int *, int);
-typedef void (*setup_fn)(const char *, const char *, const char *, const char *, const int *, const int *,
+typedef void (ZEK_CALLBACK *setup_fn)(const char *, const char *, const char *, const char *, const int *, const int *,
                          const int *, const double *, const int *, const double *, const double *, const int *,
                          int *, double *, const int *, int *, int, int, int, int);
-typedef void (*step_fn)(int *, double *, double *, const double *, double *, const int *, int *);
-typedef void (*diag_fn)(int *, double *, double *, double *, double *, const double *, const int *, int *);
-typedef void (*solve_fn)(const char *, const int *, const double *, const int *, const int *, const int *,
+typedef void (ZEK_CALLBACK *step_fn)(int *, double *, double *, const double *, double *, const int *, int *);
+typedef void (ZEK_CALLBACK *diag_fn)(int *, double *, double *, double *, double *, const double *, const int *, int *);
+typedef void (ZEK_CALLBACK *solve_fn)(const char *, const int *, const double *, const int *, const int *, const int *,
                          const int *, const int *, const int *, const int *, const char *, const double *, double *,
                          int *, int, int);
 

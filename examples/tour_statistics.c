@@ -9,16 +9,16 @@
 
 void tour_statistics(void);
 
-typedef void (*seed_fn)(int);
-typedef double (*uniform_fn)(void);
-typedef double (*normal_fn)(double, double);
-typedef double (*tail_fn)(int, double, ZekFail *);
-typedef double (*tail_df_fn)(int, double, double, ZekFail *);
-typedef void (*fit_fn)(const char *, const char *, const int *, const double *, const int *, const int *, const int *,
+typedef void (ZEK_CALLBACK *seed_fn)(int);
+typedef double (ZEK_CALLBACK *uniform_fn)(void);
+typedef double (ZEK_CALLBACK *normal_fn)(double, double);
+typedef double (ZEK_CALLBACK *tail_fn)(int, double, ZekFail *);
+typedef double (ZEK_CALLBACK *tail_df_fn)(int, double, double, ZekFail *);
+typedef void (ZEK_CALLBACK *fit_fn)(const char *, const char *, const int *, const double *, const int *, const int *, const int *,
                        const int *, const double *, const double *, double *, int *, double *, double *, double *,
                        double *, double *, double *, const int *, int *, int *, double *, const double *, double *,
                        int *, int, int);
-typedef void (*median_fn)(int, const double *, double *, double *, double *, double *, ZekFail *);
+typedef void (ZEK_CALLBACK *median_fn)(int, const double *, double *, double *, double *, double *, ZekFail *);
 
 void tour_statistics(void) {
     seed_fn seed = (seed_fn)tour_bind("q29740");

@@ -4,7 +4,7 @@
 
 #include "tour.h"
 
-typedef void (*bidiagonal_qr)(const int *, double *, double *, const int *, double *, const int *, const int *,
+typedef void (ZEK_CALLBACK *bidiagonal_qr)(const int *, double *, double *, const int *, double *, const int *, const int *,
                               double *, const int *, const int *, double *, const int *, double *, int *);
 
 void tour_svd(void) {

@@ -34,7 +34,7 @@ constexpr double kWg[5] = {0.066671344308688137593568809893332, 0.14945134915058
 constexpr int kTableRoom = 52;  // epsilon table: 50 entries and two of scratch
 constexpr int kTableLimit = 50;
 
-int compare_doubles(const void *x, const void *y) {
+int ZEK_CALLBACK compare_doubles(const void *x, const void *y) {
     const double u = *static_cast<const double *>(x), v = *static_cast<const double *>(y);
     return (u > v) - (u < v);
 }
