@@ -1,9 +1,13 @@
 // The regression fit against an exact rational solution, the certified polynomial problems of the
-// StRD collection that are defined by formula (Wampler 1 and 2), and the failure exits.
+// StRD collection (Wampler 1 and 2 by formula; Longley, NoInt1 and NoInt2 from tests/data/strd), a
+// design not of full rank against its reduced design, and the failure exits.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
+#include <sstream>
+#include <string>
 #include <vector>
 
 #include "zek2/g02.h"
@@ -86,6 +90,64 @@ TEST(Regression, CertifiedPolynomialProblems) {
         EXPECT_GT(digits(f.b, want), 7.0) << c;  // Householder QR in double precision: about 8 or better
         EXPECT_LT(f.rss, 1e-10) << c;
         EXPECT_EQ(f.idf, 15);
+    }
+}
+
+// A data file of the StRD collection as copied into tests/data/strd: y, then the m regressors, a line each.
+bool read_strd(const char *name, int m, std::vector<double> &x, std::vector<double> &y) {
+    std::ifstream in(std::string(ZEK_TEST_DATA_DIR) + "/strd/" + name);
+    std::vector<std::vector<double>> rows;
+    for (std::string line; std::getline(in, line);) {
+        if (line.empty() || line[0] == '#') continue;
+        std::istringstream ls(line);
+        std::vector<double> r(m + 1);
+        for (double &v : r) ls >> v;
+        if (!ls) return false;
+        rows.push_back(r);
+    }
+    const std::size_t n = rows.size();
+    x.assign(n * m, 0.0);
+    y.assign(n, 0.0);
+    for (std::size_t i = 0; i < n; ++i) {
+        y[i] = rows[i][0];
+        for (int j = 0; j < m; ++j) x[i + j * n] = rows[i][j + 1];
+    }
+    return n > 0;
+}
+
+TEST(Regression, CertifiedStrdDatasets) {
+    // Certified values of the collection (each confirmed by an mpmath solution of the normal equations
+    // at 40 digits): coefficients, their standard deviations, residual standard deviation, R^2.
+    struct Case {
+        const char *file, *mean;
+        int m;
+        std::vector<double> b, sd;
+        double res_sd, r2, digits;
+    };
+    const Case cases[] = {
+        {"longley.dat", "M", 6,
+         {-3482258.63459582, 15.0618722713733, -0.358191792925910e-01, -2.02022980381683, -1.03322686717359,
+          -0.511041056535807e-01, 1829.15146461355},
+         {890420.383607373, 84.9149257747669, 0.334910077722432e-01, 0.488399681651699, 0.214274163161675,
+          0.226073200069370, 455.478499142212},
+         304.854073561965, 0.995479004577296, 9.0},
+        {"noint1.dat", "Z", 1, {2.07438016528926}, {0.165289256198347e-01}, 3.56753034006338, 0.999365492298663, 13.0},
+        {"noint2.dat", "Z", 1, {0.727272727272727}, {0.420827318078432e-01}, 0.369274472937998, 0.993348115299335, 13.0},
+    };
+    for (const Case &c : cases) {
+        std::vector<double> x, y;
+        ASSERT_TRUE(read_strd(c.file, c.m, x, y)) << c.file;
+        const int n = static_cast<int>(y.size()), ip = static_cast<int>(c.b.size());
+        Fit f(n, c.m, ip);
+        ASSERT_EQ(f.run(c.mean, "U", x, std::vector<int>(c.m, 1), y, {}), 0) << c.file;
+        EXPECT_GT(digits(f.b, c.b), c.digits) << c.file;
+        EXPECT_GT(digits(f.se, c.sd), c.digits) << c.file;
+        EXPECT_GT(digits({std::sqrt(f.rss / f.idf)}, {c.res_sd}), c.digits) << c.file;
+        // R^2 about the mean with the constant, about zero without.
+        double centre = 0.0, tss = 0.0;
+        for (double v : y) centre += c.mean[0] == 'M' ? v / n : 0.0;
+        for (double v : y) tss += (v - centre) * (v - centre);
+        EXPECT_NEAR(1.0 - f.rss / tss, c.r2, 1e-12) << c.file;
     }
 }
 
