@@ -160,8 +160,6 @@ int main(void) {
     tour_statistics();
     tour_roots();
     tour_svd();
-    printf("\nThe host's print routine received %d pieces of text.\n", host_pieces);
-    dlclose(library);
     tour_quadrature();
     tour_networks();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces_received());

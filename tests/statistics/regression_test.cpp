@@ -96,23 +96,16 @@ TEST(Regression, CertifiedPolynomialProblems) {
 // A data file of the StRD collection as copied into tests/data/strd: y, then the m regressors, a line each.
 bool read_strd(const char *name, int m, std::vector<double> &x, std::vector<double> &y) {
     std::ifstream in(std::string(ZEK_TEST_DATA_DIR) + "/strd/" + name);
-    std::vector<std::vector<double>> rows;
+    std::vector<double> v;
     for (std::string line; std::getline(in, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        std::istringstream ls(line);
-        std::vector<double> r(m + 1);
-        for (double &v : r) ls >> v;
-        if (!ls) return false;
-        rows.push_back(r);
+        std::istringstream ls(line[0] == '#' ? "" : line);
+        for (double d; ls >> d;) v.push_back(d);
     }
-    const std::size_t n = rows.size();
+    const std::size_t n = v.size() / (m + 1);
     x.assign(n * m, 0.0);
     y.assign(n, 0.0);
-    for (std::size_t i = 0; i < n; ++i) {
-        y[i] = rows[i][0];
-        for (int j = 0; j < m; ++j) x[i + j * n] = rows[i][j + 1];
-    }
-    return n > 0;
+    for (std::size_t k = 0; k < v.size(); ++k) (k % (m + 1) == 0 ? y[k / (m + 1)] : x[k / (m + 1) + (k % (m + 1) - 1) * n]) = v[k];
+    return n > 0 && v.size() == n * (m + 1);
 }
 
 TEST(Regression, CertifiedStrdDatasets) {
@@ -231,10 +224,8 @@ TEST(Regression, DependentColumnsFitAsTheReducedDesign) {
     EXPECT_EQ(f.irank, 2);
     EXPECT_EQ(f.idf, g.idf);
     EXPECT_NEAR(f.rss, g.rss, 1e-12 * g.rss);
-    for (int i = 0; i < 8; ++i) {
-        EXPECT_NEAR(f.res[i], g.res[i], 1e-12) << i;
-        EXPECT_NEAR(f.h[i], g.h[i], 1e-12) << i;
-    }
+    for (int i = 0; i < 8; ++i) EXPECT_NEAR(f.res[i], g.res[i], 1e-12) << i;
+    for (int i = 0; i < 8; ++i) EXPECT_NEAR(f.h[i], g.h[i], 1e-12) << i;
     // Estimable functions: the constant and b1 + 2 b3, with their variances; the minimum-norm solution
     // splits the slope along (1, 2).
     EXPECT_NEAR(f.b[0], g.b[0], 1e-12);
