@@ -25,12 +25,17 @@ enum { Zek_MeanInclude = 1001, Zek_MeanZero = 1002 };
 /* G02DAF: the weighted least-squares fit.  X (LDX >= N, M columns), ISX(M), Y(N), WT(N) (read only when
  * WEIGHT is 'W'), outputs RSS, IDF (positive weights less IP), B(IP), SE(IP), COV(IP (IP + 1)/2, the
  * upper triangle by columns: COV(j (j - 1)/2 + i) = cov(b_i, b_j), i <= j), RES(N) (y - X b, unweighted),
- * H(N) (leverages w_i x_i'(X'WX)^-1 x_i), Q as above, SVD, IRANK, P(2 IP + IP^2), WK(IP^2 + 5 (IP - 1)).
+ * H(N) (leverages w_i x_i'(X'WX)^+ x_i), Q as above, SVD, IRANK, P(2 IP + IP^2), WK(IP^2 + 5 (IP - 1)).
+ * R counts as of full rank when its 1-norm condition times TOL (the machine precision for TOL = 0) is
+ * below 1; otherwise R = U S V' by plane rotations and implicit QR, SVD = 1, and IRANK counts the
+ * singular values above TOL times the largest.  Then P(IP+1..2IP) holds the singular values, P(2IP+1..)
+ * V' (IP by IP, rows the right vectors), R stays in Q, and B is the minimum-norm solution
+ * V_r S_r^-1 U_r'Q'y with COV = s^2 V_r S_r^-2 V_r'; IDF counts IRANK.
  * The front marks B, SE, COV, RES, H and P first.
  * IFAIL 1: the argument checks (N < 2, M < 1, IP < 1, IP > N, LDX < N, LDQ < N, TOL < 0, MEAN, WEIGHT, an
  * element of ISX < 0); 2: an element of WT < 0; 3: IP not the count of ISX(j) > 0 (plus one with the mean);
  * 4: " ** Degrees of freedom for error equal 0" (B, RSS, Q returned; SE and COV zero);
- * 5: " ** Model not of full rank: the singular value form is not available" (Q and P returned). */
+ * 5: " ** SVD solution failed to converge". */
 ZEK_API void G02DAF(const char *mean, const char *weight, const int *n, const double x[], const int *ldx, const int *m,
                     const int isx[], const int *ip, const double y[], const double wt[], double *rss, int *idf,
                     double b[], double se[], double cov[], double res[], double h[], double q[], const int *ldq,
@@ -44,7 +49,8 @@ ZEK_API void G02DAF(const char *mean, const char *weight, const int *n, const do
  * IFAIL 1: " ** On entry, IP.lt.1 ...", " ** On entry, IRANK.le.0...", " ** On entry, IRANK.ne.IP and SVD
  * is .FALSE. ...", " ** On entry, IRANK.gt.IP and SVD is .TRUE. ...", " ** On entry, LDQ.lt.N ...",
  * " ** On entry, N.lt.IP ...", " ** On entry, RSS.le.0.0 ...", " ** On entry, WEIGHT is not valid ...";
- * 2: " ** On entry, WT(i).lt.0.0"; 3: a singular value form (SVD true), not available in this build. */
+ * 2: " ** On entry, WT(i).lt.0.0".  With SVD true the coefficients are V_r S_r^-2 V_r' R'Q'y, from R in Q
+ * and the singular values and V' in P, so U is not needed. */
 ZEK_API void G02DGF(const char *weight, const int *n, const double wt[], double *rss, const int *ip, const int *irank,
                     double cov[], double q[], const int *ldq, const int *svd, const double p[], const double y[],
                     double b[], double se[], double res[], double wk[], int *ifail, int weight_len)
@@ -53,7 +59,7 @@ ZEK_API void G02DGF(const char *weight, const int *n, const double wt[], double 
 /* g02dgc: G02DGF in the C-style layer (wt null for an unweighted fit; wk allocated here).  Raises
  * ZE_INT_ARG_LT ("ip" 1, "rank" 1), ZE_2_INT_ARG_LT ("tdq" against "n", "n" against "ip"),
  * ZE_REAL_ARG_LE ("rss" 0.0), ZE_SVD_RANK_NE_IP, ZE_SVD_RANK_GT_IP, ZE_REAL_ARRAY_CONS (a weight),
- * ZE_BAD_PARAM ("y" not finite) and ZE_SVD_FAIL (a singular value form, not available here). */
+ * ZE_BAD_PARAM ("y" not finite). */
 ZEK_API void g02dgc(int n, const double wt[], double *rss, int ip, int rank, double cov[], double q[], int tdq, int svd,
                     const double p[], const double y[], double b[], double se[], double res[], ZekFail *fail)
     ZEK_SYMBOL("q10028");
@@ -63,7 +69,7 @@ ZEK_API void g02dgc(int n, const double wt[], double *rss, int ip, int rank, dou
  * WK above (allocated here when null).  Raises ZE_BAD_PARAM ("mean"), ZE_INT_ARG_LT ("n" 2, "m" 1,
  * "ip" 1), ZE_2_INT_ARG_GT ("ip", "n"), ZE_2_INT_ARG_LT ("tdx"/"tdq" against "n"), ZE_REAL_ARG_LT
  * ("tol" 0.0), ZE_INT_ARG_LT ("sx[%3ld]"), ZE_REAL_ARG_LT ("wt[%3ld]"), ZE_BAD_PARAM ("ip" against the
- * count of sx), ZE_NOT_REQ_ACC (no degrees of freedom) and ZE_SVD_FAIL (not of full rank), after the
+ * count of sx), ZE_NOT_REQ_ACC (no degrees of freedom) and ZE_SVD_FAIL (the iteration did not converge), after the
  * IFAIL worker with IFAIL 1. */
 ZEK_API void g02dac(int mean, int n, int m, const double x[], int tdx, const int sx[], int ip, const double y[],
                     const double wt[], double *rss, double *df, double b[], double se[], double cov[], double res[],

@@ -8,6 +8,7 @@
 #include "frame/machine.h"
 #include "frame/raise.h"
 #include "kernels/qr.h"
+#include "kernels/svd.h"
 #include "zek2/g02.h"
 
 namespace zek {
@@ -121,37 +122,62 @@ void g02daf_worker(const FitArgs &a, const FitOut &o, char *errbuf, int *ifail) 
     qr_apply('T', 'S', n, ip, design, o.ldq, zeta, 1, o.q, o.ldq, work);
     const double cond = triangular_condition(ip, design, ldq, rinv);
     const double tol = a.tol > 0.0 ? a.tol : precision();
-    if (!(cond * tol < 1.0)) {
-        *o.svd = 1;
-        exit.fail(5, 99995, " ** Model not of full rank: the singular value form is not available");
-        return;
+    // W (IP by IRANK in RINV's place) with W W' = (X'WX)^+, and Z (IRANK) with b = W z: R^-1 and Q'y
+    // when R is well conditioned; V_r S_r^-1 and the first IRANK components of U'Q'y from R = U S V'
+    // otherwise.  The SVD keeps R in Q, its values in P(IP+1..2IP) and V' in P(2IP+1..), so a new
+    // response can be fitted later without U.
+    const bool full = cond * tol < 1.0;
+    double *z = o.q;
+    int rank = ip;
+    if (!full) {
+        double *sv = o.p + ip, *vt = o.p + 2 * static_cast<ptrdiff_t>(ip), *e = work;
+        for (ptrdiff_t j = 0; j < ip; ++j) {
+            for (ptrdiff_t i = 0; i < ip; ++i) vt[i + j * ip] = i <= j ? design[i + j * ldq] : 0.0;
+            o.res[j] = o.q[j];
+        }
+        triangle_to_bidiagonal(ip, vt, ip, sv, e, 1, o.res, n, false, nullptr, 1);
+        form_right_rotations(ip, vt, ip);
+        const int lost = bidiagonal_qr(ip, sv, e, 1, o.res, n, 0, nullptr, 1, ip, vt, ip, work + (ip > 1 ? ip - 1 : 0));
+        if (lost != 0) return void(exit.fail(5, 99995, " ** SVD solution failed to converge"));
+        rank = 0;
+        while (rank < ip && sv[rank] > tol * sv[0]) ++rank;
+        for (ptrdiff_t k = 0; k < rank; ++k) {
+            for (ptrdiff_t i = 0; i < ip; ++i) rinv[i + k * ip] = vt[k + i * ip] / sv[k];
+        }
+        z = o.res;
     }
-    *o.svd = 0;
-    *o.irank = ip;
-    // b = R^-1 Q'y(1:ip).
+    *o.svd = full ? 0 : 1;
+    *o.irank = rank;
     for (ptrdiff_t i = 0; i < ip; ++i) {
         double s = 0.0;
-        for (ptrdiff_t k = i; k < ip; ++k) s += rinv[i + k * ip] * o.q[k];
+        for (ptrdiff_t k = 0; k < rank; ++k) s += rinv[i + k * ip] * z[k];
         o.b[i] = s;
     }
+    // The part of Q'y(1:IP) the model leaves unexplained: none when R is of full rank, c - R b otherwise.
     double rss = 0.0;
+    for (ptrdiff_t i = 0; i < ip; ++i) {
+        double s = o.q[i];
+        for (ptrdiff_t k = i; k < ip && !full; ++k) s -= design[i + k * ldq] * o.b[k];
+        o.res[i] = full ? 0.0 : s;
+        rss += o.res[i] * o.res[i];
+    }
     for (ptrdiff_t i = ip; i < n; ++i) rss += o.q[i] * o.q[i];
     *o.rss = rss;
-    *o.idf = static_cast<int>(positive - ip);
-    // Residuals: Q applied to (0, Q'y(ip+1:n)), unweighted; rows of zero weight directly.
-    for (ptrdiff_t i = 0; i < n; ++i) o.res[i] = i < ip ? 0.0 : o.q[i];
+    *o.idf = static_cast<int>(positive - rank);
+    // Residuals: Q applied to (that part, Q'y(ip+1:n)), unweighted; rows of zero weight directly.
+    for (ptrdiff_t i = ip; i < n; ++i) o.res[i] = o.q[i];
     qr_apply('N', 'S', n, ip, design, o.ldq, zeta, 1, o.res, o.ldq, work);
-    double *row = o.p + ip;  // P(IP+1..2 IP) serves as the row while the leverages are formed
+    double *row = o.se;  // SE holds a row while the leverages are formed
     for (ptrdiff_t i = 0; i < n; ++i) {
-        // Leverage w_i |R^-T x_i|^2 from the original row.
+        // Leverage w_i |W' x_i|^2 from the original row.
         d.row(i, row);
         double lev = 0.0, fit = 0.0;
-        for (ptrdiff_t j = 0; j < ip; ++j) {
+        for (ptrdiff_t k = 0; k < rank; ++k) {
             double s = 0.0;
-            for (ptrdiff_t k = 0; k <= j; ++k) s += row[k] * rinv[k + j * ip];
+            for (ptrdiff_t j = 0; j < ip; ++j) s += row[j] * rinv[j + k * ip];
             lev += s * s;
-            fit += row[j] * o.b[j];
         }
+        for (ptrdiff_t j = 0; j < ip; ++j) fit += row[j] * o.b[j];
         const double w = a.weighted ? a.wt[i] : 1.0;
         o.h[i] = w * lev;
         o.res[i] = w > 0.0 ? o.res[i] / std::sqrt(w) : a.y[i] - fit;
@@ -163,17 +189,17 @@ void g02daf_worker(const FitArgs &a, const FitOut &o, char *errbuf, int *ifail) 
         exit.fail(4, 99996, " ** Degrees of freedom for error equal 0");
         return;
     }
-    // cov = sigma^2 R^-1 R^-T, upper triangle by columns.
+    // cov = sigma^2 W W', upper triangle by columns.
     const double s2 = rss / *o.idf;
     for (ptrdiff_t j = 0; j < ip; ++j) {
         for (ptrdiff_t i = 0; i <= j; ++i) {
             double s = 0.0;
-            for (ptrdiff_t k = j; k < ip; ++k) s += rinv[i + k * ip] * rinv[j + k * ip];
+            for (ptrdiff_t k = 0; k < rank; ++k) s += rinv[i + k * ip] * rinv[j + k * ip];
             o.cov[j * (j + 1) / 2 + i] = s2 * s;
         }
         o.se[j] = std::sqrt(o.cov[j * (j + 1) / 2 + j]);
     }
-    for (ptrdiff_t k = ip; k < 2 * static_cast<ptrdiff_t>(ip); ++k) o.p[k] = 0.0;
+    for (ptrdiff_t k = ip; k < 2 * static_cast<ptrdiff_t>(ip) && full; ++k) o.p[k] = 0.0;
     exit.succeed();
 }
 
@@ -263,18 +289,41 @@ void g02dgf_worker(char weight, int n, const double *wt, double *rss, int ip, in
     for (long i = 0; i < ln; ++i) {
         if (!std::isfinite(y[i])) return void(exit.fail(1, 99990, " ** On entry element %16ld of Y is not finite", {i + 1}));
     }
-    if (svd != 0) return void(exit.fail(3, 99989, " ** Model not of full rank: the singular value form is not available"));
     double *design = q + static_cast<ptrdiff_t>(ldq);
     for (ptrdiff_t i = 0; i < n; ++i) q[i] = weighted ? y[i] * std::sqrt(wt[i]) : y[i];
     qr_apply('T', 'S', n, ip, design, ldq, p, 1, q, ldq, wk);
-    for (ptrdiff_t i = ip - 1; i >= 0; --i) {
-        double s = q[i];
-        for (ptrdiff_t k = i + 1; k < ip; ++k) s -= design[i + k * ldq] * b[k];
-        b[i] = s / design[i + i * ldq];
+    if (svd == 0) {
+        for (ptrdiff_t i = ip - 1; i >= 0; --i) {
+            double s = q[i];
+            for (ptrdiff_t k = i + 1; k < ip; ++k) s -= design[i + k * ldq] * b[k];
+            b[i] = s / design[i + i * ldq];
+        }
+    } else {
+        // Without U: the components U_r'c = S_r^-1 V_r' R'c, so b = V_r S_r^-2 V_r' R'c; RES holds R'c.
+        const double *sv = p + ip, *vt = p + 2 * static_cast<ptrdiff_t>(ip);
+        for (ptrdiff_t i = 0; i < ip; ++i) {
+            double s = 0.0;
+            for (ptrdiff_t k = 0; k <= i; ++k) s += design[k + i * ldq] * q[k];
+            res[i] = s;
+        }
+        for (ptrdiff_t k = 0; k < irank; ++k) {
+            double s = 0.0;
+            for (ptrdiff_t i = 0; i < ip; ++i) s += vt[k + i * ip] * res[i];
+            wk[k] = sv[k] > 0.0 ? s / (sv[k] * sv[k]) : 0.0;
+        }
+        for (ptrdiff_t i = 0; i < ip; ++i) {
+            double s = 0.0;
+            for (ptrdiff_t k = 0; k < irank; ++k) s += vt[k + i * ip] * wk[k];
+            b[i] = s;
+        }
     }
     double r = 0.0;
-    for (ptrdiff_t i = ip; i < n; ++i) r += q[i] * q[i];
-    for (ptrdiff_t i = 0; i < n; ++i) res[i] = i < ip ? 0.0 : q[i];
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        double s = q[i];
+        for (ptrdiff_t k = i; k < ip && svd != 0; ++k) s -= design[i + k * ldq] * b[k];
+        res[i] = i < ip && svd == 0 ? 0.0 : s;
+        r += res[i] * res[i];
+    }
     qr_apply('N', 'S', n, ip, design, ldq, p, 1, res, ldq, wk);
     for (ptrdiff_t i = 0; i < n; ++i) {
         const double w = weighted ? wt[i] : 1.0;
@@ -355,7 +404,6 @@ void g02dgc(int n, const double wt[], double *rss, int ip, int rank, double cov[
     std::free(wk);
     switch (ifail) {
     case 0: return zek::raise_success(fail, kName);
-    case 3: return zek::raise_plain(fail, kName, ZE_SVD_FAIL);
     default: return zek::raise_text(fail, kName, ZE_BAD_PARAM, "y");
     }
 }

@@ -1,5 +1,6 @@
 // Hostile arguments for the statistics routines: each row ends in its failure or in a result the
 // contract allows (finite, or a documented limit), in bounded time.
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include <cfloat>
@@ -139,6 +140,7 @@ TEST(HostileStatistics, RegressionRejectsNonFiniteDataAndOddSizes) {
         {"nan x", &x[1], NAN, n, ip, 1},   {"inf y", &y[3], -INFINITY, n, ip, 1}, {"nan weight", &wt[0], NAN, n, ip, 2},
         {"inf weight", &wt[2], INFINITY, n, ip, 2}, {"huge n", nullptr, 0, big, ip, 1}, {"huge ip", nullptr, 0, n, big, 1},
         {"largest data", &x[0], 1.7976931348623157e308, n, ip, 5},
+        {"smallest data", &x[0], 4.9406564584124654e-324, n, ip, 0},
     };
     for (const Case &c : cases) {
         double saved = 0;
@@ -151,7 +153,26 @@ TEST(HostileStatistics, RegressionRejectsNonFiniteDataAndOddSizes) {
                cov.data(), res.data(), h.data(), q.data(), &ld, &svd, &irank, p.data(), &tol, wk.data(), &ifail, 1, 1);
         EXPECT_EQ(ifail, c.ifail) << c.name;
         if (c.poison != nullptr) *c.poison = saved;
+        for (double v : b) EXPECT_FALSE(ifail == 0 && std::isnan(v)) << c.name;
     }
+    // A tolerance nothing passes leaves rank 0 through the singular value form: b = 0, RSS = |y|^2.
+    int ifail = 1;
+    tol = 1e300;
+    G02DAF("M", "W", &n, x.data(), &ld, &m, isx.data(), &ip, y.data(), wt.data(), &rss, &idf, b.data(), se.data(),
+           cov.data(), res.data(), h.data(), q.data(), &ld, &svd, &irank, p.data(), &tol, wk.data(), &ifail, 1, 1);
+    EXPECT_EQ(ifail, 0);
+    EXPECT_EQ(irank, 0);
+    EXPECT_DOUBLE_EQ(rss, 39.0);
+    // A refit told of a singular value form whose values are all zero gives b = 0, not a division by zero.
+    const int one = 1;
+    std::fill(p.begin(), p.end(), 0.0);
+    ifail = 1;
+    G02DGF("W", &n, wt.data(), &rss, &ip, &one, cov.data(), q.data(), &ld, &one, p.data(), y.data(), b.data(),
+           se.data(), res.data(), wk.data(), &ifail, 1);
+    EXPECT_EQ(ifail, 0);
+    EXPECT_EQ(b[0], 0.0);
+    EXPECT_EQ(b[1], 0.0);
+    EXPECT_DOUBLE_EQ(rss, 39.0);
 }
 
 } // namespace

@@ -1,8 +1,13 @@
 // The regression fit against an exact rational solution, the certified polynomial problems of the
-// StRD collection that are defined by formula (Wampler 1 and 2), and the failure exits.
+// StRD collection (Wampler 1 and 2 by formula; Longley, NoInt1 and NoInt2 from tests/data/strd), a
+// design not of full rank against its reduced design, and the failure exits.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <fstream>
+#include <sstream>
+#include <string>
 #include <vector>
 
 #include "zek2/g02.h"
@@ -88,6 +93,57 @@ TEST(Regression, CertifiedPolynomialProblems) {
     }
 }
 
+// A data file of the StRD collection as copied into tests/data/strd: y, then the m regressors, a line each.
+bool read_strd(const char *name, int m, std::vector<double> &x, std::vector<double> &y) {
+    std::ifstream in(std::string(ZEK_TEST_DATA_DIR) + "/strd/" + name);
+    std::vector<double> v;
+    for (std::string line; std::getline(in, line);) {
+        std::istringstream ls(line[0] == '#' ? "" : line);
+        for (double d; ls >> d;) v.push_back(d);
+    }
+    const std::size_t n = v.size() / (m + 1);
+    x.assign(n * m, 0.0);
+    y.assign(n, 0.0);
+    for (std::size_t k = 0; k < v.size(); ++k) (k % (m + 1) == 0 ? y[k / (m + 1)] : x[k / (m + 1) + (k % (m + 1) - 1) * n]) = v[k];
+    return n > 0 && v.size() == n * (m + 1);
+}
+
+TEST(Regression, CertifiedStrdDatasets) {
+    // Certified values of the collection (each confirmed by an mpmath solution of the normal equations
+    // at 40 digits): coefficients, their standard deviations, residual standard deviation, R^2.
+    struct Case {
+        const char *file, *mean;
+        int m;
+        std::vector<double> b, sd;
+        double res_sd, r2, digits;
+    };
+    const Case cases[] = {
+        {"longley.dat", "M", 6,
+         {-3482258.63459582, 15.0618722713733, -0.358191792925910e-01, -2.02022980381683, -1.03322686717359,
+          -0.511041056535807e-01, 1829.15146461355},
+         {890420.383607373, 84.9149257747669, 0.334910077722432e-01, 0.488399681651699, 0.214274163161675,
+          0.226073200069370, 455.478499142212},
+         304.854073561965, 0.995479004577296, 9.0},
+        {"noint1.dat", "Z", 1, {2.07438016528926}, {0.165289256198347e-01}, 3.56753034006338, 0.999365492298663, 13.0},
+        {"noint2.dat", "Z", 1, {0.727272727272727}, {0.420827318078432e-01}, 0.369274472937998, 0.993348115299335, 13.0},
+    };
+    for (const Case &c : cases) {
+        std::vector<double> x, y;
+        ASSERT_TRUE(read_strd(c.file, c.m, x, y)) << c.file;
+        const int n = static_cast<int>(y.size()), ip = static_cast<int>(c.b.size());
+        Fit f(n, c.m, ip);
+        ASSERT_EQ(f.run(c.mean, "U", x, std::vector<int>(c.m, 1), y, {}), 0) << c.file;
+        EXPECT_GT(digits(f.b, c.b), c.digits) << c.file;
+        EXPECT_GT(digits(f.se, c.sd), c.digits) << c.file;
+        EXPECT_GT(digits({std::sqrt(f.rss / f.idf)}, {c.res_sd}), c.digits) << c.file;
+        // R^2 about the mean with the constant, about zero without.
+        double centre = 0.0, tss = 0.0;
+        for (double v : y) centre += c.mean[0] == 'M' ? v / n : 0.0;
+        for (double v : y) tss += (v - centre) * (v - centre);
+        EXPECT_NEAR(1.0 - f.rss / tss, c.r2, 1e-12) << c.file;
+    }
+}
+
 TEST(Regression, NewResponseOnTheSameDesignMatchesAFreshFit) {
     Fit f(8, 3, 3), g(8, 3, 3);
     ASSERT_EQ(f.run("M", "W", kX, {1, 0, 1}, kY, kWt), 0);
@@ -156,6 +212,48 @@ TEST(Regression, SimpleRegressionAgreesWithTheGeneralFit) {
     EXPECT_EQ(a, 5.0);
 }
 
+TEST(Regression, DependentColumnsFitAsTheReducedDesign) {
+    // The third variable is twice the first: the model M + x1 + x3 has rank 2 and must reproduce the fit
+    // of M + x1 in everything that is estimable.
+    std::vector<double> x = kX;
+    for (int i = 0; i < 8; ++i) x[16 + i] = 2.0 * x[i];
+    Fit f(8, 3, 3), g(8, 3, 2);
+    ASSERT_EQ(f.run("M", "W", x, {1, 0, 1}, kY, kWt, 1e-10), 0);
+    ASSERT_EQ(g.run("M", "W", x, {1, 0, 0}, kY, kWt), 0);
+    EXPECT_EQ(f.svd, 1);
+    EXPECT_EQ(f.irank, 2);
+    EXPECT_EQ(f.idf, g.idf);
+    EXPECT_NEAR(f.rss, g.rss, 1e-12 * g.rss);
+    for (int i = 0; i < 8; ++i) EXPECT_NEAR(f.res[i], g.res[i], 1e-12) << i;
+    for (int i = 0; i < 8; ++i) EXPECT_NEAR(f.h[i], g.h[i], 1e-12) << i;
+    // Estimable functions: the constant and b1 + 2 b3, with their variances; the minimum-norm solution
+    // splits the slope along (1, 2).
+    EXPECT_NEAR(f.b[0], g.b[0], 1e-12);
+    EXPECT_NEAR(f.b[1] + 2.0 * f.b[2], g.b[1], 1e-12);
+    EXPECT_NEAR(f.b[2], 2.0 * f.b[1], 1e-12);
+    EXPECT_NEAR(f.cov[0], g.cov[0], 1e-12);
+    EXPECT_NEAR(f.cov[2] + 4.0 * f.cov[4] + 4.0 * f.cov[5], g.cov[2], 1e-12);
+    // A new response through the singular value form agrees with a fresh fit of the reduced design.
+    const std::vector<double> y2 = {1, -2, 4, 0.5, 3, 8, -1, 2};
+    Fit g2(8, 3, 2);
+    ASSERT_EQ(g2.run("M", "W", x, {1, 0, 0}, y2, kWt), 0);
+    int ifail = 1;
+    G02DGF("W", &f.n, kWt.data(), &f.rss, &f.ip, &f.irank, f.cov.data(), f.q.data(), &f.n, &f.svd, f.p.data(), y2.data(),
+           f.b.data(), f.se.data(), f.res.data(), f.wk.data(), &ifail, 1);
+    ASSERT_EQ(ifail, 0);
+    EXPECT_NEAR(f.rss, g2.rss, 1e-12 * g2.rss);
+    EXPECT_NEAR(f.b[1] + 2.0 * f.b[2], g2.b[1], 1e-12);
+    EXPECT_NEAR(f.cov[2] + 4.0 * f.cov[4] + 4.0 * f.cov[5], g2.cov[2], 1e-12);
+    for (int i = 0; i < 8; ++i) EXPECT_NEAR(f.res[i], kWt[i] > 0 ? g2.res[i] : 0.0, 1e-12) << i;
+    // A column of zeros is dropped the same way.
+    std::fill(x.begin() + 16, x.end(), 0.0);
+    Fit z(8, 3, 3);
+    ASSERT_EQ(z.run("M", "W", x, {1, 0, 1}, kY, kWt), 0);
+    EXPECT_EQ(z.irank, 2);
+    EXPECT_NEAR(z.b[1], g.b[1], 1e-12);
+    EXPECT_NEAR(z.b[2], 0.0, 1e-14);
+}
+
 TEST(Regression, FailureExits) {
     struct Case {
         const char *mean, *weight;
@@ -176,13 +274,6 @@ TEST(Regression, FailureExits) {
         Fit f(8, 3, c.ip);
         EXPECT_EQ(f.run(c.mean, c.weight, kX, c.isx, kY, c.wt, c.tol), c.ifail) << c.mean << c.weight << c.ip;
     }
-    // Two equal columns: not of full rank, which this build reports rather than fits.
-    std::vector<double> x = kX;
-    for (int i = 0; i < 8; ++i) x[16 + i] = 2.0 * x[i];
-    Fit f(8, 3, 3);
-    EXPECT_EQ(f.run("M", "U", x, {1, 0, 1}, kY, kWt), 5);
-    EXPECT_EQ(f.svd, 1);
-
     ZekFail fail{};
     double df = 0;
     Fit g(8, 3, 3);
