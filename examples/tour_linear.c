@@ -12,8 +12,8 @@ typedef void (ZEK_CALLBACK *determinant)(double *, const int *, const int *, dou
 
 void tour_linear(void) {
     lu_factor f07adf = (lu_factor)tour_bind("q77046");
-    lu_solve f04ajc = (lu_solve)tour_bind("q30403");
-    determinant f03aaf = (determinant)tour_bind("q30301");
+    lu_solve f04ajc = (lu_solve)tour_bind("f04ajc");
+    determinant f03aaf = (determinant)tour_bind("F03AAF");
 
     /* A (by columns) and b = A*(1, 2, 3)'. */
     const double a[9] = {2.0, 4.0, -2.0, 1.0, -6.0, 7.0, 1.0, 0.0, 2.0};
@@ -24,7 +24,7 @@ void tour_linear(void) {
     ZekFail fail;
     memset(&fail, 0, sizeof fail);
 
-    tour_section("LU factorisation and solve of a 3 by 3 system (q77046, q30403)");
+    tour_section("LU factorisation and solve of a 3 by 3 system (q77046, f04ajc)");
     memcpy(lu, a, sizeof lu);
     f07adf(&n, &n, lu, &n, ipiv, &info);
     printf("F07ADF: INFO = %d, pivots %d %d %d, U diagonal %.4f %.4f %.4f\n", info, ipiv[0], ipiv[1], ipiv[2],
@@ -32,7 +32,7 @@ void tour_linear(void) {
     f04ajc(n, 1, lu, n, ipiv, b, n, &fail);
     printf("f04ajc: code %d, x = (%.12f, %.12f, %.12f)\n", (int)fail.code, b[0], b[1], b[2]);
 
-    tour_section("determinant (q30301, F03AAF)");
+    tour_section("determinant (F03AAF)");
     memcpy(copy, a, sizeof copy);
     f03aaf(copy, &n, &n, &det, work, &ifail);
     printf("F03AAF: IFAIL = %d, det(A) = %.12f\n", ifail, det);

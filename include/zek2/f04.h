@@ -19,7 +19,7 @@ ZEK_BEGIN_DECLS
  * overwritten by X.  No refinement.  Codes 11 ZE_INT_ARG_LT (n < 1, nrhs < 1), 17 ZE_2_INT_ARG_LT
  * (tda < n, tdb < n). */
 ZEK_API void f04ajc(int n, int nrhs, const double *a, int tda, const int *pivot, double *b, int tdb, ZekFail *fail)
-    ZEK_SYMBOL("q30403");
+    ZEK_SYMBOL("f04ajc");
 
 /* Solves A*X = B with iterative refinement, given the original A (tda >= n) and its factors AA
  * (tdaa >= n) and PIVOT from f03afc.  X (tdx >= n) receives the solution; BB (tdbb >= n), unless null,
@@ -28,13 +28,13 @@ ZEK_API void f04ajc(int n, int nrhs, const double *a, int tda, const int *pivot,
  * 73 ZE_ALLOC_FAIL. */
 ZEK_API void f04ahc(int n, int nrhs, const double *a, int tda, const double *aa, int tdaa, const int *pivot,
                     const double *b, int tdb, double *x, int tdx, double *bb, int tdbb, ZekFail *fail)
-    ZEK_SYMBOL("q30402");
+    ZEK_SYMBOL("f04ahc");
 
 /* Solves A*X = B with iterative refinement: A (tda >= n) is kept, AA (tdaa >= n) receives its LU
  * factors (as f03afc), X (tdx >= n) the solution and BB (tdbb >= n), unless null, the final residuals.
  * Codes as f04ahc, and 366 ZE_SINGULAR when A is singular. */
 ZEK_API void f04aec(int n, int nrhs, const double *a, int tda, const double *b, int tdb, double *aa, int tdaa,
-                    double *x, int tdx, double *bb, int tdbb, ZekFail *fail) ZEK_SYMBOL("q30401");
+                    double *x, int tdx, double *bb, int tdbb, ZekFail *fail) ZEK_SYMBOL("f04aec");
 
 /* Least-squares solution of the full-rank system A*x ~ b, A m by n (tda >= m >= n >= 1): A is
  * overwritten by its QR factorisation in the form of F01QCF (R over the upper triangle, ZETA(n) the
@@ -50,7 +50,7 @@ ZEK_API void f04aec(int n, int nrhs, const double *a, int tda, const double *b, 
  * a NaN or an infinity),
  * 73 ZE_ALLOC_FAIL. */
 ZEK_API void f04jgc(int m, int n, double *a, int tda, double *b, double tol, double *sigma, int *irank, double *zeta,
-                    ZekFail *fail) ZEK_SYMBOL("q30404");
+                    ZekFail *fail) ZEK_SYMBOL("f04jgc");
 
 /* Elements of the estimated variance-covariance matrix C of the solution of a linear least-squares
  * problem with P parameters, for a residual standard error SIGMA >= 0.  SVD = 0 (false): A (NRA >= P)
@@ -69,7 +69,7 @@ ZEK_API void F04YAF(const int *job, const int *p, const double *sigma, double *a
  * the upper triangular N by N matrix T (LDT >= N); B(N) receives x.  IFAIL 1 (no message) as soon as a
  * division would overflow, 0 otherwise. */
 ZEK_API void F04YAY(const int *direction, const int *n, const double *t, const int *ldt, double *b, int *ifail)
-    ZEK_SYMBOL("q30405");
+    ZEK_SYMBOL("F04YAY");
 
 /* Estimate of the 1-norm of a real N by N matrix A that the caller can multiply by, through reverse
  * communication.  Set ICASE = 0 and call; while ICASE comes back nonzero, overwrite X(N) by A*X
@@ -79,10 +79,10 @@ ZEK_API void F04YAY(const int *direction, const int *n, const double *t, const i
  * IWORK(N+3) carries the state between calls.  Applied to A^-1 through a factorisation, this gives
  * condition numbers.  IFAIL (host channel): 1 N < 1; 2 ICASE not 0, 1 or 2 (ICASE is set to 0). */
 ZEK_API void F04YCF(int *icase, const int *n, double *x, double *estnrm, double *work, int *iwork, int *ifail)
-    ZEK_SYMBOL("q30406");
+    ZEK_SYMBOL("F04YCF");
 /* F04YCF for a complex matrix: X(N) and WORK(N) complex; ICASE 2 asks for A^H*X; IWORK(3). */
 ZEK_API void F04ZCF(int *icase, const int *n, double *x, double *estnrm, double *work, int *iwork, int *ifail)
-    ZEK_SYMBOL("q30407");
+    ZEK_SYMBOL("F04ZCF");
 
 ZEK_END_DECLS
 
