@@ -161,9 +161,7 @@ int main(void) {
     tour_svd();
     tour_quadrature();
     tour_networks();
-    printf("
-The host's print routine received %d pieces of text.
-", host_pieces_received());
+    printf("\nThe host's print routine received %d pieces of text.\n", host_pieces_received());
     unload_library();
     return 0;
 }
