@@ -86,6 +86,21 @@ ZEK_API void f08qtf_ENTRY(int selector, const char *compq, const int *n, double 
                           const int *ldq, const int *ifst, const int *ilst, int *info, int compq_len)
     ZEK_SYMBOL("f08qtf_ENTRY");
 
+/* "F08QFF/DTREXC": moves the diagonal block (1 by 1 or 2 by 2) of the real Schur form T starting at
+ * row IFST to row ILST by orthogonal similarity, 2 by 2 blocks kept in standard form; COMPQ 'V' updates
+ * Q := Q*(the transformation).  IFST and ILST are returned pointing at the first row of their blocks.
+ * INFO = 1: a swap would have been unstable (the block stops at ILST on return), or T holds a NaN or an
+ * infinity (T unchanged).  WORK(N) is accepted and not needed. */
+ZEK_API void F08QFF(const char *compq, const int *n, double *t, const int *ldt, double *q, const int *ldq, int *ifst,
+                    int *ilst, double *work, int *info, int compq_len) ZEK_SYMBOL("q29690");
+ZEK_API void f08qff_ENTRY(int selector, const char *compq, const int *n, double *t, const int *ldt, double *q,
+                          const int *ldq, int *ifst, int *ilst, double *work, int *info, int compq_len)
+    ZEK_SYMBOL("f08qff_ENTRY");
+/* The block swap behind it: blocks of orders N1, N2 (1 or 2) at row J1 exchanged; WANTQ a logical word;
+ * INFO = 1 if the swap fails the stability test (T, Q unchanged).  WORK(N) is not needed. */
+ZEK_API void F08QFZ(const int *wantq, const int *n, double *t, const int *ldt, double *q, const int *ldq,
+                    const int *j1, const int *n1, const int *n2, double *work, int *info) ZEK_SYMBOL("q16268");
+
 /* "F08JJF/DSTEBZ": eigenvalues of the symmetric tridiagonal matrix (D(N), E(N-1)) by bisection; RANGE
  * 'A' all, 'V' those in (VL, VU], 'I' the IL-th to IU-th smallest; ORDER 'B' by split block (ascending
  * in each), 'E' ascending overall.  VL, VU and ABSTOL travel by value.  M values in W with their block

@@ -12,6 +12,7 @@
 #include "kernels/svd.h"
 #include "zek2/f02.h"
 #include "zek2/f04.h"
+#include "zek2/f08.h"
 #include "zek2/messages.h"
 
 using namespace zek_test;
@@ -123,6 +124,33 @@ TEST(HostileEigen, SchurIterationsStopOnNonFiniteData) {
         const int cinfo = zek::hessenberg_qr(false, false, n, 1, n, hc.data(), n, w.data(), 1, n, nullptr, 1);
         if (!p.finite) {
             EXPECT_NE(cinfo, 0);
+        }
+    }
+}
+
+TEST(HostileEigen, RealReorderingOnEveryValue) {
+    // A pair at rows 1-2 moved past a poisoned 1 by 1 block: the result or INFO = 1, finite when INFO = 0.
+    for (const Poison &p : kPoisons) {
+        SCOPED_TRACE(p.name);
+        const int n = 4;
+        Mat t(n, n), q(n, n);
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i <= j; ++i) t(i, j) = 1.0 + i + 0.25 * j;
+        t(0, 0) = t(1, 1) = 0.5;
+        t(0, 1) = 2.0;
+        t(1, 0) = -3.0;
+        t(2, 2) = p.value;
+        for (int i = 0; i < n; ++i) q(i, i) = 1.0;
+        std::vector<double> work(n);
+        int ifst = 1, ilst = 3, info = 9;
+        F08QFF("V", &n, t.data(), &t.ld, q.data(), &q.ld, &ifst, &ilst, work.data(), &info, 1);
+        EXPECT_TRUE(info == 0 || info == 1);
+        if (info == 0) {
+            for (int j = 0; j < n; ++j)
+                for (int i = 0; i < n; ++i) EXPECT_TRUE(std::isfinite(q(i, j)));
+        }
+        if (!p.finite) {
+            EXPECT_EQ(info, 1);
         }
     }
 }
