@@ -259,6 +259,61 @@ ZEK_API void F11BTF_WORKER(int *itn, double *stplhs, double *stprhs, double *ano
                            const double work[], int lwork, char *errbuf, int *ifail, int errbuf_len)
     ZEK_SYMBOL("q68539");
 
+/* ---- Symmetric and Hermitian suites ----
+ *
+ * F11GDF sets up METHOD 'CG' (A positive-definite) or 'SYMMLQ' (A symmetric, possibly indefinite), with
+ * PRECON 'N'/'P' (the preconditioner must be positive-definite), SIGCMP 'N'/'S' (estimate the largest
+ * singular value by the Lanczos process of the method, to relative accuracy SIGTOL (0 or below:
+ * sqrt(eps)) in at most MAXITS steps; with a preconditioner it is that of the preconditioned matrix),
+ * NORM, WEIGHT, ITERM, TOL, MAXITN, ANORM, SIGMAX, MONIT as in F11BDF.  Arguments are numbered METHOD 1,
+ * PRECON 2, SIGCMP 3, NORM 4, WEIGHT 5, ITERM 6, N 7, TOL 8, MAXITN 9, ANORM 10, SIGMAX 11 (ITERM 2 with
+ * SIGCMP 'N' needs it positive), SIGTOL 12, MAXITS 13, MONIT 14, LWORK 17.  LWREQ: CG 6N + 100,
+ * SYMMLQ 9N + 100, each plus 2*MAXITS with SIGCMP 'S'.  F11GEF is driven as F11BEF (requests 1, 2, 3,
+ * 4; no transposed products); each SYMMLQ step tests the true residual of its conjugate-gradient point,
+ * at the cost of a second product.  F11GEF IFAIL: 1 already finished, 2 accuracy not reached (also a
+ * non-finite value or an exhausted Lanczos process), 3 not set up, 4 A not positive-definite (CG),
+ * 5 preconditioner not positive-definite, 6 tidy stop, 7 MAXITN reached, 8 immediate stop.  F11GFF as
+ * F11BFF; SIGMAX is the estimate when one was asked for.  F11GRF, F11GSF, F11GTF: the Hermitian twins,
+ * with complex U, V, WORK laid out as in F11BRF. */
+ZEK_API void F11GDF(const char *method, const char *precon, const char *sigcmp, const char *norm, const char *weight,
+                    const int *iterm, const int *n, const double *tol, const int *maxitn, const double *anorm,
+                    const double *sigmax, const double *sigtol, const int *maxits, const int *monit, int *lwreq,
+                    double work[], const int *lwork, int *ifail, int method_len, int precon_len, int sigcmp_len,
+                    int norm_len, int weight_len) ZEK_SYMBOL("q80165");
+ZEK_API void F11GDF_WORKER(const char *method, const char *precon, const char *sigcmp, const char *norm,
+                           const char *weight, int iterm, int n, double tol, int maxitn, double anorm, double sigmax,
+                           double sigtol, int maxits, int monit, int *lwreq, double work[], int lwork, char *errbuf,
+                           int *ifail, int method_len, int precon_len, int sigcmp_len, int norm_len, int weight_len,
+                           int errbuf_len) ZEK_SYMBOL("q86389");
+ZEK_API void F11GEF(int *irevcm, double u[], double v[], const double wgt[], double work[], const int *lwork,
+                    int *ifail) ZEK_SYMBOL("q68833");
+ZEK_API void F11GEF_WORKER(int *irevcm, double u[], double v[], const double wgt[], double work[], int lwork,
+                           char *errbuf, int *ifail, int errbuf_len) ZEK_SYMBOL("q51330");
+ZEK_API void F11GFF(int *itn, double *stplhs, double *stprhs, double *anorm, double *sigmax, const double work[],
+                    const int *lwork, int *ifail) ZEK_SYMBOL("q43984");
+ZEK_API void F11GFF_WORKER(int *itn, double *stplhs, double *stprhs, double *anorm, double *sigmax,
+                           const double work[], int lwork, char *errbuf, int *ifail, int errbuf_len)
+    ZEK_SYMBOL("q77723");
+ZEK_API void F11GRF(const char *method, const char *precon, const char *sigcmp, const char *norm, const char *weight,
+                    const int *iterm, const int *n, const double *tol, const int *maxitn, const double *anorm,
+                    const double *sigmax, const double *sigtol, const int *maxits, const int *monit, int *lwreq,
+                    double work[], const int *lwork, int *ifail, int method_len, int precon_len, int sigcmp_len,
+                    int norm_len, int weight_len) ZEK_SYMBOL("q71877");
+ZEK_API void F11GRF_WORKER(const char *method, const char *precon, const char *sigcmp, const char *norm,
+                           const char *weight, int iterm, int n, double tol, int maxitn, double anorm, double sigmax,
+                           double sigtol, int maxits, int monit, int *lwreq, double work[], int lwork, char *errbuf,
+                           int *ifail, int method_len, int precon_len, int sigcmp_len, int norm_len, int weight_len,
+                           int errbuf_len) ZEK_SYMBOL("q35431");
+ZEK_API void F11GSF(int *irevcm, double u[], double v[], const double wgt[], double work[], const int *lwork,
+                    int *ifail) ZEK_SYMBOL("q44361");
+ZEK_API void F11GSF_WORKER(int *irevcm, double u[], double v[], const double wgt[], double work[], int lwork,
+                           char *errbuf, int *ifail, int errbuf_len) ZEK_SYMBOL("q34455");
+ZEK_API void F11GTF(int *itn, double *stplhs, double *stprhs, double *anorm, double *sigmax, const double work[],
+                    const int *lwork, int *ifail) ZEK_SYMBOL("q56620");
+ZEK_API void F11GTF_WORKER(int *itn, double *stplhs, double *stprhs, double *anorm, double *sigmax,
+                           const double work[], int lwork, char *errbuf, int *ifail, int errbuf_len)
+    ZEK_SYMBOL("q31235");
+
 /* ---- Driver ---- */
 
 /* F11DCF: solves A x = b for a CS matrix with the incomplete LU of F11DAF as preconditioner, by METHOD

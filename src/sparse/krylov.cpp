@@ -24,11 +24,13 @@ enum : int {
     kLwreq = 13, kLastIn = 14, kIter = 15, kMarkB = 19, kLastOut = 22, kZero = 23, kLwork = 24,
     // engine-private integers
     kPc = 26, kStatus = 27, kTidy = 28, kJ = 29, kI = 30, kFalsePass = 31, kEstStage = 32, kEstIter = 33,
-    kEstIndex = 34, kHalf = 35, kCycle = 36, kCc = 37, kEstimateSigma = 38,
+    kEstIndex = 34, kHalf = 35, kCycle = 36, kCc = 37, kEstimateSigma = 38, kSymmetric = 39, kSigcmp = 40,
+    kMaxits = 41, kLanczos = 42,
     // reals
     kTol = 50, kAnorm = 52, kSigmax = 53, kStplhs = 54, kStprhs = 55, kBnorm = 56, kXnorm = 57, kRho = 58,
     kAlpha = 60, kBeta = 62, kTau = 64, kTheta = 65, kEta = 66, kEst = 68, kEstOld = 69, kResid = 70, kOmega = 72,
-    kSigma = 74,
+    kSigma = 74, kSigtol = 76, kGbar = 77, kDbar = 78, kRhs1 = 79, kRhs2 = 80, kOldb = 81, kLbeta = 82,
+    kLalpha = 83, kPrevAlpha = 84, kPrevBeta = 85,
     // logicals
     kPrecon = 90, kFinished = 93, kFirst = 94,
 };
@@ -159,10 +161,25 @@ private:
         rec.set(kPc, 9999);
         *irevcm = 4;
     }
+    // The estimator's product: A or its transpose (the infinity norm is the one-norm of A'); a symmetric
+    // suite asks only for A.
+    int estimate_request(int sign) const {
+        if (rec.i(kSymmetric) != 0) return 1;
+        return rec.i(kNorm) % 3 == 0 ? sign : -sign;
+    }
+    // r'inverse(M)r vanished at a fresh residual: converged when r is zero, else M is not definite.
+    void finish_settled() {
+        rec.r[kStplhs] = norm_of(w_.at(2));
+        rec.r[kStprhs] = right_side(w_.at(0));
+        finish_with(rec.r[kStplhs] == 0.0 ? 0 : 11);
+    }
     void method_gmres();
     void method_cgs();
     void method_bicgstab();
     void method_tfqmr();
+    void method_cg();
+    void method_symmlq();
+    void lanczos_step(double diagonal, double offdiagonal);
 };
 
 // Shared vectors: 0 x, 1 b, 2 r.  The rest follow per method.
@@ -172,6 +189,11 @@ template <class T> void Engine<T>::run() {
         rec.set(kStatus, 8);
         rec.set(kPc, 9999);
         *irevcm = 4;
+        return;
+    }
+    if (rec.i(kSymmetric) != 0) {
+        if (rec.i(kMethod) == 1) method_cg();
+        else method_symmlq();
         return;
     }
     switch (rec.i(kMethod)) {
@@ -201,11 +223,11 @@ template <class T> void Engine<T>::run() {
             /* Higham's estimate of the one-norm (of A' for the infinity norm). */                          \
             rec.set(kEstIter, 0);                                                                           \
             for (int q = 0; q < n; ++q) u_[q] = T(1.0 / n);                                                 \
-            KRYLOV_REQUEST(rec.i(kNorm) % 3 == 0 ? 1 : -1, first_point);                                    \
+            KRYLOV_REQUEST(estimate_request(1), first_point);                                    \
             rec.r[kEst] = vector_norm(0, n, v_, nullptr);                                                   \
             for (;;) {                                                                                      \
                 for (int q = 0; q < n; ++q) u_[q] = real_part(v_[q]) >= 0.0 ? T(1.0) : T(-1.0);            \
-                KRYLOV_REQUEST(rec.i(kNorm) % 3 == 0 ? -1 : 1, first_point + 1);                           \
+                KRYLOV_REQUEST(estimate_request(-1), first_point + 1);                           \
                 {                                                                                           \
                     int jmax = 0;                                                                           \
                     for (int q = 1; q < n; ++q)                                                             \
@@ -215,14 +237,14 @@ template <class T> void Engine<T>::run() {
                     std::fill(u_, u_ + n, T(0.0));                                                          \
                     u_[jmax] = T(1.0);                                                                      \
                 }                                                                                           \
-                KRYLOV_REQUEST(rec.i(kNorm) % 3 == 0 ? 1 : -1, first_point + 2);                           \
+                KRYLOV_REQUEST(estimate_request(1), first_point + 2);                           \
                 rec.r[kEstOld] = rec.r[kEst];                                                               \
                 rec.r[kEst] = vector_norm(0, n, v_, nullptr);                                               \
                 rec.set(kEstIter, rec.i(kEstIter) + 1);                                                     \
                 if (rec.r[kEst] <= rec.r[kEstOld] || rec.i(kEstIter) >= 5) break;                          \
             }                                                                                               \
             for (int q = 0; q < n; ++q) u_[q] = T((q % 2 == 0 ? 1.0 : -1.0) * (1.0 + q / (n - 1.0 + 1e-300))); \
-            KRYLOV_REQUEST(rec.i(kNorm) % 3 == 0 ? 1 : -1, first_point + 3);                               \
+            KRYLOV_REQUEST(estimate_request(1), first_point + 3);                               \
             rec.r[kAnorm] = std::max(rec.r[kEst], 2.0 * vector_norm(0, n, v_, nullptr) / (3.0 * n));        \
         }                                                                                                   \
 
@@ -571,15 +593,22 @@ template <class T> void Engine<T>::method_tfqmr() {
     }
 }
 
+#include "sparse/krylov_symmetric.inc"
+
 } // namespace
 
-int method_code(const char *method, int len) {
+// The method name in its 20-character buffer, upper case, blank-padded.
+std::string method_buffer(const char *method, int len) {
     char buffer[21];
     std::memset(buffer, ' ', 20);
     buffer[20] = 0;
     std::memcpy(buffer, method, static_cast<std::size_t>(std::clamp(len, 0, 20)));
     for (char &c : buffer) c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
-    const std::string name(buffer);
+    return std::string(buffer);
+}
+
+int method_code(const char *method, int len) {
+    const std::string name = method_buffer(method, len);
     if (name == "RGMRES              ") return 1;
     if (name == "CGS                 ") return 2;
     if (name == "BICGSTAB            ") return 3;
@@ -659,6 +688,73 @@ void setup(const char *name, const char *method, const char *precon, const char 
     exit.succeed();
 }
 
+// The set-up routine of the symmetric and Hermitian suites: CG or SYMMLQ, with the optional Lanczos
+// estimate of the largest singular value (SIGCMP 'S', SIGTOL, MAXITS).
+void setup_symmetric(const char *name, const char *method, const char *precon, const char *sigcmp, const char *norm,
+                     const char *weight, int iterm, int n, double tol, int maxitn, double anorm, double sigmax,
+                     double sigtol, int maxits, int monit, int *lwreq, double *work, int lwork, char *errbuf,
+                     int *ifail, int method_len, int precon_len, int sigcmp_len, int norm_len, int weight_len) {
+    FailureExit exit(name, errbuf, ifail);
+    if (lwork >= kRecord) {
+        std::fill(work, work + kRecord, 0.0);
+        work[kMarkA] = kMarkValueA;
+        work[kMarkB] = kMarkValueB;
+    }
+    const std::string mname = method_buffer(method, method_len);
+    const int code = mname == "CG                  " ? 1 : mname == "SYMMLQ              " ? 2 : 0;
+    const char pc = letter(precon, precon_len), sc = letter(sigcmp, sigcmp_len), nc = letter(norm, norm_len),
+               wc = letter(weight, weight_len);
+    int bad = 0;
+    if (code == 0) bad = 1;
+    else if (pc != 'N' && pc != 'P') bad = 2;
+    else if (sc != 'N' && sc != 'S') bad = 3;
+    else if (nc != '1' && nc != 'I' && nc != '2') bad = 4;
+    else if (wc != 'N' && wc != 'W') bad = 5;
+    else if (iterm != 1 && iterm != 2) bad = 6;
+    else if (n < 1) bad = 7;
+    else if (!(tol < 1.0)) bad = 8;
+    else if (maxitn < 1) bad = 9;
+    else if (!(sigtol < 1.0)) bad = 12;
+    else if (sc == 'S' && maxits < 1) bad = 13;
+    else if (monit > maxitn) bad = 14;
+    else if (lwork < kRecord) bad = 17;
+    else if (iterm == 1 && nc == '2' && !(anorm > 0.0)) bad = 10;
+    else if (iterm == 2 && nc != '2') bad = 6;
+    else if (iterm == 2 && wc != 'N') bad = 5;
+    else if (iterm == 2 && sc == 'N' && !(sigmax > 0.0)) bad = 11;
+    if (bad != 0) {
+        exit.fail(-bad, 99999 - bad, kIllegal, {bad});
+        return;
+    }
+    const double eps = precision();
+    Record rec;
+    std::fill(rec.r, rec.r + kRecord, 0.0);
+    rec.set(0, 50), rec.set(1, 40), rec.set(2, 10);
+    rec.r[kMarkA] = kMarkValueA;
+    rec.r[kMarkB] = kMarkValueB;
+    rec.set(kState, 1);
+    rec.set(kMethod, code);
+    rec.set(kSymmetric, 1);
+    rec.set(kNorm, (nc == '1' ? 0 : nc == 'I' ? 1 : 2) + (wc == 'W' ? 3 : 0));
+    rec.set(kIterm, iterm);
+    rec.set(kN, n);
+    rec.set(kMaxitn, maxitn);
+    rec.set(kMonit, monit > 0 ? monit : maxitn + 4);
+    const long lanczos = sc == 'S' ? 2L * maxits : 0L;
+    *lwreq = static_cast<int>(std::min<long>((code == 1 ? 6L : 9L) * n + lanczos + kRecord, 2147483647L));
+    rec.set(kLwreq, *lwreq);
+    rec.r[kTol] = tol > 0.0 ? std::max(tol, eps) : std::sqrt(eps);
+    rec.r[kAnorm] = iterm == 1 ? std::max(anorm, 0.0) : 0.0;
+    rec.r[kSigmax] = sc == 'S' ? 0.0 : std::max(sigmax, 0.0);
+    rec.set(kSigcmp, sc == 'S' ? 1 : 0);
+    rec.set(kMaxits, sc == 'S' ? maxits : 0);
+    rec.r[kSigtol] = sigtol > 0.0 ? std::max(sigtol, eps) : std::sqrt(eps);
+    rec.set_flag(kPrecon, pc == 'P');
+    rec.set_flag(kFirst, true);
+    state_transfer("Put", rec, work);
+    exit.succeed();
+}
+
 // The solver routine: one step of the reverse communication.
 template <class T>
 void solve_step(const char *name, int *irevcm, double *u, double *v, const double *wgt, double *work, int lwork,
@@ -670,10 +766,14 @@ void solve_step(const char *name, int *irevcm, double *u, double *v, const doubl
     }
     Record rec;
     state_transfer("Get", rec, work);
+    // The set-up routine's name is the solver's with the fifth letter one back (BEF, BDF; GSF, GRF).
+    std::string setup_name(name);
+    setup_name[4] = static_cast<char>(setup_name[4] - 1);
+    const std::string not_set_up =
+        " ** Either " + setup_name + " was not called before calling this routine\n ** or it has returned an error.";
     const std::string again = std::string(" ** ") + name + " has already completed its tasks. You need to set a new problem.";
     if (rec.r[kMarkA] != kMarkValueA || rec.r[kMarkB] != kMarkValueB || rec.i(kState) < 1) {
-        exit.fail(3, 99998, (std::string(" ** Either ") + (name[3] == 'B' && name[4] == 'E' ? "F11BDF" : "F11BRF") +
-                             " was not called before calling this routine\n ** or it has returned an error.").c_str());
+        exit.fail(3, 99998, not_set_up.c_str());
         return;
     }
     const bool first = rec.flag(kFirst);
@@ -688,7 +788,7 @@ void solve_step(const char *name, int *irevcm, double *u, double *v, const doubl
     if (first) {
         if (*irevcm != 0) return illegal(1);
         if (rec.i(kState) != 1) {
-            exit.fail(3, 99998, " ** Either F11BDF was not called before calling this routine\n ** or it has returned an error.");
+            exit.fail(3, 99998, not_set_up.c_str());
             return;
         }
         if (lwork < rec.i(kLwreq)) return illegal(6);
@@ -727,6 +827,23 @@ void solve_step(const char *name, int *irevcm, double *u, double *v, const doubl
     rec.set_flag(kFinished, true);
     state_transfer("Put", rec, work);
     const long iterations = rec.i(kIter);
+    if (rec.i(kSymmetric) != 0) {
+        // The symmetric suites number their exits apart: the definiteness failures take 4 and 5.
+        switch (rec.i(kStatus)) {
+        case 0: exit.succeed(); return;
+        case 2:
+        case 6:
+            exit.fail(2, 99995, rec.i(kTidy) ? " ** User-requested termination: the required accuracy could not be obtained.\n ** However, a reasonable accuracy may have been achieved."
+                                             : " ** The required accuracy could not be obtained.\n ** However, a reasonable accuracy may have been achieved.");
+            return;
+        case 10: exit.fail(4, 99990, " ** The matrix of the coefficients A appears not to be positive-definite.\n ** The computation cannot continue."); return;
+        case 11: exit.fail(5, 99989, " ** The preconditioner appears not to be positive-definite.\n ** The computation cannot continue."); return;
+        case 4: exit.fail(6, 99994, " ** User-requested tidy termination.\n ** The solution has not converged after%7ld iterations.", {iterations}); return;
+        case 5: exit.fail(7, 99993, " ** The solution has not converged after%7ld iterations.", {iterations}); return;
+        case 8: exit.fail(8, 99991, " ** User-requested immediate termination."); return;
+        default: exit.fail(3, 99998, not_set_up.c_str()); return;
+        }
+    }
     switch (rec.i(kStatus)) {
     case 0: exit.succeed(); return;
     case 2:
@@ -739,9 +856,7 @@ void solve_step(const char *name, int *irevcm, double *u, double *v, const doubl
     case 5: exit.fail(5, 99993, " ** The solution has not converged after%7ld iterations.", {iterations}); return;
     case 6: exit.fail(6, 99992, " ** Algorithm breakdown at iteration no.%7ld", {iterations}); return;
     case 8: exit.fail(8, 99991, " ** User-requested immediate termination."); return;
-    default:
-        exit.fail(3, 99998, " ** Either F11BDF was not called before calling this routine\n ** or it has returned an error.");
-        return;
+    default: exit.fail(3, 99998, not_set_up.c_str()); return;
     }
 }
 
@@ -775,24 +890,7 @@ using zek::sparse::Complex;
 
 extern "C" {
 
-#define SUITE(SET, SET_W, STEP, STEP_W, DIAG, DIAG_W, TYPE)                                                        \
-    void SET_W(const char *method, const char *precon, const char *norm, const char *weight, int iterm, int n, int m, \
-               double tol, int maxitn, double anorm, double sigmax, int monit, int *lwreq, double work[], int lwork, \
-               char *errbuf, int *ifail, int method_len, int precon_len, int norm_len, int weight_len,             \
-               int errbuf_len) {                                                                                    \
-        (void)errbuf_len;                                                                                           \
-        zek::sparse::setup(#SET, method, precon, norm, weight, iterm, n, m, tol, maxitn, anorm, sigmax, monit,     \
-                           lwreq, work, lwork, errbuf, ifail, method_len, precon_len, norm_len, weight_len);        \
-    }                                                                                                               \
-    void SET(const char *method, const char *precon, const char *norm, const char *weight, const int *iterm,       \
-             const int *n, const int *m, const double *tol, const int *maxitn, const double *anorm,                \
-             const double *sigmax, const int *monit, int *lwreq, double work[], const int *lwork, int *ifail,      \
-             int method_len, int precon_len, int norm_len, int weight_len) {                                       \
-        zek::Front front(#SET);                                                                                     \
-        SET_W(method, precon, norm, weight, *iterm, *n, *m, *tol, *maxitn, *anorm, *sigmax, *monit, lwreq, work,   \
-              *lwork, front.errbuf(), ifail, method_len, precon_len, norm_len, weight_len, zek::kErrbufLength);     \
-        front.finish(*ifail);                                                                                       \
-    }                                                                                                               \
+#define SOLVER_AND_DIAGNOSTIC(STEP, STEP_W, DIAG, DIAG_W, TYPE)                                             \
     void STEP_W(int *irevcm, double u[], double v[], const double wgt[], double work[], int lwork, char *errbuf,    \
                 int *ifail, int errbuf_len) {                                                                       \
         (void)errbuf_len;                                                                                           \
@@ -816,7 +914,52 @@ extern "C" {
         front.finish(*ifail);                                                                                       \
     }
 
+#define SUITE(SET, SET_W, STEP, STEP_W, DIAG, DIAG_W, TYPE)                                                        \
+    void SET_W(const char *method, const char *precon, const char *norm, const char *weight, int iterm, int n, int m, \
+               double tol, int maxitn, double anorm, double sigmax, int monit, int *lwreq, double work[], int lwork, \
+               char *errbuf, int *ifail, int method_len, int precon_len, int norm_len, int weight_len,             \
+               int errbuf_len) {                                                                                    \
+        (void)errbuf_len;                                                                                           \
+        zek::sparse::setup(#SET, method, precon, norm, weight, iterm, n, m, tol, maxitn, anorm, sigmax, monit,     \
+                           lwreq, work, lwork, errbuf, ifail, method_len, precon_len, norm_len, weight_len);        \
+    }                                                                                                               \
+    void SET(const char *method, const char *precon, const char *norm, const char *weight, const int *iterm,       \
+             const int *n, const int *m, const double *tol, const int *maxitn, const double *anorm,                \
+             const double *sigmax, const int *monit, int *lwreq, double work[], const int *lwork, int *ifail,      \
+             int method_len, int precon_len, int norm_len, int weight_len) {                                       \
+        zek::Front front(#SET);                                                                                     \
+        SET_W(method, precon, norm, weight, *iterm, *n, *m, *tol, *maxitn, *anorm, *sigmax, *monit, lwreq, work,   \
+              *lwork, front.errbuf(), ifail, method_len, precon_len, norm_len, weight_len, zek::kErrbufLength);     \
+        front.finish(*ifail);                                                                                       \
+    }                                                                                                               \
+    SOLVER_AND_DIAGNOSTIC(STEP, STEP_W, DIAG, DIAG_W, TYPE)
+
+#define SYMMETRIC_SUITE(SET, SET_W, STEP, STEP_W, DIAG, DIAG_W, TYPE)                                              \
+    void SET_W(const char *method, const char *precon, const char *sigcmp, const char *norm, const char *weight,     \
+               int iterm, int n, double tol, int maxitn, double anorm, double sigmax, double sigtol, int maxits,     \
+               int monit, int *lwreq, double work[], int lwork, char *errbuf, int *ifail, int method_len,           \
+               int precon_len, int sigcmp_len, int norm_len, int weight_len, int errbuf_len) {                       \
+        (void)errbuf_len;                                                                                           \
+        zek::sparse::setup_symmetric(#SET, method, precon, sigcmp, norm, weight, iterm, n, tol, maxitn, anorm,     \
+                                     sigmax, sigtol, maxits, monit, lwreq, work, lwork, errbuf, ifail, method_len, \
+                                     precon_len, sigcmp_len, norm_len, weight_len);                                 \
+    }                                                                                                               \
+    void SET(const char *method, const char *precon, const char *sigcmp, const char *norm, const char *weight,       \
+             const int *iterm, const int *n, const double *tol, const int *maxitn, const double *anorm,            \
+             const double *sigmax, const double *sigtol, const int *maxits, const int *monit, int *lwreq,          \
+             double work[], const int *lwork, int *ifail, int method_len, int precon_len, int sigcmp_len,          \
+             int norm_len, int weight_len) {                                                                        \
+        zek::Front front(#SET);                                                                                     \
+        SET_W(method, precon, sigcmp, norm, weight, *iterm, *n, *tol, *maxitn, *anorm, *sigmax, *sigtol, *maxits,  \
+              *monit, lwreq, work, *lwork, front.errbuf(), ifail, method_len, precon_len, sigcmp_len, norm_len,    \
+              weight_len, zek::kErrbufLength);                                                                      \
+        front.finish(*ifail);                                                                                       \
+    }                                                                                                               \
+    SOLVER_AND_DIAGNOSTIC(STEP, STEP_W, DIAG, DIAG_W, TYPE)
+
 SUITE(F11BDF, F11BDF_WORKER, F11BEF, F11BEF_WORKER, F11BFF, F11BFF_WORKER, double)
 SUITE(F11BRF, F11BRF_WORKER, F11BSF, F11BSF_WORKER, F11BTF, F11BTF_WORKER, Complex)
+SYMMETRIC_SUITE(F11GDF, F11GDF_WORKER, F11GEF, F11GEF_WORKER, F11GFF, F11GFF_WORKER, double)
+SYMMETRIC_SUITE(F11GRF, F11GRF_WORKER, F11GSF, F11GSF_WORKER, F11GTF, F11GTF_WORKER, Complex)
 
 } // extern "C"
