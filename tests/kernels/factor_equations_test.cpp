@@ -16,12 +16,6 @@ using namespace zek_test;
 
 namespace {
 
-Mat identity(int n) {
-    Mat e(n, n);
-    for (int i = 0; i < n; ++i) e(i, i) = 1.0;
-    return e;
-}
-
 // A = Q*diag(sigma)*Q' with a random orthogonal Q (from F01QCF) and singular values from 1 down to
 // 1/COND, so that the 2-norm condition number is COND.
 Mat with_condition(int n, double cond, unsigned seed) {
@@ -33,9 +27,7 @@ Mat with_condition(int n, double cond, unsigned seed) {
     for (int i = 0; i < n; ++i) d(i, i) = std::pow(cond, -static_cast<double>(i) / std::max(1, n - 1));
     std::vector<double> work(n);
     F01QDF("N", "S", &n, &n, z.data(), &z.ld, zeta.data(), &n, d.data(), &d.ld, work.data(), &ifail, 1, 1);
-    Mat dt(n, n);
-    for (int j = 0; j < n; ++j)
-        for (int i = 0; i < n; ++i) dt(i, j) = d(j, i);
+    Mat dt = transposed(d);
     F01QDF("N", "S", &n, &n, z.data(), &z.ld, zeta.data(), &n, dt.data(), &dt.ld, work.data(), &ifail, 1, 1);
     return dt;
 }
@@ -58,7 +50,7 @@ TEST(Determinant, KnownValuesAndScaledForm) {
     EXPECT_NEAR(det, -1.0, 1e-15);
     // 200 by 200 diagonal of 10: 10**200 fits, and the scaled form carries it exactly.
     const int big = 200;
-    Mat d = identity(big);
+    Mat d = identity_matrix(big);
     for (int i = 0; i < big; ++i) d(i, i) = 10.0;
     std::vector<double> p(big);
     double d1 = 0.0;
@@ -71,13 +63,13 @@ TEST(Determinant, KnownValuesAndScaledForm) {
     EXPECT_LT(std::fabs(d1), 1.0);
     // 10**400 overflows: F03AAF says so, the scaled form does not.
     const int huge = 400;
-    Mat h = identity(huge);
+    Mat h = identity_matrix(huge);
     for (int i = 0; i < huge; ++i) h(i, i) = 10.0;
     std::vector<double> wk(huge);
     ifail = 1;
     F03AAF(h.data(), &h.ld, &huge, &det, wk.data(), &ifail);
     EXPECT_EQ(ifail, 3);
-    Mat hh = identity(huge);
+    Mat hh = identity_matrix(huge);
     for (int i = 0; i < huge; ++i) hh(i, i) = 0.1;
     ifail = 1;
     F03AAF(hh.data(), &hh.ld, &huge, &det, wk.data(), &ifail);
@@ -198,7 +190,7 @@ TEST(Inverse, GeneralAndSymmetricPositiveDefinite) {
     ZekFail fail{};
     f01aac(f.data(), n, n, x.data(), n, &fail);
     ASSERT_EQ(fail.code, 0);
-    EXPECT_LT(scaled_difference(identity(n), multiply(a, x)), 200.0);
+    EXPECT_LT(scaled_difference(identity_matrix(n), multiply(a, x)), 200.0);
     Mat s = make_matrix(Kind::RankDeficient, 5, 5, 1);
     Mat sx(5, 5);
     f01aac(s.data(), 5, 5, sx.data(), 5, &fail);
@@ -219,7 +211,7 @@ TEST(Inverse, GeneralAndSymmetricPositiveDefinite) {
             }
             inv(i, j) = i >= j ? w(i, j) : w(j, i);
         }
-    EXPECT_LT(scaled_difference(identity(n), multiply(spd, inv)), 50.0);
+    EXPECT_LT(scaled_difference(identity_matrix(n), multiply(spd, inv)), 50.0);
     Mat notpd = spd;
     notpd(2, 2) = -5.0;
     f01adc(n, notpd.data(), n, &fail);
@@ -265,7 +257,7 @@ TEST(Covariance, BothFormsAgreeWithTheNormalEquations) {
     }
     // The singular-value form with V = I: C = sigma**2 * diag(1/s**2) on the leading IRANK variables.
     const std::vector<double> sv = {4.0, 2.0, 1.0};
-    Mat v = identity(p);
+    Mat v = identity_matrix(p);
     const int svd_true = 1, r3 = 3, jm1 = -1;
     F04YAF(&jm1, &p, &sigma, v.data(), &v.ld, &svd_true, &r3, sv.data(), cj.data(), work.data(), &ifail);
     EXPECT_EQ(ifail, 0);

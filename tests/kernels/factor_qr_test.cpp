@@ -46,12 +46,6 @@ Mat upper_part(const Mat &f) {
     return r;
 }
 
-Mat identity(int n) {
-    Mat e(n, n);
-    for (int i = 0; i < n; ++i) e(i, i) = 1.0;
-    return e;
-}
-
 } // namespace
 
 class QrBackwardError : public ::testing::TestWithParam<std::tuple<Kind, int, int>> {};
@@ -62,9 +56,9 @@ TEST_P(QrBackwardError, QTimesRIsAAndQIsOrthogonal) {
     const QrResult r = f01qcf(a);
     // A = Q*[R; 0] and Q'*Q = I.
     EXPECT_LT(scaled_difference(a, apply_q(r, "N", upper_part(r.f))), 4.0);
-    const Mat q = apply_q(r, "N", identity(m));
+    const Mat q = apply_q(r, "N", identity_matrix(m));
     const Mat qtq = apply_q(r, "T", q);
-    EXPECT_LT(scaled_difference(identity(m), qtq), 4.0);
+    EXPECT_LT(scaled_difference(identity_matrix(m), qtq), 4.0);
     // Q'*A = [R; 0].
     Mat back = apply_q(r, "C", a);
     EXPECT_LT(scaled_difference(upper_part(r.f), upper_part(back)), 4.0);

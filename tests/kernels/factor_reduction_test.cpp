@@ -12,23 +12,6 @@
 
 using namespace zek_test;
 
-namespace {
-
-Mat identity(int n) {
-    Mat e(n, n);
-    for (int i = 0; i < n; ++i) e(i, i) = 1.0;
-    return e;
-}
-
-Mat transposed(const Mat &a) {
-    Mat t(a.n, a.m);
-    for (int j = 0; j < a.n; ++j)
-        for (int i = 0; i < a.m; ++i) t(j, i) = a(i, j);
-    return t;
-}
-
-} // namespace
-
 TEST(ScaledQr, SameFactorsAsF01qcfAndContinuesAfterAppendedColumns) {
     const int m = 30, n = 12;
     const Mat a = make_matrix(Kind::Random, m, n, 51);
@@ -92,7 +75,7 @@ TEST(Bidiagonal, QTimesBTimesPTransposeIsA) {
         Mat f = a;
         std::vector<double> d(n), e(std::max(1, n)), zl(n), zr(n);
         // B = I (m by m) receives Q', Z = I (n by n) receives P', Y = I (m by m) receives Q.
-        Mat qt = identity(m), pt = identity(n), q = identity(m);
+        Mat qt = identity_matrix(m), pt = identity_matrix(n), q = identity_matrix(m);
         ZekFail fail{};
         f01lzc(m, n, f.data(), f.ld, d.data(), e.data(), zl.data(), zr.data(), m, qt.data(), qt.ld, m, q.data(), q.ld,
                n, pt.data(), pt.ld, 0, &fail);
@@ -105,7 +88,7 @@ TEST(Bidiagonal, QTimesBTimesPTransposeIsA) {
         // Q*B*P' = A, and Q' from B agrees with Q from Y.
         EXPECT_LT(scaled_difference(a, multiply(multiply(q, b), pt)), 8.0) << m << "x" << n;
         EXPECT_LT(scaled_difference(transposed(q), qt), 8.0);
-        EXPECT_LT(scaled_difference(identity(n), multiply(pt, transposed(pt))), 8.0);
+        EXPECT_LT(scaled_difference(identity_matrix(n), multiply(pt, transposed(pt))), 8.0);
         // WANTP: P' lands in the first n rows of A.
         Mat g = a;
         f01lzc(m, n, g.data(), g.ld, d.data(), e.data(), zl.data(), zr.data(), 0, nullptr, 1, 0, nullptr, 1, 0,

@@ -116,6 +116,19 @@ inline Mat make_spd(int n, unsigned seed, bool graded = false) {
     return a;
 }
 
+inline Mat identity_matrix(int n) {
+    Mat e(n, n);
+    for (int i = 0; i < n; ++i) e(i, i) = 1.0;
+    return e;
+}
+
+inline Mat transposed(const Mat &a) {
+    Mat t(a.n, a.m);
+    for (int j = 0; j < a.n; ++j)
+        for (int i = 0; i < a.m; ++i) t(j, i) = a(i, j);
+    return t;
+}
+
 inline double one_norm(const Mat &a) {
     double best = 0.0;
     for (int j = 0; j < a.n; ++j) {

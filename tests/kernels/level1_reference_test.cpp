@@ -15,6 +15,7 @@ using zek_test::expect_near_vectors;
 using zek_test::FortranComplex;
 using zek_test::kTight;
 using zek_test::Random;
+using zek_test::ref;
 using zek_test::reference_blas;
 using zek_test::strided_size;
 
@@ -42,11 +43,6 @@ std::ostream &operator<<(std::ostream &os, const PairCase &c) {
 class Level1PairReference : public testing::TestWithParam<PairCase> {
 protected:
     void SetUp() override { ASSERT_TRUE(reference_blas().loaded()) << reference_blas().error(); }
-    template <class F> F ref(const char *name) {
-        F f = reference_blas().get<F>(name);
-        EXPECT_NE(f, nullptr) << name;
-        return f;
-    }
     // Real data for x and y (WIDTH 2 gives complex elements).
     void make(int width = 1) {
         const PairCase c = GetParam();

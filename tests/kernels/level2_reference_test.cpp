@@ -16,6 +16,7 @@ namespace {
 using zek_test::expect_near_vectors;
 using zek_test::kTight;
 using zek_test::Random;
+using zek_test::ref;
 using zek_test::reference_blas;
 using zek_test::strided_size;
 using L = std::size_t;  // hidden lengths of the Fortran interface
@@ -34,12 +35,6 @@ using GerFn = void (*)(const int *, const int *, const double *, const double *,
                        const int *, double *, const int *);
 using SyrFn = void (*)(const char *, const int *, const double *, const double *, const int *, double *, const int *, L);
 using SprFn = void (*)(const char *, const int *, const double *, const double *, const int *, double *, L);
-
-template <class F> F ref(const char *name) {
-    F f = reference_blas().get<F>(name);
-    EXPECT_NE(f, nullptr) << name;
-    return f;
-}
 
 // A matrix whose diagonal is kept away from zero, so triangular solves stay well conditioned.
 std::vector<double> matrix(Random &rng, int rows, int cols, int ld, int width = 1) {

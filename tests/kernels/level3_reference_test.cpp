@@ -15,6 +15,7 @@ namespace {
 
 using zek_test::expect_near_vectors;
 using zek_test::Random;
+using zek_test::ref;
 using zek_test::reference_blas;
 using L = std::size_t;
 
@@ -25,12 +26,6 @@ using TrxmFn = void (*)(const char *, const char *, const char *, const char *, 
                         const double *, const double *, const int *, double *, const int *, L, L, L, L);
 using SyrkFn = void (*)(const char *, const char *, const int *, const int *, const double *, const double *,
                         const int *, const double *, double *, const int *, L, L);
-
-template <class F> F ref(const char *name) {
-    F f = reference_blas().get<F>(name);
-    EXPECT_NE(f, nullptr) << name;
-    return f;
-}
 
 constexpr double kProductTol = 1e-11;
 

@@ -3,6 +3,8 @@
 #ifndef ZEK_TESTS_PEER_BLAS_H
 #define ZEK_TESTS_PEER_BLAS_H
 
+#include <gtest/gtest.h>
+
 #include <string>
 
 namespace zek_test {
@@ -35,6 +37,13 @@ private:
 
 // The reference BLAS of the system, loaded once for the whole test program.
 const PeerBlas &reference_blas();
+
+// A routine of the reference BLAS, failing the test when it is missing.
+template <class F> F ref(const char *name) {
+    F f = reference_blas().get<F>(name);
+    EXPECT_NE(f, nullptr) << name;
+    return f;
+}
 
 } // namespace zek_test
 

@@ -11,6 +11,26 @@
 
 namespace zek_test {
 
+Solver solver(zek::e04::Family f) {
+    using zek::e04::Family;
+    switch (f) {
+    case Family::DGA: return {"E04DGA", E04DKF_PLAIN, E04DKF};
+    case Family::MFA: return {"E04MFA", E04MHF_PLAIN, E04MHF};
+    case Family::NCA: return {"E04NCA", E04NEF_PLAIN, E04NEF};
+    case Family::NFA: return {"E04NFA", E04NHF_PLAIN, E04NHF};
+    case Family::UCA: return {"E04UCA", E04UEF_PLAIN, E04UEF};
+    case Family::USA: return {"E04USA", E04URF_PLAIN, E04URF};
+    }
+    return {};
+}
+
+int option(OptionState &s, zek::e04::Family f, const std::string &line) {
+    int inform = -1;
+    solver(f).plain(line.data(), s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform,
+                    static_cast<int>(line.size()));
+    return inform;
+}
+
 OptionState::OptionState(const char *solver) {
     const int lc = 1, ll = 120, li = 610, lr = 475;
     int ifail = 1;

@@ -7,7 +7,19 @@
 #include <string>
 #include <vector>
 
+#include "optimisation/options.h"
+
 namespace zek_test {
+
+// A solver family's name and its two option-string routines (plain, and with a listing flag).
+using PlainString = void (*)(const char *, int *, int *, double *, int *, int);
+using ListedString = void (*)(const char *, const int *, int *, int *, double *, int *, int);
+struct Solver {
+    const char *name;
+    PlainString plain;
+    ListedString listed;
+};
+Solver solver(zek::e04::Family f);
 
 // State arrays of the lengths E04WBA asks for the solvers, prepared for one solver.
 struct OptionState {
@@ -32,6 +44,9 @@ private:
     std::string path_;
     std::FILE *stream_ = nullptr;
 };
+
+// One option string through the family's plain routine; returns its INFORM.
+int option(OptionState &s, zek::e04::Family f, const std::string &line);
 
 // TEXT with every "\n" turned into "\r\n".
 std::string crlf(const std::string &text);

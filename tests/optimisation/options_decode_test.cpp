@@ -17,32 +17,8 @@ using zek::e04::Family;
 using zek_test::OptionState;
 using zek_test::OutputCapture;
 
-using PlainString = void (*)(const char *, int *, int *, double *, int *, int);
-using ListedString = void (*)(const char *, const int *, int *, int *, double *, int *, int);
-
-struct Solver {
-    const char *name;
-    PlainString plain;
-    ListedString listed;
-};
-Solver solver(Family f) {
-    switch (f) {
-    case Family::DGA: return {"E04DGA", E04DKF_PLAIN, E04DKF};
-    case Family::MFA: return {"E04MFA", E04MHF_PLAIN, E04MHF};
-    case Family::NCA: return {"E04NCA", E04NEF_PLAIN, E04NEF};
-    case Family::NFA: return {"E04NFA", E04NHF_PLAIN, E04NHF};
-    case Family::UCA: return {"E04UCA", E04UEF_PLAIN, E04UEF};
-    case Family::USA: return {"E04USA", E04URF_PLAIN, E04URF};
-    }
-    return {};
-}
-
-int option(OptionState &s, Family f, const std::string &line) {
-    int inform = -1;
-    solver(f).plain(line.data(), s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform,
-                    static_cast<int>(line.size()));
-    return inform;
-}
+using zek_test::option;
+using zek_test::solver;
 
 struct PhraseCase {
     Family family;

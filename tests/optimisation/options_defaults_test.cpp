@@ -30,25 +30,9 @@ const double kEps = zek::precision();
 
 // A solver's side of one run: options, defaults, then the settled blocks are returned and restored.
 struct SolverRun {
-    SolverRun(Family f, std::vector<std::string> lines, ProblemSize size) : family(f), state(name(f)) {
-        using Plain = void (*)(const char *, int *, int *, double *, int *, int);
-        const Plain plain = f == Family::DGA   ? E04DKF_PLAIN
-                            : f == Family::MFA ? E04MHF_PLAIN
-                            : f == Family::NCA ? E04NEF_PLAIN
-                            : f == Family::NFA ? E04NHF_PLAIN
-                            : f == Family::UCA ? E04UEF_PLAIN
-                                               : E04URF_PLAIN;
-        for (const std::string &line : lines) {
-            int inform = -1;
-            plain(line.data(), state.lwsav.data(), state.iwsav.data(), state.rwsav.data(), &inform,
-                  static_cast<int>(line.size()));
-            EXPECT_EQ(inform, 0) << line;
-        }
+    SolverRun(Family f, std::vector<std::string> lines, ProblemSize size) : family(f), state(zek_test::solver(f).name) {
+        for (const std::string &line : lines) EXPECT_EQ(zek_test::option(state, f, line), 0) << line;
         begin(size);
-    }
-    static const char *name(Family f) {
-        const char *names[] = {"E04DGA", "E04MFA", "E04NCA", "E04NFA", "E04UCA", "E04USA"};
-        return names[static_cast<int>(f)];
     }
     void begin(ProblemSize size) {
         zek::e04::begin_run(family, state.lwsav.data(), state.iwsav.data(), state.rwsav.data(), size);
