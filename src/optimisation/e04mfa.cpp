@@ -9,6 +9,7 @@
 #include "frame/output.h"
 #include "optimisation/active_set.h"
 #include "optimisation/options.h"
+#include "optimisation/run_settings.h"
 #include "zek2/e04.h"
 
 namespace {
@@ -20,32 +21,12 @@ namespace lc = zek::e04::lc;
 
 // The run's settings from the LC block, after its defaults were applied.
 zek::active_set::Settings settings_of(const int *iwsav, const double *rwsav, int type) {
-    using zek::e04::Block;
-    using zek::e04::real_setting;
-    using zek::e04::setting;
-    zek::active_set::Settings s;
+    zek::active_set::Settings s = zek::e04::lc_block_settings(iwsav, rwsav);
     s.solver = "E04MFA";
     s.kind[0] = type == 1 ? 'F' : 'L';
     s.kind[1] = 'P';
     s.feasible_point_only = type == 1;
-    s.print_level = setting(iwsav, Block::LC, lc::kPrintLevel);
-    s.print_unit = setting(iwsav, Block::LC, lc::kPrintUnit);
-    s.monitor_unit = setting(iwsav, Block::LC, lc::kMonitoringUnit);
-    s.iteration_limit = setting(iwsav, Block::LC, lc::kOptimalityItns);
-    s.check_frequency = setting(iwsav, Block::LC, lc::kCheckFrequency);
-    s.expand_frequency = setting(iwsav, Block::LC, lc::kExpandFrequency);
-    s.minimum_sum = setting(iwsav, Block::LC, lc::kMinimumSum) > 0;
-    s.infinite_bound = real_setting(rwsav, Block::LC, lc::kInfiniteBound);
-    s.infinite_step = real_setting(rwsav, Block::LC, lc::kInfiniteStep);
-    s.crash_tolerance = real_setting(rwsav, Block::LC, lc::kCrashTolerance);
-    s.feasibility_tolerance = real_setting(rwsav, Block::LC, lc::kFeasibilityTolerance);
-    s.optimality_tolerance = real_setting(rwsav, Block::LC, lc::kOptimalityTolerance);
-    const zek::e04::MachineBase base = zek::e04::machine_base(rwsav);
-    s.eps = base.eps;
-    s.e33 = base.e33;
-    s.e50 = base.e50;
-    s.e80 = base.e80;
-    s.condition_limit = std::max(1.0 / base.e50, 100.0);
+    s.iteration_limit = zek::e04::setting(iwsav, zek::e04::Block::LC, lc::kOptimalityItns);
     return s;
 }
 

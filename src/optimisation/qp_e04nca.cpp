@@ -16,6 +16,7 @@
 #include "optimisation/options.h"
 #include "optimisation/qp.h"
 #include "optimisation/qp_driver.h"
+#include "optimisation/run_settings.h"
 #include "zek2/e04.h"
 
 namespace {
@@ -44,13 +45,8 @@ zek::active_set::Settings settings_of(const int *iwsav, const double *rwsav, int
     s.infinite_step = real_setting(rwsav, Block::LS, ls::kInfiniteStep);
     s.crash_tolerance = real_setting(rwsav, Block::LS, ls::kCrashTolerance);
     s.feasibility_tolerance = real_setting(rwsav, Block::LS, ls::kFeasibilityTolerance);
-    const zek::e04::MachineBase base = zek::e04::machine_base(rwsav);
-    s.optimality_tolerance = base.e50;
-    s.eps = base.eps;
-    s.e33 = base.e33;
-    s.e50 = base.e50;
-    s.e80 = base.e80;
-    s.condition_limit = std::max(1.0 / base.e50, 100.0);
+    zek::e04::apply_machine_base(s, rwsav);
+    s.optimality_tolerance = s.e50;
     return s;
 }
 

@@ -9,6 +9,7 @@
 #include "optimisation/options.h"
 #include "optimisation/qp.h"
 #include "optimisation/qp_driver.h"
+#include "optimisation/run_settings.h"
 #include "zek2/e04.h"
 
 extern "C" void E04NFA_QPHESS_ADAPTOR(ZekQpHessian qphess, int n, int jthcol, const double *h, int ldh,
@@ -49,35 +50,18 @@ private:
 
 zek::active_set::Settings settings_of(const int *iwsav, const double *rwsav, int type) {
     using zek::e04::Block;
-    using zek::e04::real_setting;
     using zek::e04::setting;
-    zek::active_set::Settings s;
+    zek::active_set::Settings s = zek::e04::lc_block_settings(iwsav, rwsav);
     s.solver = "E04NFA";
     const char *kinds[] = {"FP", "LP", "QP"};
     const char *k = kinds[type <= 1 ? 0 : type == 2 ? 1 : 2];
     s.kind[0] = k[0];
     s.kind[1] = k[1];
     s.feasible_point_only = type == 1;
-    s.print_level = setting(iwsav, Block::LC, lc::kPrintLevel);
-    s.print_unit = setting(iwsav, Block::LC, lc::kPrintUnit);
-    s.monitor_unit = setting(iwsav, Block::LC, lc::kMonitoringUnit);
+    // The feasibility and optimality phases share one limit.
     const long limit = static_cast<long>(setting(iwsav, Block::LC, lc::kFeasibilityItns)) +
                        setting(iwsav, Block::LC, lc::kOptimalityItns);
     s.iteration_limit = static_cast<int>(std::min(limit, 2147483647L));
-    s.check_frequency = setting(iwsav, Block::LC, lc::kCheckFrequency);
-    s.expand_frequency = setting(iwsav, Block::LC, lc::kExpandFrequency);
-    s.minimum_sum = setting(iwsav, Block::LC, lc::kMinimumSum) > 0;
-    s.infinite_bound = real_setting(rwsav, Block::LC, lc::kInfiniteBound);
-    s.infinite_step = real_setting(rwsav, Block::LC, lc::kInfiniteStep);
-    s.crash_tolerance = real_setting(rwsav, Block::LC, lc::kCrashTolerance);
-    s.feasibility_tolerance = real_setting(rwsav, Block::LC, lc::kFeasibilityTolerance);
-    s.optimality_tolerance = real_setting(rwsav, Block::LC, lc::kOptimalityTolerance);
-    const zek::e04::MachineBase base = zek::e04::machine_base(rwsav);
-    s.eps = base.eps;
-    s.e33 = base.e33;
-    s.e50 = base.e50;
-    s.e80 = base.e80;
-    s.condition_limit = std::max(1.0 / base.e50, 100.0);
     return s;
 }
 
