@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "analysis/fft.h"
+#include "analysis/fft_exits.h"
 #include "frame/ifail.h"
 #include "frame/machine.h"
 #include "frame/output.h"
@@ -19,7 +20,72 @@ bool valid_direct(const char *direct, int len) {
     return c == 'F' || c == 'B';
 }
 
-std::string direct_text(const char *direct, int len) { return zek::fixed_string(direct, len > 0 ? 1 : 0); }
+using zek::fft::Check;
+using zek::fft::ExitRow;
+using zek::fft::ExitTable;
+
+constexpr ExitRow kC06pcfExitRows[] = {
+    {Check::N, 1, 99999, " ** On entry, N .lt. 1: N = %16ld."},
+    {Check::Direct, 2, 99998, " ** %1s is an invalid value of DIRECT."},
+    {Check::Factors, 3, 99997, " ** N must have less than 31 prime factors: N = %16ld."},
+    {Check::Internal, 4, 99996, " ** Unexpected failure in an internal call."},
+};
+constexpr ExitTable kC06pcfExits{kC06pcfExitRows};
+
+constexpr ExitRow kC06prfExitRows[] = {
+    {Check::M, 1, 99999, " ** On entry, M .lt. 1: M = %16ld."},
+    {Check::N, 2, 99998, " ** On entry, N .lt. 1: N = %16ld."},
+    {Check::Direct, 3, 99997, " ** %1s is an invalid value of DIRECT."},
+    {Check::Factors, 4, 99996, " ** N must have less than 31 prime factors: N = %16ld."},
+    {Check::Internal, 5, 99995, " ** Unexpected failure in an internal call."},
+};
+constexpr ExitTable kC06prfExits{kC06prfExitRows};
+
+constexpr ExitRow kC06psfExitRows[] = {
+    {Check::M, 1, 99999, " ** M .lt. 1: M = %16ld."},
+    {Check::N, 2, 99998, " ** N .lt. 1: N = %16ld."},
+    {Check::Direct, 3, 99997, " ** %1s is an invalid value of DIRECT."},
+    {Check::Factors, 4, 99996, " ** N must have less than 31 prime factors: N = %16ld."},
+    {Check::Internal, 5, 99995, " ** Unexpected failure in an internal call."},
+};
+constexpr ExitTable kC06psfExits{kC06psfExitRows};
+
+constexpr ExitRow kC06pffExitRows[] = {
+    {Check::Ndim, 1, 99999, " ** On entry, NDIM .lt. 1: NDIM = %16ld."},
+    {Check::L, 2, 99998, " ** On entry, L .lt. 1 or L .gt. NDIM: L = %16ld."},
+    {Check::Direct, 3, 99997, " ** %1s is an invalid value of DIRECT."},
+    {Check::Nd, 4, 99996, " ** ND(I) .lt. 1: ND(I) = %12ld for I = %12ld."},
+    {Check::Product, 5, 99995, " ** N must = product of the ND(I): N = %12ld, product = %12ld."},
+    {Check::Lwork, 6, 99994, " ** LWORK, = %16ld, must be at least %16ld."},
+    {Check::Factors, 7, 99993, " ** ND(L) must have < 31 prime factors: ND(L) = %16ld."},
+    {Check::Internal, 8, 99992, " ** Unexpected failure in an internal call."},
+};
+constexpr ExitTable kC06pffExits{kC06pffExitRows};
+
+// C06PJF's records are 180 characters wide.
+constexpr ExitRow kC06pjfExitRows[] = {
+    {Check::Ndim, 1, 99999, " ** NDIM .lt. 1: NDIM = %16ld."},
+    {Check::Direct, 2, 99998, " ** %1s is an invalid value of DIRECT."},
+    {Check::Nd, 3, 99997, " ** ND(I) .lt. 1: ND(I) = %16ld for I = %12ld."},
+    {Check::Product, 4, 99996, " ** N = the product of the ND(I): N = %12ld, product = %12ld."},
+    {Check::Lwork, 5, 99995, " ** LWORK, = %16ld, must be at least %16ld."},
+    {Check::Factors, 6, 99994, " ** ND(I) must have < 31 prime factors: for I = %12ld, ND(I) = %12ld."},
+    {Check::Internal, 7, 99993, " ** Unexpected failure in an internal call."},
+};
+constexpr ExitTable kC06pjfExits{kC06pjfExitRows, 180};
+
+// Each ND(I) at least 1 and their product N (held at INT_MAX + 1 once it passes INT_MAX, so that the
+// product neither overflows nor matches by wrapping).
+bool dimensions_multiply(zek::FailureExit &exit, const ExitTable &exits, int ndim, const int *nd, int n) {
+    long long product = 1;
+    for (int i = 0; i < ndim; ++i) {
+        if (nd[i] < 1) return exits.fail(exit, Check::Nd, {nd[i], i + 1});
+        product *= nd[i];
+        if (product > INT_MAX) product = static_cast<long long>(INT_MAX) + 1;
+    }
+    if (product != n) return exits.fail(exit, Check::Product, {n, static_cast<long>(product)});
+    return true;
+}
 
 // WORK(1) as a complex element: the need as a real, imaginary part 0.
 void report_complex(double *work, double need) {
@@ -122,24 +188,16 @@ int C06_COMPLEX_ENTRY(const char *direct, int n, double *x, double *work, int di
 }
 
 void C06PCF_WORKER(const char *direct, double *x, int n, double *work, char *errbuf, int *ifail, int direct_len,
-                   int errbuf_len) {
-    (void)errbuf_len;
+                   int) {
     zek::FailureExit exit("C06PCF", errbuf, ifail);
-    if (n < 1) {
-        exit.fail(1, 99999, " ** On entry, N .lt. 1: N = %16ld.", {n});
-        return;
-    }
-    if (!valid_direct(direct, direct_len)) {
-        exit.fail(2, 99998, " ** %1s is an invalid value of DIRECT.", {direct_text(direct, direct_len)});
-        return;
-    }
+    if (!kC06pcfExits.leading(exit, 0, n, direct, direct_len)) return;
     const int code = C06_COMPLEX_ENTRY(direct, n, x, work, direct_len);
     if (code == 3) {
-        exit.fail(3, 99997, " ** N must have less than 31 prime factors: N = %16ld.", {n});
+        kC06pcfExits.fail(exit, Check::Factors, {n});
         return;
     }
     if (code != 0) {
-        exit.fail(4, 99996, " ** Unexpected failure in an internal call.");
+        kC06pcfExits.fail(exit, Check::Internal);
         return;
     }
     exit.succeed();
@@ -218,26 +276,16 @@ namespace {
 void multiple_complex_worker(const char *name, bool by_element, const char *direct, int m, int n, double *x,
                              double *work, char *errbuf, int *ifail, int direct_len) {
     zek::FailureExit exit(name, errbuf, ifail);
-    if (m < 1) {
-        exit.fail(1, 99999, by_element ? " ** M .lt. 1: M = %16ld." : " ** On entry, M .lt. 1: M = %16ld.", {m});
-        return;
-    }
-    if (n < 1) {
-        exit.fail(2, 99998, by_element ? " ** N .lt. 1: N = %16ld." : " ** On entry, N .lt. 1: N = %16ld.", {n});
-        return;
-    }
-    if (!valid_direct(direct, direct_len)) {
-        exit.fail(3, 99997, " ** %1s is an invalid value of DIRECT.", {direct_text(direct, direct_len)});
-        return;
-    }
+    const zek::fft::ExitTable &exits = by_element ? kC06psfExits : kC06prfExits;
+    if (!exits.leading(exit, m, n, direct, direct_len)) return;
     const int code = by_element ? C06_MULTIPLE_COMPLEX_BY_ELEMENT(direct, m, n, x, work, direct_len)
                                 : C06_MULTIPLE_COMPLEX_BY_SEQUENCE(direct, m, n, x, work, direct_len);
     if (code == 4) {
-        exit.fail(4, 99996, " ** N must have less than 31 prime factors: N = %16ld.", {n});
+        exits.fail(exit, Check::Factors, {n});
         return;
     }
     if (code != 0) {
-        exit.fail(5, 99995, " ** Unexpected failure in an internal call.");
+        exits.fail(exit, Check::Internal);
         return;
     }
     exit.succeed();
@@ -304,47 +352,30 @@ void C06_WORK_NEED_BYREF(const int *ndim, const int *nd, const int *l, int *need
 void C06_WORK_NEED_ALL_BYREF(const int *ndim, const int *nd, int *need) { *need = clamp_need(work_need(*ndim, nd, 0)); }
 
 void C06PFF_WORKER(const char *direct, int ndim, int l, const int *nd, int n, double *x, double *work, int lwork,
-                   char *errbuf, int *ifail, int direct_len, int errbuf_len) {
-    (void)errbuf_len;
+                   char *errbuf, int *ifail, int direct_len, int) {
     zek::FailureExit exit("C06PFF", errbuf, ifail);
     if (ndim < 1) {
-        exit.fail(1, 99999, " ** On entry, NDIM .lt. 1: NDIM = %16ld.", {ndim});
+        kC06pffExits.fail(exit, Check::Ndim, {ndim});
         return;
     }
     if (l < 1 || l > ndim) {
-        exit.fail(2, 99998, " ** On entry, L .lt. 1 or L .gt. NDIM: L = %16ld.", {l});
+        kC06pffExits.fail(exit, Check::L, {l});
         return;
     }
-    if (!valid_direct(direct, direct_len)) {
-        exit.fail(3, 99997, " ** %1s is an invalid value of DIRECT.", {direct_text(direct, direct_len)});
-        return;
-    }
-    long long product = 1;
-    for (int i = 0; i < ndim; ++i) {
-        if (nd[i] < 1) {
-            exit.fail(4, 99996, " ** ND(I) .lt. 1: ND(I) = %12ld for I = %12ld.", {nd[i], i + 1});
-            return;
-        }
-        product *= nd[i];
-        if (product > INT_MAX) product = static_cast<long long>(INT_MAX) + 1;
-    }
-    if (product != n) {
-        exit.fail(5, 99995, " ** N must = product of the ND(I): N = %12ld, product = %12ld.",
-                  {n, static_cast<long>(product)});
-        return;
-    }
+    if (!kC06pffExits.leading(exit, 0, 0, direct, direct_len)) return;
+    if (!dimensions_multiply(exit, kC06pffExits, ndim, nd, n)) return;
     const long long need = work_need(ndim, nd, l);
     if (lwork < need) {
-        exit.fail(6, 99994, " ** LWORK, = %16ld, must be at least %16ld.", {lwork, static_cast<long>(need)});
+        kC06pffExits.fail(exit, Check::Lwork, {lwork, static_cast<long>(need)});
         return;
     }
     const int code = C06_ONE_DIMENSION(direct, ndim, l, nd, n, x, work, direct_len);
     if (code == 7) {
-        exit.fail(7, 99993, " ** ND(L) must have < 31 prime factors: ND(L) = %16ld.", {nd[l - 1]});
+        kC06pffExits.fail(exit, Check::Factors, {nd[l - 1]});
         return;
     }
     if (code != 0) {
-        exit.fail(8, 99992, " ** Unexpected failure in an internal call.");
+        kC06pffExits.fail(exit, Check::Internal);
         return;
     }
     exit.succeed();
@@ -359,48 +390,29 @@ void C06PFF(const char *direct, const int *ndim, const int *l, const int *nd, co
 }
 
 void C06PJF_WORKER(const char *direct, int ndim, const int *nd, int n, double *x, double *work, int lwork,
-                   char *errbuf, int *ifail, int direct_len, int errbuf_len) {
-    (void)errbuf_len;
-    constexpr int kWidth = 180;
+                   char *errbuf, int *ifail, int direct_len, int) {
     zek::FailureExit exit("C06PJF", errbuf, ifail);
     if (ndim < 1) {
-        exit.fail(1, 99999, " ** NDIM .lt. 1: NDIM = %16ld.", {ndim}, kWidth);
+        kC06pjfExits.fail(exit, Check::Ndim, {ndim});
         return;
     }
-    if (!valid_direct(direct, direct_len)) {
-        exit.fail(2, 99998, " ** %1s is an invalid value of DIRECT.", {direct_text(direct, direct_len)}, kWidth);
-        return;
-    }
-    long long product = 1;
-    for (int i = 0; i < ndim; ++i) {
-        if (nd[i] < 1) {
-            exit.fail(3, 99997, " ** ND(I) .lt. 1: ND(I) = %16ld for I = %12ld.", {nd[i], i + 1}, kWidth);
-            return;
-        }
-        product *= nd[i];
-        if (product > INT_MAX) product = static_cast<long long>(INT_MAX) + 1;
-    }
-    if (product != n) {
-        exit.fail(4, 99996, " ** N = the product of the ND(I): N = %12ld, product = %12ld.",
-                  {n, static_cast<long>(product)}, kWidth);
-        return;
-    }
+    if (!kC06pjfExits.leading(exit, 0, 0, direct, direct_len)) return;
+    if (!dimensions_multiply(exit, kC06pjfExits, ndim, nd, n)) return;
     const long long need = all_dimensions_need(ndim, nd);
     if (lwork < need) {
-        exit.fail(5, 99995, " ** LWORK, = %16ld, must be at least %16ld.", {lwork, static_cast<long>(need)}, kWidth);
+        kC06pjfExits.fail(exit, Check::Lwork, {lwork, static_cast<long>(need)});
         return;
     }
     int factors[zek::fft::kFactorListSize];
     for (int i = 0; i < ndim; ++i) {
         if (zek::fft::factor_list(nd[i], factors) > zek::fft::kSecondEngineMostFactors) {
-            exit.fail(6, 99994, " ** ND(I) must have < 31 prime factors: for I = %12ld, ND(I) = %12ld.",
-                      {i + 1, nd[i]}, kWidth);
+            kC06pjfExits.fail(exit, Check::Factors, {i + 1, nd[i]});
             return;
         }
     }
     for (int l = 1; l <= ndim; ++l) {
         if (C06_ONE_DIMENSION(direct, ndim, l, nd, n, x, work, direct_len) != 0) {
-            exit.fail(7, 99993, " ** Unexpected failure in an internal call.", {}, kWidth);
+            kC06pjfExits.fail(exit, Check::Internal);
             return;
         }
     }

@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "analysis/fft.h"
+#include "analysis/fft_exits.h"
 #include "frame/ifail.h"
 #include "zek2/c06.h"
 #include "zek2/frame.h"
@@ -34,22 +35,61 @@ void fill_first_engine_table(int n, double *work) {
     zek::fft::fill_real_table(n, work, work + (h - 1));
 }
 
+using zek::fft::Check;
+
+// C06FAF and C06FBF end alike; the first engine needs two points at least.
+constexpr zek::fft::ExitRow kFirstEngineExitRows[] = {
+    {Check::Factors, 1, 99998, " ** At least one prime factor of N is greater than 19.\n    N =%16ld."},
+    {Check::Count, 2, 99997, " ** N has more than 20 prime factors.\n    N =%16ld."},
+    {Check::N, 3, 99999, " ** On entry, N .le. 1: N =%16ld."},
+    {Check::Internal, 4, 99996, " ** Unexpected failure in an internal call."},
+};
+constexpr zek::fft::ExitTable kFirstEngineExits{kFirstEngineExitRows};
+
+constexpr zek::fft::ExitRow kC06gbfExitRows[] = {
+    {Check::N, 1, 99999, " ** On entry, N .lt. 1: N = %16ld."},
+};
+constexpr zek::fft::ExitTable kC06gbfExits{kC06gbfExitRows};
+
 // Argument check and factorisation shared by both directions; false after a failure exit.
 bool check_and_factor(zek::FailureExit &exit, int n, int *factors) {
-    if (n <= 1) {
-        exit.fail(3, 99999, " ** On entry, N .le. 1: N =%16ld.", {n});
-        return false;
-    }
+    if (n <= 1) return kFirstEngineExits.fail(exit, Check::N, {n});
     int code = 0;
     zek::fft::factor_squares(n, zek::fft::kFirstEngineLargestPrime, zek::fft::kFirstEngineLargestMerge, factors,
                              &code);
     switch (code) {
     case 0: return true;
-    case 1: exit.fail(1, 99998, " ** At least one prime factor of N is greater than 19.\n    N =%16ld.", {n}); break;
-    case 2: exit.fail(2, 99997, " ** N has more than 20 prime factors.\n    N =%16ld.", {n}); break;
-    default: exit.fail(4, 99996, " ** Unexpected failure in an internal call."); break;
+    case 1: return kFirstEngineExits.fail(exit, Check::Factors, {n});
+    case 2: return kFirstEngineExits.fail(exit, Check::Count, {n});
+    default: return kFirstEngineExits.fail(exit, Check::Internal);
     }
-    return false;
+}
+
+// One real sequence either way.  Forward: digit-reversed copy into WORK and back, table, real
+// passes.  Backward: table, Hermitian passes, the permutation undone into WORK.  Both scale by
+// 1/sqrt(N).
+template <bool kForward> void first_engine(const char *name, double *x, int n, double *work, char *errbuf, int *ifail) {
+    zek::FailureExit exit(name, errbuf, ifail);
+    int factors[zek::fft::kFactorListSize];
+    if (!check_and_factor(exit, n, factors)) return;
+    const int nf = list_length(factors);
+    const double scale = 1.0 / std::sqrt(static_cast<double>(n));
+    if constexpr (kForward) {
+        zek::fft::digit_permute(1, n, factors, nf, x, work);
+        std::memcpy(x, work, sizeof(double) * static_cast<std::size_t>(n));
+        fill_first_engine_table(n, work);
+        C06_REAL_PASSES(x, n, factors, work);
+        for (Index i = 0; i < n; ++i) x[i] *= scale;
+    } else {
+        fill_first_engine_table(n, work);
+        C06_HERMITIAN_PASSES(x, n, factors, work);
+        zek::fft::digit_permute_inverse(1, n, factors, nf, x, work);
+        // Scaled where it stands, then copied whole: a loop reading WORK and writing X would stall
+        // whenever the two arrays lie a multiple of 4096 bytes apart.
+        for (Index i = 0; i < n; ++i) work[i] *= scale;
+        std::memcpy(x, work, sizeof(double) * static_cast<std::size_t>(n));
+    }
+    exit.succeed();
 }
 
 } // namespace
@@ -78,45 +118,17 @@ void C06_HERMITIAN_PASSES(double *x, int n, const int *factors, const double *tr
     }
 }
 
-void C06FAF_WORKER(double *x, int n, double *work, char *errbuf, int *ifail, int errbuf_len) {
-    (void)errbuf_len;
-    zek::FailureExit exit("C06FAF", errbuf, ifail);
-    int factors[zek::fft::kFactorListSize];
-    if (!check_and_factor(exit, n, factors)) return;
-    const int nf = list_length(factors);
-    zek::fft::digit_permute(1, n, factors, nf, x, work);
-    std::memcpy(x, work, sizeof(double) * static_cast<std::size_t>(n));
-    fill_first_engine_table(n, work);
-    C06_REAL_PASSES(x, n, factors, work);
-    const double scale = 1.0 / std::sqrt(static_cast<double>(n));
-    for (Index i = 0; i < n; ++i) x[i] *= scale;
-    exit.succeed();
+void C06FAF_WORKER(double *x, int n, double *work, char *errbuf, int *ifail, int) {
+    first_engine<true>("C06FAF", x, n, work, errbuf, ifail);
 }
 
-void C06FBF_WORKER(double *x, int n, double *work, char *errbuf, int *ifail, int errbuf_len) {
-    (void)errbuf_len;
-    zek::FailureExit exit("C06FBF", errbuf, ifail);
-    int factors[zek::fft::kFactorListSize];
-    if (!check_and_factor(exit, n, factors)) return;
-    const int nf = list_length(factors);
-    fill_first_engine_table(n, work);
-    C06_HERMITIAN_PASSES(x, n, factors, work);
-    zek::fft::digit_permute_inverse(1, n, factors, nf, x, work);
-    const double scale = 1.0 / std::sqrt(static_cast<double>(n));
-    // Scaled where it stands, then copied whole: a loop reading WORK and writing X would stall
-    // whenever the two arrays lie a multiple of 4096 bytes apart.
-    for (Index i = 0; i < n; ++i) work[i] *= scale;
-    std::memcpy(x, work, sizeof(double) * static_cast<std::size_t>(n));
-    exit.succeed();
+void C06FBF_WORKER(double *x, int n, double *work, char *errbuf, int *ifail, int) {
+    first_engine<false>("C06FBF", x, n, work, errbuf, ifail);
 }
 
-void C06GBF_WORKER(double *x, int n, char *errbuf, int *ifail, int errbuf_len) {
-    (void)errbuf_len;
+void C06GBF_WORKER(double *x, int n, char *errbuf, int *ifail, int) {
     zek::FailureExit exit("C06GBF", errbuf, ifail);
-    if (n < 1) {
-        exit.fail(1, 99999, " ** On entry, N .lt. 1: N = %16ld.", {n});
-        return;
-    }
+    if (!kC06gbfExits.leading(exit, 0, n, nullptr, 0)) return;
     // The imaginary parts stand from X((N+4)/2) (one-based) to the end.
     for (Index i = (n + 4) / 2 - 1; i < n; ++i) x[i] = -x[i];
     exit.succeed();

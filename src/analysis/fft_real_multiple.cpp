@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "analysis/fft.h"
+#include "analysis/fft_exits.h"
 #include "frame/ifail.h"
 #include "frame/machine.h"
 #include "frame/output.h"
@@ -233,23 +234,29 @@ void C06_REAL_WORK_NEED_BYREF(const int *n, const int *m, const int *k, int *nee
     *need = value > 2147483647.0 ? -1 : static_cast<int>(value);
 }
 
+} // extern "C"
+
+namespace {
+
+using zek::fft::Check;
+
+constexpr zek::fft::ExitRow kC06ppfExitRows[] = {
+    {Check::M, 1, 99999, " ** On entry, M .lt. 1: M = %16ld."},
+    {Check::N, 2, 99998, " ** On entry, N .lt. 1: N = %16ld."},
+    {Check::Direct, 3, 99997, " ** %1s is an invalid value of DIRECT."},
+    {Check::Internal, 4, 99996, " ** Unexpected failure in an internal call."},
+};
+constexpr zek::fft::ExitTable kC06ppfExits{kC06ppfExitRows};
+
+} // namespace
+
+extern "C" {
+
 void C06PPF_WORKER(const char *direct, int m, int n, double *x, double *work, char *errbuf, int *ifail,
                    int direct_len, int errbuf_len) {
     (void)errbuf_len;
     zek::FailureExit exit("C06PPF", errbuf, ifail);
-    if (m < 1) {
-        exit.fail(1, 99999, " ** On entry, M .lt. 1: M = %16ld.", {m});
-        return;
-    }
-    if (n < 1) {
-        exit.fail(2, 99998, " ** On entry, N .lt. 1: N = %16ld.", {n});
-        return;
-    }
-    const char letter = zek::fft::option_letter(direct, direct_len);
-    if (letter != 'F' && letter != 'B') {
-        exit.fail(3, 99997, " ** %1s is an invalid value of DIRECT.", {zek::fixed_string(direct, direct_len > 0 ? 1 : 0)});
-        return;
-    }
+    if (!kC06ppfExits.leading(exit, m, n, direct, direct_len)) return;
     int code;
     if (zek::fft::replacement_present("PP")) {
         zek::fft::replacement_entry();
@@ -258,7 +265,7 @@ void C06PPF_WORKER(const char *direct, int m, int n, double *x, double *work, ch
         code = C06_MULTIPLE_REAL(direct, m, n, x, work, direct_len);
     }
     if (code != 0 && code != 10) {
-        exit.fail(4, 99996, " ** Unexpected failure in an internal call.");
+        kC06ppfExits.fail(exit, zek::fft::Check::Internal);
         return;
     }
     exit.succeed();

@@ -168,7 +168,9 @@ void prepare_roots(OddRoots &w, double *local) {
     w.s = sn;
 }
 
-void general_forward(int p, int m, int n, Index k, double *x, RealTable t, double *tmp) {
+// One pass of the general factor P in either direction: the same blocks, groups and rows, with the
+// forward twiddle-then-transform or the backward transform-then-twiddle inside.
+template <bool kForward> void general_pass(int p, int m, int n, Index k, double *x, RealTable t, double *tmp) {
     const Index l = k * p, s = n / l, blocks = n / l;
     double local[4 * kLocalFactor];
     const bool small = p <= kLocalFactor;
@@ -180,131 +182,105 @@ void general_forward(int p, int m, int n, Index k, double *x, RealTable t, doubl
         for (Index k1 = 0; 2 * k1 <= k; ++k1) {
             const bool paired = k1 > 0 && 2 * k1 < k;
             for (Index row = 0; row < m; ++row) {
-                if (k1 == 0) {
-                    // Real inputs: P values of the buffer are enough.
-                    for (Index r = 0; r < p; ++r) in_r[r] = blk[r * k * m + row];
-                    odd_dft_real(p, in_r, w, [&](Index q, double zr, double zi) {
-                        blk[q * k * m + row] = zr;
-                        if (q > 0) blk[(l - q * k) * m + row] = zi;
-                    });
-                    continue;
-                }
-                in_r[0] = blk[k1 * m + row];
-                in_i[0] = paired ? blk[(k - k1) * m + row] : 0.0;
-                for (Index r = 1; r < p; ++r) {
-                    const double a = blk[(r * k + k1) * m + row], bb = paired ? blk[(r * k + k - k1) * m + row] : 0.0;
-                    double c, sn;
-                    twiddle(t, s * r * k1, c, sn);
-                    in_r[r] = a * c + bb * sn;
-                    in_i[r] = bb * c - a * sn;
-                }
-                odd_dft<false>(p, in_r, in_i, w, [&](Index q, double zr, double zi) {
-                    const Index kk = k1 + q * k;
-                    if (2 * kk < l) {
-                        blk[kk * m + row] = zr;
-                        if (kk > 0) blk[(l - kk) * m + row] = zi;
-                    } else if (2 * kk == l) {
-                        blk[kk * m + row] = zr;
-                    } else if (paired) {
-                        blk[(l - kk) * m + row] = zr;
-                        blk[kk * m + row] = -zi;
-                    } // else the conjugate of a value stored already
-                });
-            }
-        }
-    }
-}
-
-void general_backward(int p, int m, int n, Index k, double *x, RealTable t, double *tmp) {
-    const Index l = k * p, s = n / l, blocks = n / l;
-    double local[4 * kLocalFactor];
-    const bool small = p <= kLocalFactor;
-    double *in_r = small || tmp == nullptr ? local : tmp, *in_i = in_r + p;
-    OddRoots w{t, n, p, nullptr, nullptr};
-    prepare_roots(w, local);
-    for (Index b = 0; b < blocks; ++b) {
-        double *blk = x + b * l * m;
-        for (Index k1 = 0; 2 * k1 <= k; ++k1) {
-            const bool paired = k1 > 0 && 2 * k1 < k;
-            for (Index row = 0; row < m; ++row) {
-                if (k1 == 0) {
-                    // The stored half, P values, gives the P real results.
-                    for (Index q = 0; q < p; ++q) in_r[q] = blk[q * k * m + row];
-                    odd_dft_hermitian(p, in_r, w, [&](Index r, double y) { blk[r * k * m + row] = y; });
-                    continue;
-                }
-                // Z(k1 + qK) for all q, from the stored half.
-                for (Index q = 0; q < p; ++q) {
-                    const Index kk = k1 + q * k;
-                    if (2 * kk < l) {
-                        in_r[q] = blk[kk * m + row];
-                        in_i[q] = kk > 0 ? blk[(l - kk) * m + row] : 0.0;
-                    } else if (2 * kk == l) {
-                        in_r[q] = blk[kk * m + row];
-                        in_i[q] = 0.0;
-                    } else {
-                        in_r[q] = blk[(l - kk) * m + row];
-                        in_i[q] = -blk[kk * m + row];
+                if constexpr (kForward) {
+                    if (k1 == 0) {
+                        // Real inputs: P values of the buffer are enough.
+                        for (Index r = 0; r < p; ++r) in_r[r] = blk[r * k * m + row];
+                        odd_dft_real(p, in_r, w, [&](Index q, double zr, double zi) {
+                            blk[q * k * m + row] = zr;
+                            if (q > 0) blk[(l - q * k) * m + row] = zi;
+                        });
+                        continue;
                     }
+                    in_r[0] = blk[k1 * m + row];
+                    in_i[0] = paired ? blk[(k - k1) * m + row] : 0.0;
+                    for (Index r = 1; r < p; ++r) {
+                        const double a = blk[(r * k + k1) * m + row],
+                                     bb = paired ? blk[(r * k + k - k1) * m + row] : 0.0;
+                        double c, sn;
+                        twiddle(t, s * r * k1, c, sn);
+                        in_r[r] = a * c + bb * sn;
+                        in_i[r] = bb * c - a * sn;
+                    }
+                    odd_dft<false>(p, in_r, in_i, w, [&](Index q, double zr, double zi) {
+                        const Index kk = k1 + q * k;
+                        if (2 * kk < l) {
+                            blk[kk * m + row] = zr;
+                            if (kk > 0) blk[(l - kk) * m + row] = zi;
+                        } else if (2 * kk == l) {
+                            blk[kk * m + row] = zr;
+                        } else if (paired) {
+                            blk[(l - kk) * m + row] = zr;
+                            blk[kk * m + row] = -zi;
+                        } // else the conjugate of a value stored already
+                    });
+                } else {
+                    if (k1 == 0) {
+                        // The stored half, P values, gives the P real results.
+                        for (Index q = 0; q < p; ++q) in_r[q] = blk[q * k * m + row];
+                        odd_dft_hermitian(p, in_r, w, [&](Index r, double y) { blk[r * k * m + row] = y; });
+                        continue;
+                    }
+                    // Z(k1 + qK) for all q, from the stored half.
+                    for (Index q = 0; q < p; ++q) {
+                        const Index kk = k1 + q * k;
+                        if (2 * kk < l) {
+                            in_r[q] = blk[kk * m + row];
+                            in_i[q] = kk > 0 ? blk[(l - kk) * m + row] : 0.0;
+                        } else if (2 * kk == l) {
+                            in_r[q] = blk[kk * m + row];
+                            in_i[q] = 0.0;
+                        } else {
+                            in_r[q] = blk[(l - kk) * m + row];
+                            in_i[q] = -blk[kk * m + row];
+                        }
+                    }
+                    // Y(r)(k1) = exp(+2 pi i r k1 / L) times the inverse transform; real for k1 = 0, K/2.
+                    odd_dft<true>(p, in_r, in_i, w, [&](Index r, double ur, double ui) {
+                        double c = 1.0, sn = 0.0;
+                        if (r > 0) twiddle(t, s * r * k1, c, sn);
+                        blk[(r * k + k1) * m + row] = ur * c - ui * sn;
+                        if (paired) blk[(r * k + k - k1) * m + row] = ur * sn + ui * c;
+                    });
                 }
-                // Y(r)(k1) = exp(+2 pi i r k1 / L) times the inverse transform; real for k1 = 0, K/2.
-                odd_dft<true>(p, in_r, in_i, w, [&](Index r, double ur, double ui) {
-                    double c = 1.0, sn = 0.0;
-                    if (r > 0) twiddle(t, s * r * k1, c, sn);
-                    blk[(r * k + k1) * m + row] = ur * c - ui * sn;
-                    if (paired) blk[(r * k + k - k1) * m + row] = ur * sn + ui * c;
-                });
             }
         }
     }
 }
 
-template <int P> void forward_dispatch(int m, int n, Index k, double *x, RealTable t) {
+template <bool kForward, int P> void dispatch(int m, int n, Index k, double *x, RealTable t) {
     if (m == 1 && wide::enabled())
-        wide::real_pass_single(true, P, n, k, x, t);
+        wide::real_pass_single(kForward, P, n, k, x, t);
     else if (m == 1)
-        single_pass<P, true>(n, k, x, t);
+        single_pass<P, kForward>(n, k, x, t);
     else if (wide::enabled())
-        wide::real_pass_rows(true, P, m, n, k, x, t);
-    else
+        wide::real_pass_rows(kForward, P, m, n, k, x, t);
+    else if constexpr (kForward)
         forward_pass<P, V2>(m, n, k, x, t);
-}
-
-template <int P> void backward_dispatch(int m, int n, Index k, double *x, RealTable t) {
-    if (m == 1 && wide::enabled())
-        wide::real_pass_single(false, P, n, k, x, t);
-    else if (m == 1)
-        single_pass<P, false>(n, k, x, t);
-    else if (wide::enabled())
-        wide::real_pass_rows(false, P, m, n, k, x, t);
     else
         backward_pass<P, V2>(m, n, k, x, t);
+}
+
+template <bool kForward> void real_pass(int p, int m, int n, int k, double *x, RealTable t, double *tmp) {
+    switch (p) {
+    case 2: dispatch<kForward, 2>(m, n, k, x, t); break;
+    case 3: dispatch<kForward, 3>(m, n, k, x, t); break;
+    case 4: dispatch<kForward, 4>(m, n, k, x, t); break;
+    case 5: dispatch<kForward, 5>(m, n, k, x, t); break;
+    case 6: dispatch<kForward, 6>(m, n, k, x, t); break;
+    case 8: dispatch<kForward, 8>(m, n, k, x, t); break;
+    default: general_pass<kForward>(p, m, n, k, x, t, tmp); break;
+    }
 }
 
 } // namespace
 
 void real_pass_forward(int p, int m, int n, int k, double *x, RealTable t, double *tmp) {
-    switch (p) {
-    case 2: forward_dispatch<2>(m, n, k, x, t); break;
-    case 3: forward_dispatch<3>(m, n, k, x, t); break;
-    case 4: forward_dispatch<4>(m, n, k, x, t); break;
-    case 5: forward_dispatch<5>(m, n, k, x, t); break;
-    case 6: forward_dispatch<6>(m, n, k, x, t); break;
-    case 8: forward_dispatch<8>(m, n, k, x, t); break;
-    default: general_forward(p, m, n, k, x, t, tmp); break;
-    }
+    real_pass<true>(p, m, n, k, x, t, tmp);
 }
 
 void real_pass_backward(int p, int m, int n, int k, double *x, RealTable t, double *tmp) {
-    switch (p) {
-    case 2: backward_dispatch<2>(m, n, k, x, t); break;
-    case 3: backward_dispatch<3>(m, n, k, x, t); break;
-    case 4: backward_dispatch<4>(m, n, k, x, t); break;
-    case 5: backward_dispatch<5>(m, n, k, x, t); break;
-    case 6: backward_dispatch<6>(m, n, k, x, t); break;
-    case 8: backward_dispatch<8>(m, n, k, x, t); break;
-    default: general_backward(p, m, n, k, x, t, tmp); break;
-    }
+    real_pass<false>(p, m, n, k, x, t, tmp);
 }
 
 } // namespace zek::fft

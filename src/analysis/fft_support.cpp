@@ -4,7 +4,9 @@
 #include <cstring>
 
 #include "analysis/fft.h"
+#include "analysis/fft_exits.h"
 #include "analysis/fft_kernels.h"
+#include "frame/output.h"
 #include "zek2/c06.h"
 
 namespace zek::fft {
@@ -214,26 +216,33 @@ template <bool kInverse> bool digit_reversal_blocked(const int *factors, int nf,
 
 } // namespace
 
-void digit_permute(int m, int n, const int *factors, int nf, const double *src, double *dst) {
+namespace {
+
+// Moves element I of SRC to digit-reversed place POS of DST, or back when kInverse; M values an element.
+template <bool kInverse> void digit_move(int m, int n, const int *factors, int nf, const double *src, double *dst) {
     if (m == 1) {
-        if (!digit_reversal_blocked<false>(factors, nf, src, dst))
-            for_each_digit_reversal(n, factors, nf, [&](Index i, Index pos) { dst[pos] = src[i]; });
-    } else {
-        const std::size_t bytes = sizeof(double) * static_cast<std::size_t>(m);
-        for_each_digit_reversal(n, factors, nf,
-                                [&](Index i, Index pos) { std::memcpy(dst + pos * m, src + i * m, bytes); });
+        if (digit_reversal_blocked<kInverse>(factors, nf, src, dst)) return;
+        for_each_digit_reversal(n, factors, nf, [&](Index i, Index pos) {
+            if constexpr (kInverse) dst[i] = src[pos];
+            else dst[pos] = src[i];
+        });
+        return;
     }
+    const std::size_t bytes = sizeof(double) * static_cast<std::size_t>(m);
+    for_each_digit_reversal(n, factors, nf, [&](Index i, Index pos) {
+        const Index from = kInverse ? pos : i, to = kInverse ? i : pos;
+        std::memcpy(dst + to * m, src + from * m, bytes);
+    });
+}
+
+} // namespace
+
+void digit_permute(int m, int n, const int *factors, int nf, const double *src, double *dst) {
+    digit_move<false>(m, n, factors, nf, src, dst);
 }
 
 void digit_permute_inverse(int m, int n, const int *factors, int nf, const double *src, double *dst) {
-    if (m == 1) {
-        if (!digit_reversal_blocked<true>(factors, nf, src, dst))
-            for_each_digit_reversal(n, factors, nf, [&](Index i, Index pos) { dst[i] = src[pos]; });
-    } else {
-        const std::size_t bytes = sizeof(double) * static_cast<std::size_t>(m);
-        for_each_digit_reversal(n, factors, nf,
-                                [&](Index i, Index pos) { std::memcpy(dst + i * m, src + pos * m, bytes); });
-    }
+    digit_move<true>(m, n, factors, nf, src, dst);
 }
 
 namespace {
@@ -526,6 +535,30 @@ char option_letter(const char *text, int length) {
     if (text == nullptr || length < 1) return ' ';
     const char c = text[0];
     return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+const ExitRow *ExitTable::find(Check check) const {
+    for (std::size_t i = 0; i < count_; ++i)
+        if (rows_[i].check == check) return &rows_[i];
+    return nullptr;
+}
+
+bool ExitTable::fail(FailureExit &exit, Check check, std::initializer_list<MessageValue> values) const {
+    const ExitRow *row = find(check);
+    if (row == nullptr) row = find(Check::Internal);
+    if (row != nullptr) exit.fail(row->ifail, row->number, row->text, values, width_);
+    return false;
+}
+
+bool ExitTable::leading(FailureExit &exit, int m, int n, const char *direct, int direct_len) const {
+    if (find(Check::M) != nullptr && m < 1) return fail(exit, Check::M, {m});
+    if (find(Check::N) != nullptr && n < 1) return fail(exit, Check::N, {n});
+    if (find(Check::Direct) != nullptr) {
+        const char letter = option_letter(direct, direct_len);
+        if (letter != 'F' && letter != 'B')
+            return fail(exit, Check::Direct, {fixed_string(direct, direct_len > 0 ? 1 : 0)});
+    }
+    return true;
 }
 
 } // namespace zek::fft

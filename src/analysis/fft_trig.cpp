@@ -14,6 +14,7 @@
 #include <cstring>
 
 #include "analysis/fft.h"
+#include "analysis/fft_exits.h"
 #include "frame/ifail.h"
 #include "frame/machine.h"
 #include "frame/output.h"
@@ -252,29 +253,35 @@ const char *name_of(Kind kind) {
     }
 }
 
+using zek::fft::Check;
+
+// The sine and cosine transforms (C06RAF, C06RBF) take no direction.
+constexpr zek::fft::ExitRow kWholeWaveExitRows[] = {
+    {Check::M, 1, 99999, " ** On entry, M .lt. 1: M = %16ld."},
+    {Check::N, 2, 99998, " ** On entry, N .lt. 1: N = %16ld."},
+    {Check::Internal, 3, 99997, " ** Unexpected failure in an internal call."},
+};
+constexpr zek::fft::ExitTable kWholeWaveExits{kWholeWaveExitRows};
+
+// The quarter-wave transforms (C06RCF, C06RDF).
+constexpr zek::fft::ExitRow kQuarterWaveExitRows[] = {
+    {Check::M, 1, 99999, " ** On entry, M .lt. 1: M = %16ld."},
+    {Check::N, 2, 99998, " ** On entry, N .lt. 1: N = %16ld."},
+    {Check::Direct, 3, 99997, " ** %1s is an invalid value of DIRECT."},
+    {Check::Internal, 4, 99996, " ** Unexpected failure in an internal call."},
+};
+constexpr zek::fft::ExitTable kQuarterWaveExits{kQuarterWaveExitRows};
+
 void trig_worker(Kind kind, const char *direct, int direct_len, int m, int n, double *x, double *work,
                  char *errbuf, int *ifail) {
     const bool directed = kind == Kind::QuarterSine || kind == Kind::QuarterCosine;
     zek::FailureExit exit(name_of(kind), errbuf, ifail);
-    if (m < 1) {
-        exit.fail(1, 99999, " ** On entry, M .lt. 1: M = %16ld.", {m});
-        return;
-    }
-    if (n < 1) {
-        exit.fail(2, 99998, " ** On entry, N .lt. 1: N = %16ld.", {n});
-        return;
-    }
+    const zek::fft::ExitTable &exits = directed ? kQuarterWaveExits : kWholeWaveExits;
+    if (!exits.leading(exit, m, n, direct, direct_len)) return;
     const char letter = zek::fft::option_letter(direct, direct_len);
-    if (directed && letter != 'F' && letter != 'B') {
-        exit.fail(3, 99997, " ** %1s is an invalid value of DIRECT.", {zek::fixed_string(direct, direct_len > 0 ? 1 : 0)});
-        return;
-    }
     Setup s;
     if (!prepare(m, n, work, s)) {
-        if (directed)
-            exit.fail(4, 99996, " ** Unexpected failure in an internal call.");
-        else
-            exit.fail(3, 99997, " ** Unexpected failure in an internal call.");
+        exits.fail(exit, zek::fft::Check::Internal);
         return;
     }
     switch (kind) {
