@@ -70,6 +70,21 @@ const RunExit *run_exit(Word word) {
     return nullptr;
 }
 
+// Data near the overflow threshold can carry the iterates past it.  A point or row values that are
+// no longer finite cannot satisfy the working set to any accuracy; an objective beyond the largest
+// number, at a finite point, is unbounded as far as the arithmetic can tell.  Either is reported by
+// its exit instead of an optimum.
+Word finite_or_failed(Word word, const Core &core, bool linear_objective) {
+    const RunExit *e = run_exit(word);
+    if (e != nullptr && e->ifail > 1) return word;
+    for (std::ptrdiff_t j = 0; j < core.n; ++j)
+        if (!std::isfinite(core.x[j])) return Word::RowError;
+    for (std::ptrdiff_t i = 0; i < core.nclin; ++i)
+        if (!std::isfinite(core.ax[i])) return Word::RowError;
+    if (linear_objective && core.ninf == 0 && !std::isfinite(core.objective)) return Word::Unbounded;
+    return word;
+}
+
 bool names_kind(const char *text) { return std::strstr(text, "%2.2s") != nullptr; }
 
 // TEXT with the kind in place of its conversion (the printed form).
@@ -162,7 +177,7 @@ extern "C" void E04MFA(const int *n_, const int *nclin_, const double *a, const 
     core.clamda = clamda;
     zek::active_set::bind(core, layout, iwork, work);
     zek::active_set::LinearStep step(type == 2 ? cvec : nullptr);
-    const Word word = zek::active_set::solve(core, step, start);
+    const Word word = finite_or_failed(zek::active_set::solve(core, step, start), core, type == 2);
 
     *iter = core.itn;
     const bool feasible = core.ninf == 0;

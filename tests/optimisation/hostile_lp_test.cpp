@@ -4,6 +4,7 @@
 // come with a finite point, objective and row values.
 #include <gtest/gtest.h>
 
+#include <cfloat>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -17,9 +18,9 @@ using zek_test::LpProblem;
 using zek_test::LpResult;
 using zek_test::LpSession;
 
-// The largest finite numbers are left out: at that scale the objective or the row values of a finite
-// problem overflow, which the solver does not yet scale away.
-const double kValues[] = {std::numeric_limits<double>::quiet_NaN(), HUGE_VAL, -HUGE_VAL, 1e150, -1e150,
+// At the largest finite numbers the objective or the row values of a finite problem overflow: the
+// solver must then end in an exit, not report an optimum with an infinite or NaN result.
+const double kValues[] = {std::numeric_limits<double>::quiet_NaN(), HUGE_VAL, -HUGE_VAL, 1e150, -1e150, DBL_MAX, -DBL_MAX,
                           std::numeric_limits<double>::denorm_min()};
 
 // minimise -x1 - x2 subject to x1 + 2 x2 <= 4, 3 x1 + x2 <= 6, 0 <= x <= 10.
