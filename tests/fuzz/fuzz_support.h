@@ -7,8 +7,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <vector>
 
 #include "frame/input_units.h"
+#include "zek2/e04.h"
 
 namespace zek_fuzz {
 
@@ -40,6 +42,19 @@ public:
 
 private:
     std::FILE *stream_ = nullptr;
+};
+
+// A solver's option store, fresh from E04WBA, at the least lengths every solver accepts.
+struct OptionStore {
+    std::vector<char> cwsav = std::vector<char>(80, ' ');
+    std::vector<int> lwsav = std::vector<int>(120, 0), iwsav = std::vector<int>(610, 0);
+    std::vector<double> rwsav = std::vector<double>(475, 0.0);
+    explicit OptionStore(const char *solver) {
+        const int lcwsav = 1, llwsav = 120, liwsav = 610, lrwsav = 475;
+        int ifail = 1;
+        E04WBA(solver, cwsav.data(), &lcwsav, lwsav.data(), &llwsav, iwsav.data(), &liwsav, rwsav.data(), &lrwsav,
+               &ifail, 6, 80);
+    }
 };
 
 } // namespace zek_fuzz

@@ -1,10 +1,8 @@
 // Option files of every solver family: the first byte picks the family and the list flag, the rest is
 // the file the reader gets as its unit.
 #include <cstdint>
-#include <vector>
 
 #include "fuzz_support.h"
-#include "zek2/e04.h"
 
 namespace {
 
@@ -26,19 +24,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (size < 1) return 0;
     const Family &family = kFamilies[data[0] % 5];
     const int list = (data[0] / 5) % 2;
-    std::vector<char> cwsav(80, ' ');
-    std::vector<int> lwsav(120, 0), iwsav(610, 0);
-    std::vector<double> rwsav(475, 0.0);
-    const int lcwsav = 1, llwsav = 120, liwsav = 610, lrwsav = 475;
-    int ifail = 1;
-    E04WBA(family.solver, cwsav.data(), &lcwsav, lwsav.data(), &llwsav, iwsav.data(), &liwsav, rwsav.data(),
-           &lrwsav, &ifail, 6, 80);
+    zek_fuzz::OptionStore store(family.solver);
     zek_fuzz::MemoryUnit file(data + 1, size - 1);
     const int unit = file.unit();
     // A file may hold several option sets; each call reads one, until end of file.
     for (int set = 0; set < 64; ++set) {
         int inform = -1;
-        family.routine(&unit, &list, lwsav.data(), iwsav.data(), rwsav.data(), &inform);
+        family.routine(&unit, &list, store.lwsav.data(), store.iwsav.data(), store.rwsav.data(), &inform);
         if (inform < 0 || inform > 5) __builtin_trap();
         if (inform == 2 || inform == 3 || inform == 4) break;
     }

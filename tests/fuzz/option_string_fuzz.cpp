@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "fuzz_support.h"
-#include "zek2/e04.h"
 
 namespace {
 
@@ -27,13 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (size < 1) return 0;
     const Family &family = kFamilies[data[0] % 6];
     const int list = (data[0] / 6) % 2;
-    std::vector<char> cwsav(80, ' ');
-    std::vector<int> lwsav(120, 0), iwsav(610, 0);
-    std::vector<double> rwsav(475, 0.0);
-    const int lcwsav = 1, llwsav = 120, liwsav = 610, lrwsav = 475;
-    int ifail = 1;
-    E04WBA(family.solver, cwsav.data(), &lcwsav, lwsav.data(), &llwsav, iwsav.data(), &liwsav, rwsav.data(),
-           &lrwsav, &ifail, 6, 80);
+    zek_fuzz::OptionStore store(family.solver);
     std::size_t start = 1;
     while (start <= size) {
         std::size_t end = start;
@@ -41,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         // The line is copied so that the routine sees exactly its hidden length and no terminator.
         std::vector<char> line(data + start, data + end);
         int inform = 0;
-        family.routine(line.empty() ? "" : line.data(), &list, lwsav.data(), iwsav.data(), rwsav.data(), &inform,
+        family.routine(line.empty() ? "" : line.data(), &list, store.lwsav.data(), store.iwsav.data(), store.rwsav.data(), &inform,
                        static_cast<int>(line.size()));
         if (inform != 0 && inform != 5) __builtin_trap();
         start = end + 1;
