@@ -12,7 +12,18 @@ namespace zek::m01 {
 // The largest vector length of the C-style members.
 constexpr int kMaxLength = 0xFFFFFFF;
 
-// Catalogue codes of this chapter beyond those the frame names.
+// The length N of a C-style member: at least LEAST and at most kMaxLength.  False after raising.
+inline bool length_ok(ZekFail *fail, const char *routine, int n, int least) {
+    if (n < least) {
+        raise_int_arg(fail, routine, ZE_INT_ARG_LT, "n", least == 0 ? "0" : "1", n);
+        return false;
+    }
+    if (n > kMaxLength) {
+        raise_int_arg(fail, routine, ZE_INT_ARG_GT, "n", std::to_string(kMaxLength).c_str(), n);
+        return false;
+    }
+    return true;
+}
 
 // The section M1..M2: IERROR 1 at exits 99999 to 99997.  True when a failure was reported.
 inline bool section_fails(FailureExit &exit, int m1, int m2) {

@@ -53,14 +53,7 @@ void M01DAF(const double rv[], const int *m1, const int *m2, const char *order, 
 void m01dsc(const void *vec, int n, int stride, ZekCompare compare, int order, int ranks[], ZekFail *fail) {
     static const char *const kName = "m01dsc";
     zek::clear_fail(fail);
-    if (n < 1) {
-        zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "n", "1", n);
-        return;
-    }
-    if (n > zek::m01::kMaxLength) {
-        zek::raise_int_arg(fail, kName, ZE_INT_ARG_GT, "n", zek::format("%d", zek::m01::kMaxLength).c_str(), n);
-        return;
-    }
+    if (!zek::m01::length_ok(fail, kName, n, 1)) return;
     if (stride == 0) {
         zek::raise_int_arg(fail, kName, ZE_INT_ARG_EQ, "stride", "0", stride);
         return;

@@ -153,14 +153,7 @@ void m01zac(int ranks[], int n, ZekFail *fail) {
     static const char *const kName = "m01zac";
     constexpr int kMark = 0x40000000;
     zek::clear_fail(fail);
-    if (n < 0) {
-        zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "n", "0", n);
-        return;
-    }
-    if (n > zek::m01::kMaxLength) {
-        zek::raise_int_arg(fail, kName, ZE_INT_ARG_GT, "n", zek::format("%d", zek::m01::kMaxLength).c_str(), n);
-        return;
-    }
+    if (!zek::m01::length_ok(fail, kName, n, 0)) return;
     if (n == 0) {
         zek::raise_success(fail, kName);
         return;
@@ -204,14 +197,7 @@ void m01zac(int ranks[], int n, ZekFail *fail) {
 void m01esc(void *vec, int n, int size, int stride, int ranks[], ZekFail *fail) {
     static const char *const kName = "m01esc";
     zek::clear_fail(fail);
-    if (n < 0) {
-        zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "n", "0", n);
-        return;
-    }
-    if (n > zek::m01::kMaxLength) {
-        zek::raise_int_arg(fail, kName, ZE_INT_ARG_GT, "n", zek::format("%d", zek::m01::kMaxLength).c_str(), n);
-        return;
-    }
+    if (!zek::m01::length_ok(fail, kName, n, 0)) return;
     if (size < 1) {
         zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "size", "1", size);
         return;

@@ -46,14 +46,7 @@ void M01CAF(double rv[], int m1, int m2, const char *order, int *ifail, int orde
 extern "C" void m01cac(double vec[], int n, int order, ZekFail *fail) {
     static const char *const kName = "m01cac";
     zek::clear_fail(fail);
-    if (n < 1) {
-        zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "n", "1", n);
-        return;
-    }
-    if (n > zek::m01::kMaxLength) {
-        zek::raise_int_arg(fail, kName, ZE_INT_ARG_GT, "n", zek::format("%d", zek::m01::kMaxLength).c_str(), n);
-        return;
-    }
+    if (!zek::m01::length_ok(fail, kName, n, 1)) return;
     if (n == 1) {
         zek::raise_success(fail, kName);
         return;
