@@ -43,6 +43,13 @@ void balance_scale(int n, ComplexD *a, int lda, double *scale);
 double hessenberg_eigenvalue_rcond(int n, const double *h, int ldh, ComplexD lambda, ComplexD *work);
 double hessenberg_eigenvalue_rcond(int n, const ComplexD *h, int ldh, ComplexD lambda, ComplexD *work);
 
+// "F08QXF/ZTREVC": eigenvectors of the complex upper triangular T (SIDE 'R', 'L', 'B'; HOWMNY 'A', 'B'
+// back-transformed by the Q that VL/VR hold, 'S' as SELECT chooses), one complex column each, each
+// normalised so that its largest component has |re| + |im| = 1.  WORK(4N) reals for HOWMNY 'B'.
+// Returns INFO (-position of a bad argument, reported through the silent route).
+int F08QXF(char side, char howmny, int *select, int n, const double *t, int ldt, double *vl, int ldvl, double *vr,
+           int ldvr, int mm, int *m, double *work);
+
 } // namespace zek
 
 #endif
