@@ -224,58 +224,6 @@ int hessenberg_qr(bool wantt, bool wantz, int n, int ilo, int ihi, ComplexD *h, 
 
 namespace {
 
-template <class T> void balance_scale_impl(int n, T *a, int lda, double *scale) {
-    const std::ptrdiff_t ld = lda;
-    auto A = [&](int i, int j) -> T & { return a[i + j * ld]; };
-    const double sfmin1 = safe_minimum() / (2.0 * precision());
-    const double sfmax1 = 1.0 / sfmin1;
-    const double sfmin2 = sfmin1 * 2.0, sfmax2 = 1.0 / sfmin2;
-    for (int i = 0; i < n; ++i) scale[i] = 1.0;
-    bool noconv = true;
-    for (int pass = 0; noconv && pass < 200; ++pass) {
-        noconv = false;
-        for (int i = 0; i < n; ++i) {
-            double c = 0.0, r = 0.0, ca = 0.0, ra = 0.0;
-            for (int j = 0; j < n; ++j) {
-                if (j == i) continue;
-                c += std::abs(A(j, i));
-                r += std::abs(A(i, j));
-            }
-            for (int j = 0; j < n; ++j) {
-                ca = std::max(ca, std::abs(A(j, i)));
-                ra = std::max(ra, std::abs(A(i, j)));
-            }
-            if (!(c > 0.0) || !(r > 0.0) || !std::isfinite(c + r)) continue;
-            double g = r / 2.0, f = 1.0;
-            const double s = c + r;
-            while (c < g && std::max({f, c, ca}) < sfmax2 && std::min({r, g, ra}) > sfmin2) {
-                f *= 2.0;
-                c *= 2.0;
-                ca *= 2.0;
-                r /= 2.0;
-                g /= 2.0;
-                ra /= 2.0;
-            }
-            g = c / 2.0;
-            while (g >= r && std::max(r, ra) < sfmax2 && std::min({f, c, g, ca}) > sfmin2) {
-                f /= 2.0;
-                c /= 2.0;
-                g /= 2.0;
-                ca /= 2.0;
-                r *= 2.0;
-                ra *= 2.0;
-            }
-            if (c + r >= 0.95 * s) continue;
-            if (f < 1.0 && scale[i] < 1.0 && f * scale[i] <= sfmin1) continue;
-            if (f > 1.0 && scale[i] > 1.0 && scale[i] >= sfmax1 / f) continue;
-            scale[i] *= f;
-            noconv = true;
-            for (int j = 0; j < n; ++j) A(i, j) *= 1.0 / f;
-            for (int j = 0; j < n; ++j) A(j, i) *= f;
-        }
-    }
-}
-
 template <class T> double rcond_impl(int n, const T *h, int ldh, ComplexD lambda, ComplexD *work) {
     const std::ptrdiff_t ld = ldh;
     auto M = [&](int i, int j) -> ComplexD {
@@ -312,9 +260,6 @@ template <class T> double rcond_impl(int n, const T *h, int ldh, ComplexD lambda
 }
 
 } // namespace
-
-void balance_scale(int n, double *a, int lda, double *scale) { balance_scale_impl(n, a, lda, scale); }
-void balance_scale(int n, ComplexD *a, int lda, double *scale) { balance_scale_impl(n, a, lda, scale); }
 
 double hessenberg_eigenvalue_rcond(int n, const double *h, int ldh, ComplexD lambda, ComplexD *work) {
     return rcond_impl(n, h, ldh, lambda, work);
