@@ -192,16 +192,11 @@ TEST(ScalarZerosReference, BatteryAgainstBrent) {
         double x = e.a, y = e.b;
         ZekFail fail{};
         ours += run_c05azc(e.f, &x, &y, tolx, 0, &fail);
-        struct Counted {
-            const Equation *e;
-            int n;
-        } counted{&e, 0};
-        gsl_function fn{[](double t, void *p) {
-                            auto *c = static_cast<Counted *>(p);
-                            ++c->n;
-                            return c->e->f(t);
-                        },
-                        &counted};
+        static const Equation *current;
+        static int count;
+        current = &e;
+        count = 0;
+        gsl_function fn{[](double t, void *) { return ++count, current->f(t); }, nullptr};
         gsl_root_fsolver *s = gsl_root_fsolver_alloc(gsl_root_fsolver_brent);
         gsl_root_fsolver_set(s, &fn, e.a, e.b);
         for (int it = 0; it < 500; ++it) {
@@ -210,7 +205,7 @@ TEST(ScalarZerosReference, BatteryAgainstBrent) {
             if ((hi - lo) / 2 <= 0.5 * tolx * std::max(std::fabs(gsl_root_fsolver_root(s)), 1.0)) break;
         }
         gsl_root_fsolver_free(s);
-        brent += counted.n;
+        brent += count;
     }
     RecordProperty("evaluations", ours);
     RecordProperty("brent_evaluations", brent);
