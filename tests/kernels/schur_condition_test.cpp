@@ -179,13 +179,14 @@ TEST(SchurCondition, SelectedPairsAndBadArguments) {
     } rows[] = {{"X", "A", 3, 3, 3, 3, 3, -1}, {"B", "X", 3, 3, 3, 3, 3, -2}, {"B", "A", -1, 3, 3, 3, 3, -4},
                 {"B", "A", 3, 2, 3, 3, 3, -6}, {"E", "A", 3, 3, 2, 3, 3, -8},  {"B", "A", 3, 3, 3, 2, 3, -13},
                 {"V", "A", 3, 3, 1, 3, 2, -16}, {"V", "A", 3, 3, 1, 3, 3, 0}};
+    const double tc[18] = {1, 0, 0, 0, 0, 0, 2, 0, 3, 0, 0, 0, 1, 1, 1, 1, 5, 0};
     for (const auto &r : rows) {
         SCOPED_TRACE(r.info);
         F08QLF(r.job, r.howmny, sel, &r.n, t, &r.ldt, v, &r.ldv, v, &r.ldv, out, out, &r.mm, &m, work, &r.ldwork, iw,
                &info, 1, 1);
         EXPECT_EQ(info, r.info);
-        F08QYF(r.job, r.howmny, sel, &r.n, t, &r.ldt, v, &r.ldv, v, &r.ldv, out, out, &r.mm, &m, work, &r.ldwork,
-               work, &info, 1, 1);
+        F08QYF(r.job, r.howmny, sel, &r.n, tc, &r.ldt, v, &r.ldv, v, &r.ldv, out, out, &r.mm, &m, work, &r.ldwork,
+               out, &info, 1, 1);
         EXPECT_EQ(info, r.info);
     }
     // Both selectors of the masters, and order 1.
