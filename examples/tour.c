@@ -162,6 +162,7 @@ int main(void) {
     tour_minimisers();
     tour_roots();
     tour_svd();
+    tour_eigen();
     tour_sparse();
     tour_qp();
     tour_statistics();

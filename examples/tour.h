@@ -37,6 +37,7 @@ void tour_networks(void);
 void tour_minimisers(void);
 void tour_roots(void);
 void tour_svd(void);
+void tour_eigen(void);
 void tour_sparse(void);
 void tour_qp(void);
 void tour_statistics(void);

@@ -132,6 +132,47 @@ ZEK_API void f08qkf_ENTRY(int selector, const char *side, const char *howmny, in
                           const int *mm, int *m, double *work, int *info, int side_len, int howmny_len)
     ZEK_SYMBOL("f08qkf_ENTRY");
 
+/* "F08QLF/DTRSNA": reciprocal condition numbers of eigenvalues (JOB 'E', into S), of eigenvectors
+ * (JOB 'V', into SEP) or both ('B') of the upper quasi-triangular T in Schur form (standard 2 by 2
+ * blocks).  HOWMNY 'A': all; 'S': those SELECT chooses, a pair chosen by either of its entries (SELECT is
+ * not changed); M (<= MM) places of S and SEP are used, both places of a pair holding its values.  VL,
+ * VR hold the left and right eigenvectors in the layout F08QKF gives (read for JOB 'E', 'B').
+ * S = |y^H x| / (|x| |y|); SEP estimates the separation of the eigenvalue from the rest of T, the
+ * smallest singular value of T22 - lambda*I after the eigenvalue is moved to the top (for a pair, of
+ * the complex triangular form of the rest), by the 1-norm estimator; SEP = 0 when the move fails or
+ * the solves underflow.  WORK(LDWORK, N+6) for JOB 'V' or 'B' (LDWORK >= N): the moved copy and three
+ * complex vectors.  IWORK(2(N-1)) is accepted and not needed. */
+ZEK_API void F08QLF(const char *job, const char *howmny, const int *select, const int *n, const double *t,
+                    const int *ldt, const double *vl, const int *ldvl, const double *vr, const int *ldvr, double *s,
+                    double *sep, const int *mm, int *m, double *work, const int *ldwork, int *iwork, int *info,
+                    int job_len, int howmny_len) ZEK_SYMBOL("q24426");
+ZEK_API void f08qlf_ENTRY(int selector, const char *job, const char *howmny, const int *select, const int *n,
+                          const double *t, const int *ldt, const double *vl, const int *ldvl, const double *vr,
+                          const int *ldvr, double *s, double *sep, const int *mm, int *m, double *work,
+                          const int *ldwork, int *iwork, int *info, int job_len, int howmny_len)
+    ZEK_SYMBOL("f08qlf_ENTRY");
+
+/* "F08QYF/ZTRSNA": F08QLF for the complex upper triangular T; complex VL, VR (the layout of the
+ * complex eigenvector routine: one column per eigenvalue), complex WORK(LDWORK, N+1), RWORK(N)
+ * accepted and not needed.  S and SEP are real. */
+ZEK_API void F08QYF(const char *job, const char *howmny, const int *select, const int *n, const double *t,
+                    const int *ldt, const double *vl, const int *ldvl, const double *vr, const int *ldvr, double *s,
+                    double *sep, const int *mm, int *m, double *work, const int *ldwork, double *rwork, int *info,
+                    int job_len, int howmny_len) ZEK_SYMBOL("q47142");
+ZEK_API void f08qyf_ENTRY(int selector, const char *job, const char *howmny, const int *select, const int *n,
+                          const double *t, const int *ldt, const double *vl, const int *ldvl, const double *vr,
+                          const int *ldvr, double *s, double *sep, const int *mm, int *m, double *work,
+                          const int *ldwork, double *rwork, int *info, int job_len, int howmny_len)
+    ZEK_SYMBOL("f08qyf_ENTRY");
+
+/* The complex eigenvector helper behind the complex eigenvector routine: the right (LEFT = 0) or left
+ * (LEFT nonzero; u^H T = lambda u^H) eigenvector of the eigenvalue T(K,K) of the complex upper
+ * triangular T, into X(N) (complex; zero outside rows 1..K, respectively K..N), by substitution with
+ * pivots raised to max(eps |T(K,K)|, tiny/eps) and scaling against overflow; normalised so that its
+ * largest component has |re| + |im| = 1.  Nothing is done for N < 1, K outside 1..N or LDT < N. */
+ZEK_API void F08QXZ(const int *left, const int *n, const double *t, const int *ldt, const int *k, double *x)
+    ZEK_SYMBOL("q69383");
+
 ZEK_END_DECLS
 
 #endif

@@ -49,7 +49,14 @@ ZeroOutcome finish(double *x, double *y, double xv, double yv, int *ind, ZeroOut
 
 // The next point from the state, or the end of the search.
 ZeroOutcome next_step(double *x, double *y, int ir, double tolx, double *c, int *ind) {
+    // Ordering rotates the history too: the point displaced from best becomes the previous one, so the
+    // interpolation runs through the two most recent distinct points instead of collapsing onto the best
+    // point (which left nothing to interpolate and forced a bisection).
     if (std::fabs(c[kFOther]) < std::fabs(c[kFBest])) {
+        c[kPrev2] = c[kPrev];
+        c[kFPrev2] = c[kFPrev];
+        c[kPrev] = c[kBest];
+        c[kFPrev] = c[kFBest];
         std::swap(c[kBest], c[kOther]);
         std::swap(c[kFBest], c[kFOther]);
     }

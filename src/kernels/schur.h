@@ -33,8 +33,15 @@ int hessenberg_qr(bool wantt, bool wantz, int n, int ilo, int ihi, ComplexD *h, 
 void standardise_2x2(double *a, double *b, double *c, double *d, double *rt1r, double *rt1i, double *rt2r,
                      double *rt2i, double *cs, double *sn);
 
-// Balancing by powers of 2 only (no permutations): A := D^-1*A*D so that rows and columns have
-// comparable norms; SCALE(N) receives D.  A bounded number of passes.
+// Balancing ("F08NHF/DGEBAL", "F08NVF/ZGEBAL"): JOB 'N' nothing, 'P' permutations isolating
+// eigenvalues, 'S' scaling by powers of 2, 'B' both.  A := D^-1 P' A P D is upper triangular outside
+// rows and columns ILO..IHI (one-based; ILO = 1, IHI = N unless permuted).  SCALE(j) is the index of
+// the row exchanged with j for j outside ILO..IHI (exchanges made from N down to IHI+1, then from 1 up
+// to ILO-1) and the factor of D inside.
+void balance(char job, int n, double *a, int lda, int *ilo, int *ihi, double *scale);
+void balance(char job, int n, ComplexD *a, int lda, int *ilo, int *ihi, double *scale);
+
+// Scaling alone over the whole matrix: balance with JOB 'S'.
 void balance_scale(int n, double *a, int lda, double *scale);
 void balance_scale(int n, ComplexD *a, int lda, double *scale);
 
@@ -42,6 +49,13 @@ void balance_scale(int n, ComplexD *a, int lda, double *scale);
 // |y'x| / (|x| |y|) with x, y its right and left eigenvectors, found by substitution; WORK(2N) complex.
 double hessenberg_eigenvalue_rcond(int n, const double *h, int ldh, ComplexD lambda, ComplexD *work);
 double hessenberg_eigenvalue_rcond(int n, const ComplexD *h, int ldh, ComplexD lambda, ComplexD *work);
+
+// "F08QXF/ZTREVC": eigenvectors of the complex upper triangular T (SIDE 'R', 'L', 'B'; HOWMNY 'A', 'B'
+// back-transformed by the Q that VL/VR hold, 'S' as SELECT chooses), one complex column each, each
+// normalised so that its largest component has |re| + |im| = 1.  WORK(4N) reals for HOWMNY 'B'.
+// Returns INFO (-position of a bad argument, reported through the silent route).
+int F08QXF(char side, char howmny, int *select, int n, const double *t, int ldt, double *vl, int ldvl, double *vr,
+           int ldvr, int mm, int *m, double *work);
 
 } // namespace zek
 

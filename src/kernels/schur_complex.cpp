@@ -7,6 +7,7 @@
 
 #include "frame/machine.h"
 #include "kernels/schur.h"
+#include "kernels/schur_sweep.h"
 
 namespace zek {
 
@@ -54,14 +55,7 @@ int hessenberg_qr(bool wantt, bool wantz, int n, int ilo, int ihi, ComplexD *h, 
         w[ilo - 1] = H(ilo, ilo);
         return 0;
     }
-    for (int j = ilo; j <= ihi - 3; ++j) {
-        H(j + 2, j) = 0.0;
-        H(j + 3, j) = 0.0;
-    }
-    if (ilo <= ihi - 2) H(ihi, ihi - 2) = 0.0;
-    for (int j = ilo; j <= ihi; ++j)
-        for (int i = ilo; i <= std::min(j + 1, ihi); ++i)
-            if (!std::isfinite(H(i, j).real()) || !std::isfinite(H(i, j).imag())) return ihi;
+    if (!prepare_active_block(ilo, ihi, H)) return ihi;
     const int jlo = wantt ? 1 : ilo, jhi = wantt ? n : ihi;
     // A real subdiagonal, by diagonal unitary scaling.
     for (int i = ilo + 1; i <= ihi; ++i) {
@@ -77,204 +71,113 @@ int hessenberg_qr(bool wantt, bool wantz, int n, int ilo, int ihi, ComplexD *h, 
     const int nh = ihi - ilo + 1;
     const double safmin = safe_minimum(), u = 2.0 * precision();
     const double smlnum = safmin * (static_cast<double>(nh) / u);
-    int i1 = 1, i2 = n;
-    const int itmax = kSchurSweepsPerRow * std::max(10, nh);
-    int kdefl = 0;
-    int i = ihi;
-    while (i >= ilo) {
-        int l = ilo;
-        bool converged = false;
-        for (int its = 0; its <= itmax; ++its) {
-            int k = i;
-            for (; k > l; --k) {
-                if (abs1(H(k, k - 1)) <= smlnum) break;
-                double tst = abs1(H(k - 1, k - 1)) + abs1(H(k, k));
-                if (tst == 0.0) {
-                    if (k - 2 >= ilo) tst += std::fabs(H(k - 1, k - 2).real());
-                    if (k + 1 <= ihi) tst += std::fabs(H(k + 1, k).real());
+    auto sweep = [&](int l, int i, int kdefl, int i1, int i2) {
+        ComplexD t;
+        if (kdefl % (2 * kExceptionalEvery) == 0) {
+            t = 0.75 * std::fabs(H(i, i - 1).real()) + H(i, i);
+        } else if (kdefl % kExceptionalEvery == 0) {
+            t = 0.75 * std::fabs(H(l + 1, l).real()) + H(l, l);
+        } else {
+            t = H(i, i);
+            const ComplexD uu = std::sqrt(H(i - 1, i)) * std::sqrt(H(i, i - 1));
+            double s = abs1(uu);
+            if (s != 0.0) {
+                const ComplexD x = 0.5 * (H(i - 1, i - 1) - t);
+                const double sx = abs1(x);
+                s = std::max(s, abs1(x));
+                ComplexD y = s * std::sqrt((x / s) * (x / s) + (uu / s) * (uu / s));
+                if (sx > 0.0) {
+                    const ComplexD xs = x / sx;
+                    if (xs.real() * y.real() + xs.imag() * y.imag() < 0.0) y = -y;
                 }
-                if (std::fabs(H(k, k - 1).real()) <= u * tst) {
-                    const double ab = std::max(abs1(H(k, k - 1)), abs1(H(k - 1, k)));
-                    const double ba = std::min(abs1(H(k, k - 1)), abs1(H(k - 1, k)));
-                    const double aa = std::max(abs1(H(k, k)), abs1(H(k - 1, k - 1) - H(k, k)));
-                    const double bb = std::min(abs1(H(k, k)), abs1(H(k - 1, k - 1) - H(k, k)));
-                    const double s = aa + ab;
-                    if (ba * (ab / s) <= std::max(smlnum, u * (bb * (aa / s)))) break;
-                }
-            }
-            l = k;
-            if (l > ilo) H(l, l - 1) = 0.0;
-            if (l >= i) {
-                converged = true;
-                break;
-            }
-            ++kdefl;
-            if (!wantt) {
-                i1 = l;
-                i2 = i;
-            }
-            ComplexD t;
-            if (kdefl % (2 * kExceptionalEvery) == 0) {
-                t = 0.75 * std::fabs(H(i, i - 1).real()) + H(i, i);
-            } else if (kdefl % kExceptionalEvery == 0) {
-                t = 0.75 * std::fabs(H(l + 1, l).real()) + H(l, l);
-            } else {
-                t = H(i, i);
-                const ComplexD uu = std::sqrt(H(i - 1, i)) * std::sqrt(H(i, i - 1));
-                double s = abs1(uu);
-                if (s != 0.0) {
-                    const ComplexD x = 0.5 * (H(i - 1, i - 1) - t);
-                    const double sx = abs1(x);
-                    s = std::max(s, abs1(x));
-                    ComplexD y = s * std::sqrt((x / s) * (x / s) + (uu / s) * (uu / s));
-                    if (sx > 0.0) {
-                        const ComplexD xs = x / sx;
-                        if (xs.real() * y.real() + xs.imag() * y.imag() < 0.0) y = -y;
-                    }
-                    t = t - uu * quotient(uu, x + y);
-                }
-            }
-            // Two consecutive small subdiagonal elements.
-            int m = i - 1;
-            ComplexD v[2];
-            for (; m > l; --m) {
-                const ComplexD h11 = H(m, m), h22 = H(m + 1, m + 1);
-                ComplexD h11s = h11 - t;
-                double h21 = H(m + 1, m).real();
-                const double s = abs1(h11s) + std::fabs(h21);
-                h11s /= s;
-                h21 /= s;
-                v[0] = h11s;
-                v[1] = h21;
-                const double h10 = H(m, m - 1).real();
-                if (std::fabs(h10) * std::fabs(h21) <= u * (abs1(h11s) * (abs1(h11) + abs1(h22)))) break;
-            }
-            if (m == l) {
-                ComplexD h11s = H(l, l) - t;
-                double h21 = H(l + 1, l).real();
-                const double s = abs1(h11s) + std::fabs(h21);
-                v[0] = h11s / s;
-                v[1] = h21 / s;
-            }
-            // The single-shift sweep.
-            for (k = m; k <= i - 1; ++k) {
-                if (k > m) {
-                    v[0] = H(k, k - 1);
-                    v[1] = H(k + 1, k - 1);
-                }
-                ComplexD t1;
-                reflector2(&v[0], &v[1], &t1);
-                if (k > m) {
-                    H(k, k - 1) = v[0];
-                    H(k + 1, k - 1) = 0.0;
-                }
-                const ComplexD v2 = v[1];
-                const double t2 = (t1 * v2).real();
-                for (int j = k; j <= i2; ++j) {
-                    const ComplexD sum = std::conj(t1) * H(k, j) + t2 * H(k + 1, j);
-                    H(k, j) -= sum;
-                    H(k + 1, j) -= sum * v2;
-                }
-                for (int j = i1; j <= std::min(k + 2, i); ++j) {
-                    const ComplexD sum = t1 * H(j, k) + t2 * H(j, k + 1);
-                    H(j, k) -= sum;
-                    H(j, k + 1) -= sum * std::conj(v2);
-                }
-                if (wantz)
-                    for (int j = iloz; j <= ihiz; ++j) {
-                        const ComplexD sum = t1 * Z(j, k) + t2 * Z(j, k + 1);
-                        Z(j, k) -= sum;
-                        Z(j, k + 1) -= sum * std::conj(v2);
-                    }
-                if (k == m && m > l) {
-                    // Keep H(m, m-1) real: scale by the unit factor the reflector left on it.
-                    ComplexD temp = 1.0 - t1;
-                    temp /= std::abs(temp);
-                    H(m + 1, m) *= std::conj(temp);
-                    if (m + 2 <= i) H(m + 2, m + 1) *= temp;
-                    for (int j = m; j <= i; ++j) {
-                        if (j == m + 1) continue;
-                        if (i2 > j)
-                            for (int c = j + 1; c <= i2; ++c) H(j, c) *= temp;
-                        for (int r = i1; r <= j - 1; ++r) H(r, j) *= std::conj(temp);
-                        if (wantz)
-                            for (int r = iloz; r <= ihiz; ++r) Z(r, j) *= std::conj(temp);
-                    }
-                }
-            }
-            ComplexD temp = H(i, i - 1);
-            if (temp.imag() != 0.0) {
-                const double rtemp = std::abs(temp);
-                H(i, i - 1) = rtemp;
-                temp /= rtemp;
-                if (i2 > i)
-                    for (int c = i + 1; c <= i2; ++c) H(i, c) *= std::conj(temp);
-                for (int r = i1; r <= i - 1; ++r) H(r, i) *= temp;
-                if (wantz)
-                    for (int r = iloz; r <= ihiz; ++r) Z(r, i) *= temp;
+                t = t - uu * quotient(uu, x + y);
             }
         }
-        if (!converged) return i;
-        w[i - 1] = H(i, i);
-        kdefl = 0;
-        i = l - 1;
-    }
-    return 0;
+        // Two consecutive small subdiagonal elements.
+        int m = i - 1;
+        ComplexD v[2];
+        for (; m > l; --m) {
+            const ComplexD h11 = H(m, m), h22 = H(m + 1, m + 1);
+            ComplexD h11s = h11 - t;
+            double h21 = H(m + 1, m).real();
+            const double s = abs1(h11s) + std::fabs(h21);
+            h11s /= s;
+            h21 /= s;
+            v[0] = h11s;
+            v[1] = h21;
+            const double h10 = H(m, m - 1).real();
+            if (std::fabs(h10) * std::fabs(h21) <= u * (abs1(h11s) * (abs1(h11) + abs1(h22)))) break;
+        }
+        if (m == l) {
+            ComplexD h11s = H(l, l) - t;
+            double h21 = H(l + 1, l).real();
+            const double s = abs1(h11s) + std::fabs(h21);
+            v[0] = h11s / s;
+            v[1] = h21 / s;
+        }
+        // The single-shift sweep.
+        for (int k = m; k <= i - 1; ++k) {
+            if (k > m) {
+                v[0] = H(k, k - 1);
+                v[1] = H(k + 1, k - 1);
+            }
+            ComplexD t1;
+            reflector2(&v[0], &v[1], &t1);
+            if (k > m) {
+                H(k, k - 1) = v[0];
+                H(k + 1, k - 1) = 0.0;
+            }
+            const ComplexD v2 = v[1];
+            const double t2 = (t1 * v2).real();
+            for (int j = k; j <= i2; ++j) {
+                const ComplexD sum = std::conj(t1) * H(k, j) + t2 * H(k + 1, j);
+                H(k, j) -= sum;
+                H(k + 1, j) -= sum * v2;
+            }
+            for (int j = i1; j <= std::min(k + 2, i); ++j) {
+                const ComplexD sum = t1 * H(j, k) + t2 * H(j, k + 1);
+                H(j, k) -= sum;
+                H(j, k + 1) -= sum * std::conj(v2);
+            }
+            if (wantz)
+                for (int j = iloz; j <= ihiz; ++j) {
+                    const ComplexD sum = t1 * Z(j, k) + t2 * Z(j, k + 1);
+                    Z(j, k) -= sum;
+                    Z(j, k + 1) -= sum * std::conj(v2);
+                }
+            if (k == m && m > l) {
+                // Keep H(m, m-1) real: scale by the unit factor the reflector left on it.
+                ComplexD temp = 1.0 - t1;
+                temp /= std::abs(temp);
+                H(m + 1, m) *= std::conj(temp);
+                if (m + 2 <= i) H(m + 2, m + 1) *= temp;
+                for (int j = m; j <= i; ++j) {
+                    if (j == m + 1) continue;
+                    if (i2 > j)
+                        for (int c = j + 1; c <= i2; ++c) H(j, c) *= temp;
+                    for (int r = i1; r <= j - 1; ++r) H(r, j) *= std::conj(temp);
+                    if (wantz)
+                        for (int r = iloz; r <= ihiz; ++r) Z(r, j) *= std::conj(temp);
+                }
+            }
+        }
+        ComplexD temp = H(i, i - 1);
+        if (temp.imag() != 0.0) {
+            const double rtemp = std::abs(temp);
+            H(i, i - 1) = rtemp;
+            temp /= rtemp;
+            if (i2 > i)
+                for (int c = i + 1; c <= i2; ++c) H(i, c) *= std::conj(temp);
+            for (int r = i1; r <= i - 1; ++r) H(r, i) *= temp;
+            if (wantz)
+                for (int r = iloz; r <= ihiz; ++r) Z(r, i) *= temp;
+        }
+    };
+    auto finish = [&](int, int i, int, int) { w[i - 1] = H(i, i); };
+    return qr_iteration(wantt, n, ilo, ihi, 1, smlnum, u, H, sweep, finish);
 }
 
 namespace {
-
-template <class T> void balance_scale_impl(int n, T *a, int lda, double *scale) {
-    const std::ptrdiff_t ld = lda;
-    auto A = [&](int i, int j) -> T & { return a[i + j * ld]; };
-    const double sfmin1 = safe_minimum() / (2.0 * precision());
-    const double sfmax1 = 1.0 / sfmin1;
-    const double sfmin2 = sfmin1 * 2.0, sfmax2 = 1.0 / sfmin2;
-    for (int i = 0; i < n; ++i) scale[i] = 1.0;
-    bool noconv = true;
-    for (int pass = 0; noconv && pass < 200; ++pass) {
-        noconv = false;
-        for (int i = 0; i < n; ++i) {
-            double c = 0.0, r = 0.0, ca = 0.0, ra = 0.0;
-            for (int j = 0; j < n; ++j) {
-                if (j == i) continue;
-                c += std::abs(A(j, i));
-                r += std::abs(A(i, j));
-            }
-            for (int j = 0; j < n; ++j) {
-                ca = std::max(ca, std::abs(A(j, i)));
-                ra = std::max(ra, std::abs(A(i, j)));
-            }
-            if (!(c > 0.0) || !(r > 0.0) || !std::isfinite(c + r)) continue;
-            double g = r / 2.0, f = 1.0;
-            const double s = c + r;
-            while (c < g && std::max({f, c, ca}) < sfmax2 && std::min({r, g, ra}) > sfmin2) {
-                f *= 2.0;
-                c *= 2.0;
-                ca *= 2.0;
-                r /= 2.0;
-                g /= 2.0;
-                ra /= 2.0;
-            }
-            g = c / 2.0;
-            while (g >= r && std::max(r, ra) < sfmax2 && std::min({f, c, g, ca}) > sfmin2) {
-                f /= 2.0;
-                c /= 2.0;
-                g /= 2.0;
-                ca /= 2.0;
-                r *= 2.0;
-                ra *= 2.0;
-            }
-            if (c + r >= 0.95 * s) continue;
-            if (f < 1.0 && scale[i] < 1.0 && f * scale[i] <= sfmin1) continue;
-            if (f > 1.0 && scale[i] > 1.0 && scale[i] >= sfmax1 / f) continue;
-            scale[i] *= f;
-            noconv = true;
-            for (int j = 0; j < n; ++j) A(i, j) *= 1.0 / f;
-            for (int j = 0; j < n; ++j) A(j, i) *= f;
-        }
-    }
-}
 
 template <class T> double rcond_impl(int n, const T *h, int ldh, ComplexD lambda, ComplexD *work) {
     const std::ptrdiff_t ld = ldh;
@@ -312,9 +215,6 @@ template <class T> double rcond_impl(int n, const T *h, int ldh, ComplexD lambda
 }
 
 } // namespace
-
-void balance_scale(int n, double *a, int lda, double *scale) { balance_scale_impl(n, a, lda, scale); }
-void balance_scale(int n, ComplexD *a, int lda, double *scale) { balance_scale_impl(n, a, lda, scale); }
 
 double hessenberg_eigenvalue_rcond(int n, const double *h, int ldh, ComplexD lambda, ComplexD *work) {
     return rcond_impl(n, h, ldh, lambda, work);

@@ -9,6 +9,7 @@
 #include "frame/machine.h"
 #include "kernels/level1.h"
 #include "kernels/schur.h"
+#include "kernels/schur_sweep.h"
 
 namespace zek {
 
@@ -153,178 +154,136 @@ int hessenberg_qr(bool wantt, bool wantz, int n, int ilo, int ihi, double *h, in
         wi[ilo - 1] = 0.0;
         return 0;
     }
-    for (int j = ilo; j <= ihi - 3; ++j) {
-        H(j + 2, j) = 0.0;
-        H(j + 3, j) = 0.0;
-    }
-    if (ilo <= ihi - 2) H(ihi, ihi - 2) = 0.0;
     // Data that are not finite would be deflated into meaningless values: nothing is found.
-    for (int j = ilo; j <= ihi; ++j)
-        for (int i = ilo; i <= std::min(j + 1, ihi); ++i)
-            if (!std::isfinite(H(i, j))) return ihi;
+    if (!prepare_active_block(ilo, ihi, H)) return ihi;
     const int nh = ihi - ilo + 1, nz = ihiz - iloz + 1;
     const double safmin = safe_minimum(), u = ulp();
     const double smlnum = safmin * (static_cast<double>(nh) / u);
-    int i1 = 1, i2 = n;
-    const int itmax = kSchurSweepsPerRow * std::max(10, nh);
-    int kdefl = 0;
-    int i = ihi;
-    while (i >= ilo) {
-        int l = ilo;
-        bool converged = false;
-        for (int its = 0; its <= itmax; ++its) {
-            int k = i;
-            for (; k > l; --k) {
-                if (std::fabs(H(k, k - 1)) <= smlnum) break;
-                double tst = std::fabs(H(k - 1, k - 1)) + std::fabs(H(k, k));
-                if (tst == 0.0) {
-                    if (k - 2 >= ilo) tst += std::fabs(H(k - 1, k - 2));
-                    if (k + 1 <= ihi) tst += std::fabs(H(k + 1, k));
-                }
-                if (std::fabs(H(k, k - 1)) <= u * tst) {
-                    const double ab = std::max(std::fabs(H(k, k - 1)), std::fabs(H(k - 1, k)));
-                    const double ba = std::min(std::fabs(H(k, k - 1)), std::fabs(H(k - 1, k)));
-                    const double aa = std::max(std::fabs(H(k, k)), std::fabs(H(k - 1, k - 1) - H(k, k)));
-                    const double bb = std::min(std::fabs(H(k, k)), std::fabs(H(k - 1, k - 1) - H(k, k)));
-                    const double s = aa + ab;
-                    if (ba * (ab / s) <= std::max(smlnum, u * (bb * (aa / s)))) break;
-                }
-            }
-            l = k;
-            if (l > ilo) H(l, l - 1) = 0.0;
-            if (l >= i - 1) {
-                converged = true;
-                break;
-            }
-            ++kdefl;
-            if (!wantt) {
-                i1 = l;
-                i2 = i;
-            }
-            double h11, h12, h21, h22;
-            if (kdefl % (2 * kExceptionalEvery) == 0) {
-                const double s = std::fabs(H(i, i - 1)) + std::fabs(H(i - 1, i - 2));
-                h11 = 0.75 * s + H(i, i);
-                h12 = -0.4375 * s;
-                h21 = s;
-                h22 = h11;
-            } else if (kdefl % kExceptionalEvery == 0) {
-                const double s = std::fabs(H(l + 1, l)) + std::fabs(H(l + 2, l + 1));
-                h11 = 0.75 * s + H(l, l);
-                h12 = -0.4375 * s;
-                h21 = s;
-                h22 = h11;
+    auto sweep = [&](int l, int i, int kdefl, int i1, int i2) {
+        double h11, h12, h21, h22;
+        if (kdefl % (2 * kExceptionalEvery) == 0) {
+            const double s = std::fabs(H(i, i - 1)) + std::fabs(H(i - 1, i - 2));
+            h11 = 0.75 * s + H(i, i);
+            h12 = -0.4375 * s;
+            h21 = s;
+            h22 = h11;
+        } else if (kdefl % kExceptionalEvery == 0) {
+            const double s = std::fabs(H(l + 1, l)) + std::fabs(H(l + 2, l + 1));
+            h11 = 0.75 * s + H(l, l);
+            h12 = -0.4375 * s;
+            h21 = s;
+            h22 = h11;
+        } else {
+            h11 = H(i - 1, i - 1);
+            h21 = H(i, i - 1);
+            h12 = H(i - 1, i);
+            h22 = H(i, i);
+        }
+        double rt1r = 0.0, rt1i = 0.0, rt2r = 0.0, rt2i = 0.0;
+        const double s = std::fabs(h11) + std::fabs(h12) + std::fabs(h21) + std::fabs(h22);
+        if (s != 0.0) {
+            h11 /= s;
+            h21 /= s;
+            h12 /= s;
+            h22 /= s;
+            const double tr = (h11 + h22) / 2.0;
+            const double det = (h11 - tr) * (h22 - tr) - h12 * h21;
+            const double rtdisc = std::sqrt(std::fabs(det));
+            if (det >= 0.0) {
+                rt1r = tr * s;
+                rt2r = rt1r;
+                rt1i = rtdisc * s;
+                rt2i = -rt1i;
             } else {
-                h11 = H(i - 1, i - 1);
-                h21 = H(i, i - 1);
-                h12 = H(i - 1, i);
-                h22 = H(i, i);
-            }
-            double rt1r = 0.0, rt1i = 0.0, rt2r = 0.0, rt2i = 0.0;
-            const double s = std::fabs(h11) + std::fabs(h12) + std::fabs(h21) + std::fabs(h22);
-            if (s != 0.0) {
-                h11 /= s;
-                h21 /= s;
-                h12 /= s;
-                h22 /= s;
-                const double tr = (h11 + h22) / 2.0;
-                const double det = (h11 - tr) * (h22 - tr) - h12 * h21;
-                const double rtdisc = std::sqrt(std::fabs(det));
-                if (det >= 0.0) {
-                    rt1r = tr * s;
+                rt1r = tr + rtdisc;
+                rt2r = tr - rtdisc;
+                if (std::fabs(rt1r - h22) <= std::fabs(rt2r - h22)) {
+                    rt1r *= s;
                     rt2r = rt1r;
-                    rt1i = rtdisc * s;
-                    rt2i = -rt1i;
                 } else {
-                    rt1r = tr + rtdisc;
-                    rt2r = tr - rtdisc;
-                    if (std::fabs(rt1r - h22) <= std::fabs(rt2r - h22)) {
-                        rt1r *= s;
-                        rt2r = rt1r;
-                    } else {
-                        rt2r *= s;
-                        rt1r = rt2r;
-                    }
-                    rt1i = rt2i = 0.0;
+                    rt2r *= s;
+                    rt1r = rt2r;
                 }
-            }
-            // Two consecutive small subdiagonal elements: where the bulge may start.
-            int m = i - 2;
-            double v[3] = {0.0, 0.0, 0.0};
-            for (; m >= l; --m) {
-                double h21s = H(m + 1, m);
-                double ss = std::fabs(H(m, m) - rt2r) + std::fabs(rt2i) + std::fabs(h21s);
-                h21s = H(m + 1, m) / ss;
-                v[0] = h21s * H(m, m + 1) + (H(m, m) - rt1r) * ((H(m, m) - rt2r) / ss) - rt1i * (rt2i / ss);
-                v[1] = h21s * (H(m, m) + H(m + 1, m + 1) - rt1r - rt2r);
-                v[2] = h21s * H(m + 2, m + 1);
-                ss = std::fabs(v[0]) + std::fabs(v[1]) + std::fabs(v[2]);
-                v[0] /= ss;
-                v[1] /= ss;
-                v[2] /= ss;
-                if (m == l) break;
-                const double h00 = std::fabs(H(m, m - 1)) * (std::fabs(v[1]) + std::fabs(v[2]));
-                const double h01 = std::fabs(v[0]) * (std::fabs(H(m - 1, m - 1)) + std::fabs(H(m, m)) +
-                                                      std::fabs(H(m + 1, m + 1)));
-                if (h00 <= u * h01) break;
-            }
-            // The double-shift sweep.
-            for (k = m; k <= i - 1; ++k) {
-                const int nr = std::min(3, i - k + 1);
-                if (k > m)
-                    for (int r = 0; r < nr; ++r) v[r] = H(k + r, k - 1);
-                double t1 = 0.0;
-                reflector(nr, &v[0], &v[1], &t1);
-                if (k > m) {
-                    H(k, k - 1) = v[0];
-                    H(k + 1, k - 1) = 0.0;
-                    if (k < i - 1) H(k + 2, k - 1) = 0.0;
-                } else if (m > l) {
-                    H(k, k - 1) *= (1.0 - t1);
-                }
-                const double v2 = v[1], t2 = t1 * v2;
-                if (nr == 3) {
-                    const double v3 = v[2], t3 = t1 * v3;
-                    for (int j = k; j <= i2; ++j) {
-                        const double sum = H(k, j) + v2 * H(k + 1, j) + v3 * H(k + 2, j);
-                        H(k, j) -= sum * t1;
-                        H(k + 1, j) -= sum * t2;
-                        H(k + 2, j) -= sum * t3;
-                    }
-                    for (int j = i1; j <= std::min(k + 3, i); ++j) {
-                        const double sum = H(j, k) + v2 * H(j, k + 1) + v3 * H(j, k + 2);
-                        H(j, k) -= sum * t1;
-                        H(j, k + 1) -= sum * t2;
-                        H(j, k + 2) -= sum * t3;
-                    }
-                    if (wantz)
-                        for (int j = iloz; j <= ihiz; ++j) {
-                            const double sum = Z(j, k) + v2 * Z(j, k + 1) + v3 * Z(j, k + 2);
-                            Z(j, k) -= sum * t1;
-                            Z(j, k + 1) -= sum * t2;
-                            Z(j, k + 2) -= sum * t3;
-                        }
-                } else if (nr == 2) {
-                    for (int j = k; j <= i2; ++j) {
-                        const double sum = H(k, j) + v2 * H(k + 1, j);
-                        H(k, j) -= sum * t1;
-                        H(k + 1, j) -= sum * t2;
-                    }
-                    for (int j = i1; j <= i; ++j) {
-                        const double sum = H(j, k) + v2 * H(j, k + 1);
-                        H(j, k) -= sum * t1;
-                        H(j, k + 1) -= sum * t2;
-                    }
-                    if (wantz)
-                        for (int j = iloz; j <= ihiz; ++j) {
-                            const double sum = Z(j, k) + v2 * Z(j, k + 1);
-                            Z(j, k) -= sum * t1;
-                            Z(j, k + 1) -= sum * t2;
-                        }
-                }
+                rt1i = rt2i = 0.0;
             }
         }
-        if (!converged) return i;
+        // Two consecutive small subdiagonal elements: where the bulge may start.
+        int m = i - 2;
+        double v[3] = {0.0, 0.0, 0.0};
+        for (; m >= l; --m) {
+            double h21s = H(m + 1, m);
+            double ss = std::fabs(H(m, m) - rt2r) + std::fabs(rt2i) + std::fabs(h21s);
+            h21s = H(m + 1, m) / ss;
+            v[0] = h21s * H(m, m + 1) + (H(m, m) - rt1r) * ((H(m, m) - rt2r) / ss) - rt1i * (rt2i / ss);
+            v[1] = h21s * (H(m, m) + H(m + 1, m + 1) - rt1r - rt2r);
+            v[2] = h21s * H(m + 2, m + 1);
+            ss = std::fabs(v[0]) + std::fabs(v[1]) + std::fabs(v[2]);
+            v[0] /= ss;
+            v[1] /= ss;
+            v[2] /= ss;
+            if (m == l) break;
+            const double h00 = std::fabs(H(m, m - 1)) * (std::fabs(v[1]) + std::fabs(v[2]));
+            const double h01 = std::fabs(v[0]) * (std::fabs(H(m - 1, m - 1)) + std::fabs(H(m, m)) +
+                                                  std::fabs(H(m + 1, m + 1)));
+            if (h00 <= u * h01) break;
+        }
+        // The double-shift sweep.
+        for (int k = m; k <= i - 1; ++k) {
+            const int nr = std::min(3, i - k + 1);
+            if (k > m)
+                for (int r = 0; r < nr; ++r) v[r] = H(k + r, k - 1);
+            double t1 = 0.0;
+            reflector(nr, &v[0], &v[1], &t1);
+            if (k > m) {
+                H(k, k - 1) = v[0];
+                H(k + 1, k - 1) = 0.0;
+                if (k < i - 1) H(k + 2, k - 1) = 0.0;
+            } else if (m > l) {
+                H(k, k - 1) *= (1.0 - t1);
+            }
+            const double v2 = v[1], t2 = t1 * v2;
+            if (nr == 3) {
+                const double v3 = v[2], t3 = t1 * v3;
+                for (int j = k; j <= i2; ++j) {
+                    const double sum = H(k, j) + v2 * H(k + 1, j) + v3 * H(k + 2, j);
+                    H(k, j) -= sum * t1;
+                    H(k + 1, j) -= sum * t2;
+                    H(k + 2, j) -= sum * t3;
+                }
+                for (int j = i1; j <= std::min(k + 3, i); ++j) {
+                    const double sum = H(j, k) + v2 * H(j, k + 1) + v3 * H(j, k + 2);
+                    H(j, k) -= sum * t1;
+                    H(j, k + 1) -= sum * t2;
+                    H(j, k + 2) -= sum * t3;
+                }
+                if (wantz)
+                    for (int j = iloz; j <= ihiz; ++j) {
+                        const double sum = Z(j, k) + v2 * Z(j, k + 1) + v3 * Z(j, k + 2);
+                        Z(j, k) -= sum * t1;
+                        Z(j, k + 1) -= sum * t2;
+                        Z(j, k + 2) -= sum * t3;
+                    }
+            } else if (nr == 2) {
+                for (int j = k; j <= i2; ++j) {
+                    const double sum = H(k, j) + v2 * H(k + 1, j);
+                    H(k, j) -= sum * t1;
+                    H(k + 1, j) -= sum * t2;
+                }
+                for (int j = i1; j <= i; ++j) {
+                    const double sum = H(j, k) + v2 * H(j, k + 1);
+                    H(j, k) -= sum * t1;
+                    H(j, k + 1) -= sum * t2;
+                }
+                if (wantz)
+                    for (int j = iloz; j <= ihiz; ++j) {
+                        const double sum = Z(j, k) + v2 * Z(j, k + 1);
+                        Z(j, k) -= sum * t1;
+                        Z(j, k + 1) -= sum * t2;
+                    }
+            }
+        }
+    };
+    auto finish = [&](int l, int i, int i1, int i2) {
         if (l == i) {
             wr[i - 1] = H(i, i);
             wi[i - 1] = 0.0;
@@ -338,10 +297,8 @@ int hessenberg_qr(bool wantt, bool wantz, int n, int ilo, int ihi, double *h, in
             }
             if (wantz) rot(nz, &Z(iloz, i - 1), 1, &Z(iloz, i), 1, cs, sn);
         }
-        kdefl = 0;
-        i = l - 1;
-    }
-    return 0;
+    };
+    return qr_iteration(wantt, n, ilo, ihi, 2, smlnum, u, H, sweep, finish);
 }
 
 } // namespace zek

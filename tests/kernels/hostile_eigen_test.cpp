@@ -156,3 +156,46 @@ TEST(HostileEigen, RealReorderingOnEveryValue) {
 }
 
 } // namespace
+
+TEST(HostileEigen, ConditionNumbersOnEveryValue) {
+    // A 4 by 4 real Schur form with a pair and one poisoned entry: the routine returns, S in [0, 1] and
+    // SEP >= 0 whenever the data are finite.  (The complex routine shares the guarded solves.)
+    for (const Poison &p : kPoisons)
+        for (int where : {0, 1}) {
+            SCOPED_TRACE(std::string(p.name) + " at " + std::to_string(where));
+            const int n = 4;
+            std::vector<double> t = {1, 0, 0, 0, 2, 3, 0, 0, 1, 1, 2, -1, 1, 2, 4, 2};
+            t[where == 0 ? 8 : 5] = p.value;
+            std::vector<double> vl(n * n), vr(n * n), s(n, -1.0), sep(n, -1.0), work(n * (n + 6));
+            std::vector<int> sel(n, 1), iwork(2 * n);
+            int m = 0, info = -9;
+            F08QKF("B", "A", sel.data(), &n, t.data(), &n, vl.data(), &n, vr.data(), &n, &n, &m, work.data(), &info, 1, 1);
+            F08QLF("B", "A", sel.data(), &n, t.data(), &n, vl.data(), &n, vr.data(), &n, s.data(), sep.data(), &n, &m,
+                   work.data(), &n, iwork.data(), &info, 1, 1);
+            EXPECT_EQ(info, 0);
+            // The same matrix as a complex triangle (its pair block's subdiagonal dropped).
+            std::vector<double> tc(2 * n * n, 0.0), cv(4 * n * n), cs(n, -1.0), csep(n, -1.0), cw(2 * n * (n + 1));
+            for (int j = 0; j < n; ++j)
+                for (int i = 0; i <= j; ++i) tc[2 * (i + j * n)] = t[i + j * n];
+            ASSERT_EQ(zek::F08QXF('B', 'A', sel.data(), n, tc.data(), n, cv.data(), n, &cv[2 * n * n], n, n, &m, cw.data()), 0);
+            F08QYF("B", "A", sel.data(), &n, tc.data(), &n, cv.data(), &n, &cv[2 * n * n], &n, cs.data(), csep.data(), &n,
+                   &m, cw.data(), &n, cw.data(), &info, 1, 1);
+            EXPECT_EQ(info, 0);
+            if (!p.finite) continue;
+            for (int k = 0; k < n; ++k) {
+                EXPECT_TRUE(s[k] >= 0.0 && s[k] <= 1.0 + 1e-15 && cs[k] >= 0.0 && cs[k] <= 1.0 + 1e-15) << k;
+                EXPECT_TRUE(csep[k] >= 0.0 && std::isfinite(csep[k])) << k;
+                EXPECT_TRUE(sep[k] >= 0.0 && std::isfinite(sep[k])) << k << " " << sep[k];
+            }
+        }
+    // Sizes: a huge order with a small leading dimension, and the workspace one short.
+    const int big = std::numeric_limits<int>::max(), four = 4, three = 3, one = 1;
+    double t[16] = {1, 0, 0, 0, 1, 2, 0, 0, 1, 1, 3, 0, 1, 1, 1, 4}, v[16], s[4], work[64];
+    int sel[4] = {1, 1, 1, 1}, iwork[8], m = 0, info = 0;
+    F08QLF("V", "A", sel, &big, t, &four, v, &one, v, &one, s, s, &four, &m, work, &four, iwork, &info, 1, 1);
+    EXPECT_EQ(info, -6);
+    F08QLF("V", "A", sel, &four, t, &four, v, &one, v, &one, s, s, &four, &m, work, &three, iwork, &info, 1, 1);
+    EXPECT_EQ(info, -16);
+    F08QYF("B", "A", sel, &four, t, &four, v, &four, v, &four, s, s, &three, &m, work, &four, work, &info, 1, 1);
+    EXPECT_EQ(info, -13);
+}
