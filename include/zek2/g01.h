@@ -127,6 +127,13 @@ ZEK_API double g01gec(double x, double a, double b, double lambda, double tol, i
 ZEK_API double G01GEF(const double *x, const double *a, const double *b, const double *rlamda, const double *tol,
                       const int *maxit, int *ifail) ZEK_SYMBOL("G01GEF");
 
+/* g01hac: P(X <= x, Y <= y) for the standard bivariate normal with correlation -1 <= rho <= 1
+ * (ZE_REAL_ARG_CONS "rho"; a NaN x or y raises ZE_BAD_PARAM).  Phi(x) Phi(y) plus the integral over the
+ * angle asin(rho), by adaptive 10-point Gauss-Legendre panels to 1e-15 relative; rho = +-1 in closed
+ * form.  Accuracy: about 1e-15 relative for rho >= 0 (a sum of positive parts, into the far tails); for
+ * rho < 0 the integral is subtracted, so the error is about 1e-16 Phi(x) Phi(y) absolute. */
+ZEK_API double g01hac(double x, double y, double rho, ZekFail *fail) ZEK_SYMBOL("q62761");
+
 ZEK_END_DECLS
 
 #endif

@@ -1,4 +1,4 @@
-// Hostile arguments for the non-central distributions: NaN, infinities, the largest and smallest
+// Hostile arguments for the non-central and bivariate normal distributions: NaN, infinities, the largest and smallest
 // numbers and a huge MAXIT end in the failure or in a probability, in bounded time.
 #include <gtest/gtest.h>
 
@@ -31,6 +31,11 @@ TEST(HostileNonCentral, EachRowEndsInAProbabilityOrItsFailure) {
         {"F largest df2", [](ZekFail *f) { return g01gdc(1.0, 2.0, DBL_MAX, 1.0, 0.0, 100, f); }, false},
         {"beta nan", [](ZekFail *f) { return g01gec(kNaN, 2.0, 3.0, 1.0, 0.0, 100, f); }, true},
         {"beta smallest a", [](ZekFail *f) { return g01gec(0.5, DBL_MIN, 3.0, 1.0, 0.0, 100, f); }, false},
+        {"bivariate nan rho", [](ZekFail *f) { return g01hac(0.0, 0.0, kNaN, f); }, true},
+        {"bivariate largest", [](ZekFail *f) { return g01hac(DBL_MAX, -DBL_MAX, 0.7, f); }, false},
+        {"bivariate -inf", [](ZekFail *f) { return g01hac(-kInf, 1.0, -0.3, f); }, false},
+        {"bivariate smallest, rho near 1", [](ZekFail *f) { return g01hac(DBL_MIN, -DBL_MIN, 1.0 - DBL_EPSILON, f); }, false},
+        {"bivariate far tail, rho near -1", [](ZekFail *f) { return g01hac(-30.0, 30.0, -1.0 + DBL_EPSILON, f); }, false},
         {"beta ends", [](ZekFail *f) { return g01gec(1.0, 2.0, 3.0, 1.0, 0.0, 100, f); }, false},
     };
     for (const Row &r : rows) {
