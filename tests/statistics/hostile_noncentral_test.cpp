@@ -36,6 +36,8 @@ TEST(HostileNonCentral, EachRowEndsInAProbabilityOrItsFailure) {
         {"bivariate -inf", [](ZekFail *f) { return g01hac(-kInf, 1.0, -0.3, f); }, false},
         {"bivariate smallest, rho near 1", [](ZekFail *f) { return g01hac(DBL_MIN, -DBL_MIN, 1.0 - DBL_EPSILON, f); }, false},
         {"bivariate far tail, rho near -1", [](ZekFail *f) { return g01hac(-30.0, 30.0, -1.0 + DBL_EPSILON, f); }, false},
+        {"dw nan d", [](ZekFail *) { const int m = 2; const double l[] = {1, 3}, d = kNaN; return H_DW_TAIL(&m, l, &d); }, false},
+        {"dw largest", [](ZekFail *) { const int m = 2; const double l[] = {-DBL_MAX, DBL_MAX}, d = 0.0; return H_DW_TAIL(&m, l, &d); }, false},
         {"beta ends", [](ZekFail *f) { return g01gec(1.0, 2.0, 3.0, 1.0, 0.0, 100, f); }, false},
     };
     for (const Row &r : rows) {
