@@ -1,7 +1,10 @@
 /* The tour's statistics chapters: a seeded stream of the basic generator reproduced twice (q29740,
  * q23445), a normal and a Student's t deviate (q17488), then a table of tail probabilities and
  * deviates (g01eac q83792, g01ebc q75436, g01ecc q45320, g01fac q79765, g01fbc q16948), and the median
- * with its absolute deviation (g07dac, q47095), bound by export symbol as the host binds them. */
+ * with its absolute deviation (g07dac, q47095), a weighted regression (G02DAF, q15184) with one variable
+ * deleted from its factorisation and refitted (g02dfc q70114, g02ddc q91616) beside the fresh fit
+ * without it, and a non-central chi-squared tail (g01gcc, q64715), bound by export symbol as the host
+ * binds them. */
 #include <stdio.h>
 
 #include "tour.h"
@@ -18,6 +21,10 @@ typedef void (ZEK_CALLBACK *fit_fn)(const char *, const char *, const int *, con
                        const int *, const double *, const double *, double *, int *, double *, double *, double *,
                        double *, double *, double *, const int *, int *, int *, double *, const double *, double *,
                        int *, int, int);
+typedef void (ZEK_CALLBACK *drop_fn)(int, double *, int, int, double *, ZekFail *);
+typedef void (ZEK_CALLBACK *refit_fn)(int, int, const double *, int, double *, double *, double *, double *, double *,
+                                      int *, int *, double *, double, ZekFail *);
+typedef double (ZEK_CALLBACK *noncentral_fn)(double, double, double, double, int, ZekFail *);
 typedef void (ZEK_CALLBACK *median_fn)(int, const double *, double *, double *, double *, double *, ZekFail *);
 
 void tour_statistics(void) {
@@ -31,6 +38,10 @@ void tour_statistics(void) {
     tail_df_fn t_deviate = (tail_df_fn)tour_bind("q16948");
     median_fn median = (median_fn)tour_bind("q47095");
     fit_fn fit = (fit_fn)tour_bind("q15184");
+    drop_fn drop = (drop_fn)tour_bind("q70114");
+    refit_fn refit = (refit_fn)tour_bind("q91616");
+    noncentral_fn chi_noncentral = (noncentral_fn)tour_bind("q64715");
+    double df;
     static const double design[24] = {3, 1, 2, 5, 0, 4, 1, 6, 1, 4, 2, -1, 3, 0, 1, 2, -2, 0, 5, 1, 2, -1, 1, 3};
     static const double response[8] = {7, 3, 11, 6, 5, 4, 2, 15};
     static const double weights[8] = {1, 2, 0, 1, 3, 1, 0.5, 1};
@@ -78,5 +89,17 @@ void tour_statistics(void) {
             &irank, p, &tol, wk, &ifail, 1, 1);
         printf("IFAIL %d, rank %d, RSS %.10f on %d degrees of freedom\n", ifail, irank, rss, idf);
         for (k = 0; k < ip; ++k) printf("  b%d = %13.9f  (se %.9f)\n", k, b[k], se[k]);
+        if (run == 0) {
+            /* The same model less variable 2 (model column 3), from the factorisation alone: seven
+             * observations carry weight. */
+            drop(4, q, ld, 3, &rss, &fail);
+            refit(7, 3, q, ld, &rss, &df, b, se, cov, &svd, &irank, p, 0.0, &fail);
+            printf("variable 2 deleted from Q and refitted (g02dfc, g02ddc): code %d, RSS %.10f on %.0f\n",
+                   (int)fail.code, rss, df);
+            for (k = 0; k < 3; ++k) printf("  b%d = %13.9f  (se %.9f)\n", k, b[k], se[k]);
+            printf("the fresh fit without it:\n");
+        }
     }
+    printf("non-central chi-squared on 4 with lambda 8, P(X <= 10) (g01gcc): %.15f\n",
+           chi_noncentral(10.0, 4.0, 8.0, 0.0, 1000, &fail));
 }

@@ -86,6 +86,67 @@ ZEK_API double g01fec(double p, double a, double b, double tol, ZekFail *fail) Z
  * g01eec; ZE_NOT_REQ_ACC as in g01fec. */
 ZEK_API double g01ffc(double p, double a, double b, double tol, ZekFail *fail) ZEK_SYMBOL("q84980");
 
+/* The non-central distributions: lower tails P(X <= x) as Poisson mixtures of central tails (the
+ * incomplete beta ratio above, or s14bac), summed from the mode of the Poisson weights outward until the
+ * weights left, bounded by a geometric series, fall below tol (held to [10 eps, 1e-2]) times the sum; at
+ * most max_iter terms, and never more than 100000.  Accuracy: about tol relative, 1e-13 at the
+ * default (checked against high-precision sums to 1e-12 relative down to 1e-12), except that the
+ * lower tail of t for t < 0 is 1 less a sum and so only absolutely accurate.  The lower-case routine
+ * checks its arguments, then calls the IFAIL worker; a series that does not settle returns its partial
+ * sum with ZE_SERIES (t) or ZE_CONV (chi-squared, F, beta).
+ *
+ * g01gbc: non-central t with df > 0 degrees of freedom and non-centrality delta (t, delta finite:
+ * ZE_REAL_ARG_CONS; ZE_REAL_ARG_LE "df"; ZE_INT_ARG_LT "max_iter" 1), ZE_PROBABILITY when t < 0 leaves
+ * less than 1000 eps.  G01GBF: IFAIL 1 arguments (" ** On entry, MAXIT.lt.1 : MAXIT = ..."), 2 " ** Series
+ * failed to converge in MAXIT iterations.", 3 " ** Probability too small to calculate.". */
+ZEK_API double g01gbc(double t, double df, double delta, double tol, int max_iter, ZekFail *fail) ZEK_SYMBOL("q10252");
+ZEK_API double G01GBF(const double *t, const double *df, const double *delta, const double *tol, const int *maxit,
+                      int *ifail) ZEK_SYMBOL("G01GBF");
+/* g01gcc: non-central chi-squared of x >= 0, df >= 0, lambda >= 0 ("lambda > 0.0 if df = 0.0"; with df =
+ * 0 the distribution has the mass exp(-lambda/2) at 0).  G01GCF: IFAIL 1 " ** On entry, DF.lt.0.0 ...",
+ * " ** On entry, RLAMDA.lt.0.0 ...", " ** On entry, X.lt.0.0 ..."; 2 " ** On entry, DF.eq.0.0 and
+ * RLAMDA.eq.0.0"; 3 " ** Central Chi squared function fails to converge." (ZE_CHI_PROB); 4 " ** Convergence
+ * has not been achieved in MAXIT steps: MAXIT = ...". */
+ZEK_API double g01gcc(double x, double df, double lambda, double tol, int max_iter, ZekFail *fail) ZEK_SYMBOL("q64715");
+ZEK_API double G01GCF(const double *x, const double *df, const double *rlamda, const double *tol, const int *maxit,
+                      int *ifail) ZEK_SYMBOL("G01GCF");
+/* g01gdc: non-central F of f > 0 on df1 ("0.0 < df1 <= 1.0e6") and df2 > 0 degrees of freedom: the
+ * non-central beta of x = df1 f / (df1 f + df2) on (df1/2, df2/2); for df2 above 1e6, df1 f as
+ * non-central chi-squared on df1 (error of order df1/df2).  G01GDF: IFAIL 1 " ** On entry, F.le.0.0: F =
+ * ...", " ** On entry, DF1 is too large: DF1 = * ...", lambda as G01GEF; 2 " ** Solution has failed to converge
+ * in MAXIT iterations". */
+ZEK_API double g01gdc(double f, double df1, double df2, double lambda, double tol, int max_iter, ZekFail *fail)
+    ZEK_SYMBOL("q72163");
+ZEK_API double G01GDF(const double *f, const double *df1, const double *df2, const double *rlamda, const double *tol,
+                      const int *maxit, int *ifail) ZEK_SYMBOL("G01GDF");
+/* g01gec: non-central beta of 0 <= x <= 1 with 0 < a, b <= 1e6 and 0 <= lambda <= -2 log(smallest
+ * positive number).  G01GEF: IFAIL 1 the arguments (texts of G01EEF for X, A and B; " ** On entry,
+ * RLAMDA.lt.0.0 or RLAMDA too large: RLAMDA = ..."), 2 as G01GDF. */
+ZEK_API double g01gec(double x, double a, double b, double lambda, double tol, int max_iter, ZekFail *fail)
+    ZEK_SYMBOL("q44135");
+ZEK_API double G01GEF(const double *x, const double *a, const double *b, const double *rlamda, const double *tol,
+                      const int *maxit, int *ifail) ZEK_SYMBOL("G01GEF");
+
+/* g01hac: P(X <= x, Y <= y) for the standard bivariate normal with correlation -1 <= rho <= 1
+ * (ZE_REAL_ARG_CONS "rho"; a NaN x or y raises ZE_BAD_PARAM).  Phi(x) Phi(y) plus the integral over the
+ * angle asin(rho), by adaptive 10-point Gauss-Legendre panels to 1e-15 relative; rho = +-1 in closed
+ * form.  Accuracy: about 1e-15 relative for rho >= 0 (a sum of positive parts, into the far tails); for
+ * rho < 0 the integral is subtracted, so the error is about 1e-16 Phi(x) Phi(y) absolute. */
+ZEK_API double g01hac(double x, double y, double rho, ZekFail *fail) ZEK_SYMBOL("q62761");
+
+/* H_DW_TAIL: P(sum lambda_i z_i^2 / sum z_i^2 <= d) for M independent standard normals z_i, by Imhof's
+ * inversion integral on adaptive Gauss-Legendre panels (absolute accuracy about 1e-13); 0 or 1 exactly
+ * when d is outside the range of the lambda_i; 0.0 for M < 1 or values not finite. */
+ZEK_API double H_DW_TAIL(const int *m, const double lambda[], const double *d) ZEK_SYMBOL("q43767");
+/* G01EPF: bounds on P(d <= D) for the Durbin-Watson statistic D of a regression on IP parameters
+ * (the mean included) and N observations: PDL = P(d_L <= D) and PDU = P(d_U <= D), where d_L and d_U
+ * are the ratios over the smallest and largest N - IP of the eigenvalues 2 (1 - cos(pi j / N)),
+ * j = 1..N-1, of the difference form (left in WORK(1..N-1)); PDU <= P(d <= D) <= PDL.  IFAIL 1
+ * " ** On entry, IP.lt.1 : IP = ...", " ** On entry, N.le.IP : N = ... IP = ..."; 2 " ** On entry,
+ * D.lt.0.0 : D = ..." (a NaN or infinite D too). */
+ZEK_API void G01EPF(const int *n, const int *ip, const double *d, double *pdl, double *pdu, double work[], int *ifail)
+    ZEK_SYMBOL("q85463");
+
 ZEK_END_DECLS
 
 #endif

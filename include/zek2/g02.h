@@ -8,10 +8,14 @@
  * and above the diagonal and the Householder vectors below it; P(1..IP) holds the reflectors' first
  * components (the zeta of the library's QR form).  RSS is from the trailing N - IP elements of Q'y.
  *
- * Only models of full rank are fitted in this build: when R is not well conditioned against TOL (the
- * 1-norm condition of R, formed exactly from R^-1, at or beyond 1/TOL; TOL = 0 means the machine
- * precision) the routine ends with its rank-deficiency exit, since the singular value form is not yet
- * available; SVD is then returned true and IRANK is not set.
+ * When R is not well conditioned against TOL (the 1-norm condition of R, formed exactly from R^-1, at
+ * or beyond 1/TOL; TOL = 0 means the machine precision) the fit goes through the singular values of R.
+ *
+ * The updating routines g02dcc to g02dfc work on R and the first IP elements of Q'y only (rows 1 to IP of
+ * Q; TDQ >= IP suffices for them).  Adding or dropping an observation and deleting a variable rotate R,
+ * so the reflectors below its diagonal and P(1..IP) no longer describe Q afterwards: g02dec, which needs
+ * Q itself to see a new column, must come before them in a sequence of changes.  RSS is carried by every
+ * step and g02ddc gives the estimates of whatever model Q holds.
  */
 #ifndef ZEK2_G02_H
 #define ZEK2_G02_H
@@ -21,6 +25,8 @@
 ZEK_BEGIN_DECLS
 
 enum { Zek_MeanInclude = 1001, Zek_MeanZero = 1002 };
+/* The update of g02dcc: add the observation to the model, or take it out. */
+enum { Zek_ObservAdd = 1003, Zek_ObservDel = 1004 };
 
 /* G02DAF: the weighted least-squares fit.  X (LDX >= N, M columns), ISX(M), Y(N), WT(N) (read only when
  * WEIGHT is 'W'), outputs RSS, IDF (positive weights less IP), B(IP), SE(IP), COV(IP (IP + 1)/2, the
@@ -95,6 +101,67 @@ ZEK_API void g02cac(int mean, int n, const double x[], const double y[], const d
 ZEK_API void g02cbc(int mean, int n, const double x[], const double y[], const double wt[], double clm, double clp,
                     double yhat[], double yml[], double ymu[], double yl[], double yu[], double h[], double res[],
                     double *rms, ZekFail *fail) ZEK_SYMBOL("q68627");
+
+/* g02dcc: adds (update Zek_ObservAdd) or removes (Zek_ObservDel) one observation: the values x[j ix] of
+ * the M variables, those with sx[j] > 0 chosen in order behind a leading 1 when mean is Zek_MeanInclude
+ * (which must be how Q was formed: the count must be ip), its response y and weight *wt (null: 1).  The
+ * row is rotated into R and c by plane rotations and its leftover square added to *rss, or taken out by
+ * the downdating of the triangle (R'a = row, then rotations from the bottom up) and its square removed.
+ * A weight of 0 changes nothing.  Raises ZE_BAD_PARAM ("update", "mean"; "x", "y", "q" for values not
+ * finite), ZE_INT_ARG_LT ("m" 1, "ip" 1, "ix" 1, "sx[%3ld]" 0), ZE_2_INT_ARG_LT ("tdq" against "ip"),
+ * ZE_IP_INCOMP_WITH_SX, ZE_REAL_ARG_LT ("rss", "wt" against 0.0); on removal ZE_MAT_NOT_UPD when R has a
+ * zero on its diagonal or the row's leverage is 1 or more (Q and rss untouched) and ZE_RSS_NOT_UPD when
+ * the row's leftover exceeds *rss (R and c updated, rss untouched: the row was not in the model). */
+ZEK_API void g02dcc(int update, int mean, int m, const int sx[], int ip, const double x[], int ix, double y,
+                    const double *wt, double q[], int tdq, double *rss, ZekFail *fail) ZEK_SYMBOL("q67987");
+
+/* g02ddc: the estimates of the model held in Q (R and c, as g02dac or the updating routines leave them)
+ * for n observations of positive weight: b, se, cov (packed as for G02DAF), *svd, *rank and *df = n -
+ * rank, with tol and p as in g02dac (p(ip+1..) receives the singular values and V' when R is not of
+ * full rank; p(1..ip) is not touched).  *rss on entry is the residual sum of squares the factorisation
+ * carries; on exit that of the fitted model, which differs only when the rank falls short of ip (the part
+ * c - R b is added), so a second call takes the entry value again.  Raises ZE_INT_ARG_LT ("n" 1, "ip" 1),
+ * ZE_2_INT_ARG_LT ("tdq" against "ip"), ZE_REAL_ARG_LT ("rss", "tol" against 0.0), ZE_BAD_PARAM ("q"
+ * not finite), ZE_SVD_NOT_CONV, and ZE_ZERO_DOF_RESID when df <= 0 (b returned, se and cov zero). */
+ZEK_API void g02ddc(int n, int ip, const double q[], int tdq, double *rss, double *df, double b[], double se[],
+                    double cov[], int *svd, int *rank, double p[], double tol, ZekFail *fail) ZEK_SYMBOL("q91616");
+
+/* g02dec: adds the variable x (n values, weighted by wt, null for none) as column ip + 1 of the model
+ * whose Householder factorisation of ip columns Q and p hold (from g02dac or earlier calls of g02dec, so
+ * Q has ip + 2 columns and p ip + 1 places): Q'x is formed, one more reflector ends the column, c takes it
+ * too, and *rss becomes the sum of squares of c(ip+2..n).  tol (0: machine precision) rejects a column
+ * whose new diagonal is at most tol times its norm: ZE_NVAR_NOT_IND, Q, p and rss untouched.  Raises
+ * ZE_INT_ARG_LT ("ip" 0), ZE_2_INT_ARG_LT ("n" against "ip+1", "tdq" against "n"), ZE_REAL_ARG_LT
+ * ("tol" 0.0, "wt[%3ld]" 0.0), ZE_BAD_PARAM ("x", "q" not finite). */
+ZEK_API void g02dec(int n, int ip, double q[], int tdq, double p[], const double wt[], const double x[], double *rss,
+                    double tol, ZekFail *fail) ZEK_SYMBOL("q32065");
+
+/* g02dfc: deletes variable indx (1 <= indx <= ip) from the model in Q: the later columns of R move one
+ * place left and plane rotations of neighbouring rows restore the triangle, taking c along; c(ip) then
+ * lies outside the model and its square joins *rss.  Column ip + 1 of Q is cleared.  Raises
+ * ZE_INT_ARG_LT ("ip" 1), ZE_2_INT_ARG_LT ("tdq" against "ip"), ZE_INT_ARG_CONS ("indx"),
+ * ZE_REAL_ARG_LT ("rss" 0.0), ZE_BAD_PARAM ("q" not finite). */
+ZEK_API void g02dfc(int ip, double q[], int tdq, int indx, double *rss, ZekFail *fail) ZEK_SYMBOL("q70114");
+
+/* g02dkc: the estimates of a model of rank ip - iconst under iconst constraints C'b = 0 (C ip by iconst,
+ * leading dimension tdc >= ip), from the minimum-norm b and the singular values and V' in p of g02dac
+ * or g02ddc: b becomes b - V0 (C'V0)^-1 C'b (V0 the last iconst rows of V'), and se, cov (packed) those
+ * of the constrained estimates, s^2 = rss / df.  Raises ZE_INT_ARG_LT ("ip" 1, "iconst" 1),
+ * ZE_2_INT_ARG_GE ("iconst" against "ip"), ZE_2_INT_ARG_LT ("tdc" against "ip"), ZE_REAL_ARG_LE ("rss",
+ * "df" against 0.0), ZE_BAD_PARAM ("p", "c" not finite), ZE_RANK_ZERO (the value ip - iconst of p is
+ * zero) and ZE_MAT_NOT_FULL_RANK when the constraints leave the solution undetermined (C'V0 singular). */
+ZEK_API void g02dkc(int ip, int iconst, const double p[], const double c[], int tdc, double b[], double rss, double df,
+                    double se[], double cov[], ZekFail *fail) ZEK_SYMBOL("q52322");
+
+/* g02dnc: whether f'b is estimable in a model of the given rank (from g02dac or g02ddc: b, cov packed, p
+ * with V' when rank < ip): *est = 1 when the component of f in the null space (the last ip - rank rows
+ * of V') is at most tol times |f| (tol 0: the square root of the machine precision; at full rank every
+ * function is estimable).  Then *stat = f'b, *sestat = sqrt(f' cov f) and *t their ratio; otherwise all
+ * three are 0.  Raises ZE_INT_ARG_LT ("ip" 1), ZE_INT_ARG_CONS ("rank"), ZE_REAL_ARG_LT ("tol" 0.0),
+ * ZE_BAD_PARAM ("f", "b", "p" not finite) and ZE_STDES_ZERO when the standard error is 0 (*stat
+ * returned, *t 0). */
+ZEK_API void g02dnc(int ip, int rank, const double b[], const double cov[], const double p[], const double f[], int *est,
+                    double *stat, double *sestat, double *t, double tol, ZekFail *fail) ZEK_SYMBOL("q33683");
 
 ZEK_END_DECLS
 

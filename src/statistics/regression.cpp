@@ -9,6 +9,7 @@
 #include "frame/raise.h"
 #include "kernels/qr.h"
 #include "kernels/svd.h"
+#include "statistics/regression.h"
 #include "zek2/g02.h"
 
 namespace zek {
@@ -120,47 +121,14 @@ void g02daf_worker(const FitArgs &a, const FitOut &o, char *errbuf, int *ifail) 
     double *rinv = o.wk;
     double *work = o.wk + static_cast<ptrdiff_t>(ip) * ip;
     qr_apply('T', 'S', n, ip, design, o.ldq, zeta, 1, o.q, o.ldq, work);
-    const double cond = triangular_condition(ip, design, ldq, rinv);
-    const double tol = a.tol > 0.0 ? a.tol : precision();
-    // W (IP by IRANK in RINV's place) with W W' = (X'WX)^+, and Z (IRANK) with b = W z: R^-1 and Q'y
-    // when R is well conditioned; V_r S_r^-1 and the first IRANK components of U'Q'y from R = U S V'
-    // otherwise.  The SVD keeps R in Q, its values in P(IP+1..2IP) and V' in P(2IP+1..), so a new
-    // response can be fitted later without U.
-    const bool full = cond * tol < 1.0;
-    double *z = o.q;
-    int rank = ip;
-    if (!full) {
-        double *sv = o.p + ip, *vt = o.p + 2 * static_cast<ptrdiff_t>(ip), *e = work;
-        for (ptrdiff_t j = 0; j < ip; ++j) {
-            for (ptrdiff_t i = 0; i < ip; ++i) vt[i + j * ip] = i <= j ? design[i + j * ldq] : 0.0;
-            o.res[j] = o.q[j];
-        }
-        triangle_to_bidiagonal(ip, vt, ip, sv, e, 1, o.res, n, false, nullptr, 1);
-        form_right_rotations(ip, vt, ip);
-        const int lost = bidiagonal_qr(ip, sv, e, 1, o.res, n, 0, nullptr, 1, ip, vt, ip, work + (ip > 1 ? ip - 1 : 0));
-        if (lost != 0) return void(exit.fail(5, 99995, " ** SVD solution failed to converge"));
-        rank = 0;
-        while (rank < ip && sv[rank] > tol * sv[0]) ++rank;
-        for (ptrdiff_t k = 0; k < rank; ++k) {
-            for (ptrdiff_t i = 0; i < ip; ++i) rinv[i + k * ip] = vt[k + i * ip] / sv[k];
-        }
-        z = o.res;
-    }
+    bool full = true;
+    const int rank = triangle_fit(ip, design, ldq, o.q, a.tol, o.p + ip, o.p + 2 * static_cast<ptrdiff_t>(ip), rinv,
+                                  work, o.b, o.res, &full);
+    if (rank < 0) return void(exit.fail(5, 99995, " ** SVD solution failed to converge"));
     *o.svd = full ? 0 : 1;
     *o.irank = rank;
-    for (ptrdiff_t i = 0; i < ip; ++i) {
-        double s = 0.0;
-        for (ptrdiff_t k = 0; k < rank; ++k) s += rinv[i + k * ip] * z[k];
-        o.b[i] = s;
-    }
-    // The part of Q'y(1:IP) the model leaves unexplained: none when R is of full rank, c - R b otherwise.
     double rss = 0.0;
-    for (ptrdiff_t i = 0; i < ip; ++i) {
-        double s = o.q[i];
-        for (ptrdiff_t k = i; k < ip && !full; ++k) s -= design[i + k * ldq] * o.b[k];
-        o.res[i] = full ? 0.0 : s;
-        rss += o.res[i] * o.res[i];
-    }
+    for (ptrdiff_t i = 0; i < ip; ++i) rss += o.res[i] * o.res[i];
     for (ptrdiff_t i = ip; i < n; ++i) rss += o.q[i] * o.q[i];
     *o.rss = rss;
     *o.idf = static_cast<int>(positive - rank);
@@ -189,16 +157,7 @@ void g02daf_worker(const FitArgs &a, const FitOut &o, char *errbuf, int *ifail) 
         exit.fail(4, 99996, " ** Degrees of freedom for error equal 0");
         return;
     }
-    // cov = sigma^2 W W', upper triangle by columns.
-    const double s2 = rss / *o.idf;
-    for (ptrdiff_t j = 0; j < ip; ++j) {
-        for (ptrdiff_t i = 0; i <= j; ++i) {
-            double s = 0.0;
-            for (ptrdiff_t k = 0; k < rank; ++k) s += rinv[i + k * ip] * rinv[j + k * ip];
-            o.cov[j * (j + 1) / 2 + i] = s2 * s;
-        }
-        o.se[j] = std::sqrt(o.cov[j * (j + 1) / 2 + j]);
-    }
+    packed_covariance(ip, rank, rinv, rss / *o.idf, o.cov, o.se);
     for (ptrdiff_t k = ip; k < 2 * static_cast<ptrdiff_t>(ip) && full; ++k) o.p[k] = 0.0;
     exit.succeed();
 }
@@ -339,6 +298,60 @@ void g02dgf_worker(char weight, int n, const double *wt, double *rss, int ip, in
 }
 
 } // namespace
+
+int triangle_fit(int ip, const double *r, ptrdiff_t ldr, const double *c, double tol, double *sv, double *vt,
+                 double *wmat, double *work, double *b, double *unexplained, bool *full) {
+    const double cond = triangular_condition(ip, r, ldr, wmat);
+    const double t = tol > 0.0 ? tol : precision();
+    *full = cond * t < 1.0;
+    if (*full) {
+        for (ptrdiff_t i = 0; i < ip; ++i) {
+            double s = 0.0;
+            for (ptrdiff_t k = i; k < ip; ++k) s += wmat[i + k * ip] * c[k];
+            b[i] = s;
+            unexplained[i] = 0.0;
+        }
+        return ip;
+    }
+    // R = U S V' by plane rotations and the bidiagonal iteration; U'c is formed in UNEXPLAINED on the way.
+    double *e = work;
+    for (ptrdiff_t j = 0; j < ip; ++j) {
+        for (ptrdiff_t i = 0; i < ip; ++i) vt[i + j * ip] = i <= j ? r[i + j * ldr] : 0.0;
+        unexplained[j] = c[j];
+    }
+    triangle_to_bidiagonal(ip, vt, ip, sv, e, 1, unexplained, ip, false, nullptr, 1);
+    form_right_rotations(ip, vt, ip);
+    if (bidiagonal_qr(ip, sv, e, 1, unexplained, ip, 0, nullptr, 1, ip, vt, ip, work + (ip > 1 ? ip - 1 : 0)) != 0) {
+        return -1;
+    }
+    int rank = 0;
+    while (rank < ip && sv[rank] > t * sv[0]) ++rank;
+    for (ptrdiff_t k = 0; k < rank; ++k) {
+        for (ptrdiff_t i = 0; i < ip; ++i) wmat[i + k * ip] = vt[k + i * ip] / sv[k];
+    }
+    for (ptrdiff_t i = 0; i < ip; ++i) {
+        double s = 0.0;
+        for (ptrdiff_t k = 0; k < rank; ++k) s += wmat[i + k * ip] * unexplained[k];
+        b[i] = s;
+    }
+    for (ptrdiff_t i = 0; i < ip; ++i) {
+        double s = c[i];
+        for (ptrdiff_t k = i; k < ip; ++k) s -= r[i + k * ldr] * b[k];
+        unexplained[i] = s;
+    }
+    return rank;
+}
+
+void packed_covariance(int ip, int rank, const double *wmat, double s2, double *cov, double *se) {
+    for (ptrdiff_t j = 0; j < ip; ++j) {
+        for (ptrdiff_t i = 0; i <= j; ++i) {
+            double s = 0.0;
+            for (ptrdiff_t k = 0; k < rank; ++k) s += wmat[i + k * ip] * wmat[j + k * ip];
+            cov[j * (j + 1) / 2 + i] = s2 * s;
+        }
+        se[j] = std::sqrt(cov[j * (j + 1) / 2 + j]);
+    }
+}
 
 } // namespace zek
 
