@@ -644,8 +644,8 @@ ZEK_API void E04USA_OBJFUN_ADAPTOR(ZekE04LsqObjfun f, int *mode, int m, int n, i
  * derivatives (VERIFY level 1 to 3 or 11 to 13); 9 errors in the input (counted; a function value that
  * is not finite at the first point counts as one); negative: the MODE the user set to stop.  The
  * convergence test asks for the nonlinear rows within NONLINEAR FEASIBILITY (relative to 1 + |bound|) and
- * the Lagrangian's gradient and the complementarity within sqrt(OPTIMALITY TOLERANCE) times
- * 1 + max(|F|, |g|). */
+ * the Lagrangian's gradient (with the multipliers of the last QP) within sqrt(OPTIMALITY TOLERANCE) times
+ * 1 + |g|, and the complementarity within that times 1 + |x| (infinity norms). */
 ZEK_API void E04UCA(const int *n, const int *nclin, const int *ncnln, const int *lda, const int *ldcj, const int *ldr,
                     const double *a, const double *bl, const double *bu, ZekE04Confun confun,
                     ZekE04ConfunAdaptor confun_adaptor, ZekE04Objfun objfun, ZekE04AdaptObjfun objfun_adaptor,

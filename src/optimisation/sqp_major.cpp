@@ -637,8 +637,9 @@ Optimality optimality(Run &run, double tol) {
             o.violation = std::max({o.violation, lower, upper});
         }
     }
-    const double fscale = 1.0 + std::max(std::fabs(*run.objf), norm_inf(n, run.g));
-    o.grad_ok = o.residual <= tol * fscale && o.complementarity <= tol * fscale;
+    // Measured against the size of the gradient (not of F, which says nothing about the slopes).
+    const double gscale = 1.0 + norm_inf(n, run.g);
+    o.grad_ok = o.residual <= tol * gscale && o.complementarity <= tol * gscale * (1.0 + norm_inf(n, run.x));
     o.feas_ok = o.violation <= run.cfg.ctol;
     o.step_ok = norm_inf(n, run.p) <= tol * (1.0 + norm_inf(n, run.x));
     return o;
@@ -754,7 +755,7 @@ int major_loop(Run &run) {
             }
         }
         print_line(run, phi0, o);
-        if (o.grad_ok && o.feas_ok && (o.step_ok || o.complementarity <= tol)) return kOptimal;
+        if (o.grad_ok && o.feas_ok) return kOptimal;
         if (run.major >= run.cfg.major_limit) return kMajorLimit;
 
         save_point(run);

@@ -79,9 +79,10 @@ struct Out {
     std::vector<double> x, c, cjac, clamda, objgrd, r;
 };
 
-// Arguments a call may spoil (-1: the right value).
+// Arguments a call may spoil (kKeep: the right value).
+constexpr int kKeep = -99999;
 struct Spoil {
-    int n = -1, nclin = -1, ncnln = -1, lda = -1, ldcj = -1, ldr = -1, liwork = -1, lwork = -1;
+    int n = kKeep, nclin = kKeep, ncnln = kKeep, lda = kKeep, ldcj = kKeep, ldr = kKeep, liwork = kKeep, lwork = kKeep;
 };
 
 inline Out run_uca(const Nlp &p, const std::vector<std::string> &options = {}, Faults fl = {}, Spoil s = {}) {
@@ -94,11 +95,11 @@ inline Out run_uca(const Nlp &p, const std::vector<std::string> &options = {}, F
     current = &p;
     faults = fl;
     objective_calls = 0;
-    const int n = s.n < 0 ? p.n : s.n, nclin = s.nclin < 0 ? p.nclin : s.nclin, ncnln = s.ncnln < 0 ? p.ncnln : s.ncnln;
-    const int lda = s.lda < 0 ? std::max(1, p.nclin) : s.lda, ldcj = s.ldcj < 0 ? std::max(1, p.ncnln) : s.ldcj;
-    const int ldr = s.ldr < 0 ? p.n : s.ldr;
-    const int liwork = s.liwork < 0 ? 2 * p.n + 3 + p.ncnln : s.liwork;
-    const int lwork = s.lwork < 0 ? static_cast<int>(uca_lwork(p.n, p.nclin, p.ncnln)) : s.lwork;
+    const auto pick = [](int spoilt, int right) { return spoilt == kKeep ? right : spoilt; };
+    const int n = pick(s.n, p.n), nclin = pick(s.nclin, p.nclin), ncnln = pick(s.ncnln, p.ncnln);
+    const int lda = pick(s.lda, std::max(1, p.nclin)), ldcj = pick(s.ldcj, std::max(1, p.ncnln)), ldr = pick(s.ldr, p.n);
+    const int liwork = pick(s.liwork, 2 * p.n + 3 + p.ncnln);
+    const int lwork = pick(s.lwork, static_cast<int>(uca_lwork(p.n, p.nclin, p.ncnln)));
     Out r;
     const std::size_t nt = static_cast<std::size_t>(p.n + p.nclin + p.ncnln);
     r.istate.assign(nt, 0);
