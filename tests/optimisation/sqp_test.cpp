@@ -2,9 +2,12 @@
 // the book), E04USA on constrained least squares, and the checks of the user's derivatives.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <string>
 #include <vector>
 
+#include "frame/host_capture.h"
 #include "sqp_test_support.h"
 
 namespace {
@@ -146,11 +149,77 @@ Nlp hs006() {
     return p;
 }
 
+// HS001: Rosenbrock's function with x2 >= -1.5.
+Nlp hs001() {
+    Nlp p;
+    p.n = 2;
+    p.bl = {-kBig, -1.5};
+    p.bu = {kBig, kBig};
+    p.x0 = {-2, 1};
+    p.f = [](const double *x, double *g) {
+        g[0] = -400 * x[0] * (x[1] - x[0] * x[0]) - 2 * (1 - x[0]);
+        g[1] = 200 * (x[1] - x[0] * x[0]);
+        return 100 * (x[1] - x[0] * x[0]) * (x[1] - x[0] * x[0]) + (1 - x[0]) * (1 - x[0]);
+    };
+    p.fstar = 0.0;
+    p.xstar = {1, 1};
+    return p;
+}
+
+// HS021: a start outside the bounds.
+Nlp hs021() {
+    Nlp p;
+    p.n = 2;
+    p.nclin = 1;
+    p.a = {10, -1};
+    p.bl = {2, -50, 10};
+    p.bu = {50, 50, kBig};
+    p.x0 = {-1, -1};
+    p.f = [](const double *x, double *g) {
+        g[0] = 0.02 * x[0];
+        g[1] = 2 * x[1];
+        return 0.01 * x[0] * x[0] + x[1] * x[1] - 100;
+    };
+    p.fstar = -99.96;
+    p.xstar = {2, 0};
+    return p;
+}
+
+// HS043 (Rosen-Suzuki): three nonlinear inequalities, two active at the optimum.
+Nlp hs043() {
+    Nlp p;
+    p.n = 4;
+    p.ncnln = 3;
+    p.bl = {-kBig, -kBig, -kBig, -kBig, 0, 0, 0};
+    p.bu = {kBig, kBig, kBig, kBig, kBig, kBig, kBig};
+    p.x0 = {0, 0, 0, 0};
+    p.f = [](const double *x, double *g) {
+        g[0] = 2 * x[0] - 5;
+        g[1] = 2 * x[1] - 5;
+        g[2] = 4 * x[2] - 21;
+        g[3] = 2 * x[3] + 7;
+        return x[0] * x[0] + x[1] * x[1] + 2 * x[2] * x[2] + x[3] * x[3] - 5 * x[0] - 5 * x[1] - 21 * x[2] + 7 * x[3];
+    };
+    p.con = [](const double *x, double *c, double *j) {
+        c[0] = 8 - x[0] * x[0] - x[1] * x[1] - x[2] * x[2] - x[3] * x[3] - x[0] + x[1] - x[2] + x[3];
+        c[1] = 10 - x[0] * x[0] - 2 * x[1] * x[1] - x[2] * x[2] - 2 * x[3] * x[3] + x[0] + x[3];
+        c[2] = 5 - 2 * x[0] * x[0] - x[1] * x[1] - x[2] * x[2] - 2 * x[0] + x[1] + x[3];
+        const double rows[3][4] = {{-2 * x[0] - 1, -2 * x[1] + 1, -2 * x[2] - 1, -2 * x[3] + 1},
+                                   {-2 * x[0] + 1, -4 * x[1], -2 * x[2], -4 * x[3] + 1},
+                                   {-4 * x[0] - 2, -2 * x[1] + 1, -2 * x[2], 1}};
+        for (int i = 0; i < 3; ++i)
+            for (int k = 0; k < 4; ++k) j[i + 3 * k] = rows[i][k];
+    };
+    p.fstar = -44.0;
+    p.xstar = {0, 1, 2, -1};
+    return p;
+}
+
 struct Case {
     const char *name;
     Nlp (*make)();
 };
-const Case kCases[] = {{"HS006", hs006}, {"HS035", hs035}, {"HS071", hs071}, {"HS076", hs076}, {"HS100", hs100}};
+const Case kCases[] = {{"HS001", hs001}, {"HS021", hs021}, {"HS043", hs043}, {"HS006", hs006}, {"HS035", hs035}, {"HS071", hs071}, {"HS076", hs076}, {"HS100", hs100}};
 
 void expect_solution(const Nlp &p, const Out &r, const char *name) {
     SCOPED_TRACE(name);
@@ -216,6 +285,32 @@ TEST(SqpDerivativeChecks, PlantedWrongElementIsCaughtAtEachVerifyLevel) {
         const Out r = zek_test::sqp::run_uca(hs071(), {row.options}, f);
         if (row.ifail == 6) EXPECT_NE(r.ifail, 0);  // a wrong gradient the check does not see cannot pass
         else EXPECT_EQ(r.ifail, row.ifail);
+    }
+}
+
+TEST(SqpExits, EachExitPrintsItsLine) {
+    struct Row {
+        const char *option;
+        zek_test::sqp::Faults faults;
+        int ifail;
+        const char *line;
+    };
+    zek_test::sqp::Faults none, stop, wrong;
+    stop.stop_after = 2;
+    wrong.wrong_gradient = 0;
+    const Row rows[] = {
+        {"Major Print Level = 1", none, 0, " Exit E04UCA - Optimal solution found."},
+        {"Major Iterations Limit = 1", none, 4, " Exit E04UCA - Too many major iterations.             "},
+        {"Major Print Level = 1", stop, -1, " Exit E04UCA - User requested termination."},
+        {"Verify Level = 1", wrong, 7, " Exit E04UCA - Large errors found in the derivatives. "},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.line);
+        zek_test::OutputCapture capture;
+        const Out r = zek_test::sqp::run_uca(hs071(), {"Major Print Level = 1", row.option}, row.faults);
+        const std::vector<std::string> &host = capture.host();
+        EXPECT_EQ(r.ifail, row.ifail);
+        EXPECT_TRUE(std::any_of(host.begin(), host.end(), [&](const std::string &h) { return h.rfind(row.line, 0) == 0; }));
     }
 }
 
