@@ -45,9 +45,12 @@ namespace np = zek::e04::np;
 namespace ls = zek::e04::ls;
 namespace nl = zek::e04::nl;
 
-// The constraint routine behind its adaptor; NEEDC (all ones: every constraint is wanted) lives in the
-// integer workspace.
+// The constraint routine behind its adaptor; NEEDC (all ones: every constraint is wanted) lives behind
+// the engine's integer workspace (read only once the lengths are checked).
 struct Constraints {
+    Constraints(ZekE04Confun routine, ZekE04ConfunAdaptor adaptor, int n_, int ncnln_, int *iwork, int *iu, double *ru)
+        : f(routine), adapt(adaptor != nullptr ? adaptor : E04UCA_CONFUN_ADAPTOR), n(n_), ncnln(ncnln_),
+          needc(iwork + zek::sqp::integer_work_needed(std::max(n_, 1))), iuser(iu), ruser(ru) {}
     ZekE04Confun f = nullptr;
     ZekE04ConfunAdaptor adapt = nullptr;
     int n = 0, ncnln = 0;
@@ -150,18 +153,9 @@ zek::sqp::Config config_of(Family family, const int *iwsav, const double *rwsav)
         c.unit_hessian = setting(iwsav, Block::NL, nl::kInitialHessian);
         c.reset_frequency = setting(iwsav, Block::NL, nl::kResetFrequency);
     }
-    zek::active_set::Settings &s = c.qp;
-    s.solver = c.name;
-    s.print_unit = c.print_unit;
-    const long limit = static_cast<long>(setting(iwsav, Block::LS, ls::kFeasibilityItns)) +
-                       setting(iwsav, Block::LS, ls::kOptimalityItns);
-    s.iteration_limit = static_cast<int>(std::min(limit, 2147483647L));
-    s.infinite_bound = real_setting(rwsav, Block::LS, ls::kInfiniteBound);
-    s.infinite_step = real_setting(rwsav, Block::LS, ls::kInfiniteStep);
-    s.crash_tolerance = real_setting(rwsav, Block::LS, ls::kCrashTolerance);
-    s.feasibility_tolerance = real_setting(rwsav, Block::LS, ls::kFeasibilityTolerance);
-    zek::e04::apply_machine_base(s, rwsav);
-    s.optimality_tolerance = s.e50;
+    c.qp = zek::e04::ls_block_settings(iwsav, rwsav);
+    c.qp.solver = c.name;
+    c.qp.print_level = 0;
     return c;
 }
 
@@ -400,15 +394,7 @@ extern "C" void E04UCA(const int *n, const int *nclin, const int *ncnln, const i
                        int *iter, int *istate, double *c, double *cjac, double *clamda, double *objf, double *objgrd,
                        double *r, double *x, int *iwork, const int *liwork, double *work, const int *lwork,
                        int *iuser, double *ruser, int *lwsav, int *iwsav, double *rwsav, int *ifail) {
-    Constraints con;
-    con.f = confun;
-    con.adapt = confun_adaptor != nullptr ? confun_adaptor : E04UCA_CONFUN_ADAPTOR;
-    con.n = *n;
-    con.ncnln = *ncnln;
-    con.iuser = iuser;
-    con.ruser = ruser;
-    // NEEDC lies behind the engine's integer workspace (read only once the lengths are checked).
-    con.needc = iwork + zek::sqp::integer_work_needed(std::max(*n, 1));
+    const Constraints con(confun, confun_adaptor, *n, *ncnln, iwork, iuser, ruser);
     Problem p{Family::UCA, 1, *n, *nclin, *ncnln, std::max(*lda, 0), std::max(*ldcj, 0), 1, std::max(*ldr, 0), a, bl,
               bu, nullptr, con, nullptr, iter, istate, c, cjac, objf, objgrd, clamda, objf, objgrd, r, x, iwork,
               *liwork, work, *lwork, lwsav, iwsav, rwsav, ifail};
@@ -425,14 +411,7 @@ extern "C" void E04USA(const int *m, const int *n, const int *nclin, const int *
                        double *c, double *cjac, double *f, double *fjac, double *clamda, double *objf, double *r,
                        double *x, int *iwork, const int *liwork, double *work, const int *lwork, int *iuser,
                        double *ruser, int *lwsav, int *iwsav, double *rwsav, int *ifail) {
-    Constraints con;
-    con.f = confun;
-    con.adapt = confun_adaptor != nullptr ? confun_adaptor : E04UCA_CONFUN_ADAPTOR;
-    con.n = *n;
-    con.ncnln = *ncnln;
-    con.iuser = iuser;
-    con.ruser = ruser;
-    con.needc = iwork + zek::sqp::integer_work_needed(std::max(*n, 1));
+    const Constraints con(confun, confun_adaptor, *n, *ncnln, iwork, iuser, ruser);
     // The gradient of the sum of squares is kept behind the engine's reals.
     const int nobj = std::max(*m, 1);
     double *grad = work + zek::sqp::real_work_needed(std::max(*n, 1), std::max(*nclin, 0), std::max(*ncnln, 0), nobj);

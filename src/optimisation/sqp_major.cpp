@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "frame/output.h"
+#include "kernels/level1.h"
 #include "optimisation/qp.h"
 #include "optimisation/sqp.h"
 
@@ -22,20 +23,7 @@ constexpr int kSearchLimit = 20;  // trial points per line search
 inline double &at(double *m, int ld, int i, int j) { return m[i + static_cast<std::ptrdiff_t>(j) * ld]; }
 inline double at(const double *m, int ld, int i, int j) { return m[i + static_cast<std::ptrdiff_t>(j) * ld]; }
 
-double norm2(int n, const double *v) {
-    double scale = 0.0, ssq = 1.0;
-    for (int i = 0; i < n; ++i) {
-        const double a = std::fabs(v[i]);
-        if (a == 0.0) continue;
-        if (scale < a) {
-            ssq = 1.0 + ssq * (scale / a) * (scale / a);
-            scale = a;
-        } else {
-            ssq += (a / scale) * (a / scale);
-        }
-    }
-    return scale * std::sqrt(ssq);
-}
+double norm2(int n, const double *v) { return n > 0 ? dnrm2(n, v, 1) : 0.0; }
 double norm_inf(int n, const double *v) {
     double m = 0.0;
     for (int i = 0; i < n; ++i) m = std::max(m, std::fabs(v[i]));
@@ -572,29 +560,21 @@ int line_search(Run &run, double alfmax, double phi0, double dphi0, double /*cur
 
 namespace {
 
-void save_point(Run &run) {
+// The point and everything evaluated there, into the saved copies (save) or back from them.
+void copy_point(Run &run, bool save) {
     const int n = run.n;
-    std::copy(run.x, run.x + n, run.x0);
-    std::copy(run.g, run.g + n, run.g0);
-    run.f0 = *run.objf;
-    std::copy(run.fv, run.fv + run.nobj, run.fv0);
-    std::copy(run.c, run.c + run.ncnln, run.c0);
+    const auto move = [save](double *live, double *kept, std::ptrdiff_t count) {
+        if (save) std::copy(live, live + count, kept);
+        else std::copy(kept, kept + count, live);
+    };
+    move(run.x, run.x0, n);
+    move(run.g, run.g0, n);
+    move(run.objf, &run.f0, 1);
+    move(run.fv, run.fv0, run.nobj);
+    move(run.c, run.c0, run.ncnln);
     for (int j = 0; j < n; ++j) {
-        for (int i = 0; i < run.nobj; ++i) at(run.fjac0, run.nobj, i, j) = at(run.fjac, run.ldf, i, j);
-        for (int i = 0; i < run.ncnln; ++i) at(run.cjac0, run.ncnln, i, j) = at(run.cjac, run.ldcj, i, j);
-    }
-}
-
-void restore_point(Run &run) {
-    const int n = run.n;
-    std::copy(run.x0, run.x0 + n, run.x);
-    std::copy(run.g0, run.g0 + n, run.g);
-    *run.objf = run.f0;
-    std::copy(run.fv0, run.fv0 + run.nobj, run.fv);
-    std::copy(run.c0, run.c0 + run.ncnln, run.c);
-    for (int j = 0; j < n; ++j) {
-        for (int i = 0; i < run.nobj; ++i) at(run.fjac, run.ldf, i, j) = at(run.fjac0, run.nobj, i, j);
-        for (int i = 0; i < run.ncnln; ++i) at(run.cjac, run.ldcj, i, j) = at(run.cjac0, run.ncnln, i, j);
+        move(&at(run.fjac, run.ldf, 0, j), &at(run.fjac0, run.nobj, 0, j), run.nobj);
+        move(&at(run.cjac, run.ldcj, 0, j), &at(run.cjac0, run.ncnln, 0, j), run.ncnln);
     }
 }
 
@@ -758,7 +738,7 @@ int major_loop(Run &run) {
         if (o.grad_ok && o.feas_ok) return kOptimal;
         if (run.major >= run.cfg.major_limit) return kMajorLimit;
 
-        save_point(run);
+        copy_point(run, true);
         const double xnorm = norm2(n, run.x), pnorm = norm2(n, run.p);
         double alfmax = 1.0;
         if (pnorm > 0.0) alfmax = std::min(1.0, run.cfg.step_limit * (1.0 + xnorm) / pnorm);
@@ -768,7 +748,7 @@ int major_loop(Run &run) {
             return ls;
         }
         if (ls == 1) {
-            restore_point(run);
+            copy_point(run, false);
             if (run.missing_obj + run.missing_con > 0 && !run.central) {
                 // Forward differences cannot resolve the step: central ones from here on.
                 run.central = true;
@@ -799,7 +779,7 @@ int major_loop(Run &run) {
                 return st;
             }
             if (st > 0) {
-                restore_point(run);
+                copy_point(run, false);
                 return kCannotImprove;
             }
         }
