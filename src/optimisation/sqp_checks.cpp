@@ -149,30 +149,25 @@ void report_missing(Run &run) {
     const bool lsq = run.cfg.least_squares;
     int level = (run.missing_obj == 0 ? 1 : 0) + (run.missing_con == 0 ? 2 : 0);
     say(run, "");
-    if (run.missing_obj == 0) {
-        if (run.cfg.derivative_level < 3 && (run.cfg.derivative_level & 1) == 0)
-            say(run, lsq ? " All objective Jacobian elements have been set." : " All objective gradient elements have been set.");
-    } else {
-        say(run, format(lsq ? " The user sets %6ld   out of%6ld   objective Jacobian elements."
-                            : " The user sets %6ld   out of%6ld   objective gradient elements.",
-                        nobjel - run.missing_obj, nobjel));
-        say(run, format(lsq ? " Each iteration, %6ld   objective Jacobian elements will be estimated."
-                            : " Each iteration, %6ld   gradient elements will be estimated numerically.",
-                        static_cast<long>(run.missing_obj)));
-    }
-    if (run.ncnln > 0) {
-        if (run.missing_con == 0) {
-            if (run.cfg.derivative_level < 3 && (run.cfg.derivative_level & 2) == 0)
-                say(run, lsq ? " All constraint Jacobian elements have been set." : " All Jacobian elements have been set.");
-        } else {
-            say(run, format(lsq ? " The user sets %6ld   out of%6ld   constraint Jacobian elements."
-                                : " The user sets %6ld   out of%6ld   Jacobian elements.",
-                            nconel - run.missing_con, nconel));
-            say(run, format(lsq ? " Each iteration, %6ld   constraint Jacobian elements will be estimated."
-                                : " Each iteration, %6ld   Jacobian elements will be estimated numerically.",
-                            static_cast<long>(run.missing_con)));
+    // One group of rows: all set, or how many the user sets and how many are estimated.
+    const auto group = [&](int missing, long elements, int level_bit, const char *all, const char *kind,
+                           const char *estimated) {
+        if (missing == 0) {
+            if (run.cfg.derivative_level < 3 && (run.cfg.derivative_level & level_bit) == 0) say(run, all);
+            return;
         }
-    }
+        say(run, format(" The user sets %6ld   out of%6ld   %s elements.", elements - missing, elements, kind));
+        say(run, format(" Each iteration, %6ld   %s", static_cast<long>(missing), estimated));
+    };
+    group(run.missing_obj, nobjel, 1,
+          lsq ? " All objective Jacobian elements have been set." : " All objective gradient elements have been set.",
+          lsq ? "objective Jacobian" : "objective gradient",
+          lsq ? "objective Jacobian elements will be estimated." : "gradient elements will be estimated numerically.");
+    if (run.ncnln > 0)
+        group(run.missing_con, nconel, 2,
+              lsq ? " All constraint Jacobian elements have been set." : " All Jacobian elements have been set.",
+              lsq ? "constraint Jacobian" : "Jacobian",
+              lsq ? "constraint Jacobian elements will be estimated." : "Jacobian elements will be estimated numerically.");
     if (level > run.cfg.derivative_level) {
         say(run, format(" Derivative level increased to %4ld", static_cast<long>(level)));
         run.cfg.derivative_level = level;

@@ -295,14 +295,18 @@ TEST(SqpExits, EachExitPrintsItsLine) {
         int ifail;
         const char *line;
     };
-    zek_test::sqp::Faults none, stop, wrong;
+    zek_test::sqp::Faults none, stop, wrong, skip;
     stop.stop_after = 2;
     wrong.wrong_gradient = 0;
+    skip.skip_gradient = 3;
     const Row rows[] = {
         {"Major Print Level = 1", none, 0, " Exit E04UCA - Optimal solution found."},
         {"Major Iterations Limit = 1", none, 4, " Exit E04UCA - Too many major iterations.             "},
         {"Major Print Level = 1", stop, -1, " Exit E04UCA - User requested termination."},
         {"Verify Level = 1", wrong, 7, " Exit E04UCA - Large errors found in the derivatives. "},
+        {"Verify Level = 1", wrong, 7, " XXX  There seem to be     1  incorrect objective gradients out of the     4"},
+        {"Major Print Level = 1", skip, 0, " The user sets      3   out of     4   objective gradient elements."},
+        {"Derivative Level = 0", none, 0, " Derivative level increased to    3"},
     };
     for (const Row &row : rows) {
         SCOPED_TRACE(row.line);
