@@ -267,6 +267,18 @@ TEST(SqpHockSchittkowski, MajorIterationsLimitZeroOnlyChecksTheStart) {
     EXPECT_EQ(far.iter, 0);
 }
 
+TEST(SqpHockSchittkowski, WarmStartFromASolvedRunNeedsNoMore) {
+    for (const Case &c : kCases) {
+        SCOPED_TRACE(c.name);
+        const Nlp p = c.make();
+        const Out cold = zek_test::sqp::run_uca(p);
+        ASSERT_EQ(cold.ifail, 0);
+        const Out warm = zek_test::sqp::run_uca(p, {"Warm Start"}, {}, {}, &cold);
+        expect_solution(p, warm, c.name);
+        EXPECT_LE(warm.iter, 1);
+    }
+}
+
 TEST(SqpDerivativeChecks, PlantedWrongElementIsCaughtAtEachVerifyLevel) {
     struct Row {
         const char *options;

@@ -85,7 +85,9 @@ struct Spoil {
     int n = kKeep, nclin = kKeep, ncnln = kKeep, lda = kKeep, ldcj = kKeep, ldr = kKeep, liwork = kKeep, lwork = kKeep;
 };
 
-inline Out run_uca(const Nlp &p, const std::vector<std::string> &options = {}, Faults fl = {}, Spoil s = {}) {
+// With `from`, its ISTATE, CLAMDA, R and X seed the run (for a warm start).
+inline Out run_uca(const Nlp &p, const std::vector<std::string> &options = {}, Faults fl = {}, Spoil s = {},
+                   const Out *from = nullptr) {
     qp::Session session("E04UCA");
     for (const std::string &o : options) {
         int inform = 0;
@@ -109,6 +111,12 @@ inline Out run_uca(const Nlp &p, const std::vector<std::string> &options = {}, F
     r.cjac.assign(static_cast<std::size_t>(std::max(1, p.ncnln)) * p.n, 0.0);
     r.objgrd.assign(p.n, 0.0);
     r.r.assign(static_cast<std::size_t>(p.n) * p.n, 0.0);
+    if (from != nullptr) {
+        r.istate = from->istate;
+        r.clamda = from->clamda;
+        r.r = from->r;
+        r.x = from->x;
+    }
     std::vector<double> a = p.a.empty() ? std::vector<double>(1, 0.0) : p.a;
     std::vector<int> iwork(std::max(liwork, 1));
     std::vector<double> work(std::max(lwork, 1));
