@@ -174,6 +174,7 @@ struct Problem {
     int *lwsav, *iwsav;
     double *rwsav;
     int *ifail;
+    bool routines_given = true;  // OBJFUN, and CONFUN when there are nonlinear rows
 };
 
 struct ExitText {
@@ -256,6 +257,10 @@ void run_driver(Problem &p) {
         ++errors;
         records.add(" ** On entry, LDR.lt.N:");
         records.add(format("    LDR = %16ld  N = %16ld", static_cast<long>(p.ldr), static_cast<long>(n)));
+    }
+    if (!p.routines_given) {
+        ++errors;
+        records.add(" ** On entry, OBJFUN or CONFUN is not a routine.");
     }
     const bool sizes_ok = n > 0 && nclin >= 0 && ncnln >= 0 && (!lsq || p.m > 0);
     const int nobj = lsq ? p.m : 1;
@@ -398,6 +403,7 @@ extern "C" void E04UCA(const int *n, const int *nclin, const int *ncnln, const i
     Problem p{Family::UCA, 1, *n, *nclin, *ncnln, std::max(*lda, 0), std::max(*ldcj, 0), 1, std::max(*ldr, 0), a, bl,
               bu, nullptr, con, nullptr, iter, istate, c, cjac, objf, objgrd, clamda, objf, objgrd, r, x, iwork,
               *liwork, work, *lwork, lwsav, iwsav, rwsav, ifail};
+    p.routines_given = objfun != nullptr && (*ncnln <= 0 || confun != nullptr);
     GeneralModel model(objfun, objfun_adaptor != nullptr ? objfun_adaptor : E04UCA_OBJFUN_ADAPTOR, *n, con, iuser,
                        ruser);
     p.model = &model;
@@ -418,6 +424,7 @@ extern "C" void E04USA(const int *m, const int *n, const int *nclin, const int *
     Problem p{Family::USA, *m, *n, *nclin, *ncnln, std::max(*lda, 0), std::max(*ldcj, 0), std::max(*ldfj, 0),
               std::max(*ldr, 0), a, bl, bu, y, con, nullptr, iter, istate, c, cjac, f, fjac, clamda, objf, grad, r, x,
               iwork, *liwork, work, *lwork, lwsav, iwsav, rwsav, ifail};
+    p.routines_given = objfun != nullptr && (*ncnln <= 0 || confun != nullptr);
     LsqModel model(objfun, objfun_adaptor != nullptr ? objfun_adaptor : E04USA_OBJFUN_ADAPTOR, *m, *n, y, con, iuser,
                    ruser);
     p.model = &model;

@@ -744,6 +744,8 @@ int major_loop(Run &run) {
         if (pnorm > 0.0) alfmax = std::min(1.0, run.cfg.step_limit * (1.0 + xnorm) / pnorm);
         int ls = dphi0 < 0.0 ? line_search(run, alfmax, phi0, dphi0, pHp) : 1;
         if (ls < 0) {
+            // A stop inside the search leaves the last accepted point.
+            copy_point(run, false);
             run.user_mode = ls;
             return ls;
         }

@@ -83,6 +83,7 @@ struct Out {
 constexpr int kKeep = -99999;
 struct Spoil {
     int n = kKeep, nclin = kKeep, ncnln = kKeep, lda = kKeep, ldcj = kKeep, ldr = kKeep, liwork = kKeep, lwork = kKeep;
+    int null_routine = 0;  // 1: OBJFUN null, 2: CONFUN null
 };
 
 // With `from`, its ISTATE, CLAMDA, R and X seed the run (for a warm start).
@@ -123,8 +124,8 @@ inline Out run_uca(const Nlp &p, const std::vector<std::string> &options = {}, F
     int iuser[1] = {0};
     double ruser[1] = {0.0};
     r.ifail = 1;
-    E04UCA(&n, &nclin, &ncnln, &lda, &ldcj, &ldr, a.data(), p.bl.data(), p.bu.data(), nlp_confun, nullptr, nlp_objfun,
-           nullptr, &r.iter, r.istate.data(), r.c.data(), r.cjac.data(), r.clamda.data(), &r.objf, r.objgrd.data(),
+    E04UCA(&n, &nclin, &ncnln, &lda, &ldcj, &ldr, a.data(), p.bl.data(), p.bu.data(),
+           s.null_routine == 2 ? nullptr : nlp_confun, nullptr, s.null_routine == 1 ? nullptr : nlp_objfun, nullptr, &r.iter, r.istate.data(), r.c.data(), r.cjac.data(), r.clamda.data(), &r.objf, r.objgrd.data(),
            r.r.data(), r.x.data(), iwork.data(), &liwork, work.data(), &lwork, iuser, ruser, session.lwsav.data(),
            session.iwsav.data(), session.rwsav.data(), &r.ifail);
     return r;
