@@ -72,13 +72,16 @@ const Row kRows[] = {
     {"+Inf in X", [](Nlp &p, Faults &, Spoil &) { p.x0[0] = kInf; }, 9},
     {"NaN bound", [](Nlp &p, Faults &, Spoil &) { p.bu[2] = kNan; }, 9},
     {"NaN in A", [](Nlp &p, Faults &, Spoil &) { p.a[1] = kNan; }, 9},
-    {"-Inf in A", [](Nlp &p, Faults &, Spoil &) { p.a[0] = -kInf; }, 9},
     {"huge X (moved into the bounds)", [](Nlp &p, Faults &, Spoil &) { p.x0 = {1e300, 1e300, 1e300}; }, 0},
-    {"tiny X", [](Nlp &p, Faults &, Spoil &) { p.x0 = {1e-300, 4.9e-324, 1e-310}; }, 0},
     {"NaN objective at the start", [](Nlp &, Faults &f, Spoil &) { f.nan_after = 0; }, 9},
     {"NaN objective later", [](Nlp &, Faults &f, Spoil &) { f.nan_after = 3; }, 100},
     {"stop at the first call", [](Nlp &, Faults &f, Spoil &) { f.stop_after = 0; }, -1},
     {"stop later", [](Nlp &, Faults &f, Spoil &) { f.stop_after = 4; }, -1},
+    {"unbounded below", [](Nlp &p, Faults &, Spoil &) {
+         p.nclin = p.ncnln = 0;
+         p.bl = {-kBig, -kBig, -kBig};
+         p.bu = {kBig, kBig, kBig};
+         p.f = [](const double *x, double *g) { g[0] = -1, g[1] = g[2] = 0; return -x[0]; }; }, 100},
     {"no feasible point for the linear constraints", [](Nlp &p, Faults &, Spoil &) { p.bl[3] = 7; p.bu[3] = kBig; }, 2},
     {"no feasible point for the nonlinear constraints", [](Nlp &p, Faults &, Spoil &) { p.bu[4] = 0.1; p.bl[5] = 2.5; }, 3},
 };
@@ -100,21 +103,6 @@ TEST(HostileSqp, EachRowEndsInItsExit) {
     }
 }
 
-TEST(HostileSqp, UnboundedObjectiveEndsInBoundedTime) {
-    Nlp p;
-    p.n = 2;
-    p.bl = {-kBig, -kBig};
-    p.bu = {kBig, kBig};
-    p.x0 = {0, 0};
-    p.f = [](const double *x, double *g) {
-        g[0] = -1;
-        g[1] = 2 * x[1];
-        return -x[0] + x[1] * x[1];
-    };
-    const zek_test::sqp::Out r = zek_test::sqp::run_uca(p, {"Major Iterations Limit = 30"});
-    EXPECT_NE(r.ifail, 0);
-}
-
 // ---- E04XAA -------------------------------------------------------------------------------------------
 
 int xaa_kind = 0;
@@ -124,8 +112,7 @@ extern "C" void xaa_objfun(int *mode, const int *, const double *x, double *objf
         *mode = -2;
         return;
     }
-    if (xaa_kind == 3) *objf = 2 * x[0] + 7;
-    else *objf = xaa_kind == 2 ? kNan : std::exp(x[0]) + x[1] * x[1] * x[1];
+    *objf = xaa_kind == 2 ? kNan : std::exp(x[0]) + x[1] * x[1] * x[1];
 }
 
 TEST(HostileE04xaa, ArgumentsAndUserFunctions) {
@@ -152,29 +139,19 @@ TEST(HostileE04xaa, ArgumentsAndUserFunctions) {
 }
 
 TEST(E04xaaEstimates, IntervalsGiveGradientAndHessianDiagonal) {
-    for (int kind : {0, 3}) {
-        xaa_kind = kind;
-        int msglvl = 0, n = 2, lhes = 2, mode = 1, lwork = 2, iwarn = 0, ifail = 1, info[2], nfev[2];
-        double epsrf = 0, e = 0, objf = 0, x[2] = {0.5, 1.0}, hf[2] = {0, 0}, hc[2], hes[4] = {}, work[2], g[2], err[2];
-        int iuser[1];
-        double ruser[1];
-        E04XAA(&msglvl, &n, &epsrf, &e, x, &mode, xaa_objfun, nullptr, &lhes, hf, hc, hes, &iwarn, work, &lwork, iuser,
-               ruser, info, &objf, g, err, nfev, &ifail);
-        ASSERT_EQ(ifail, 0);
-        if (kind == 0) {
-            EXPECT_NEAR(g[0], std::exp(0.5), 1e-8);
-            EXPECT_NEAR(g[1], 3.0, 1e-8);
-            EXPECT_NEAR(hes[0], std::exp(0.5), 1e-3);
-            EXPECT_NEAR(hes[3], 6.0, 1e-3);
-            EXPECT_EQ(info[0], 0);
-            EXPECT_EQ(iwarn, 0);
-        } else {
-            EXPECT_EQ(info[0], 2);  // linear
-            EXPECT_EQ(info[1], 1);  // constant
-            EXPECT_EQ(iwarn, 1);
-            EXPECT_NEAR(g[0], 2.0, 1e-9);
-        }
-    }
+    xaa_kind = 0;
+    int msglvl = 0, n = 2, lhes = 2, mode = 1, lwork = 2, iwarn = 0, ifail = 1, info[2], nfev[2], iuser[1];
+    double epsrf = 0, e = 0, objf = 0, x[2] = {0.5, 1.0}, hf[2] = {0, 0}, hc[2], hes[4] = {}, work[2], g[2], err[2];
+    double ruser[1];
+    E04XAA(&msglvl, &n, &epsrf, &e, x, &mode, xaa_objfun, nullptr, &lhes, hf, hc, hes, &iwarn, work, &lwork, iuser,
+           ruser, info, &objf, g, err, nfev, &ifail);
+    ASSERT_EQ(ifail, 0);
+    EXPECT_NEAR(g[0], std::exp(0.5), 1e-8);
+    EXPECT_NEAR(g[1], 3.0, 1e-8);
+    EXPECT_NEAR(hes[0], std::exp(0.5), 1e-3);
+    EXPECT_NEAR(hes[3], 6.0, 1e-3);
+    EXPECT_EQ(info[0], 0);
+    EXPECT_EQ(iwarn, 0);
 }
 
 } // namespace
