@@ -35,6 +35,7 @@ void tour_integer(void);
 void tour_quadrature(void);
 void tour_networks(void);
 void tour_minimisers(void);
+void tour_sqp(void);
 void tour_roots(void);
 void tour_svd(void);
 void tour_eigen(void);

@@ -590,6 +590,130 @@ ZEK_API void E04NCA(const int *m, const int *n, const int *nclin, const int *ldc
                     double *work, const int *lwork, int *lwsav, int *iwsav, double *rwsav, int *ifail)
     ZEK_SYMBOL("q68352");
 
+/* ---- Sequential quadratic programming, constrained nonlinear least squares ------------------------ */
+
+/* The constraint routine of E04UCA and E04USA: C(NCNLN) and, with MODE 2 on entry, the Jacobian
+ * CJAC(LDCJ, N) at X.  MODE on entry is 0 (values only) or 2 (values and Jacobian); NEEDC(NCNLN) is all
+ * ones (every constraint is wanted); NSTATE is 1 at the first call of a run, 0 after.  A negative MODE on
+ * return stops the run, IFAIL taking that value.  A Jacobian element the routine does not set keeps
+ * the value -11111.0 that the solver stores before the first call, and is then estimated by
+ * differences at every point. */
+typedef void (ZEK_CALLBACK *ZekE04Confun)(int *mode, const int *ncnln, const int *n, const int *ldcj, int *needc,
+                                         const double *x, double *c, double *cjac, const int *nstate, int *iuser,
+                                         double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04ConfunAdaptor)(ZekE04Confun f, int *mode, int ncnln, int n, int ldcj, int *needc,
+                                                const double *x, double *c, double *cjac, int nstate, int *iuser,
+                                                double *ruser);
+/* The objective routine of E04USA: the subfunctions F(M) and, with MODE 2 on entry, their Jacobian
+ * FJAC(LDFJ, N), under the rules of the constraint routine. */
+typedef void (ZEK_CALLBACK *ZekE04LsqObjfun)(int *mode, const int *m, const int *n, const int *ldfj, const double *x,
+                                            double *f, double *fjac, const int *nstate, int *iuser, double *ruser);
+typedef void (ZEK_CALLBACK *ZekE04LsqObjfunAdaptor)(ZekE04LsqObjfun f, int *mode, int m, int n, int ldfj,
+                                                   const double *x, double *fv, double *fjac, int nstate,
+                                                   int *iuser, double *ruser);
+/* The adaptors of E04UCA and E04USA (the objective routine of E04UCA has the shape ZekE04Objfun, MODE 0
+ * or 2 on entry).  They mark the values (OBJF, F, C) undefined before the call; the gradient and
+ * Jacobian arguments are not marked, since the solver reads back what the user left in them. */
+ZEK_API void E04UCA_OBJFUN_ADAPTOR(ZekE04Objfun f, int *mode, int n, const double *x, double *objf, double *objgrd,
+                                   int nstate, int *iuser, double *ruser) ZEK_SYMBOL("E04UCA_OBJFUN_ADAPTOR");
+ZEK_API void E04UCA_CONFUN_ADAPTOR(ZekE04Confun f, int *mode, int ncnln, int n, int ldcj, int *needc,
+                                   const double *x, double *c, double *cjac, int nstate, int *iuser, double *ruser)
+    ZEK_SYMBOL("E04UCA_CONFUN_ADAPTOR");
+ZEK_API void E04USA_OBJFUN_ADAPTOR(ZekE04LsqObjfun f, int *mode, int m, int n, int ldfj, const double *x, double *fv,
+                                   double *fjac, int nstate, int *iuser, double *ruser)
+    ZEK_SYMBOL("E04USA_OBJFUN_ADAPTOR");
+
+/* Minimises F(x) subject to BL <= ( x ; A x ; c(x) ) <= BU by sequential quadratic programming: each
+ * major iteration solves a QP in the step (the library's inertia-controlling QP method) with the
+ * quasi-Newton Hessian H = R'R of the Lagrangian, then searches on the augmented Lagrangian merit
+ * function; R is updated by damped BFGS with plane rotations.  Call E04WBA("E04UCA", ...), then any
+ * E04UEF option calls, then E04UCA.  Arguments, in order (the two adaptors stand right behind their
+ * routines; a null adaptor means the library's own):
+ *   N >= 1, NCLIN >= 0, NCNLN >= 0, LDA >= max(1,NCLIN), LDCJ >= max(1,NCNLN), LDR >= N,
+ *   A(LDA, N), BL, BU (N+NCLIN+NCNLN), CONFUN (not called when NCNLN = 0), CONFUN_ADAPTOR, OBJFUN,
+ *   OBJFUN_ADAPTOR, ITER (major iterations), ISTATE (N+NCLIN+NCNLN; read with WARM START), C (NCNLN),
+ *   CJAC(LDCJ, N), CLAMDA (N+NCLIN+NCNLN: the multipliers of the last QP; read for the nonlinear rows with
+ *   WARM START), OBJF, OBJGRD (N), R(LDR, N) (the upper triangle of the Hessian factor in the natural
+ *   variables, whatever HESSIAN says; read with WARM START, replaced when its condition exceeds the
+ *   CONDITION bound), X (N), IWORK, LIWORK >= 2N + 3 + NCNLN, WORK, LWORK >= L(N, NCLIN, NCNLN, 1) with
+ *   L(n, l, c, k) = max(1,l+c) (n+1) + 3 (k+c) n + 2 (n+l+c) + 8 c + 3 k + 24 n + 5 (l+c) + 4 n n
+ *   (3 n n when l+c = 0), IUSER, RUSER (handed to the routines), LWSAV, IWSAV, RWSAV.
+ * IFAIL: 0 optimal; 1 optimal but the requested accuracy not achieved; 2 no feasible point for the
+ * linear constraints; 3 none for the nonlinear constraints (the linearised constraints stay inconsistent);
+ * 4 major iteration limit; 6 the current point cannot be improved upon; 7 large errors in the
+ * derivatives (VERIFY level 1 to 3 or 11 to 13); 9 errors in the input (counted; a function value that
+ * is not finite at the first point counts as one); negative: the MODE the user set to stop.  The
+ * convergence test asks for the nonlinear rows within NONLINEAR FEASIBILITY (relative to 1 + |bound|) and
+ * the Lagrangian's gradient (with the multipliers of the last QP) within sqrt(OPTIMALITY TOLERANCE) times
+ * 1 + |g|, and the complementarity within that times 1 + |x| (infinity norms). */
+ZEK_API void E04UCA(const int *n, const int *nclin, const int *ncnln, const int *lda, const int *ldcj, const int *ldr,
+                    const double *a, const double *bl, const double *bu, ZekE04Confun confun,
+                    ZekE04ConfunAdaptor confun_adaptor, ZekE04Objfun objfun, ZekE04AdaptObjfun objfun_adaptor,
+                    int *iter, int *istate, double *c, double *cjac, double *clamda, double *objf, double *objgrd,
+                    double *r, double *x, int *iwork, const int *liwork, double *work, const int *lwork, int *iuser,
+                    double *ruser, int *lwsav, int *iwsav, double *rwsav, int *ifail) ZEK_SYMBOL("q51471");
+
+/* Minimises 1/2 sum (F_i(x) - Y_i)^2 under the constraints of E04UCA, on the same engine (reports as
+ * E04USF).  Call E04WBA("E04USA", ...), then any E04URF option calls.  Arguments, in order:
+ *   M >= 1, N, NCLIN, NCNLN, LDA, LDCJ, LDFJ >= M, LDR >= N, A, BL, BU, Y (M), CONFUN, CONFUN_ADAPTOR,
+ *   OBJFUN, OBJFUN_ADAPTOR, ITER, ISTATE, C, CJAC, F (M), FJAC(LDFJ, N), CLAMDA, OBJF, R, X, IWORK
+ *   (LIWORK >= 2N + 3 + NCNLN), WORK (LWORK >= L(N, NCLIN, NCNLN, M) + N), IUSER, RUSER, LWSAV, IWSAV,
+ *   RWSAV, IFAIL as E04UCA.  JTJ (default) starts R from the QR factor of FJAC, UNIT from the identity;
+ *   every RESET major iterations the factor goes back to that start at the current point. */
+ZEK_API void E04USA(const int *m, const int *n, const int *nclin, const int *ncnln, const int *lda, const int *ldcj,
+                    const int *ldfj, const int *ldr, const double *a, const double *bl, const double *bu,
+                    const double *y, ZekE04Confun confun, ZekE04ConfunAdaptor confun_adaptor,
+                    ZekE04LsqObjfun objfun, ZekE04LsqObjfunAdaptor objfun_adaptor, int *iter, int *istate,
+                    double *c, double *cjac, double *f, double *fjac, double *clamda, double *objf, double *r,
+                    double *x, int *iwork, const int *liwork, double *work, const int *lwork, int *iuser,
+                    double *ruser, int *lwsav, int *iwsav, double *rwsav, int *ifail) ZEK_SYMBOL("q34222");
+
+/* Steps of the SQP engine, exported for the host's table.  All but E04_HESSIAN_UPDATE act on the run
+ * state that only E04UCA and E04USA build (STATE), so they have no use outside the library:
+ * the whole run after the input check (E04UCA's; q19873 the same for E04USA), the QP subproblem, the line
+ * search from the saved point with the upper step, merit value, slope and curvature.
+ * E04_HESSIAN_UPDATE is self-contained: the BFGS update of the upper triangle R(LDR, N) with the step S
+ * and the gradient change Y (damped in place so that S'Y >= 0.2 S'HS), WORK of 2N reals; INFORM 0
+ * updated, 1 skipped (no usable curvature), -1 N < 1 or LDR < N. */
+ZEK_API void E04_NP_MAJOR(void *state, int *inform) ZEK_SYMBOL("q94846");
+ZEK_API void E04_NL_MAJOR(void *state, int *inform) ZEK_SYMBOL("q19873");
+ZEK_API void E04_QP_SUBPROBLEM(void *state, const int *first, int *inform) ZEK_SYMBOL("q49086");
+ZEK_API void E04_LINE_SEARCH(void *state, const double *alfmax, const double *merit, const double *slope,
+                             const double *curvature, int *inform) ZEK_SYMBOL("q12390");
+ZEK_API void E04_NP_CHECKS(void *state, int *inform) ZEK_SYMBOL("q18954");
+ZEK_API void E04_HESSIAN_UPDATE(const int *n, double *r, const int *ldr, const double *s, double *y, double *work,
+                                int *inform) ZEK_SYMBOL("q64600");
+
+/* ---- Difference intervals ----------------------------------------------------------------------- */
+
+/* The one-variable interval search by reverse communication, scalars by value.  E04XAZ starts it at
+ * f(x) = FX with the first step H, the function's relative accuracy EPSRF and the accuracy E that fixes
+ * the step factor 0.25 E^-0.16; STATE holds 20 reals.  Then evaluate f(x+h) and f(x+2h) at the step h
+ * (first H, then HNEXT) and hand both to E04XAZN until DONE is 1; HOPT is then the forward interval,
+ * ERRBND its error bound, INFO 0 normal, 1 constant, 2 linear or odd, 3 too nonlinear, 4 small
+ * derivative. */
+ZEK_API void E04XAZ(double fx, double h, double epsrf, double e, double *state) ZEK_SYMBOL("q70602");
+ZEK_API void E04XAZN(double f1, double f2, double *state, int *done, double *hnext, int *info, double *hopt,
+                     double *errbnd) ZEK_SYMBOL("q72011");
+
+/* Forward and central difference intervals, and estimates of the Hessian's diagonal (and with MODE 1 of
+ * the gradient), for the function of OBJFUN (MODE 0 on entry, its gradient argument unused).  Arguments,
+ * in order: MSGLVL (0 silent, 1 the table and the messages), N >= 1, EPSRF (relative accuracy of f;
+ * outside [eps, 1) it becomes eps^0.9 and is returned), E (the accuracy that fixes the step factor;
+ * outside (0, 1) the machine precision), X (N), MODE (0, or 1 for the gradient; out: the negative value
+ * the user set to stop), OBJFUN, OBJFUN_ADAPTOR (null: E04UCA_OBJFUN_ADAPTOR), LHES >= N, HFORWD (N; in:
+ * positive values are the first steps; out: the forward intervals), HCNTRL (N, out: the central intervals,
+ * HFORWD * EPSRF^(-1/6)), HESIAN(LHES, N) (the diagonal is set), IWARN (1 when some INFO is nonzero),
+ * WORK (LWORK >= N), LWORK, IUSER, RUSER, INFO (N: as E04XAZN's), OBJF (f at X), OBJGRD (N; the central
+ * gradient estimate with MODE 1, scratch otherwise), ERREST (N, the error bounds), NFEVAL (N, the values
+ * spent per variable), IFAIL: 0, 1 an argument out of range, 2 f not finite at X, negative the user's
+ * stop. */
+ZEK_API void E04XAA(const int *msglvl, const int *n, double *epsrf, const double *e, double *x, int *mode,
+                    ZekE04Objfun objfun, ZekE04AdaptObjfun objfun_adaptor, const int *lhes, double *hforwd,
+                    double *hcntrl, double *hesian, int *iwarn, double *work, const int *lwork, int *iuser,
+                    double *ruser, int *info, double *objf, double *objgrd, double *errest, int *nfeval, int *ifail)
+    ZEK_SYMBOL("q41425");
+
 ZEK_END_DECLS
 
 #endif

@@ -104,6 +104,8 @@ struct Result {
     int artificial = 0;      // variables still held at their values (artificial constraints)
     bool hessian_failed = false;  // a product with H was not finite
     int rank = 0;                 // size of the reduced Hessian's factor at the end
+    double rz_max = 0.0, rz_min = 0.0;  // extreme diagonals of the reduced Hessian's factor
+    double t_max = 0.0, t_min = 0.0;    // extreme diagonals of the working set's triangle T
 };
 // Reals and integers of workspace run() needs.
 std::ptrdiff_t real_work_needed(int n, int nclin);

@@ -29,24 +29,12 @@ zek::active_set::Settings settings_of(const int *iwsav, const double *rwsav, int
     using zek::e04::Block;
     using zek::e04::real_setting;
     using zek::e04::setting;
-    zek::active_set::Settings s;
+    zek::active_set::Settings s = zek::e04::ls_block_settings(iwsav, rwsav);
     s.solver = "E04NCA";
     const char *k = type <= 1 ? "FP" : type == 2 ? "LP" : type <= 6 ? "QP" : "LS";
     s.kind[0] = k[0];
     s.kind[1] = k[1];
     s.feasible_point_only = type == 1;
-    s.print_level = setting(iwsav, Block::LS, ls::kPrintLevel);
-    s.print_unit = setting(iwsav, Block::LS, ls::kPrintUnit);
-    s.monitor_unit = setting(iwsav, Block::LS, ls::kMonitoringUnit);
-    const long limit = static_cast<long>(setting(iwsav, Block::LS, ls::kFeasibilityItns)) +
-                       setting(iwsav, Block::LS, ls::kOptimalityItns);
-    s.iteration_limit = static_cast<int>(std::min(limit, 2147483647L));
-    s.infinite_bound = real_setting(rwsav, Block::LS, ls::kInfiniteBound);
-    s.infinite_step = real_setting(rwsav, Block::LS, ls::kInfiniteStep);
-    s.crash_tolerance = real_setting(rwsav, Block::LS, ls::kCrashTolerance);
-    s.feasibility_tolerance = real_setting(rwsav, Block::LS, ls::kFeasibilityTolerance);
-    zek::e04::apply_machine_base(s, rwsav);
-    s.optimality_tolerance = s.e50;
     return s;
 }
 

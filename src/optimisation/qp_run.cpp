@@ -47,6 +47,11 @@ Result solve_bound(Core &core, const RunLayout &layout, const Problem &p, Start 
     for (int j = 0; j < p.n; ++j) r.artificial += core.istate[j] == active_set::kTemporaryFix ? 1 : 0;
     r.hessian_failed = step.hessian_failed();
     r.rank = step.factor_rank();
+    r.rz_max = step.factor_max();
+    r.rz_min = step.factor_min();
+    active_set::factor_diagonals(core);
+    r.t_max = core.dtmax;
+    r.t_min = core.dtmin;
     return r;
 }
 

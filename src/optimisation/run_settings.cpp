@@ -2,6 +2,7 @@
 #include "optimisation/run_settings.h"
 
 #include <algorithm>
+#include <climits>
 
 #include "optimisation/options.h"
 
@@ -30,6 +31,23 @@ active_set::Settings lc_block_settings(const int *iwsav, const double *rwsav) {
     s.feasibility_tolerance = real_setting(rwsav, Block::LC, lc::kFeasibilityTolerance);
     s.optimality_tolerance = real_setting(rwsav, Block::LC, lc::kOptimalityTolerance);
     apply_machine_base(s, rwsav);
+    return s;
+}
+
+active_set::Settings ls_block_settings(const int *iwsav, const double *rwsav) {
+    active_set::Settings s;
+    s.print_level = setting(iwsav, Block::LS, ls::kPrintLevel);
+    s.print_unit = setting(iwsav, Block::LS, ls::kPrintUnit);
+    s.monitor_unit = setting(iwsav, Block::LS, ls::kMonitoringUnit);
+    const long limit = static_cast<long>(setting(iwsav, Block::LS, ls::kFeasibilityItns)) +
+                       setting(iwsav, Block::LS, ls::kOptimalityItns);
+    s.iteration_limit = static_cast<int>(std::min(limit, static_cast<long>(INT_MAX)));
+    s.infinite_bound = real_setting(rwsav, Block::LS, ls::kInfiniteBound);
+    s.infinite_step = real_setting(rwsav, Block::LS, ls::kInfiniteStep);
+    s.crash_tolerance = real_setting(rwsav, Block::LS, ls::kCrashTolerance);
+    s.feasibility_tolerance = real_setting(rwsav, Block::LS, ls::kFeasibilityTolerance);
+    apply_machine_base(s, rwsav);
+    s.optimality_tolerance = s.e50;
     return s;
 }
 

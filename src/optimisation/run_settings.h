@@ -15,6 +15,11 @@ void apply_machine_base(active_set::Settings &s, const double *rwsav);
 // optimality tolerances and the machine base.  The caller adds its name, problem kind and iteration limit.
 active_set::Settings lc_block_settings(const int *iwsav, const double *rwsav);
 
+// What E04NCA and the subproblems of E04UCA and E04USA read from the least-squares block: printing
+// and monitoring units, the feasibility plus optimality iteration limit, infinite bound and step, the
+// crash and feasibility tolerances, the machine base, and E50 as the optimality tolerance.
+active_set::Settings ls_block_settings(const int *iwsav, const double *rwsav);
+
 } // namespace zek::e04
 
 #endif
