@@ -225,8 +225,8 @@ ZEK_API void g02gnc(int ip, int rank, const double b[], const double cov[], cons
  * ZE_INVALID_HUBER_FUN (c <= 0 for Huber or bisquare); ZE_BAD_HAMPEL_PSI_FUN; ZE_INVALID_DCHI_FUN
  * (dchi <= 0 with proposal 2); ZE_REAL_ARG_LE ("sigma" 0.0 when fixed); ZE_REAL_ARRAY_CONS (x, y not
  * finite, gw negative or not finite); ZE_WT_LSQ_NOT_FULL_RANK (a weighted least-squares step, the
- * start included, of rank below m); ZE_ESTIM_SIGMA_ZERO (the scale estimate is 0: more than half the
- * residuals vanish); ZE_THETA_ITER_EXCEEDED (max_iter steps without convergence; outputs hold the last
+ * start included, of rank below m); ZE_ESTIM_SIGMA_ZERO (the scale estimate is 0, or below 100 times the
+ * machine precision times the largest |y|: more than half the residuals vanish); ZE_THETA_ITER_EXCEEDED (max_iter steps without convergence; outputs hold the last
  * iterate); ZE_REG_MAT_SINGULAR (the matrix of the covariance is singular: psi' sums to 0; theta, sigma,
  * rs and wgt returned); ZE_ALLOC_FAIL.  No output is touched on the argument exits. */
 enum { Zek_MEstimate = 1811, Zek_Mallows = 1812, Zek_Schweppe = 1813 };
@@ -239,13 +239,16 @@ ZEK_API void g02hac(int regtype, int psifun, int sigma_est, int n, int m, const 
 
 /* g02hkc: a robust location t[m] and scatter V (cov[m (m + 1)/2], packed by columns) of the n rows of
  * x (tdx >= n), with the robust distances d[n], d_i^2 = (x_i - t)' V^-1 (x_i - t), and the GM weights
- * gw[n] = min(1, (c / d_i)^2) for g02hac.  The estimate is Huber's multivariate M-estimate from the
- * coordinatewise medians and the squared MADs (the standard deviation for a column whose MAD is 0):
- * t = sum u1_i x_i / sum u1_i with u1 = min(1, c/d), V = sum u2_i (x_i - t)(x_i - t)' / sum u2_i with
- * u2 = min(1, (c/d)^2), V then rescaled so that the median of d^2 is the median of chi-squared on m
- * degrees of freedom (consistency at the normal).  c > 0, or c = 0 for sqrt of the 0.95 point of
- * chi-squared on m degrees of freedom.  It stops when t and V change by at most tol relative to their
- * largest elements (tol = 0: 1000 times the machine precision), at most max_iter steps.
+ * gw[n] = min(1, (c / d_i)^2) for g02hac (c > 0, or c = 0 for the square root of the 0.95 point of
+ * chi-squared on m degrees of freedom).  The estimate starts from the coordinatewise medians and the
+ * squared MADs (the variance for a column whose MAD is 0), and iterates the weighted mean and scatter
+ * t = sum w_i x_i / sum w_i, V = sum w_i (x_i - t)(x_i - t)' / sum w_i with the redescending weights
+ * w_i = (1 - d_i^2/k^2)^2 for d_i < k and 0 beyond, k^2 the 0.999 point of chi-squared on m degrees of
+ * freedom; the start and each V are rescaled so that the median of d^2 is the median of chi-squared on
+ * m degrees of freedom (consistency at the normal).  The redescending weights give a cluster of
+ * outliers far from the start no weight at all, where monotone (Huber) weights let it mask itself.
+ * It stops when t and V change by at most tol relative to their largest elements (tol = 0: 1000 times
+ * the machine precision), at most max_iter steps.
  * Exits: ZE_INT_ARG_LT ("m" 1, "max_iter" 1); ZE_2_INT_ARG_LE ("n" against "m"); ZE_2_INT_ARG_LT ("tdx"
  * against "n"); ZE_REAL_ARG_LT ("c" 0.0, "tol" 0.0); ZE_REAL_ARRAY_CONS (x not finite); ZE_CONST_COL (a
  * column of x is constant); ZE_VARCOV_MAT_SINGULAR (the scatter became singular: the rows lie in a

@@ -192,6 +192,10 @@ Outcome robust_fit(const Robust &q, double *theta, double *sigma, double *cov, d
     residuals(q, theta, rs);
     double s = q.sigma_est == Zek_SigmaFixed ? *sigma : median_abs(n, rs, sorted) / kNormalQuartile;
     const double beta = q.sigma_est == Zek_SigmaProposal2 ? proposal2_beta(q.dchi) : 1.0;
+    // A scale at the rounding level of y means the fit passes exactly through most of the points.
+    double ysize = 0.0;
+    for (ptrdiff_t i = 0; i < n; ++i) ysize = std::fmax(ysize, std::fabs(q.y[i]));
+    const double negligible = 100.0 * precision() * ysize;
     int it = 0;
     while (it < q.max_iter) {
         ++it;
@@ -202,7 +206,7 @@ Outcome robust_fit(const Robust &q, double *theta, double *sigma, double *cov, d
             for (ptrdiff_t i = 0; i < n; ++i) sum += rs[i] * rs[i] < cap ? rs[i] * rs[i] : cap;
             s = std::sqrt(sum / (static_cast<double>(n - m) * beta));
         }
-        if (!(s > 0.0)) {
+        if (!(s > negligible)) {
             out = kSigmaZero;
             break;
         }
@@ -362,43 +366,56 @@ void g02hkc(int n, int m, const double x[], int tdx, double c, double t[], doubl
         tn[j] = n % 2 == 1 ? sorted[n / 2] : 0.5 * (sorted[n / 2 - 1] + sorted[n / 2]);
         for (ptrdiff_t i = 0; i < n; ++i) d2[i] = col[i] - tn[j];
         double s = zek::median_abs(n, d2, sorted) / zek::kNormalQuartile;
-        if (!(s > 0.0)) {
-            double mean = 0.0, ss = 0.0;
-            for (ptrdiff_t i = 0; i < n; ++i) mean += col[i] / n;
-            for (ptrdiff_t i = 0; i < n; ++i) ss += (col[i] - mean) * (col[i] - mean);
-            s = std::sqrt(ss / (n - 1));
-        }
-        if (!(s > 0.0)) {
+        bool constant = true;
+        for (ptrdiff_t i = 1; i < n; ++i) constant = constant && col[i] == col[0];
+        if (constant) {
             std::free(work);
             return zek::raise_plain(fail, kName, ZE_CONST_COL);
+        }
+        if (!(s > 0.0)) {
+            double mean = 0.0, ss = 0.0;
+            for (ptrdiff_t i = 0; i < n; ++i) mean += col[i];
+            mean /= static_cast<double>(n);
+            for (ptrdiff_t i = 0; i < n; ++i) ss += (col[i] - mean) * (col[i] - mean);
+            s = std::sqrt(ss / static_cast<double>(n - 1));
         }
         for (ptrdiff_t i = 0; i <= j; ++i) v[j * (j + 1) / 2 + i] = i == j ? s * s : 0.0;
     }
     for (ptrdiff_t j = 0; j < mm; ++j) t[j] = tn[j];
+    const double reject = g01fcc(0.999, static_cast<double>(m), &inner);
+    // The diagonal start made consistent as every iterate is: median d^2 = the chi-squared median.
+    if (zek::distances(n, mm, x, tdx, t, v, d2, l, z)) {
+        const double med = zek::median_abs(n, d2, sorted);
+        for (ptrdiff_t k = 0; k < packed && med > 0.0; ++k) v[k] *= med / chi_median;
+    }
     int code = ZE_WT_ITER_EXCEEDED;
     for (int it = 0; it < max_iter && code == ZE_WT_ITER_EXCEEDED; ++it) {
         if (!zek::distances(n, mm, x, tdx, t, v, d2, l, z)) {
             code = ZE_VARCOV_MAT_SINGULAR;
             break;
         }
-        double s1 = 0.0, s2 = 0.0;
+        // Redescending weights (1 - (d/k)^2)^2, so that a cluster of outliers far from the start
+        // carries no weight at all rather than the bounded weight that lets it mask itself.
+        double sw = 0.0;
         for (ptrdiff_t j = 0; j < mm; ++j) tn[j] = 0.0;
         for (ptrdiff_t k = 0; k < packed; ++k) vn[k] = 0.0;
         for (ptrdiff_t i = 0; i < n; ++i) {
-            const double di = std::sqrt(d2[i]);
-            const double u1 = di > cc ? cc / di : 1.0;
-            s1 += u1;
-            for (ptrdiff_t j = 0; j < mm; ++j) tn[j] += u1 * x[i + j * tdx];
+            const double r = d2[i] / reject;
+            sorted[i] = r < 1.0 ? (1.0 - r) * (1.0 - r) : 0.0;
+            sw += sorted[i];
+            for (ptrdiff_t j = 0; j < mm; ++j) tn[j] += sorted[i] * x[i + j * tdx];
         }
-        for (ptrdiff_t j = 0; j < mm; ++j) tn[j] /= s1;
+        if (!(sw > 0.0)) {
+            code = ZE_VARCOV_MAT_SINGULAR;
+            break;
+        }
+        for (ptrdiff_t j = 0; j < mm; ++j) tn[j] /= sw;
         for (ptrdiff_t i = 0; i < n; ++i) {
-            const double u2 = d2[i] > cc * cc ? cc * cc / d2[i] : 1.0;
-            s2 += u2;
             for (ptrdiff_t j = 0; j < mm; ++j) {
-                for (ptrdiff_t k = 0; k <= j; ++k) vn[j * (j + 1) / 2 + k] += u2 * (x[i + j * tdx] - tn[j]) * (x[i + k * tdx] - tn[k]);
+                for (ptrdiff_t k = 0; k <= j; ++k) vn[j * (j + 1) / 2 + k] += sorted[i] * (x[i + j * tdx] - tn[j]) * (x[i + k * tdx] - tn[k]);
             }
         }
-        for (ptrdiff_t k = 0; k < packed; ++k) vn[k] /= s2;
+        for (ptrdiff_t k = 0; k < packed; ++k) vn[k] /= sw;
         // Consistency at the normal: the median squared distance made the chi-squared median.
         if (!zek::distances(n, mm, x, tdx, tn, vn, d2, l, z)) {
             code = ZE_VARCOV_MAT_SINGULAR;
