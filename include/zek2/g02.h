@@ -228,7 +228,8 @@ ZEK_API void g02gnc(int ip, int rank, const double b[], const double cov[], cons
  * start included, of rank below m); ZE_ESTIM_SIGMA_ZERO (the scale estimate is 0, or below 100 times the
  * machine precision times the largest |y|: more than half the residuals vanish); ZE_THETA_ITER_EXCEEDED (max_iter steps without convergence; outputs hold the last
  * iterate); ZE_REG_MAT_SINGULAR (the matrix of the covariance is singular: psi' sums to 0; theta, sigma,
- * rs and wgt returned); ZE_ALLOC_FAIL.  No output is touched on the argument exits. */
+ * rs and wgt returned); ZE_LSQ_FAIL_CONV (a residual or a sum of squares overflowed: data too large,
+ * outputs hold the last iterate); ZE_ALLOC_FAIL.  No output is touched on the argument exits. */
 enum { Zek_MEstimate = 1811, Zek_Mallows = 1812, Zek_Schweppe = 1813 };
 enum { Zek_Huber = 1821, Zek_Hampel = 1822, Zek_Bisquare = 1823 };
 enum { Zek_SigmaFixed = 1831, Zek_SigmaMAD = 1832, Zek_SigmaProposal2 = 1833 };

@@ -502,7 +502,7 @@ const char *ZEK_MESSAGE_TABLE[727] = {
     /* 493 */ "ZE_WT_ITER_EXCEEDED:\n  The iteration for the robust location and covariance has not converged.",
     /* 494 */ "ZE_BETA1_ITER_EXCEEDED:\n  Beta1 iterations exceeded.",
     /* 495 */ "ZE_THETA_ITER_EXCEEDED:\n  The iteration for the regression coefficients has not converged in %ld iterations.",
-    /* 496 */ "ZE_LSQ_FAIL_CONV:\n  Least squares failed convergence.",
+    /* 496 */ "ZE_LSQ_FAIL_CONV:\n  A least-squares step overflowed: the data are too large for its sums of squares.",
     /* 497 */ "ZE_WT_LSQ_NOT_FULL_RANK:\n  A weighted least-squares fit of the iteration is not of full rank.",
     /* 498 */ "ZE_REG_MAT_SINGULAR:\n  The matrix of the covariance of the coefficients is singular.",
     /* 499 */ "ZE_COV_MAT_FACTOR_ZERO:\n  Covariance matrix factor zero.",

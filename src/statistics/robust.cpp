@@ -79,7 +79,7 @@ struct Robust {
     int max_iter;
 };
 
-enum Outcome { kDone, kRank, kSigmaZero, kNotConverged, kSingular, kAlloc };
+enum Outcome { kDone, kRank, kSigmaZero, kNotConverged, kSingular, kOverflow, kAlloc };
 
 // Standardised residual of row i and its least-squares weight.
 double standardised(const Robust &q, ptrdiff_t i, double r, double sigma) {
@@ -92,12 +92,16 @@ double ls_weight(const Robust &q, ptrdiff_t i, double u) {
     return q.gw[i] > 0.0 ? q.psi.weight(u) : 0.0;
 }
 
-void residuals(const Robust &q, const double *theta, double *r) {
+// R = y - X theta; false when a residual is not finite (the data too large for the sums of squares).
+bool residuals(const Robust &q, const double *theta, double *r) {
+    bool finite = true;
     for (ptrdiff_t i = 0; i < q.n; ++i) {
         double s = q.y[i];
         for (ptrdiff_t j = 0; j < q.m; ++j) s -= q.x[i + j * q.tdx] * theta[j];
         r[i] = s;
+        finite = finite && std::isfinite(s);
     }
+    return finite;
 }
 
 // The covariance of theta (packed) from the final residuals; false when its matrix is singular.
@@ -189,7 +193,10 @@ Outcome robust_fit(const Robust &q, double *theta, double *sigma, double *cov, d
         std::free(work);
         return kRank;
     }
-    residuals(q, theta, rs);
+    if (!residuals(q, theta, rs)) {
+        std::free(work);
+        return kOverflow;
+    }
     double s = q.sigma_est == Zek_SigmaFixed ? *sigma : median_abs(n, rs, sorted) / kNormalQuartile;
     const double beta = q.sigma_est == Zek_SigmaProposal2 ? proposal2_beta(q.dchi) : 1.0;
     // A scale at the rounding level of y means the fit passes exactly through most of the points.
@@ -215,7 +222,10 @@ Outcome robust_fit(const Robust &q, double *theta, double *sigma, double *cov, d
             out = kRank;
             break;
         }
-        residuals(q, tnew, rnew);
+        if (!residuals(q, tnew, rnew)) {
+            out = kOverflow;
+            break;
+        }
         double change = 0.0, size = 0.0;
         for (ptrdiff_t i = 0; i < n; ++i) {
             change += (rnew[i] - rs[i]) * (rnew[i] - rs[i]);
@@ -223,6 +233,10 @@ Outcome robust_fit(const Robust &q, double *theta, double *sigma, double *cov, d
             rs[i] = rnew[i];
         }
         for (ptrdiff_t j = 0; j < m; ++j) theta[j] = tnew[j];
+        if (!std::isfinite(change) || !std::isfinite(size)) {
+            out = kOverflow;
+            break;
+        }
         if (std::sqrt(change) <= q.tol * std::sqrt(size)) {
             out = kDone;
             break;
@@ -330,6 +344,7 @@ void g02hac(int regtype, int psifun, int sigma_est, int n, int m, const double x
     case zek::kSigmaZero: return zek::raise_plain(fail, kName, ZE_ESTIM_SIGMA_ZERO);
     case zek::kNotConverged: return zek::raise_formatted(fail, kName, ZE_THETA_ITER_EXCEEDED, static_cast<long>(iterations));
     case zek::kSingular: return zek::raise_plain(fail, kName, ZE_REG_MAT_SINGULAR);
+    case zek::kOverflow: return zek::raise_plain(fail, kName, ZE_LSQ_FAIL_CONV);
     default: return zek::raise_plain(fail, kName, ZE_ALLOC_FAIL);
     }
 }
