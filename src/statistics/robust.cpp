@@ -50,7 +50,10 @@ struct Psi {
         }
     }
     // psi(u)/u, 1 at u = 0.
-    double weight(double u) const { return u != 0.0 ? value(u) / u : 1.0; }
+    double weight(double u) const {
+        const double w = u != 0.0 ? value(u) / u : 1.0;
+        return w == 0.0 ? 0.0 : w;  // no negative zero
+    }
 };
 
 // Median of |v| (N values), sorted in WORK.
