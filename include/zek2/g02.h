@@ -155,7 +155,8 @@ ZEK_API void g02gac(int link, int mean, int n, const double x[], int tdx, int m,
                     double *df, double b[], int *rank, double se[], double cov[], double v[], int tdv, double p[],
                     double tol, int max_iter, double eps, ZekFail *fail) ZEK_SYMBOL("g02gac");
 
-/* g02gbc: binomial counts y[i] out of t[i] > 0 trials, 0 <= y[i] <= t[i]; scale 1. */
+/* g02gbc: binomial counts y[i] out of t[i] > 0 trials, 0 <= y[i] <= t[i]; scale 1.  A null t is refused
+ * (ZE_NULL_ARRAY). */
 ZEK_API void g02gbc(int link, int mean, int n, const double x[], int tdx, int m, const int sx[], int ip,
                     const double y[], const double t[], const double wt[], const double offset[], double *dev,
                     double *df, double b[], int *rank, double se[], double cov[], double v[], int tdv, double p[],
@@ -222,6 +223,7 @@ ZEK_API void g02gnc(int ip, int rank, const double b[], const double cov[], cons
  * gw psi(u) (Mallows) or gw psi(u) with u = r / (sigma gw) (Schweppe) and eta' its derivative in r/sigma.
  * Exits: ZE_BAD_PARAM ("regtype", "psifun", "sigma_est"); ZE_INT_ARG_LT ("m" 1, "max_iter" 1);
  * ZE_2_INT_ARG_LE ("n" against "m"); ZE_2_INT_ARG_LT ("tdx" against "n"); ZE_REAL_ARG_LT ("tol" 0.0);
+ * ZE_NULL_ARRAY ("gw" null for a GM type);
  * ZE_INVALID_HUBER_FUN (c <= 0 for Huber or bisquare); ZE_BAD_HAMPEL_PSI_FUN; ZE_INVALID_DCHI_FUN
  * (dchi <= 0 with proposal 2); ZE_REAL_ARG_LE ("sigma" 0.0 when fixed); ZE_REAL_ARRAY_CONS (x, y not
  * finite, gw negative or not finite); ZE_WT_LSQ_NOT_FULL_RANK (a weighted least-squares step, the

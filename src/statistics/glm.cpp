@@ -420,6 +420,10 @@ void g02gbc(int link, int mean, int n, const double x[], int tdx, int m, const i
             ZekFail *fail) {
     const zek::Outputs o{nullptr, dev, df, b, rank, se, cov, v, tdv, p};
     double s = 1.0;
+    if (t == nullptr) {
+        zek::clear_fail(fail);
+        return zek::raise_text(fail, "g02gbc", ZE_NULL_ARRAY, "t");
+    }
     zek::glm_entry(zek::kBinomial, link, mean, n, x, tdx, m, sx, ip, y, t, wt, offset, 0.0, &s, o, tol, max_iter, eps, fail);
 }
 

@@ -315,6 +315,7 @@ void g02hac(int regtype, int psifun, int sigma_est, int n, int m, const double x
     if (zek::raise_below(fail, kName, "tdx", tdx, "n", n)) return;
     if (!(tol >= 0.0)) return zek::raise_real_arg(fail, kName, ZE_REAL_ARG_LT, "tol", "0.0", tol);
     if (max_iter < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "max_iter", "1", max_iter);
+    if (regtype != Zek_MEstimate && gw == nullptr) return zek::raise_text(fail, kName, ZE_NULL_ARRAY, "gw");
     if (psifun == Zek_Hampel) {
         if (!(cpsi[0] > 0.0 && cpsi[0] <= cpsi[1] && cpsi[1] < cpsi[2] && std::isfinite(cpsi[2]))) {
             return zek::raise_plain(fail, kName, ZE_BAD_HAMPEL_PSI_FUN);

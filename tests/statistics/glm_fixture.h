@@ -36,8 +36,8 @@ inline Fit run(const Glm &g) {
     const int n = g.n > 0 ? g.n : 1, tdv = g.tdv > 0 ? g.tdv : g.n;
     Fit f{std::vector<double>(ip, -7), std::vector<double>(ip, -7), std::vector<double>(ip * (ip + 1) / 2, -7),
           std::vector<double>(7 * n, -7), std::vector<double>(ip + ip * ip, -7), -7, -7, g.s, -7, {}};
-    const double *wt = g.wt.empty() ? nullptr : g.wt.data(), *off = g.offset.empty() ? nullptr : g.offset.data();
-    const double *x = g.x.data(), *y = g.y.data();
+    const double *wt = g.wt.empty() ? nullptr : g.wt.data(), *off = g.offset.empty() ? nullptr : g.offset.data(),
+                 *x = g.x.data(), *y = g.y.data();
     const int *sx = g.sx.data();
     if (g.fam == kNormal || g.fam == kGamma) {
         (g.fam == kNormal ? g02gac : g02gdc)(g.link, g.mean, g.n, x, n, g.m, sx, ip, y, wt, off, g.a, &f.s, &f.dev, &f.df,
