@@ -134,7 +134,8 @@ ZEK_API void g02cbc(int mean, int n, const double x[], const double y[], const d
  *
  * Exits (the fail record): ZE_BAD_PARAM ("link" not one of the family's, "mean"); ZE_INT_ARG_LT ("n" 1,
  * "m" 1, "ip" 1, "max_iter" 1); ZE_2_INT_ARG_GT ("ip" against "n"); ZE_2_INT_ARG_LT ("tdx", "tdv"
- * against "n"); ZE_REAL_ARG_LT ("tol", "eps" 0.0; "s" 0.0 for normal and gamma); ZE_EX_POWER_EQ_ZERO
+ * against "n"); ZE_REAL_ARG_LT ("tol" 0.0; "s" 0.0 for normal and gamma); ZE_REAL_ARG_CONS ("eps",
+ * 0.0 <= eps < 1.0); ZE_NULL_ARRAY ("t" for the binomial); ZE_EX_POWER_EQ_ZERO
  * (Zek_Exponent with a = 0); ZE_IP_INCOMP_SX (ip not the count of the chosen columns, plus one with the
  * mean; also an sx[j] < 0); ZE_REAL_ARRAY_CONS naming the array and the constraint for a value that is
  * not finite, a negative weight, a negative count, a proportion outside [0, t], a non-positive gamma
