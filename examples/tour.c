@@ -167,6 +167,7 @@ int main(void) {
     tour_qp();
     tour_sqp();
     tour_statistics();
+    tour_glm();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces_received());
     unload_library();
     return 0;

@@ -42,5 +42,6 @@ void tour_eigen(void);
 void tour_sparse(void);
 void tour_qp(void);
 void tour_statistics(void);
+void tour_glm(void);
 
 #endif

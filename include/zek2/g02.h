@@ -163,6 +163,171 @@ ZEK_API void g02dkc(int ip, int iconst, const double p[], const double c[], int 
 ZEK_API void g02dnc(int ip, int rank, const double b[], const double cov[], const double p[], const double f[], int *est,
                     double *stat, double *sestat, double *t, double tol, ZekFail *fail) ZEK_SYMBOL("q33683");
 
+/* Generalised linear models, g02gac to g02gdc.
+ *
+ * The model: the mean mu_i of y_i is g^-1(eta_i) (times t_i for the binomial), eta_i = offset_i + x_i'b
+ * over the IP model columns chosen as in g02dac (a column of ones first for Zek_MeanInclude, then the
+ * columns j of x with sx[j] > 0).  The fit maximises the likelihood by iteratively reweighted least
+ * squares: each step is the weighted least-squares fit of the working response
+ * z_i = eta_i - offset_i + (y_i - mu_i) deta/dmu with weights wt_i (dmu/deta)^2 / V(mu_i), by a
+ * Householder QR of the weighted design; when the triangular factor is not well conditioned against
+ * tol (its 1-norm condition times tol, the machine precision for tol = 0, at least 1) the step goes
+ * through the singular value decomposition of the factor and *rank counts the singular values above
+ * tol times the largest; b is then the minimum-norm solution and g02gkc or g02gnc finish the fit.
+ * The iteration starts from mu = y (normal, gamma), y + 0.5 (Poisson) or t (y + 0.5) / (t + 1)
+ * (binomial), halves a step whose fitted values leave the family's range or whose deviance is not
+ * finite (at most 30 halvings), and stops when both the change of the deviance is at most eps times
+ * the deviance plus eps, and the largest change of a coefficient at most eps times the largest
+ * coefficient (eps = 0 means 1000 times the machine precision).  At most max_iter steps.
+ *
+ * Links (enumeration link): Zek_Exponent (eta = mu^a, a != 0), Zek_Identity, Zek_Log, Zek_SquareRoot,
+ * Zek_Reciprocal for the normal, Poisson and gamma families; Zek_Logistic, Zek_Probit and
+ * Zek_CompLogLog (eta = log(-log(1 - p))) on the proportion p = mu/t for the binomial.
+ *
+ * Common arguments: n observations, x (tdx >= n, m columns), sx[m] (0 leaves a column out),
+ * ip the count of model columns, y[n], wt[n] the prior weights (null: all 1; a zero weight keeps the
+ * row out of the fit but its fitted value and residuals are still formed), offset[n] (null: none).
+ * Outputs: *dev the deviance (the weighted residual sum of squares for the normal), *df the degrees of
+ * freedom (positive weights less *rank), b[ip], *rank, se[ip], cov[ip (ip + 1)/2] (the upper triangle by
+ * columns, cov(b_i, b_j) at j (j + 1)/2 + i for i <= j, scaled by the scale parameter), v (tdv >= n,
+ * 7 columns, by columns): the linear predictor eta (offset included), the fitted value mu, the leverage
+ * h (diagonal of the weighted hat matrix at the final weights), the final iterative weight, the Pearson
+ * residual (y - mu) sqrt(wt / V(mu)), the deviance residual sign(y - mu) sqrt(d_i), and the working
+ * residual (y - mu) deta/dmu.  p[ip + ip^2]: when *rank < ip the singular values of the final weighted
+ * triangular factor, then V' (ip by ip, rows the right singular vectors, the last ip - *rank spanning
+ * the null space of the design); all zero when *rank = ip.
+ * The scale: Poisson and binomial 1; normal and gamma *s on entry when positive, otherwise estimated as
+ * the Pearson chi-squared over *df and returned in *s.
+ *
+ * Exits (the fail record): ZE_BAD_PARAM ("link" not one of the family's, "mean"); ZE_INT_ARG_LT ("n" 1,
+ * "m" 1, "ip" 1, "max_iter" 1); ZE_2_INT_ARG_GT ("ip" against "n"); ZE_2_INT_ARG_LT ("tdx", "tdv"
+ * against "n"); ZE_REAL_ARG_LT ("tol" 0.0; "s" 0.0 for normal and gamma); ZE_REAL_ARG_CONS ("eps",
+ * 0.0 <= eps < 1.0); ZE_NULL_ARRAY ("t" for the binomial); ZE_EX_POWER_EQ_ZERO
+ * (Zek_Exponent with a = 0); ZE_IP_INCOMP_SX (ip not the count of the chosen columns, plus one with the
+ * mean; also an sx[j] < 0); ZE_REAL_ARRAY_CONS naming the array and the constraint for a value that is
+ * not finite, a negative weight, a negative count, a proportion outside [0, t], a non-positive gamma
+ * observation, a non-positive binomial denominator; ZE_IP_GT_OBSERV (fewer positive weights than ip,
+ * all weights zero included); ZE_VALUE_AT_BOUNDARY_A to _D (normal, binomial, Poisson, gamma: a fitted
+ * value reached the edge of the family's or the link's range, outputs hold the last iterate);
+ * ZE_LSQ_ITER_NOT_CONV (max_iter steps without convergence, outputs hold the last iterate);
+ * ZE_ZERO_DOF_ERROR (scale to be estimated with *df = 0; b, *dev, v returned, se and cov zero);
+ * ZE_SVD_NOT_CONV; ZE_ALLOC_FAIL.  On the argument exits no output is touched. */
+enum {
+    Zek_Exponent = 1801, Zek_Identity = 1802, Zek_Log = 1803, Zek_SquareRoot = 1804, Zek_Reciprocal = 1805,
+    Zek_Logistic = 1806, Zek_Probit = 1807, Zek_CompLogLog = 1808
+};
+
+/* g02gac: normal errors; *s the variance (given when positive on entry, otherwise estimated). */
+ZEK_API void g02gac(int link, int mean, int n, const double x[], int tdx, int m, const int sx[], int ip,
+                    const double y[], const double wt[], const double offset[], double a, double *s, double *dev,
+                    double *df, double b[], int *rank, double se[], double cov[], double v[], int tdv, double p[],
+                    double tol, int max_iter, double eps, ZekFail *fail) ZEK_SYMBOL("g02gac");
+
+/* g02gbc: binomial counts y[i] out of t[i] > 0 trials, 0 <= y[i] <= t[i]; scale 1.  A null t is refused
+ * (ZE_NULL_ARRAY). */
+ZEK_API void g02gbc(int link, int mean, int n, const double x[], int tdx, int m, const int sx[], int ip,
+                    const double y[], const double t[], const double wt[], const double offset[], double *dev,
+                    double *df, double b[], int *rank, double se[], double cov[], double v[], int tdv, double p[],
+                    double tol, int max_iter, double eps, ZekFail *fail) ZEK_SYMBOL("g02gbc");
+
+/* g02gcc: Poisson counts y[i] >= 0 (not necessarily integers); scale 1. */
+ZEK_API void g02gcc(int link, int mean, int n, const double x[], int tdx, int m, const int sx[], int ip,
+                    const double y[], const double wt[], const double offset[], double a, double *dev, double *df,
+                    double b[], int *rank, double se[], double cov[], double v[], int tdv, double p[], double tol,
+                    int max_iter, double eps, ZekFail *fail) ZEK_SYMBOL("g02gcc");
+
+/* g02gdc: gamma errors, y[i] > 0; *s the dispersion (the squared coefficient of variation), given when
+ * positive on entry, otherwise estimated. */
+ZEK_API void g02gdc(int link, int mean, int n, const double x[], int tdx, int m, const int sx[], int ip,
+                    const double y[], const double wt[], const double offset[], double a, double *s, double *dev,
+                    double *df, double b[], int *rank, double se[], double cov[], double v[], int tdv, double p[],
+                    double tol, int max_iter, double eps, ZekFail *fail) ZEK_SYMBOL("g02gdc");
+
+/* g02gkc: the estimates of a fit of rank ip - iconst (from g02gac to g02gdc, with its p) under the
+ * iconst constraints c'b = 0 (c: ip by iconst, tdc >= ip, by columns).  Every solution of the
+ * likelihood equations is b + N u with N the last iconst rows of V' in p; the constrained one has
+ * u = -(c'N)^-1 c'b, and with M = I - N (c'N)^-1 c' the covariance becomes M cov M' (so the constraints'
+ * directions have variance 0).  b, se and cov (packed as above) are overwritten.  Exits: ZE_INT_ARG_LT
+ * ("ip" 1, "iconst" 1), ZE_2_INT_ARG_GE ("iconst" against "ip"), ZE_2_INT_ARG_LT ("tdc" against "ip"),
+ * ZE_REAL_ARRAY_CONS (a value of c not finite), ZE_RANK_CHANGED (p holds no null space of that size:
+ * the fit was of another rank), ZE_MAT_NOT_FULL_RANK (c'N singular against the machine precision: the
+ * constraints do not fix the estimates), ZE_ALLOC_FAIL.  Outputs untouched on a failure. */
+ZEK_API void g02gkc(int ip, int iconst, const double p[], const double c[], int tdc, double b[], double se[],
+                    double cov[], ZekFail *fail) ZEK_SYMBOL("g02gkc");
+
+/* g02gnc: estimability of the linear function f'b of a fit of rank *rank (p from the fit).  f is
+ * estimable when its component in the null space N (the last ip - rank rows of V') is at most tol
+ * times |f| (tol = 0: the square root of the machine precision); then *est = 1, *stat = f'b,
+ * *sestat = sqrt(f' cov f) and *z = *stat / *sestat (0 when *sestat is 0); otherwise *est = 0 and the
+ * three are 0.  A fit of full rank makes every f estimable.  Exits: ZE_INT_ARG_LT ("ip" 1, "rank" 1),
+ * ZE_2_INT_ARG_GT ("rank" against "ip"), ZE_REAL_ARG_LT ("tol" 0.0), ZE_REAL_ARRAY_CONS (f not finite). */
+ZEK_API void g02gnc(int ip, int rank, const double b[], const double cov[], const double p[], const double f[],
+                    int *est, double *stat, double *sestat, double *z, double tol, ZekFail *fail)
+    ZEK_SYMBOL("g02gnc");
+
+/* Robust regression, g02hac, and the robust location and covariance that give its GM weights, g02hkc.
+ *
+ * g02hac fits y = X theta + e on the m columns of x (tdx >= n; a column of ones if an intercept is
+ * wanted) by iteratively reweighted least squares from the least-squares fit (weighted by the GM weights
+ * gw for the GM types).  With r_i the residuals and sigma the scale, each step solves the weighted
+ * least squares with weights psi(u_i)/u_i, where
+ *   regtype Zek_MEstimate:  u_i = r_i / sigma;
+ *   regtype Zek_Mallows:    u_i = r_i / sigma, the weight multiplied by gw[i];
+ *   regtype Zek_Schweppe:   u_i = r_i / (sigma gw[i]) (a row with gw[i] = 0 has weight 0).
+ * psifun Zek_Huber: psi(u) = max(-c, min(c, u)), c = cpsi[0] (1.345 gives 95% efficiency at the normal);
+ * Zek_Hampel: psi(u) = u up to a, a sign(u) up to b, a (c - |u|)/(c - b) sign(u) up to c, 0 beyond, with
+ * (a, b, c) = cpsi[0..2], 0 < a <= b < c (commonly 2, 4, 8); Zek_Bisquare: psi(u) = u (1 - (u/c)^2)^2 for
+ * |u| <= c, 0 beyond, c = cpsi[0] (4.685 for 95% efficiency).
+ * The scale, sigma_est: Zek_SigmaFixed *sigma as given (> 0); Zek_SigmaMAD median |r_i| / 0.67448975019608171
+ * (the upper quartile of the standard normal) before each step; Zek_SigmaProposal2 Huber's proposal 2,
+ * sigma^2 = sum min(r_i^2, (d sigma)^2) / ((n - m) beta) with d = dchi and beta = E min(Z^2, d^2) for a
+ * standard normal Z, one update before each step from the MAD start.
+ * The iteration stops when |r_new - r| <= tol |r| (2-norms; tol = 0 means 1000 times the machine
+ * precision), at most max_iter steps.  Outputs: theta[m], *sigma, cov[m (m + 1)/2] (packed by columns
+ * as the GLM routines), rs[n] the residuals, wgt[n] the final weights of the least-squares step.
+ * The covariance: for M-estimates Huber's sigma^2 kappa^2 (sum psi^2 / (n - m)) / mean(psi')^2 (X'X)^-1
+ * with kappa = 1 + m var(psi') / (n mean(psi')^2) (var with n - 1); for the GM types the sandwich
+ * sigma^2 n / (n - m) S1^-1 S2 S1^-1 with S1 = sum eta' x x', S2 = sum eta^2 x x', where eta is
+ * gw psi(u) (Mallows) or gw psi(u) with u = r / (sigma gw) (Schweppe) and eta' its derivative in r/sigma.
+ * Exits: ZE_BAD_PARAM ("regtype", "psifun", "sigma_est"); ZE_INT_ARG_LT ("m" 1, "max_iter" 1);
+ * ZE_2_INT_ARG_LE ("n" against "m"); ZE_2_INT_ARG_LT ("tdx" against "n"); ZE_REAL_ARG_LT ("tol" 0.0);
+ * ZE_NULL_ARRAY ("gw" null for a GM type);
+ * ZE_INVALID_HUBER_FUN (c <= 0 for Huber or bisquare); ZE_BAD_HAMPEL_PSI_FUN; ZE_INVALID_DCHI_FUN
+ * (dchi <= 0 with proposal 2); ZE_REAL_ARG_LE ("sigma" 0.0 when fixed); ZE_REAL_ARRAY_CONS (x, y not
+ * finite, gw negative or not finite); ZE_WT_LSQ_NOT_FULL_RANK (a weighted least-squares step, the
+ * start included, of rank below m); ZE_ESTIM_SIGMA_ZERO (the scale estimate is 0, or below 100 times the
+ * machine precision times the largest |y|: more than half the residuals vanish); ZE_THETA_ITER_EXCEEDED (max_iter steps without convergence; outputs hold the last
+ * iterate); ZE_REG_MAT_SINGULAR (the matrix of the covariance is singular: psi' sums to 0; theta, sigma,
+ * rs and wgt returned); ZE_LSQ_FAIL_CONV (a residual or a sum of squares overflowed: data too large,
+ * outputs hold the last iterate); ZE_ALLOC_FAIL.  No output is touched on the argument exits. */
+enum { Zek_MEstimate = 1811, Zek_Mallows = 1812, Zek_Schweppe = 1813 };
+enum { Zek_Huber = 1821, Zek_Hampel = 1822, Zek_Bisquare = 1823 };
+enum { Zek_SigmaFixed = 1831, Zek_SigmaMAD = 1832, Zek_SigmaProposal2 = 1833 };
+
+ZEK_API void g02hac(int regtype, int psifun, int sigma_est, int n, int m, const double x[], int tdx, const double y[],
+                    const double gw[], const double cpsi[], double dchi, double theta[], double *sigma, double cov[],
+                    double rs[], double wgt[], double tol, int max_iter, ZekFail *fail) ZEK_SYMBOL("g02hac");
+
+/* g02hkc: a robust location t[m] and scatter V (cov[m (m + 1)/2], packed by columns) of the n rows of
+ * x (tdx >= n), with the robust distances d[n], d_i^2 = (x_i - t)' V^-1 (x_i - t), and the GM weights
+ * gw[n] = min(1, (c / d_i)^2) for g02hac (c > 0, or c = 0 for the square root of the 0.95 point of
+ * chi-squared on m degrees of freedom).  The estimate starts from the coordinatewise medians and the
+ * squared MADs (the variance for a column whose MAD is 0), and iterates the weighted mean and scatter
+ * t = sum w_i x_i / sum w_i, V = sum w_i (x_i - t)(x_i - t)' / sum w_i with the redescending weights
+ * w_i = (1 - d_i^2/k^2)^2 for d_i < k and 0 beyond, k^2 the 0.999 point of chi-squared on m degrees of
+ * freedom; the start and each V are rescaled so that the median of d^2 is the median of chi-squared on
+ * m degrees of freedom (consistency at the normal).  The redescending weights give a cluster of
+ * outliers far from the start no weight at all, where monotone (Huber) weights let it mask itself.
+ * It stops when t and V change by at most tol relative to their largest elements (tol = 0: 1000 times
+ * the machine precision), at most max_iter steps.
+ * Exits: ZE_INT_ARG_LT ("m" 1, "max_iter" 1); ZE_2_INT_ARG_LE ("n" against "m"); ZE_2_INT_ARG_LT ("tdx"
+ * against "n"); ZE_REAL_ARG_LT ("c" 0.0, "tol" 0.0); ZE_REAL_ARRAY_CONS (x not finite); ZE_CONST_COL (a
+ * column of x is constant); ZE_VARCOV_MAT_SINGULAR (the scatter became singular: the rows lie in a
+ * hyperplane); ZE_WT_ITER_EXCEEDED (no convergence in max_iter steps; outputs hold the last iterate);
+ * ZE_ALLOC_FAIL. */
+ZEK_API void g02hkc(int n, int m, const double x[], int tdx, double c, double t[], double cov[], double d[],
+                    double gw[], double tol, int max_iter, ZekFail *fail) ZEK_SYMBOL("g02hkc");
+
 ZEK_END_DECLS
 
 #endif
