@@ -178,12 +178,12 @@ Outcome least_squares(bool easy, int m, int n, int lw_short = 0, int maxcal = 10
     const double xtol = 1e-10, stepmx = 10.0;
     std::vector<double> x(nn, 3.0), w(std::max(lw, 1)), fvec(mm), fjac(mm * nn), s(nn), v(nn * nn);
     double fsumsq = 0, ru = 0;
-    int ifail = 1, iu = 0, niter, nf, iw[1];
+    int ifail = 1, iu = 0, niter, nf, igrade, iw[1];
     if (easy) E04GYF(&m, &n, lsq, nullptr, x.data(), &fsumsq, w.data(), &lw, &iu, &ru, &ifail);
     else
-        E04GBF(&m, &n, lsq, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx, x.data(), &fsumsq,
-               fvec.data(), fjac.data(), &lj, s.data(), v.data(), &lv, &niter, &nf, iw, &liw, w.data(), &lw, &iu,
-               &ru, &ifail);
+        E04GBF(&m, &n, lsq, nullptr, nullptr, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx,
+               x.data(), &fsumsq, fvec.data(), fjac.data(), &lj, s.data(), v.data(), &lv, &niter, &nf, &igrade, iw,
+               &liw, w.data(), &lw, &iu, &ru, &ifail);
     return {ifail, fsumsq};
 }
 
@@ -205,10 +205,10 @@ Outcome newton_easy(bool user_term, bool give_term, int m, int n) {
     return {ifail, fsumsq};
 }
 
-Outcome covariance(int job, int m, int n, double fsumsq, double s1, int lv) {
+Outcome covariance(int job, int m, int n, double fsumsq, double s1, int lv, int lwork = 2) {
     double s[2] = {s1, s1}, v[4] = {1, 0, 0, 1}, cj[2], work[2];
     int ifail = 1;
-    E04YCF(&job, &m, &n, &fsumsq, s, v, &lv, cj, work, &ifail);
+    E04YCF(&job, &m, &n, &fsumsq, s, v, &lv, cj, work, &lwork, &ifail);
     return {ifail, cj[0]};
 }
 
@@ -240,6 +240,7 @@ TEST(HostileMinimisers, LeastSquaresRowsEndInTheirIfail) {
         {"E04YCF FSUMSQ < 0", 0, [] { return covariance(0, 3, 2, -1.0, 1.0, 2); }, 1, false},
         {"E04YCF FSUMSQ NaN", 0, [] { return covariance(0, 3, 2, kNaN, 1.0, 2); }, 1, false},
         {"E04YCF LV short", 0, [] { return covariance(-1, 3, 2, 1.0, 1.0, 1); }, 1, false},
+        {"E04YCF LWORK short", 0, [] { return covariance(-1, 3, 2, 1.0, 1.0, 2, 1); }, 1, false},
         {"E04YCF S NaN", 0, [] { return covariance(0, 3, 2, 1.0, kNaN, 2); }, 2, false},
         {"E04YCF S zero", 0, [] { return covariance(0, 3, 2, 1.0, 0.0, 2); }, 2, false},
     };
