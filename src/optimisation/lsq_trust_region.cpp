@@ -130,6 +130,7 @@ private:
     double *copy_, *svdw_, *g_, *p_, *xt_, *rt_, *d_, *h_;
     int stop_ = 0;
     bool augmented_ = false;
+    double last_shift_ = 0.0;  // the shift of the last step with the second-order term
 };
 
 double Solver::model(int i, int j) const {
@@ -378,6 +379,7 @@ double Solver::newton_step(double radius) {
                     php += p_[i] * t;
                     gp += g_[i] * p_[i];
                 }
+                last_shift_ = shift;
                 return -2.0 * gp - php;
             }
         }
@@ -404,6 +406,15 @@ int Solver::run() {
     const double eps = zek::precision();
     double radius = s_.stepmx;
     int result = kDone;
+    // A short step marks convergence where the point has settled: f nearly orthogonal to the range of
+    // J (|J'f| <= 1e-6 s_1 |f|, as at a minimum with residuals) or f far below its start (a
+    // zero-residual problem, whose f stays in that range).  Elsewhere it only says that J is large,
+    // as on a slope where the parameters run off to infinity and a tiny step still promises a real
+    // reduction.
+    const double f_start = f;
+    auto settled = [&](double gnorm) {
+        return gnorm <= 1e-6 * a_.s[0] * std::sqrt(f) || f <= std::sqrt(eps) * f_start;
+    };
     for (;;) {
         const int k = decompose();
         if (k == 0 && a_.s[0] != 0.0) return kSvdFailed;
@@ -461,7 +472,11 @@ int Solver::run() {
                 }
             }
             const double pnorm = norm2(n, p_), xnorm = norm2(n, a_.x);
-            if (pnorm <= s_.xtol * (1.0 + xnorm) || pred <= 4.0 * eps * f) {
+            // A step cut short by the radius (or by negative curvature) is small because the radius
+            // is: it marks convergence only where the Gauss-Newton step itself has settled, and
+            // otherwise the radius shrinks on until it is below the resolution of x.
+            const bool restricted = augmented() ? last_shift_ > 0.0 : shift > 0.0;
+            if ((pnorm <= s_.xtol * (1.0 + xnorm) && settled(gnorm)) || pred <= 4.0 * eps * f) {
                 if (f_.quasi_newton && augmented_) {
                     // The estimate, not the point, stopped the step: drop it and go on from
                     // Gauss-Newton.
@@ -470,8 +485,8 @@ int Solver::run() {
                     augmented_ = false;
                     continue;
                 }
-                converged = true;
-                break;
+                converged = !restricted || settled(gnorm);
+                if (converged || pnorm <= eps * (1.0 + xnorm)) break;
             }
             if (*a_.nf >= s_.maxcal) break;
             // rt_ holds b until here; the trial residuals go behind the trial point.

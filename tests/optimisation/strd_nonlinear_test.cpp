@@ -177,9 +177,11 @@ TEST(StrdNonlinear, CertifiedValuesFromBothStarts) {
         for (int st = 0; st < 2; ++st)
             for (Routine r : {kGB, kGD, kFC}) {
                 // Left out, as open defects of the unscaled trust region: from MGH10's first start
-                // (b1 = 2, b2 = 4e5, b3 = 2.5e4) every routine follows b1 towards 0 with b2, b3 growing
-                // and stops there, and from Rat43's first start E04GDF stops at a point where the
-                // Jacobian loses rank (f = 1.08e6).
+                // (b1 = 2, b2 = 4e5, b3 = 2.5e4) every routine follows b1 towards 0 with b2 and b3
+                // growing, into a flat region where |J'f| is at rounding level against |J||f| (f near
+                // 1.4e9), and E04GBF and E04FCF stop there with IFAIL 0 (E04GDF with IFAIL 2); from
+                // Rat43's first start E04GDF stops with IFAIL 0 at a point where the Jacobian loses
+                // rank (f = 1.08e6).
                 const std::string name = p.file;
                 if ((name == "mgh10" && st == 0) || (name == "rat43" && st == 0 && r == kGD)) continue;
                 SCOPED_TRACE(name + " start " + std::to_string(st + 1) + " " + kNames[r]);
