@@ -16,64 +16,43 @@ namespace {
 // Model value at x and its derivatives with respect to b (D, one per parameter).
 using Model = double (*)(const double *b, double x, double *d);
 
+// Each sets D and returns the value.
 double exponential(const double *b, double x, double *d) {  // Misra1a, BoxBOD
     const double e = std::exp(-b[1] * x);
-    d[0] = 1.0 - e;
-    d[1] = b[0] * x * e;
-    return b[0] * (1.0 - e);
+    return (d[0] = 1.0 - e, d[1] = b[0] * x * e, b[0] * (1.0 - e));
 }
 double misra1b(const double *b, double x, double *d) {
     const double u = 1.0 + b[1] * x / 2.0;
-    d[0] = 1.0 - 1.0 / (u * u);
-    d[1] = b[0] * x / (u * u * u);
-    return b[0] * d[0];
+    return (d[0] = 1.0 - 1.0 / (u * u), d[1] = b[0] * x / (u * u * u), b[0] * d[0]);
 }
 double misra1c(const double *b, double x, double *d) {
     const double u = 1.0 + 2.0 * b[1] * x, r = 1.0 / std::sqrt(u);
-    d[0] = 1.0 - r;
-    d[1] = b[0] * x * r / u;
-    return b[0] * d[0];
+    return (d[0] = 1.0 - r, d[1] = b[0] * x * r / u, b[0] * d[0]);
 }
 double misra1d(const double *b, double x, double *d) {
     const double u = 1.0 + b[1] * x;
-    d[0] = b[1] * x / u;
-    d[1] = b[0] * x / (u * u);
-    return b[0] * d[0];
+    return (d[0] = b[1] * x / u, d[1] = b[0] * x / (u * u), b[0] * d[0]);
 }
 double danwood(const double *b, double x, double *d) {
     const double p = std::pow(x, b[1]);
-    d[0] = p;
-    d[1] = b[0] * p * std::log(x);
-    return b[0] * p;
+    return (d[0] = p, d[1] = b[0] * p * std::log(x), b[0] * p);
 }
 double mgh09(const double *b, double x, double *d) {
     const double num = x * x + b[1] * x, den = x * x + b[2] * x + b[3];
-    d[0] = num / den;
-    d[1] = b[0] * x / den;
-    d[2] = -b[0] * num * x / (den * den);
-    d[3] = -b[0] * num / (den * den);
+    d[0] = num / den, d[1] = b[0] * x / den, d[2] = -b[0] * num * x / (den * den), d[3] = -b[0] * num / (den * den);
     return b[0] * num / den;
 }
 double mgh10(const double *b, double x, double *d) {
     const double e = std::exp(b[1] / (x + b[2]));
-    d[0] = e;
-    d[1] = b[0] * e / (x + b[2]);
-    d[2] = -b[0] * e * b[1] / ((x + b[2]) * (x + b[2]));
-    return b[0] * e;
+    return (d[0] = e, d[1] = b[0] * e / (x + b[2]), d[2] = -d[1] * b[1] / (x + b[2]), b[0] * e);
 }
 double rat42(const double *b, double x, double *d) {
     const double e = std::exp(b[1] - b[2] * x), u = 1.0 + e;
-    d[0] = 1.0 / u;
-    d[1] = -b[0] * e / (u * u);
-    d[2] = b[0] * x * e / (u * u);
-    return b[0] / u;
+    return (d[0] = 1.0 / u, d[1] = -b[0] * e / (u * u), d[2] = -x * d[1], b[0] / u);
 }
 double rat43(const double *b, double x, double *d) {
     const double e = std::exp(b[1] - b[2] * x), u = 1.0 + e, p = std::pow(u, -1.0 / b[3]);
-    d[0] = p;
-    d[1] = -b[0] * p * e / (b[3] * u);
-    d[2] = b[0] * p * x * e / (b[3] * u);
-    d[3] = b[0] * p * std::log(u) / (b[3] * b[3]);
+    d[0] = p, d[1] = -b[0] * p * e / (b[3] * u), d[2] = -x * d[1], d[3] = b[0] * p * std::log(u) / (b[3] * b[3]);
     return b[0] * p;
 }
 
@@ -135,7 +114,7 @@ enum Routine { kGB, kGD, kFC };
 const char *const kNames[] = {"E04GBF", "E04GDF", "E04FCF"};
 
 struct Result {
-    int ifail, nf;
+    int ifail;
     double least_digits;  // over the parameters and the sum of squares
 };
 
@@ -161,7 +140,7 @@ Result fit(const Problem &p, const std::vector<double> &start, Routine r) {
                w.data(), &lw, &iuser, &ruser, &ifail);
     double least = digits(fsumsq, p.sumsq);
     for (int k = 0; k < n; ++k) least = std::min(least, digits(b[k], p.certified[k]));
-    return {ifail, nf, least};
+    return {ifail, least};
 }
 
 TEST(StrdNonlinear, CertifiedValuesFromBothStarts) {
