@@ -118,6 +118,12 @@ private:
     bool carries_second_order() const { return !f_.quasi_newton && (f_.hes != nullptr || f_.second_differences); }
     // The step of this iteration solves with J'J + S (otherwise the Gauss-Newton step on the SVD).
     bool augmented() const { return carries_second_order() || (f_.quasi_newton && augmented_); }
+    // Back to Gauss-Newton with the estimate at zero.
+    void drop_estimate() {
+        const std::ptrdiff_t nn = a_.n;
+        for (std::ptrdiff_t i = 0; i < nn * nn; ++i) h_[i] = 0.0;
+        augmented_ = false;
+    }
     // Element (i, j) of the model's Hessian.
     double model(int i, int j) const;
     // The estimate's start at x: the user's term, or zero.  False when the user stopped.
@@ -158,10 +164,7 @@ bool Solver::start_estimate() {
     }
     for (int i = 0; i < n; ++i)
         for (int j = 0; j <= i; ++j) h_[i + j * nn] = h_[j + i * nn] = copy_[static_cast<std::ptrdiff_t>(i) * (i + 1) / 2 + j];
-    if (!all_finite(nn * nn, h_)) {
-        for (std::ptrdiff_t i = 0; i < nn * nn; ++i) h_[i] = 0.0;
-        augmented_ = false;
-    }
+    if (!all_finite(nn * nn, h_)) drop_estimate();
     return true;
 }
 
@@ -209,10 +212,7 @@ bool Solver::update_estimate(double f_old, double f_new) {
     for (int i = 0; i < n; ++i)
         for (int j = 0; j < n; ++j)
             h_[i + j * nn] += (rt_[i] * g_[j] + g_[i] * rt_[j]) / ys - zp * g_[i] * g_[j] / (ys * ys);
-    if (!all_finite(nn * nn, h_)) {
-        for (std::ptrdiff_t i = 0; i < nn * nn; ++i) h_[i] = 0.0;
-        augmented_ = false;
-    }
+    if (!all_finite(nn * nn, h_)) drop_estimate();
     return true;
 }
 
@@ -442,6 +442,10 @@ int Solver::run() {
             double pred = 0.0;
             if (augmented()) {
                 pred = newton_step(radius);
+                if (pred < 0.0 && f_.quasi_newton) {
+                    drop_estimate();  // no shift makes the augmented model convex: Gauss-Newton
+                    continue;
+                }
                 if (pred < 0.0) break;
             } else if (step_norm(0.0, k) > radius) {
                 for (int it = 0; it < 50; ++it) {
@@ -478,11 +482,7 @@ int Solver::run() {
             const bool restricted = augmented() ? last_shift_ > 0.0 : shift > 0.0;
             if ((pnorm <= s_.xtol * (1.0 + xnorm) && settled(gnorm)) || pred <= 4.0 * eps * f) {
                 if (f_.quasi_newton && augmented_) {
-                    // The estimate, not the point, stopped the step: drop it and go on from
-                    // Gauss-Newton.
-                    const std::ptrdiff_t nn = n;
-                    for (std::ptrdiff_t i = 0; i < nn * nn; ++i) h_[i] = 0.0;
-                    augmented_ = false;
+                    drop_estimate();  // the estimate, not the point, stopped the step
                     continue;
                 }
                 converged = !restricted || settled(gnorm);
