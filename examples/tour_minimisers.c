@@ -66,7 +66,7 @@ typedef void (ZEK_CALLBACK *lsqfun)(int *, const int *, const int *, const doubl
 typedef void (ZEK_CALLBACK *gyf_fn)(const int *, const int *, lsqfun, void *, double *, double *, double *, const int *, int *,
                        double *, int *);
 typedef void (ZEK_CALLBACK *ycf_fn)(const int *, const int *, const int *, const double *, const double *, double *, const int *,
-                       double *, double *, int *);
+                       double *, double *, const int *, int *);
 
 static const double fit_x[] = {77.6, 114.9, 141.1, 190.8, 239.9, 289.0, 332.8, 378.4, 434.8, 477.3, 536.8, 593.1, 689.1, 760.0};
 static const double fit_y[] = {10.07, 14.73, 17.94, 23.93, 29.61, 35.18, 40.02, 44.82, 50.76, 55.05, 61.01, 66.40, 75.47, 81.78};
@@ -99,6 +99,6 @@ void tour_curve_fit(void) {
     printf("IFAIL = %d, b1 = %.10g, b2 = %.10g, sum of squares = %.10g\n", ifail, b[0], b[1], fsumsq);
     /* W holds FVEC (M), FJAC (M*N), S (N), V (N*N) */
     ifail = 1;
-    e04ycf(&job, &m, &n, &fsumsq, w + M + M * N, w + M + M * N + N, &lv, cj, work, &ifail);
+    e04ycf(&job, &m, &n, &fsumsq, w + M + M * N, w + M + M * N + N, &lv, cj, work, &n, &ifail);
     printf("IFAIL = %d, standard deviations %.6g and %.6g\n", ifail, sqrt(cj[0]), sqrt(cj[1]));
 }

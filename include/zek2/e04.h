@@ -384,7 +384,7 @@ ZEK_API void E04KZ_CORE(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound
                         const int *maxcal, const double *eta, const double *xtol, const double *stepmx,
                         const double *delta, int *iuser, double *ruser, int *niter, int *nf, int *inform)
     ZEK_SYMBOL("q81515");
-/* The same core as E04KZ_CORE under the comprehensive E04KDF. */
+/* The same core as E04KZ_CORE (one body under both symbols), under the comprehensive E04KDF. */
 ZEK_API void E04KD_CORE(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, ZekE04BoundMonit monit,
                         ZekE04AdaptBoundMonit madapt, const int *iprint, const double *bl, const double *bu,
                         double *x, double *f, double *g, int *istate, double *hdiag, double *hlower, double *w,
@@ -420,11 +420,12 @@ ZEK_API void E04JYZ(const int *n, ZekE04BoundFunct1 funct1, ZekE04AdaptBound1 ad
  * values S (N, descending) and right singular vectors V (LV >= N by N, as columns) of the Jacobian at the
  * solution; K counts the values above 10*EPS*S(1) and SIGMA2 = FSUMSQ/(M-K), 0 when K = M.  JOB -1:
  * V is overwritten with the whole matrix; JOB 0: CJ (N) receives its diagonal (the variances); JOB j,
- * 1 <= j <= N: CJ receives its column j.  WORK (N).
- * IFAIL: 1 N < 1, M < N, JOB outside -1..N, FSUMSQ < 0, or LV < N; 2 no value accepted (all zero);
- * 3 only K < N values accepted: the result is formed on the accepted directions. */
+ * 1 <= j <= N: CJ receives its column j.  WORK (LWORK >= N).
+ * Arguments, in order: JOB, M, N, FSUMSQ, S, V, LV, CJ, WORK, LWORK, IFAIL.
+ * IFAIL: 1 N < 1, M < N, JOB outside -1..N, FSUMSQ < 0, LV < N or LWORK < N; 2 no value accepted (all
+ * zero); 3 only K < N values accepted: the result is formed on the accepted directions. */
 ZEK_API void E04YCF(const int *job, const int *m, const int *n, const double *fsumsq, const double *s, double *v,
-                    const int *lv, double *cj, double *work, int *ifail) ZEK_SYMBOL("q39421");
+                    const int *lv, double *cj, double *work, const int *lwork, int *ifail) ZEK_SYMBOL("q39421");
 
 /* Residuals of a least-squares problem: FVEC (M) at XC (N); IFLAG on entry 0 (residuals only) or 2
  * (residuals and Jacobian FJAC (LJ, N), FJAC(i,j) = d f_i / d x_j); a negative IFLAG on return stops. */
@@ -453,45 +454,6 @@ ZEK_API void E04_ADAPT_LSQ_MON(ZekE04LsqMon f, int m, int n, const double *xc, c
                                const double *fjac, int lj, const double *s, int igrade, int niter, int nf,
                                int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_LSQ_MON");
 
-/* Minimum of the sum of squares of M residuals in N variables, M >= N: trust-region steps between
- * Gauss-Newton and steepest descent, computed from the SVD of the Jacobian (the step for a shift L is
- * -sum s_i (u_i'f)/(s_i^2 + L) v_i over the singular values above 10 EPS s_1).  E04FCF differences the
- * residuals for the Jacobian (forward, interval sqrt(EPS)(1+|x_j|)); E04GBF takes it from LSQFUN.
- *   LSQMON (may be null) is called every IPRINT iterations (never when IPRINT <= 0) and at the end
- *   (when IPRINT >= 0).  MAXCAL: most calls of LSQFUN (a Jacobian by differences counts N+... calls
- *   of its own).  ETA (0 <= ETA < 1) is checked and kept for the interface: the trust region has no
- *   line search for it to tune.  XTOL (>= 0): the run ends when a step is below XTOL (1 + |x|).
- *   STEPMX (>= XTOL): the largest step, and the first trust radius.  X (N): start and solution.
- *   FSUMSQ, FVEC (M), FJAC (LJ >= M, N): the sum of squares, residuals and Jacobian at X.  S (N), V
- *   (LV >= N, N): singular values and right singular vectors (as columns) of FJAC, for E04YCF.
- *   NITER, NF: iterations and calls of LSQFUN.  IW (LIW) is not used.  W (LW): at least
- *   6N + MN + 2M + N(N-1)/2 (E04FCF), 7N + MN + 2M + N*N (E04GBF); 7 + 3M and 9 + 3M when N = 1.
- * IFAIL: 1 bad arguments (each with its message); 2 MAXCAL calls made; 3 no lower point could be found
- * although the gradient is not small; 4 the SVD failed; 5 the residuals (or Jacobian) are not finite
- * at the start; negative: the user's IFLAG. */
-ZEK_API void E04FCF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt,
-                    ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal,
-                    const double *eta, const double *xtol, const double *stepmx, double *x, double *fsumsq,
-                    double *fvec, double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter,
-                    int *nf, int *iw, const int *liw, double *w, const int *lw, int *iuser, double *ruser,
-                    int *ifail) ZEK_SYMBOL("q97527");
-ZEK_API void E04GBF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqMon lsqmon,
-                    ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal, const double *eta,
-                    const double *xtol, const double *stepmx, double *x, double *fsumsq, double *fvec,
-                    double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf, int *iw,
-                    const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
-    ZEK_SYMBOL("q44667");
-/* The easy forms: MAXCAL 400N (E04FYF) or 100N (E04GYF), XTOL 10 sqrt(EPS), STEPMX 1e5 (1 + |x|).  On
- * exit W holds FVEC (M), FJAC (M by N), S (N) and V (N by N) at X, in that order.  W (LW): at least
- * 7N + N*N + 2MN + 2M + N(N-1)/2 (E04FYF), 8N + 2N*N + 2MN + 3M (E04GYF); 9 + 5M and 11 + 5M when
- * N = 1.  IFAIL as the comprehensive forms. */
-ZEK_API void E04FYF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt, double *x,
-                    double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
-    ZEK_SYMBOL("q61699");
-ZEK_API void E04GYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, double *x,
-                    double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
-    ZEK_SYMBOL("q74490");
-
 /* The second-order term of the Hessian of (1/2) sum f_i^2, sum f_i(x) f_i''(x), at XC with the residuals
  * FVEC given: B (LB = N(N+1)/2) its lower triangle by rows (element (i,j), i >= j, at i(i-1)/2 + j).
  * A negative IFLAG stops. */
@@ -501,22 +463,76 @@ typedef void (ZEK_CALLBACK *ZekE04AdaptLsqHes)(ZekE04LsqHes f, int *iflag, int m
                                               const double *xc, double *b, int lb, int *iuser, double *ruser);
 ZEK_API void E04_ADAPT_LSQ_HES(ZekE04LsqHes f, int *iflag, int m, int n, const double *fvec, const double *xc,
                                double *b, int lb, int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_LSQ_HES");
-/* Modified Newton forms: the model's Hessian J'J + sum f_i f_i'' is carried, by differences of J'f
- * (E04GDF, E04GZF: N more Jacobians per iteration) or from LSQHES (E04HEF, E04HYF), and the trust-region
- * step solves (H + L I) p = -J'f with the least L >= 0 that Cholesky accepts and the radius admits.
- * Arguments, workspace and IFAIL as E04GBF (comprehensive) and E04GYF (easy); LSQHES null is IFAIL 1. */
+
+/* Minimum of the sum of squares of M residuals in N variables, M >= N, by trust-region steps.  The
+ * model's Hessian is J'J + S, S standing for the second-order term sum f_i f_i'':
+ *   E04FCF  S = 0 (Gauss-Newton), the Jacobian by forward differences of the residuals (interval
+ *           sqrt(EPS)(1+|x_j|)); the step for a shift L is -sum s_i (u_i'f)/(s_i^2 + L) v_i over the
+ *           singular values above 10 EPS s_1.
+ *   E04GBF  S a quasi-Newton estimate, updated after every step by the secant condition
+ *           S s = (J_new - J_old)' f_new (sized down when it overstates the curvature along s); each
+ *           iteration takes the model, Gauss-Newton or J'J + S, whose prediction of the last
+ *           reduction was the closer.  LSQHES (may be null) gives the estimate's start at X; null
+ *           starts it at zero, and the first step is Gauss-Newton.
+ *   E04GDF  S by differences of J'f (N more Jacobians an iteration);
+ *   E04HEF  S from the user's LSQHES every iteration.
+ * With S carried the step solves (J'J + S + L I) p = -J'f with the least L >= 0 that Cholesky accepts
+ * and the radius admits.  Arguments, in order:
+ *   E04FCF (29): M, N, LSQFUN, its adaptor, LSQMON, its adaptor, IPRINT, MAXCAL, ETA, XTOL, STEPMX, X,
+ *                FSUMSQ, FVEC, FJAC, LJ, S, V, LV, NITER, NF, IGRADE, IW, LIW, W, LW, IUSER, RUSER, IFAIL
+ *   E04GDF (29): the same, LSQFUN giving the Jacobian
+ *   E04GBF, E04HEF (31): M, N, LSQFUN, its adaptor, LSQHES, its adaptor, and then as E04GDF from LSQMON
+ * where
+ *   LSQMON (may be null) is called every IPRINT iterations (never when IPRINT <= 0) and at the end
+ *   (when IPRINT >= 0).  MAXCAL: most calls of LSQFUN (a Jacobian by differences counts N calls of its
+ *   own).  ETA (0 <= ETA < 1) is checked and kept for the interface: the trust region has no line
+ *   search for it to tune.  XTOL (>= 0): the run ends when a step is below XTOL (1 + |x|).  STEPMX
+ *   (>= XTOL): the largest step, and the first trust radius.  X (N): start and solution.  FSUMSQ,
+ *   FVEC (M), FJAC (LJ >= M, N): the sum of squares, residuals and Jacobian at X.  S (N), V (LV >= N,
+ *   N): singular values and right singular vectors (as columns) of FJAC, for E04YCF.  NITER, NF:
+ *   iterations and calls of LSQFUN.  IGRADE: the grade of FJAC at X, the count of its singular values
+ *   above 10 EPS s_1 (the rank E04YCF will use).  IW (LIW) is not used.  W (LW): at least
+ *   6N + MN + 2M + N(N-1)/2 (E04FCF), 7N + MN + 2M + N*N (the others); 7 + 3M and 9 + 3M when N = 1.
+ *   E04GBF leaves its estimate S (N by N) in W from W(MN + M + 8N - 3) on (W(2M + 6) when N = 1).
+ * IFAIL: 1 bad arguments (each with its message; LSQHES null for E04HEF); 2 MAXCAL calls made; 3 no
+ * lower point could be found although the gradient is not small; 4 the SVD failed; 5 the residuals (or
+ * Jacobian) are not finite at the start; negative: the user's IFLAG. */
+ZEK_API void E04FCF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt,
+                    ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal,
+                    const double *eta, const double *xtol, const double *stepmx, double *x, double *fsumsq,
+                    double *fvec, double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter,
+                    int *nf, int *igrade, int *iw, const int *liw, double *w, const int *lw, int *iuser,
+                    double *ruser, int *ifail) ZEK_SYMBOL("q97527");
+ZEK_API void E04GBF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
+                    ZekE04AdaptLsqHes hadapt, ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint,
+                    const int *maxcal, const double *eta, const double *xtol, const double *stepmx, double *x,
+                    double *fsumsq, double *fvec, double *fjac, const int *lj, double *s, double *v, const int *lv,
+                    int *niter, int *nf, int *igrade, int *iw, const int *liw, double *w, const int *lw,
+                    int *iuser, double *ruser, int *ifail) ZEK_SYMBOL("q44667");
 ZEK_API void E04GDF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqMon lsqmon,
                     ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal, const double *eta,
                     const double *xtol, const double *stepmx, double *x, double *fsumsq, double *fvec,
-                    double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf, int *iw,
-                    const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
-    ZEK_SYMBOL("q34491");
+                    double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf,
+                    int *igrade, int *iw, const int *liw, double *w, const int *lw, int *iuser, double *ruser,
+                    int *ifail) ZEK_SYMBOL("q34491");
 ZEK_API void E04HEF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
                     ZekE04AdaptLsqHes hadapt, ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint,
                     const int *maxcal, const double *eta, const double *xtol, const double *stepmx, double *x,
                     double *fsumsq, double *fvec, double *fjac, const int *lj, double *s, double *v, const int *lv,
-                    int *niter, int *nf, int *iw, const int *liw, double *w, const int *lw, int *iuser,
-                    double *ruser, int *ifail) ZEK_SYMBOL("q57179");
+                    int *niter, int *nf, int *igrade, int *iw, const int *liw, double *w, const int *lw,
+                    int *iuser, double *ruser, int *ifail) ZEK_SYMBOL("q57179");
+/* The easy forms, one method each: E04FYF as E04FCF, E04GYF as E04GBF (the estimate starting at zero),
+ * E04GZF as E04GDF, E04HYF as E04HEF (LSQHES null is IFAIL 1).  MAXCAL 400N (E04FYF), 100N (E04GYF,
+ * E04HYF) or 50N(N+1) (E04GZF), XTOL 10 sqrt(EPS), STEPMX 1e5 (1 + |x|).  On exit W holds FVEC (M),
+ * FJAC (M by N), S (N) and V (N by N) at X, in that order.  W (LW): at least
+ * 7N + N*N + 2MN + 2M + N(N-1)/2 (E04FYF), 8N + 2N*N + 2MN + 3M (the others); 9 + 5M and 11 + 5M when
+ * N = 1.  IFAIL as the comprehensive forms. */
+ZEK_API void E04FYF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt, double *x,
+                    double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q61699");
+ZEK_API void E04GYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, double *x,
+                    double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
+    ZEK_SYMBOL("q74490");
 ZEK_API void E04GZF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, double *x,
                     double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail)
     ZEK_SYMBOL("q21132");

@@ -71,6 +71,59 @@ struct Problem {
 
 std::ptrdiff_t scratch_length(Method method, int n);
 
+// The user's functions, the library's adaptors standing in for null ones.
+inline User values_user(ZekE04BoundFunct1 f, ZekE04AdaptBound1 a, int *iuser, double *ruser) {
+    User u;
+    u.funct1 = f;
+    u.adapt1 = a != nullptr ? a : E04_ADAPT_BOUND1;
+    u.iuser = iuser;
+    u.ruser = ruser;
+    return u;
+}
+inline User gradient_user(ZekE04BoundFunct2 f, ZekE04AdaptBound2 a, ZekE04BoundHess2 h, ZekE04AdaptHess2 ha,
+                          ZekE04BoundMonit m, ZekE04AdaptBoundMonit ma, int *iuser, double *ruser) {
+    User u;
+    u.funct2 = f;
+    u.adapt2 = a != nullptr ? a : E04_ADAPT_BOUND2;
+    u.hess = h;
+    u.hadapt = ha != nullptr ? ha : E04_ADAPT_HESS2;
+    u.monit = m;
+    u.madapt = ma != nullptr ? ma : E04_ADAPT_BOUND_MONIT;
+    u.iuser = iuser;
+    u.ruser = ruser;
+    return u;
+}
+
+// The caller's arrays as a problem: the estimate in HDIAG and HLOWER, W the scratch.
+inline Problem arrays(Method method, int n, const double *bl, const double *bu, double *x, double *f, double *g,
+                      int *istate, double *hdiag, double *hlower, double *w) {
+    Problem p;
+    p.n = n;
+    p.method = method;
+    p.bl = bl;
+    p.bu = bu;
+    p.x = x;
+    p.f = f;
+    p.g = g;
+    p.istate = istate;
+    p.hdiag = hdiag;
+    p.hlower = hlower;
+    p.w = w;
+    return p;
+}
+
+// The settings that the cores and the comprehensive drivers take as arguments.
+inline Settings given(int maxcal, int iprint, double eta, double xtol, double stepmx, double delta) {
+    Settings s;
+    s.maxcal = maxcal;
+    s.iprint = iprint;
+    s.eta = eta;
+    s.xtol = xtol;
+    s.stepmx = stepmx;
+    s.delta = delta;
+    return s;
+}
+
 // Runs the method from X (moved into the bounds first).  Returns an Inform value, or the user's
 // negative IFLAG.
 int minimise(Problem &p, const User &u, const Settings &s);

@@ -11,6 +11,7 @@
 
 namespace {
 
+using zek::bound::gradient_user;
 using zek::bound::lower_cells;
 using zek::bound::Method;
 
@@ -88,18 +89,9 @@ void easy(EasyCall c, int *ifail) {
         return;
     }
     const double eps = zek::precision();
-    zek::bound::Problem p;
-    p.n = n;
-    p.method = c.method;
-    p.bl = c.bl;
-    p.bu = c.bu;
-    p.x = c.x;
-    p.f = c.f;
-    p.hdiag = c.w;
-    p.hlower = c.w + nn;
-    p.g = c.g != nullptr ? c.g : c.w + nn + l;
-    p.w = p.g == c.g ? c.w + nn + l : c.w + 2 * nn + l;
-    p.istate = c.iw;
+    double *g = c.g != nullptr ? c.g : c.w + nn + l;
+    zek::bound::Problem p = zek::bound::arrays(c.method, n, c.bl, c.bu, c.x, c.f, g, c.iw, c.w, c.w + nn,
+                                               g == c.g ? c.w + nn + l : c.w + 2 * nn + l);
     zek::bound::Settings s;
     switch (c.method) {
     case Method::QuasiNewtonValues: s.maxcal = 400 * n, s.eta = n == 1 ? 0.0 : 0.5; break;
@@ -150,25 +142,9 @@ void comprehensive(FullCall c, int *ifail) {
         finish(c.name, ifail, 1);
         return;
     }
-    zek::bound::Problem p;
-    p.n = n;
-    p.method = c.method;
-    p.bl = c.bl;
-    p.bu = c.bu;
-    p.x = c.x;
-    p.f = c.f;
-    p.g = c.g;
-    p.hdiag = c.hesd;
-    p.hlower = c.hesl;
-    p.w = c.w;
-    p.istate = c.istate;
-    zek::bound::Settings s;
-    s.maxcal = c.maxcal;
-    s.iprint = c.iprint;
-    s.eta = c.eta;
-    s.xtol = c.xtol;
-    s.stepmx = c.stepmx;
-    s.delta = c.delta;
+    zek::bound::Problem p =
+        zek::bound::arrays(c.method, n, c.bl, c.bu, c.x, c.f, c.g, c.istate, c.hesd, c.hesl, c.w);
+    zek::bound::Settings s = zek::bound::given(c.maxcal, c.iprint, c.eta, c.xtol, c.stepmx, c.delta);
     s.have_fest = c.method != zek::bound::Method::Newton;
     s.fest = c.fest;
     int code = c.icheck != 0 ? start_checks(p, c.user, c.method == Method::Newton) : 0;
@@ -181,27 +157,17 @@ void comprehensive(FullCall c, int *ifail) {
     finish(c.name, ifail, code);
 }
 
-zek::bound::User user1(ZekE04BoundFunct1 f, ZekE04AdaptBound1 a, int *iuser, double *ruser) {
-    zek::bound::User u;
-    u.funct1 = f;
-    u.adapt1 = a != nullptr ? a : E04_ADAPT_BOUND1;
-    u.iuser = iuser;
-    u.ruser = ruser;
-    return u;
-}
-
-zek::bound::User user2(ZekE04BoundFunct2 f, ZekE04AdaptBound2 a, ZekE04BoundHess2 h, ZekE04AdaptHess2 ha,
-                       ZekE04BoundMonit m, ZekE04AdaptBoundMonit ma, int *iuser, double *ruser) {
-    zek::bound::User u;
-    u.funct2 = f;
-    u.adapt2 = a != nullptr ? a : E04_ADAPT_BOUND2;
-    u.hess = h;
-    u.hadapt = ha != nullptr ? ha : E04_ADAPT_HESS2;
-    u.monit = m;
-    u.madapt = ma != nullptr ? ma : E04_ADAPT_BOUND_MONIT;
-    u.iuser = iuser;
-    u.ruser = ruser;
-    return u;
+// E04KYF and E04KZF: the same arguments, another method.
+void easy_with_gradient(const char *name, Method method, const int *n, const int *ibound, ZekE04BoundFunct2 funct2,
+                        ZekE04AdaptBound2 adapt, double *bl, double *bu, double *x, double *f, double *g, int *iw,
+                        const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
+    if (funct2 == nullptr) {
+        finish(name, ifail, 1);
+        return;
+    }
+    easy({name, method, *n, *ibound, bl, bu, x, f, g, iw, *liw, w, *lw,
+          gradient_user(funct2, adapt, nullptr, nullptr, nullptr, nullptr, iuser, ruser)},
+         ifail);
 }
 
 } // namespace
@@ -214,32 +180,22 @@ extern "C" void E04JYF(const int *n, const int *ibound, ZekE04BoundFunct1 funct1
         return;
     }
     easy({"E04JYF", Method::QuasiNewtonValues, *n, *ibound, bl, bu, x, f, nullptr, iw, *liw, w, *lw,
-          user1(funct1, adapt, iuser, ruser)},
+          zek::bound::values_user(funct1, adapt, iuser, ruser)},
          ifail);
 }
 
 extern "C" void E04KYF(const int *n, const int *ibound, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, double *bl,
                        double *bu, double *x, double *f, double *g, int *iw, const int *liw, double *w, const int *lw,
                        int *iuser, double *ruser, int *ifail) {
-    if (funct2 == nullptr) {
-        finish("E04KYF", ifail, 1);
-        return;
-    }
-    easy({"E04KYF", Method::QuasiNewton, *n, *ibound, bl, bu, x, f, g, iw, *liw, w, *lw,
-          user2(funct2, adapt, nullptr, nullptr, nullptr, nullptr, iuser, ruser)},
-         ifail);
+    easy_with_gradient("E04KYF", Method::QuasiNewton, n, ibound, funct2, adapt, bl, bu, x, f, g, iw, liw, w, lw, iuser,
+                       ruser, ifail);
 }
 
 extern "C" void E04KZF(const int *n, const int *ibound, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt, double *bl,
                        double *bu, double *x, double *f, double *g, int *iw, const int *liw, double *w, const int *lw,
                        int *iuser, double *ruser, int *ifail) {
-    if (funct2 == nullptr) {
-        finish("E04KZF", ifail, 1);
-        return;
-    }
-    easy({"E04KZF", Method::NewtonDifferences, *n, *ibound, bl, bu, x, f, g, iw, *liw, w, *lw,
-          user2(funct2, adapt, nullptr, nullptr, nullptr, nullptr, iuser, ruser)},
-         ifail);
+    easy_with_gradient("E04KZF", Method::NewtonDifferences, n, ibound, funct2, adapt, bl, bu, x, f, g, iw, liw, w, lw,
+                       iuser, ruser, ifail);
 }
 
 extern "C" void E04LYF(const int *n, const int *ibound, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2 adapt,
@@ -251,7 +207,7 @@ extern "C" void E04LYF(const int *n, const int *ibound, ZekE04BoundFunct2 funct2
         return;
     }
     easy({"E04LYF", Method::Newton, *n, *ibound, bl, bu, x, f, g, iw, *liw, w, *lw,
-          user2(funct2, adapt, hess2, hadapt, nullptr, nullptr, iuser, ruser)},
+          gradient_user(funct2, adapt, hess2, hadapt, nullptr, nullptr, iuser, ruser)},
          ifail);
 }
 
@@ -268,7 +224,7 @@ extern "C" void E04KDF(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2
     }
     comprehensive({"E04KDF", Method::NewtonDifferences, *n, *iprint, *maxcal, *eta, *xtol, *delta, *stepmx, *fest,
                    *ibound, bl, bu, x, hesl, *lh, hesd, istate, f, g, niter, nf, *icheck, *liw, w, *lw,
-                   user2(funct2, adapt, nullptr, nullptr, monit, madapt, iuser, ruser)},
+                   gradient_user(funct2, adapt, nullptr, nullptr, monit, madapt, iuser, ruser)},
                   ifail);
 }
 
@@ -286,6 +242,6 @@ extern "C" void E04LBF(const int *n, ZekE04BoundFunct2 funct2, ZekE04AdaptBound2
     }
     comprehensive({"E04LBF", Method::Newton, *n, *iprint, *maxcal, *eta, *xtol, 0.0, *stepmx, 0.0, *ibound, bl, bu, x,
                    hesl, *lh, hesd, istate, f, g, niter, nf, *icheck, *liw, w, *lw,
-                   user2(funct2, adapt, hess2, hadapt, monit, madapt, iuser, ruser)},
+                   gradient_user(funct2, adapt, hess2, hadapt, monit, madapt, iuser, ruser)},
                   ifail);
 }

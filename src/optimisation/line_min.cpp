@@ -39,6 +39,59 @@ struct Point {
     double x = 0.0, rank = HUGE_VAL, f = 0.0, g = 0.0;
 };
 
+// What both searches keep: the bracket [a, b] around the best point x, the two points w and v met
+// before it, the tolerance t at x, the calls made and the outcome.
+struct Bracket {
+    double a, b;
+    Tolerances tol;
+    int limit;
+    Point x{}, w{}, v{};
+    double t = 0.0, t2 = 0.0;
+    int calls = 0, code = 0;
+
+    double middle() const { return 0.5 * (a + b); }
+    // The test at the head of each cycle: x within 2t - (b-a)/2 of the middle, so that both ends are
+    // within 2t of it; or the calls spent (IFAIL 2).
+    bool stop() {
+        t = tol.rel * std::fabs(x.x) + tol.abs;
+        t2 = 2.0 * t;
+        if (std::fabs(x.x - middle()) <= t2 - 0.5 * (b - a)) return true;
+        if (calls < limit) return false;
+        code = 2;
+        return true;
+    }
+    // x + D, the step at least t long.
+    double trial(double d) const { return x.x + (std::fabs(d) >= t ? d : (d > 0.0 ? t : -t)); }
+    // U becomes the best point (the old one an end of the bracket), or an end itself.  RANKED keeps
+    // as w and v the two best points met besides x; otherwise the two latest.
+    void take(const Point &u, bool ranked) {
+        if (u.rank <= x.rank) {
+            (u.x < x.x ? b : a) = x.x;
+            v = w;
+            w = x;
+            x = u;
+            return;
+        }
+        (u.x < x.x ? a : b) = u.x;
+        if (!ranked || u.rank <= w.rank || w.x == x.x) {
+            v = w;
+            w = u;
+        } else if (u.rank <= v.rank || v.x == x.x || v.x == w.x) {
+            v = u;
+        }
+    }
+    // The results into the caller's arguments; IFAIL 3 when no finite value was met.
+    void report(const char *name, double *a_, double *b_, double *x_, double *f_, int *maxcal, int *ifail) {
+        *a_ = a;
+        *b_ = b;
+        *x_ = x.x;
+        *f_ = x.f;
+        *maxcal = calls;
+        if (!std::isfinite(x.f)) code = 3;
+        finish(name, ifail, code);
+    }
+};
+
 } // namespace
 
 extern "C" void E04ABF(ZekE04Funct1 funct, ZekE04AdaptFunct1 adapt, double *e1, double *e2, double *a_, double *b_,
@@ -50,30 +103,23 @@ extern "C" void E04ABF(ZekE04Funct1 funct, ZekE04AdaptFunct1 adapt, double *e1, 
         finish("E04ABF", ifail, 1);
         return;
     }
-    const Tolerances tol = tolerances(*e1, *e2);
+    Bracket k{a, b, tolerances(*e1, *e2), limit};
     const double c = 0.5 * (3.0 - std::sqrt(5.0));
-    int calls = 0;
     auto eval = [&](double x) {
         Point p;
         p.x = x;
         adapt(funct, x, &p.f, iuser, ruser);
-        ++calls;
+        ++k.calls;
         p.rank = comparable(p.f);
         return p;
     };
-    Point x = eval(a + c * (b - a)), w = x, v = x;
+    k.x = k.w = k.v = eval(a + c * (b - a));
     double d = 0.0, e = 0.0;
-    int code = 0;
-    for (;;) {
-        const double m = 0.5 * (a + b);
-        const double t = tol.rel * std::fabs(x.x) + tol.abs, t2 = 2.0 * t;
-        if (std::fabs(x.x - m) <= t2 - 0.5 * (b - a)) break;
-        if (calls >= limit) {
-            code = 2;
-            break;
-        }
+    while (!k.stop()) {
+        const Point &x = k.x, &w = k.w, &v = k.v;
+        const double m = k.middle();
         bool parabolic = false;
-        if (std::fabs(e) > t) {
+        if (std::fabs(e) > k.t) {
             double r = (x.x - w.x) * (x.rank - v.rank);
             double q = (x.x - v.x) * (x.rank - w.rank);
             double p = (x.x - v.x) * q - (x.x - w.x) * r;
@@ -82,40 +128,20 @@ extern "C" void E04ABF(ZekE04Funct1 funct, ZekE04AdaptFunct1 adapt, double *e1, 
             else q = -q;
             r = e;
             e = d;
-            if (std::fabs(p) < std::fabs(0.5 * q * r) && p > q * (a - x.x) && p < q * (b - x.x)) {
+            if (std::fabs(p) < std::fabs(0.5 * q * r) && p > q * (k.a - x.x) && p < q * (k.b - x.x)) {
                 d = p / q;
                 const double u = x.x + d;
-                if (u - a < t2 || b - u < t2) d = x.x < m ? t : -t;
+                if (u - k.a < k.t2 || k.b - u < k.t2) d = x.x < m ? k.t : -k.t;
                 parabolic = true;
             }
         }
         if (!parabolic) {
-            e = (x.x < m ? b : a) - x.x;
+            e = (x.x < m ? k.b : k.a) - x.x;
             d = c * e;
         }
-        const Point u = eval(x.x + (std::fabs(d) >= t ? d : (d > 0.0 ? t : -t)));
-        if (u.rank <= x.rank) {
-            (u.x < x.x ? b : a) = x.x;
-            v = w;
-            w = x;
-            x = u;
-        } else {
-            (u.x < x.x ? a : b) = u.x;
-            if (u.rank <= w.rank || w.x == x.x) {
-                v = w;
-                w = u;
-            } else if (u.rank <= v.rank || v.x == x.x || v.x == w.x) {
-                v = u;
-            }
-        }
+        k.take(eval(k.trial(d)), true);
     }
-    *a_ = a;
-    *b_ = b;
-    *x_ = x.x;
-    *f_ = x.f;
-    *maxcal = calls;
-    if (!std::isfinite(x.f)) code = 3;
-    finish("E04ABF", ifail, code);
+    k.report("E04ABF", a_, b_, x_, f_, maxcal, ifail);
 }
 
 extern "C" void E04BBF(ZekE04Funct1Grad funct, ZekE04AdaptFunct1Grad adapt, double *e1, double *e2, double *a_,
@@ -128,62 +154,54 @@ extern "C" void E04BBF(ZekE04Funct1Grad funct, ZekE04AdaptFunct1Grad adapt, doub
         finish("E04BBF", ifail, 1);
         return;
     }
-    const Tolerances tol = tolerances(*e1, *e2);
-    int calls = 0;
+    Bracket k{a, b, tolerances(*e1, *e2), limit};
     auto eval = [&](double x) {
         Point p;
         p.x = x;
         adapt(funct, x, &p.f, &p.g, iuser, ruser);
-        ++calls;
+        ++k.calls;
         p.rank = std::isfinite(p.g) ? comparable(p.f) : HUGE_VAL;
         if (!std::isfinite(p.g)) p.g = 0.0;
         return p;
     };
     // The first point is the end with the lower value; the slope there says where to go.
-    Point x = eval(a), w = x, v = x;
+    k.x = eval(a);
     {
         const Point y = eval(b);
-        if (y.rank < x.rank) {
-            w = x;
-            x = y;
+        if (y.rank < k.x.rank) {
+            k.w = k.x;
+            k.x = y;
         } else {
-            w = y;
+            k.w = y;
         }
-        v = w;
+        k.v = k.w;
     }
     double d = 0.0, e = b - a;
-    int code = 0;
-    for (;;) {
-        const double m = 0.5 * (a + b);
-        const double t = tol.rel * std::fabs(x.x) + tol.abs, t2 = 2.0 * t;
-        if (std::fabs(x.x - m) <= t2 - 0.5 * (b - a)) break;
-        if (calls >= limit) {
-            code = 2;
-            break;
-        }
+    while (!k.stop()) {
+        const Point &x = k.x;
         // A zero slope is a stationary point; an end whose slope points out of the interval is the
         // minimum on it.
-        if (x.g == 0.0 || (x.x <= a && x.g > 0.0) || (x.x >= b && x.g < 0.0)) break;
+        if (x.g == 0.0 || (x.x <= k.a && x.g > 0.0) || (x.x >= k.b && x.g < 0.0)) break;
         const bool right = x.g < 0.0;
         // The slope puts the minimum between x and that end: when it is that close, x is accurate.
-        const double end = right ? b : a;
-        if (std::fabs(end - x.x) <= t2) break;
+        const double end = right ? k.b : k.a;
+        if (std::fabs(end - x.x) <= k.t2) break;
         bool secant = false;
-        if (std::fabs(e) > t) {
+        if (std::fabs(e) > k.t) {
             // Secant steps on the slope through w and through v; take the smaller one that goes
             // downhill, stays inside the bracket and at most halves the step before last.
             double best = HUGE_VAL;
-            for (const Point *o : {&w, &v}) {
+            for (const Point *o : {&k.w, &k.v}) {
                 if (o->x == x.x || o->g == x.g) continue;
                 const double s = x.g * (o->x - x.x) / (x.g - o->g);
                 const double u = x.x + s;
-                if ((right ? s > 0.0 : s < 0.0) && u > a && u < b && std::fabs(s) < std::fabs(best)) best = s;
+                if ((right ? s > 0.0 : s < 0.0) && u > k.a && u < k.b && std::fabs(s) < std::fabs(best)) best = s;
             }
             if (std::fabs(best) < 0.5 * std::fabs(e)) {
                 e = d;
                 d = best;
                 const double u = x.x + d;
-                if (u - a < t2 || b - u < t2) d = right ? t : -t;
+                if (u - k.a < k.t2 || k.b - u < k.t2) d = right ? k.t : -k.t;
                 secant = true;
             }
         }
@@ -191,26 +209,10 @@ extern "C" void E04BBF(ZekE04Funct1Grad funct, ZekE04AdaptFunct1Grad adapt, doub
             e = end - x.x;
             d = 0.5 * e;
         }
-        double trial = x.x + (std::fabs(d) >= t ? d : (d > 0.0 ? t : -t));
-        if (!(trial > a && trial < b)) trial = x.x + 0.5 * (end - x.x);
-        const Point u = eval(trial);
-        if (u.rank <= x.rank) {
-            (u.x < x.x ? b : a) = x.x;
-            v = w;
-            w = x;
-            x = u;
-        } else {
-            (u.x < x.x ? a : b) = u.x;
-            v = w;
-            w = u;
-        }
+        double trial = k.trial(d);
+        if (!(trial > k.a && trial < k.b)) trial = x.x + 0.5 * (end - x.x);
+        k.take(eval(trial), false);
     }
-    *a_ = a;
-    *b_ = b;
-    *x_ = x.x;
-    *f_ = x.f;
-    *g_ = x.g;
-    *maxcal = calls;
-    if (!std::isfinite(x.f)) code = 3;
-    finish("E04BBF", ifail, code);
+    *g_ = k.x.g;
+    k.report("E04BBF", a_, b_, x_, f_, maxcal, ifail);
 }

@@ -5,6 +5,7 @@
 // estimates the variance of the residuals, and the covariance is SIGMA2 V_K diag(S_K)^-2 V_K', the
 // pseudo-inverse of J'J on the accepted directions.  JOB -1 overwrites V (LV by N) with the whole
 // matrix; JOB 0 puts its diagonal, the variances, in CJ (N); JOB j in 1..N puts its column j in CJ.
+// WORK (LWORK >= N) holds a row of the whole matrix while it is formed.
 #include <cmath>
 
 #include "frame/ifail.h"
@@ -22,6 +23,7 @@ const Exit kM = {1, " ** On entry, M must be at least N: M =%16ld, N =%16ld"};
 const Exit kJob = {1, " ** On entry, JOB must satisfy -1.le.JOB.le.N: JOB =%16ld, N =%16ld"};
 const Exit kFsumsq = {1, " ** On entry, FSUMSQ must be at least 0.0: FSUMSQ =%13.5E"};
 const Exit kLv = {1, " ** On entry, LV must be at least N: LV =%16ld, N =%16ld"};
+const Exit kLwork = {1, " ** On entry, LWORK must be at least N: LWORK =%16ld, N =%16ld"};
 const Exit kNone = {2, " ** No singular value is above 10*EPS*S(1): no covariance can be formed."};
 const Exit kRank = {3, " ** Only%6ld of the%6ld singular values were accepted: the covariance is that of\n"
                        " ** the accepted directions."};
@@ -29,9 +31,9 @@ const Exit kRank = {3, " ** Only%6ld of the%6ld singular values were accepted: t
 } // namespace
 
 extern "C" void E04YCF(const int *job_, const int *m_, const int *n_, const double *fsumsq_, const double *s,
-                       double *v, const int *lv_, double *cj, double *work, int *ifail) {
+                       double *v, const int *lv_, double *cj, double *work, const int *lwork_, int *ifail) {
     zek::FailureExit exit("E04YCF", nullptr, ifail);
-    const int job = *job_, m = *m_, n = *n_, lv = *lv_;
+    const int job = *job_, m = *m_, n = *n_, lv = *lv_, lwork = *lwork_;
     const double fsumsq = *fsumsq_;
     auto fail = [&](const Exit &e, std::initializer_list<zek::MessageValue> values) {
         exit.fail(e.ifail, 99999 - e.ifail, e.text, values);
@@ -41,6 +43,7 @@ extern "C" void E04YCF(const int *job_, const int *m_, const int *n_, const doub
     if (job < -1 || job > n) return fail(kJob, {job, n});
     if (!(fsumsq >= 0.0)) return fail(kFsumsq, {fsumsq});
     if (lv < n) return fail(kLv, {lv, n});
+    if (lwork < n) return fail(kLwork, {lwork, n});
     const double eps = zek::precision();
     int k = 0;
     if (std::isfinite(s[0]) && s[0] > 0.0)

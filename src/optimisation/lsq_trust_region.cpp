@@ -1,5 +1,5 @@
-// E04FCF, E04GBF and their easy forms E04FYF, E04GYF: unconstrained nonlinear least squares by
-// trust-region steps on the SVD of the Jacobian.
+// The unconstrained least-squares family (E04FCF, E04GBF, E04GDF, E04HEF and their easy forms):
+// trust-region steps on the SVD of the Jacobian, with or without a second-order term.
 //
 // With J = U diag(s) V' and g = J'f, the step for a shift L >= 0 is p(L) = -sum s_i b_i/(s_i^2 + L) v_i,
 // b_i = v_i'g / s_i = u_i'f, over the singular values above 10 EPS s_1: L = 0 is the Gauss-Newton step
@@ -9,9 +9,18 @@
 // shrinks to a quarter of the step when less than a quarter of it is achieved, and doubles when more
 // than three quarters are.
 //
+// With a second-order term S (sum f_i f_i'') the model's Hessian is J'J + S and the step solves
+// (J'J + S + L I) p = -g by Cholesky, L again the least shift the radius admits.  S comes by
+// differences of J'f, from the user, or as a quasi-Newton estimate: after each step s the estimate is
+// sized down by min(1, |s'y#| / s'Ss) and updated so that S s = y# = (J_new - J_old)' f_new, the
+// symmetric rank-two correction that keeps the gradient change y = J_new'f_new - J_old'f_old as its
+// scale.  Far from a zero-residual solution Gauss-Newton converges slowly or not at all, and S then
+// supplies the curvature the residuals carry; near one S is noise.  So each iteration takes the model,
+// Gauss-Newton or augmented, whose prediction of the last reduction was the closer.
+//
 // Workspace: a copy of J for the SVD (M N), then the SVD's own workspace, which after the SVD holds g,
-// the step, the trial point and the trial residuals.  The right vectors come back in V, transposed in
-// place.
+// the step, the trial point, the trial residuals and one more vector; then the model's Hessian, or the
+// quasi-Newton estimate (N by N).  The right vectors come back in V, transposed in place.
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -40,6 +49,7 @@ struct Arrays {
     int lv;
     int *niter, *nf;
     double *w;
+    int *igrade;  // may be null
 };
 
 struct Functions {
@@ -49,9 +59,10 @@ struct Functions {
     ZekE04AdaptLsqDiff dadapt = nullptr;
     ZekE04LsqMon mon = nullptr;
     ZekE04AdaptLsqMon madapt = nullptr;
-    ZekE04LsqHes hes = nullptr;          // the user's second-order term
-    ZekE04AdaptLsqHes hadapt = nullptr;
+    ZekE04LsqHes hes = nullptr;          // the user's second-order term (the estimate's start when
+    ZekE04AdaptLsqHes hadapt = nullptr;  // QUASI_NEWTON)
     bool second_differences = false;     // the second-order term by differences of J'f
+    bool quasi_newton = false;           // the second-order term as a quasi-Newton estimate
     int *iuser = nullptr;
     double *ruser = nullptr;
 };
@@ -69,9 +80,16 @@ public:
         p_ = g_ + n;
         xt_ = p_ + n;
         rt_ = xt_ + n;
+        d_ = rt_ + n + m;
         h_ = a.w + m * n + zek::svd_workspace(a.m, a.n, false, true);
     }
     int run();
+    // The grade of the last Jacobian decomposed: its count of singular values above 10 EPS s_1.
+    int grade() const {
+        int k = 0;
+        while (k < a_.n && a_.s[k] > 10.0 * zek::precision() * a_.s[0]) ++k;
+        return k;
+    }
 
 private:
     // Residuals at x into r (and the Jacobian into FJAC when JACOBIAN): false when the user stopped.
@@ -95,11 +113,108 @@ private:
     // The step (H + L I) p = -g for the least L >= 0 whose Cholesky succeeds and whose step fits the
     // radius; returns the predicted reduction, or -1 when no shift works.
     double newton_step(double radius);
-    bool carries_second_order() const { return f_.hes != nullptr || f_.second_differences; }
+    // The term is formed afresh each iteration (differences or the user's); the quasi-Newton estimate
+    // is carried instead.
+    bool carries_second_order() const { return !f_.quasi_newton && (f_.hes != nullptr || f_.second_differences); }
+    // The step of this iteration solves with J'J + S (otherwise the Gauss-Newton step on the SVD).
+    bool augmented() const { return carries_second_order() || (f_.quasi_newton && augmented_); }
+    // Back to Gauss-Newton with the estimate at zero.
+    void drop_estimate() {
+        const std::ptrdiff_t nn = a_.n;
+        for (std::ptrdiff_t i = 0; i < nn * nn; ++i) h_[i] = 0.0;
+        augmented_ = false;
+    }
+    // Element (i, j) of the model's Hessian.
+    double model(int i, int j) const;
+    // The estimate's start at x: the user's term, or zero.  False when the user stopped.
+    bool start_estimate();
+    // After the step p_ from the old point (g_ its gradient, FJAC its Jacobian, F_OLD its sum) to the
+    // new one (FVEC, F_NEW): the model for the next iteration, and the Jacobian at the new point with
+    // the estimate's update.  False when the user stopped.
+    bool update_estimate(double f_old, double f_new);
 
-    double *copy_, *svdw_, *g_, *p_, *xt_, *rt_, *h_;
+    double *copy_, *svdw_, *g_, *p_, *xt_, *rt_, *d_, *h_;
     int stop_ = 0;
+    bool augmented_ = false;
+    double last_shift_ = 0.0;  // the shift of the last step with the second-order term
 };
+
+double Solver::model(int i, int j) const {
+    const std::ptrdiff_t nn = a_.n;
+    if (!f_.quasi_newton) return h_[i + j * nn];
+    // J'J from the decomposition, V diag(s^2) V', so that no second N by N array is needed.
+    const std::ptrdiff_t lv = a_.lv;
+    double t = h_[i + j * nn];
+    for (int k = 0; k < a_.n; ++k) t += a_.s[k] * a_.s[k] * a_.v[i + k * lv] * a_.v[j + k * lv];
+    return t;
+}
+
+bool Solver::start_estimate() {
+    const int n = a_.n;
+    const std::ptrdiff_t nn = n;
+    for (std::ptrdiff_t i = 0; i < nn * nn; ++i) h_[i] = 0.0;
+    augmented_ = f_.hes != nullptr;
+    if (!augmented_) return true;
+    // The user's term packed by rows into the copy region, which is free until the SVD.
+    int iflag = 0;
+    f_.hadapt(f_.hes, &iflag, a_.m, n, a_.fvec, a_.x, copy_, n * (n + 1) / 2, f_.iuser, f_.ruser);
+    if (iflag < 0) {
+        stop_ = iflag;
+        return false;
+    }
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j <= i; ++j) h_[i + j * nn] = h_[j + i * nn] = copy_[static_cast<std::ptrdiff_t>(i) * (i + 1) / 2 + j];
+    if (!all_finite(nn * nn, h_)) drop_estimate();
+    return true;
+}
+
+bool Solver::update_estimate(double f_old, double f_new) {
+    const int m = a_.m, n = a_.n;
+    const std::ptrdiff_t ld = a_.lj, nn = n, lv = a_.lv;
+    auto dot = [](int len, const double *u, const double *w) {
+        double t = 0.0;
+        for (int i = 0; i < len; ++i) t += u[i] * w[i];
+        return t;
+    };
+    // Which model foresaw the reduction better: Gauss-Newton predicts -(2 g'p + |Jp|^2), the augmented
+    // model p'Sp less.  |Jp|^2 from the decomposition.
+    double jp = 0.0;
+    for (int k = 0; k < n; ++k) {
+        double t = 0.0;
+        for (int j = 0; j < n; ++j) t += a_.v[j + k * lv] * p_[j];
+        jp += a_.s[k] * a_.s[k] * t * t;
+    }
+    for (int i = 0; i < n; ++i) {
+        double t = 0.0;
+        for (int j = 0; j < n; ++j) t += h_[i + j * nn] * p_[j];
+        rt_[i] = t;  // S p
+    }
+    const double psp = dot(n, p_, rt_);
+    const double actual = f_old - f_new, gauss = -(2.0 * dot(n, g_, p_) + jp);
+    augmented_ = std::fabs(gauss - psp - actual) < std::fabs(gauss - actual);
+    // J_old' f_new, then the Jacobian at the new point and J_new' f_new.
+    for (int j = 0; j < n; ++j) xt_[j] = dot(m, a_.fjac + j * ld, a_.fvec);
+    if (!residuals(a_.x, rt_ + n, true)) return false;
+    for (int j = 0; j < n; ++j) d_[j] = dot(m, a_.fjac + j * ld, a_.fvec);
+    // y = d - g (into g_, recomputed by the next decomposition), y# = d - xt (into xt_).
+    for (int j = 0; j < n; ++j) {
+        g_[j] = d_[j] - g_[j];
+        xt_[j] = d_[j] - xt_[j];
+    }
+    const double ys = dot(n, g_, p_), ysharp = dot(n, xt_, p_);
+    const double eps = zek::precision();
+    if (!(ys > std::sqrt(eps) * norm2(n, g_) * norm2(n, p_))) return true;
+    // Size the estimate down where it overstates the curvature along p.
+    const double tau = psp > 0.0 ? std::min(1.0, std::fabs(ysharp) / psp) : 1.0;
+    for (std::ptrdiff_t i = 0; i < nn * nn; ++i) h_[i] *= tau;
+    for (int i = 0; i < n; ++i) rt_[i] = xt_[i] - tau * rt_[i];  // z = y# - S p
+    const double zp = dot(n, rt_, p_);
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < n; ++j)
+            h_[i + j * nn] += (rt_[i] * g_[j] + g_[i] * rt_[j]) / ys - zp * g_[i] * g_[j] / (ys * ys);
+    if (!all_finite(nn * nn, h_)) drop_estimate();
+    return true;
+}
 
 bool Solver::residuals(const double *x, double *r, bool jacobian) {
     int iflag = jacobian ? 2 : 0;
@@ -220,8 +335,9 @@ double Solver::newton_step(double radius) {
     const std::ptrdiff_t nn = n;
     double biggest = 0.0, smallest = HUGE_VAL;
     for (int j = 0; j < n; ++j) {
-        biggest = std::max(biggest, std::fabs(h_[j + j * nn]));
-        if (h_[j + j * nn] > 0.0) smallest = std::min(smallest, h_[j + j * nn]);
+        const double hjj = model(j, j);
+        biggest = std::max(biggest, std::fabs(hjj));
+        if (hjj > 0.0) smallest = std::min(smallest, hjj);
     }
     // Shifts grow from far below the smallest curvature, so that a badly scaled model still takes
     // full steps along its flat directions.
@@ -232,7 +348,7 @@ double Solver::newton_step(double radius) {
         double *l = copy_;
         for (int i = 0; i < n && ok; ++i)
             for (int j = 0; j <= i; ++j) {
-                double t = h_[i + j * nn] + (i == j ? shift : 0.0);
+                double t = model(i, j) + (i == j ? shift : 0.0);
                 for (int k = 0; k < j; ++k) t -= l[i + k * nn] * l[j + k * nn];
                 if (i == j) {
                     if (!(t > zek::precision() * (1.0 + biggest))) {
@@ -259,10 +375,11 @@ double Solver::newton_step(double radius) {
                 double php = 0.0, gp = 0.0;
                 for (int i = 0; i < n; ++i) {
                     double t = 0.0;
-                    for (int j = 0; j < n; ++j) t += h_[i + j * nn] * p_[j];
+                    for (int j = 0; j < n; ++j) t += model(std::max(i, j), std::min(i, j)) * p_[j];
                     php += p_[i] * t;
                     gp += g_[i] * p_[i];
                 }
+                last_shift_ = shift;
                 return -2.0 * gp - php;
             }
         }
@@ -282,15 +399,27 @@ int Solver::run() {
     const std::ptrdiff_t ldj = a_.lj;
     for (int j = 0; j < n; ++j)
         if (!all_finite(m, a_.fjac + j * ldj)) return kNotFinite;
+    if (f_.quasi_newton && !start_estimate()) return stop_;
     double f = 0.0;
     for (int i = 0; i < m; ++i) f += a_.fvec[i] * a_.fvec[i];
     *a_.fsumsq = f;
     const double eps = zek::precision();
     double radius = s_.stepmx;
     int result = kDone;
+    // A short step marks convergence where the point has settled: f nearly orthogonal to the range of
+    // J (|J'f| <= 1e-6 s_1 |f|, as at a minimum with residuals) or f far below its start (a
+    // zero-residual problem, whose f stays in that range).  Elsewhere it only says that J is large,
+    // as on a slope where the parameters run off to infinity and a tiny step still promises a real
+    // reduction.
+    const double f_start = f;
+    auto settled = [&](double gnorm) {
+        return gnorm <= 1e-6 * a_.s[0] * std::sqrt(f) || f <= std::sqrt(eps) * f_start;
+    };
     for (;;) {
         const int k = decompose();
         if (k == 0 && a_.s[0] != 0.0) return kSvdFailed;
+        if (a_.igrade != nullptr) *a_.igrade = k;
+        const double f_before = f;
         if (s_.iprint > 0 && *a_.niter % s_.iprint == 0) monitor(k);
         const double gnorm = norm2(n, g_);
         if (f == 0.0 || k == 0 || gnorm <= eps * std::max(f, eps)) break;
@@ -311,8 +440,12 @@ int Solver::run() {
         for (int trial = 0; trial < 60 && !accepted; ++trial) {
             double shift = 0.0;
             double pred = 0.0;
-            if (carries_second_order()) {
+            if (augmented()) {
                 pred = newton_step(radius);
+                if (pred < 0.0 && f_.quasi_newton) {
+                    drop_estimate();  // no shift makes the augmented model convex: Gauss-Newton
+                    continue;
+                }
                 if (pred < 0.0) break;
             } else if (step_norm(0.0, k) > radius) {
                 for (int it = 0; it < 50; ++it) {
@@ -335,7 +468,7 @@ int Solver::run() {
                     shift = nxt;
                 }
             }
-            if (!carries_second_order()) {
+            if (!augmented()) {
                 step(shift, k);
                 for (int i = 0; i < k; ++i) {
                     const double q = shift / (a_.s[i] * a_.s[i] + shift);
@@ -343,9 +476,17 @@ int Solver::run() {
                 }
             }
             const double pnorm = norm2(n, p_), xnorm = norm2(n, a_.x);
-            if (pnorm <= s_.xtol * (1.0 + xnorm) || pred <= 4.0 * eps * f) {
-                converged = true;
-                break;
+            // A step cut short by the radius (or by negative curvature) is small because the radius
+            // is: it marks convergence only where the Gauss-Newton step itself has settled, and
+            // otherwise the radius shrinks on until it is below the resolution of x.
+            const bool restricted = augmented() ? last_shift_ > 0.0 : shift > 0.0;
+            if ((pnorm <= s_.xtol * (1.0 + xnorm) && settled(gnorm)) || pred <= 4.0 * eps * f) {
+                if (f_.quasi_newton && augmented_) {
+                    drop_estimate();  // the estimate, not the point, stopped the step
+                    continue;
+                }
+                converged = !restricted || settled(gnorm);
+                if (converged || pnorm <= eps * (1.0 + xnorm)) break;
             }
             if (*a_.nf >= s_.maxcal) break;
             // rt_ holds b until here; the trial residuals go behind the trial point.
@@ -373,6 +514,8 @@ int Solver::run() {
         *a_.fsumsq = f;
         if (differences) {
             if (!jacobian_by_differences(a_.x, a_.fvec)) return stop_;
+        } else if (f_.quasi_newton) {
+            if (!update_estimate(f_before, f)) return stop_;
         } else if (!residuals(a_.x, rt_ + n, true)) {
             return stop_;
         }
@@ -380,11 +523,7 @@ int Solver::run() {
             if (!all_finite(m, a_.fjac + j * ldj)) return kNoLowerPoint;
     }
     *a_.fsumsq = f;
-    if (s_.iprint >= 0) {
-        int k = 0;
-        while (k < n && a_.s[k] > 10.0 * eps * a_.s[0]) ++k;
-        monitor(k);
-    }
+    if (s_.iprint >= 0) monitor(grade());
     return result;
 }
 
@@ -464,11 +603,12 @@ void finish(zek::FailureExit &exit, const char *name, int code, int maxcal) {
 
 void comprehensive(const char *name, const Functions &fn, int m, int n, int iprint, int maxcal, double eta,
                    double xtol, double stepmx, double *x, double *fsumsq, double *fvec, double *fjac, int lj,
-                   double *s, double *v, int lv, int *niter, int *nf, double *w, int lw, int *ifail) {
+                   double *s, double *v, int lv, int *niter, int *nf, int *igrade, double *w, int lw, int *ifail) {
     zek::FailureExit exit(name, nullptr, ifail);
     const Settings set{iprint, maxcal, xtol, stepmx};
     if (!check(exit, name, m, n, &set, eta, lj, lv, lw)) return;
-    Solver solver({m, n, x, fsumsq, fvec, fjac, lj, s, v, lv, niter, nf, w}, fn, set);
+    *igrade = 0;
+    Solver solver({m, n, x, fsumsq, fvec, fjac, lj, s, v, lv, niter, nf, w, igrade}, fn, set);
     finish(exit, name, solver.run(), maxcal);
 }
 
@@ -484,7 +624,7 @@ void easy(const char *name, const Functions &fn, int m, int n, double *x, double
     if (!std::isfinite(stepmx)) stepmx = 1e5;
     const Settings set{-1, maxcal, 10.0 * std::sqrt(zek::precision()), stepmx};
     int niter = 0, nf = 0;
-    Solver solver({m, n, x, fsumsq, fvec, fjac, m, s, v, n, &niter, &nf, rest}, fn, set);
+    Solver solver({m, n, x, fsumsq, fvec, fjac, m, s, v, n, &niter, &nf, rest, nullptr}, fn, set);
     finish(exit, name, solver.run(), maxcal);
 }
 
@@ -538,83 +678,88 @@ extern "C" void E04_ADAPT_LSQ_HES(ZekE04LsqHes f, int *iflag, int m, int n, cons
     f(iflag, &m, &n, fvec, xc, b, &lb, iuser, ruser);
 }
 
+namespace {
+
+// The comprehensive forms differ only in where the second-order term comes from.
+void comprehensive_call(const char *name, Functions fn, ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt,
+                        const int *m, const int *n, const int *iprint, const int *maxcal, const double *eta,
+                        const double *xtol, const double *stepmx, double *x, double *fsumsq, double *fvec,
+                        double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf,
+                        int *igrade, double *w, const int *lw, int *ifail) {
+    monitored(fn, lsqmon, madapt);
+    comprehensive(name, fn, *m, *n, *iprint, *maxcal, *eta, *xtol, *stepmx, x, fsumsq, fvec, fjac, *lj, s, v, *lv,
+                  niter, nf, igrade, w, *lw, ifail);
+}
+
+// The user's term: required by E04HEF and E04HYF, the estimate's optional start for E04GBF.
+Functions with_term(Functions fn, ZekE04LsqHes lsqhes, ZekE04AdaptLsqHes hadapt) {
+    fn.hes = lsqhes;
+    fn.hadapt = hadapt != nullptr ? hadapt : E04_ADAPT_LSQ_HES;
+    return fn;
+}
+
+bool term_missing(const char *name, ZekE04LsqHes lsqhes, int *ifail) {
+    if (lsqhes != nullptr) return false;
+    zek::FailureExit exit(name, nullptr, ifail);
+    exit.fail(1, 99992, " ** On entry, LSQHES must be given.");
+    return true;
+}
+
+Functions quasi_newton(Functions fn) {
+    fn.quasi_newton = true;
+    return fn;
+}
+
+Functions newton_by_differences(Functions fn) {
+    fn.second_differences = true;
+    return fn;
+}
+
+} // namespace
+
+extern "C" void E04FCF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt,
+                       ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal,
+                       const double *eta, const double *xtol, const double *stepmx, double *x, double *fsumsq,
+                       double *fvec, double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter,
+                       int *nf, int *igrade, int *, const int *, double *w, const int *lw, int *iuser, double *ruser,
+                       int *ifail) {
+    comprehensive_call("E04FCF", by_differences(lsqfun, adapt, iuser, ruser), lsqmon, madapt, m, n, iprint, maxcal,
+                       eta, xtol, stepmx, x, fsumsq, fvec, fjac, lj, s, v, lv, niter, nf, igrade, w, lw, ifail);
+}
+
+extern "C" void E04GBF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
+                       ZekE04AdaptLsqHes hadapt, ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint,
+                       const int *maxcal, const double *eta, const double *xtol, const double *stepmx, double *x,
+                       double *fsumsq, double *fvec, double *fjac, const int *lj, double *s, double *v,
+                       const int *lv, int *niter, int *nf, int *igrade, int *, const int *, double *w, const int *lw,
+                       int *iuser, double *ruser, int *ifail) {
+    Functions fn = quasi_newton(with_derivatives(lsqfun, adapt, iuser, ruser));
+    if (lsqhes != nullptr) fn = with_term(fn, lsqhes, hadapt);
+    comprehensive_call("E04GBF", fn, lsqmon, madapt, m, n, iprint, maxcal, eta, xtol, stepmx, x, fsumsq, fvec, fjac,
+                       lj, s, v, lv, niter, nf, igrade, w, lw, ifail);
+}
+
 extern "C" void E04GDF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqMon lsqmon,
                        ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal, const double *eta,
                        const double *xtol, const double *stepmx, double *x, double *fsumsq, double *fvec,
-                       double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf, int *iw,
-                       const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
-    (void)iw, (void)liw;
-    Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
-    monitored(fn, lsqmon, madapt);
-    fn.second_differences = true;
-    comprehensive("E04GDF", fn, *m, *n, *iprint, *maxcal, *eta, *xtol, *stepmx, x, fsumsq, fvec, fjac, *lj, s, v,
-                  *lv, niter, nf, w, *lw, ifail);
+                       double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf,
+                       int *igrade, int *, const int *, double *w, const int *lw, int *iuser, double *ruser,
+                       int *ifail) {
+    comprehensive_call("E04GDF", newton_by_differences(with_derivatives(lsqfun, adapt, iuser, ruser)), lsqmon,
+                       madapt, m, n, iprint, maxcal, eta, xtol, stepmx, x, fsumsq, fvec, fjac, lj, s, v, lv, niter,
+                       nf, igrade, w, lw, ifail);
 }
 
 extern "C" void E04HEF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
                        ZekE04AdaptLsqHes hadapt, ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint,
                        const int *maxcal, const double *eta, const double *xtol, const double *stepmx, double *x,
                        double *fsumsq, double *fvec, double *fjac, const int *lj, double *s, double *v,
-                       const int *lv, int *niter, int *nf, int *iw, const int *liw, double *w, const int *lw,
+                       const int *lv, int *niter, int *nf, int *igrade, int *, const int *, double *w, const int *lw,
                        int *iuser, double *ruser, int *ifail) {
-    (void)iw, (void)liw;
-    Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
-    monitored(fn, lsqmon, madapt);
-    fn.hes = lsqhes;
-    fn.hadapt = hadapt != nullptr ? hadapt : E04_ADAPT_LSQ_HES;
-    if (lsqhes == nullptr) {
-        zek::FailureExit exit("E04HEF", nullptr, ifail);
-        exit.fail(1, 99992, " ** On entry, LSQHES must be given.");
-        return;
-    }
-    comprehensive("E04HEF", fn, *m, *n, *iprint, *maxcal, *eta, *xtol, *stepmx, x, fsumsq, fvec, fjac, *lj, s, v,
-                  *lv, niter, nf, w, *lw, ifail);
-}
-
-extern "C" void E04GZF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, double *x,
-                       double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
-    Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
-    fn.second_differences = true;
-    easy("E04GZF", fn, *m, *n, x, fsumsq, w, *lw, ifail);
-}
-
-extern "C" void E04HYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
-                       ZekE04AdaptLsqHes hadapt, double *x, double *fsumsq, double *w, const int *lw, int *iuser,
-                       double *ruser, int *ifail) {
-    if (lsqhes == nullptr) {
-        zek::FailureExit exit("E04HYF", nullptr, ifail);
-        exit.fail(1, 99992, " ** On entry, LSQHES must be given.");
-        return;
-    }
-    Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
-    fn.hes = lsqhes;
-    fn.hadapt = hadapt != nullptr ? hadapt : E04_ADAPT_LSQ_HES;
-    easy("E04HYF", fn, *m, *n, x, fsumsq, w, *lw, ifail);
-}
-
-extern "C" void E04FCF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt,
-                       ZekE04LsqMon lsqmon, ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal,
-                       const double *eta, const double *xtol, const double *stepmx, double *x, double *fsumsq,
-                       double *fvec, double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter,
-                       int *nf, int *iw, const int *liw, double *w, const int *lw, int *iuser, double *ruser,
-                       int *ifail) {
-    (void)iw, (void)liw;
-    Functions fn = by_differences(lsqfun, adapt, iuser, ruser);
-    monitored(fn, lsqmon, madapt);
-    comprehensive("E04FCF", fn, *m, *n, *iprint, *maxcal, *eta, *xtol, *stepmx, x, fsumsq, fvec, fjac, *lj, s, v,
-                  *lv, niter, nf, w, *lw, ifail);
-}
-
-extern "C" void E04GBF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqMon lsqmon,
-                       ZekE04AdaptLsqMon madapt, const int *iprint, const int *maxcal, const double *eta,
-                       const double *xtol, const double *stepmx, double *x, double *fsumsq, double *fvec,
-                       double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter, int *nf, int *iw,
-                       const int *liw, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
-    (void)iw, (void)liw;
-    Functions fn = with_derivatives(lsqfun, adapt, iuser, ruser);
-    monitored(fn, lsqmon, madapt);
-    comprehensive("E04GBF", fn, *m, *n, *iprint, *maxcal, *eta, *xtol, *stepmx, x, fsumsq, fvec, fjac, *lj, s, v,
-                  *lv, niter, nf, w, *lw, ifail);
+    if (term_missing("E04HEF", lsqhes, ifail)) return;
+    comprehensive_call("E04HEF", with_term(with_derivatives(lsqfun, adapt, iuser, ruser), lsqhes, hadapt), lsqmon,
+                       madapt, m, n, iprint, maxcal, eta, xtol, stepmx, x, fsumsq, fvec, fjac, lj, s, v, lv, niter,
+                       nf, igrade, w, lw, ifail);
 }
 
 extern "C" void E04FYF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt, double *x,
@@ -624,5 +769,19 @@ extern "C" void E04FYF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE
 
 extern "C" void E04GYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, double *x,
                        double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
-    easy("E04GYF", with_derivatives(lsqfun, adapt, iuser, ruser), *m, *n, x, fsumsq, w, *lw, ifail);
+    easy("E04GYF", quasi_newton(with_derivatives(lsqfun, adapt, iuser, ruser)), *m, *n, x, fsumsq, w, *lw, ifail);
+}
+
+extern "C" void E04GZF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, double *x,
+                       double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
+    easy("E04GZF", newton_by_differences(with_derivatives(lsqfun, adapt, iuser, ruser)), *m, *n, x, fsumsq, w, *lw,
+         ifail);
+}
+
+extern "C" void E04HYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
+                       ZekE04AdaptLsqHes hadapt, double *x, double *fsumsq, double *w, const int *lw, int *iuser,
+                       double *ruser, int *ifail) {
+    if (term_missing("E04HYF", lsqhes, ifail)) return;
+    easy("E04HYF", with_term(with_derivatives(lsqfun, adapt, iuser, ruser), lsqhes, hadapt), *m, *n, x, fsumsq, w,
+         *lw, ifail);
 }

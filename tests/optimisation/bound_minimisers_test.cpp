@@ -188,3 +188,50 @@ TEST(BoundConstrained, ComprehensiveFormsTakeTheirSettingsAndMonitor) {
 }
 
 } // namespace
+
+namespace {
+
+// Box's three-dimensional function under the comprehensive routines, the start (0, 10, 20) pulled into
+// the bounds: with the zero (1, 10, 1) inside them, and with x3 >= 1.2 cutting it off, where the
+// minimum lies on that bound with the gradient pushing out and the free gradient zero.
+TEST(BoundConstrained, ComprehensiveFormsOnBoxThreeDimensionalWithBounds) {
+    g_p = &mgh::find("Box3");
+    g_wrong = 0;
+    const int n = 3, lh = 3, liw = 1, lw = 7 * 3 + 3, iprint = -1, maxcal = 2000, ibound = 0, icheck = 1;
+    const double eta = 0.5, xtol = 1e-12, delta = 0.0, stepmx = 10.0, fest = 0.0;
+    struct Bounds {
+        double bl3;
+        bool on_bound;
+    };
+    for (const Bounds &b : {Bounds{0.5, false}, Bounds{1.2, true}}) {
+        for (int which = 0; which < 2; ++which) {
+            SCOPED_TRACE(std::string(which ? "E04LBF" : "E04KDF") + (b.on_bound ? " x3 >= 1.2" : " inside"));
+            std::vector<double> bl = {0.5, 5.0, b.bl3}, bu = {2.0, 15.0, 3.0}, x = g_p->start, w(lw), g(n);
+            double hesl[3], hesd[3], f = -1, ruser = 0;
+            int istate[3], niter = 0, nf = 0, iw[1], ifail = 1, iuser = 0;
+            if (which == 0)
+                E04KDF(&n, funct2, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &delta, &stepmx, &fest,
+                       &ibound, bl.data(), bu.data(), x.data(), hesl, &lh, hesd, istate, &f, g.data(), &niter, &nf,
+                       &icheck, iw, &liw, w.data(), &lw, &iuser, &ruser, &ifail);
+            else
+                E04LBF(&n, funct2, nullptr, hess2, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx,
+                       &ibound, bl.data(), bu.data(), x.data(), hesl, &lh, hesd, istate, &f, g.data(), &niter, &nf,
+                       &icheck, iw, &liw, w.data(), &lw, &iuser, &ruser, &ifail);
+            EXPECT_TRUE(ifail == 0 || ifail == 5) << ifail;
+            for (int j = 0; j < n; ++j) EXPECT_TRUE(x[j] >= bl[j] && x[j] <= bu[j]) << j;
+            if (!b.on_bound) {
+                EXPECT_LT(f, 1e-14);
+                EXPECT_NEAR(x[0], 1.0, 1e-5);
+                EXPECT_NEAR(x[1], 10.0, 1e-4);
+                EXPECT_NEAR(x[2], 1.0, 1e-5);
+            } else {
+                EXPECT_EQ(x[2], 1.2);
+                EXPECT_EQ(istate[2], -1);
+                EXPECT_GT(g[2], 0.0);
+                EXPECT_LT(std::hypot(g[0], g[1]), 1e-7 * (1.0 + std::fabs(g[2])));
+            }
+        }
+    }
+}
+
+} // namespace

@@ -178,12 +178,43 @@ Outcome least_squares(bool easy, int m, int n, int lw_short = 0, int maxcal = 10
     const double xtol = 1e-10, stepmx = 10.0;
     std::vector<double> x(nn, 3.0), w(std::max(lw, 1)), fvec(mm), fjac(mm * nn), s(nn), v(nn * nn);
     double fsumsq = 0, ru = 0;
-    int ifail = 1, iu = 0, niter, nf, iw[1];
+    int ifail = 1, iu = 0, niter, nf, igrade, iw[1];
     if (easy) E04GYF(&m, &n, lsq, nullptr, x.data(), &fsumsq, w.data(), &lw, &iu, &ru, &ifail);
     else
-        E04GBF(&m, &n, lsq, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx, x.data(), &fsumsq,
-               fvec.data(), fjac.data(), &lj, s.data(), v.data(), &lv, &niter, &nf, iw, &liw, w.data(), &lw, &iu,
-               &ru, &ifail);
+        E04GBF(&m, &n, lsq, nullptr, nullptr, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx,
+               x.data(), &fsumsq, fvec.data(), fjac.data(), &lj, s.data(), v.data(), &lv, &niter, &nf, &igrade, iw,
+               &liw, w.data(), &lw, &iu, &ru, &ifail);
+    return {ifail, fsumsq};
+}
+
+// E04GBF with a start for its estimate (NaN entries, or a stop, by g_mode 1 and 5), or E04FCF with
+// LW short by LW_SHORT.
+int g_term_mode = 0;
+void hostile_term(int *iflag, const int *, const int *, const double *, const double *, double *b, const int *lb,
+                  int *, double *) {
+    for (int k = 0; k < *lb; ++k) b[k] = g_term_mode == 1 ? kNaN : 0.0;
+    if (g_term_mode == 5) *iflag = -4;
+}
+void lsq_values(int *iflag, const int *m, const int *n, const double *x, double *f, int *iu, double *ru) {
+    lsq(iflag, m, n, x, f, nullptr, m, iu, ru);
+}
+Outcome comprehensive_lsq(bool differences, int mode_of_term, int lw_short = 0) {
+    const int m = 3, n = 2, lj = 3, lv = 2, iprint = -1, maxcal = 100, liw = 1;
+    const int lw = (differences ? 6 * n + m * n + 2 * m + 1 : 7 * n + m * n + 2 * m + n * n) - lw_short;
+    const double eta = 0.5, xtol = 1e-10, stepmx = 10.0;
+    std::vector<double> x(n, 3.0), w(lw), fvec(m), fjac(m * n), s(n), v(n * n);
+    double fsumsq = 0, ru = 0;
+    int ifail = 1, iu = 0, niter, nf, igrade, iw[1];
+    if (differences) {
+        E04FCF(&m, &n, lsq_values, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx, x.data(),
+               &fsumsq, fvec.data(), fjac.data(), &lj, s.data(), v.data(), &lv, &niter, &nf, &igrade, iw, &liw,
+               w.data(), &lw, &iu, &ru, &ifail);
+    } else {
+        g_term_mode = mode_of_term;
+        E04GBF(&m, &n, lsq, nullptr, hostile_term, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx,
+               x.data(), &fsumsq, fvec.data(), fjac.data(), &lj, s.data(), v.data(), &lv, &niter, &nf, &igrade, iw,
+               &liw, w.data(), &lw, &iu, &ru, &ifail);
+    }
     return {ifail, fsumsq};
 }
 
@@ -205,10 +236,10 @@ Outcome newton_easy(bool user_term, bool give_term, int m, int n) {
     return {ifail, fsumsq};
 }
 
-Outcome covariance(int job, int m, int n, double fsumsq, double s1, int lv) {
+Outcome covariance(int job, int m, int n, double fsumsq, double s1, int lv, int lwork = 2) {
     double s[2] = {s1, s1}, v[4] = {1, 0, 0, 1}, cj[2], work[2];
     int ifail = 1;
-    E04YCF(&job, &m, &n, &fsumsq, s, v, &lv, cj, work, &ifail);
+    E04YCF(&job, &m, &n, &fsumsq, s, v, &lv, cj, work, &lwork, &ifail);
     return {ifail, cj[0]};
 }
 
@@ -234,12 +265,19 @@ TEST(HostileMinimisers, LeastSquaresRowsEndInTheirIfail) {
         {"E04HYF no LSQHES", 0, [] { return newton_easy(true, false, 3, 2); }, 1, true},
         {"E04HYF -Inf residuals", 3, [] { return newton_easy(true, true, 3, 2); }, 5, false},
         {"E04HYF good", 0, [] { return newton_easy(true, true, 3, 2); }, 0, false},
+        {"E04GBF NaN estimate start", 0, [] { return comprehensive_lsq(false, 1); }, 0, false},
+        {"E04GBF stop in LSQHES", 0, [] { return comprehensive_lsq(false, 5); }, -4, false},
+        {"E04FCF LW short", 0, [] { return comprehensive_lsq(true, 0, 1); }, 1, true},
+        {"E04FCF NaN residuals", 1, [] { return comprehensive_lsq(true, 0); }, 5, false},
+        {"E04FCF stop", 5, [] { return comprehensive_lsq(true, 0); }, -3, false},
+        {"E04FCF good", 0, [] { return comprehensive_lsq(true, 0); }, 0, false},
         {"E04YCF JOB -2", 0, [] { return covariance(-2, 3, 2, 1.0, 1.0, 2); }, 1, false},
         {"E04YCF JOB 3", 0, [] { return covariance(3, 3, 2, 1.0, 1.0, 2); }, 1, false},
         {"E04YCF M < N", 0, [] { return covariance(0, 1, 2, 1.0, 1.0, 2); }, 1, false},
         {"E04YCF FSUMSQ < 0", 0, [] { return covariance(0, 3, 2, -1.0, 1.0, 2); }, 1, false},
         {"E04YCF FSUMSQ NaN", 0, [] { return covariance(0, 3, 2, kNaN, 1.0, 2); }, 1, false},
         {"E04YCF LV short", 0, [] { return covariance(-1, 3, 2, 1.0, 1.0, 1); }, 1, false},
+        {"E04YCF LWORK short", 0, [] { return covariance(-1, 3, 2, 1.0, 1.0, 2, 1); }, 1, false},
         {"E04YCF S NaN", 0, [] { return covariance(0, 3, 2, 1.0, kNaN, 2); }, 2, false},
         {"E04YCF S zero", 0, [] { return covariance(0, 3, 2, 1.0, 0.0, 2); }, 2, false},
     };

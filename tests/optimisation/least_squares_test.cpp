@@ -101,13 +101,15 @@ TEST(LeastSquares, CertifiedValuesOfMisra1aFromBothStartsWithTheirStandardDeviat
         const int m = 14, n = 2, lj = 14, lv = 2, iprint = -1, maxcal = 400, liw = 1, lw = 7 * n + m * n + 2 * m + n * n;
         const double eta = 0.5, xtol = 1e-12, stepmx = 1e4;
         double b[2] = {start[0], start[1]}, fsumsq, fvec[14], fjac[28], s[2], v[4], w[64], ruser = 0;
-        int niter, nf, iw[1], ifail = 1, iuser = 0;
+        int niter, nf, igrade, iw[1], ifail = 1, iuser = 0;
         if (r < 2)
-            E04GBF(&m, &n, misra, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx, b, &fsumsq,
-                   fvec, fjac, &lj, s, v, &lv, &niter, &nf, iw, &liw, w, &lw, &iuser, &ruser, &ifail);
+            E04GBF(&m, &n, misra, nullptr, nullptr, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx,
+                   b, &fsumsq, fvec, fjac, &lj, s, v, &lv, &niter, &nf, &igrade, iw, &liw, w, &lw, &iuser, &ruser,
+                   &ifail);
         else
             E04GDF(&m, &n, misra, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx, b, &fsumsq,
-                   fvec, fjac, &lj, s, v, &lv, &niter, &nf, iw, &liw, w, &lw, &iuser, &ruser, &ifail);
+                   fvec, fjac, &lj, s, v, &lv, &niter, &nf, &igrade, iw, &liw, w, &lw, &iuser, &ruser, &ifail);
+        EXPECT_EQ(igrade, 2);
         EXPECT_EQ(ifail, 0);
         EXPECT_GE(digits(b[0], 2.3894212918E+02), 8.0);
         EXPECT_GE(digits(b[1], 5.5015643181E-04), 8.0);
@@ -116,7 +118,7 @@ TEST(LeastSquares, CertifiedValuesOfMisra1aFromBothStartsWithTheirStandardDeviat
         const int job = 0;
         double cj[2], work[2];
         ifail = 1;
-        E04YCF(&job, &m, &n, &fsumsq, s, v, &lv, cj, work, &ifail);
+        E04YCF(&job, &m, &n, &fsumsq, s, v, &lv, cj, work, &n, &ifail);
         EXPECT_EQ(ifail, 0);
         EXPECT_GE(digits(std::sqrt(cj[0]), 2.7070075241E+00), 6.0);
         EXPECT_GE(digits(std::sqrt(cj[1]), 7.2668688436E-06), 6.0);
@@ -134,7 +136,7 @@ TEST(LeastSquares, CovarianceJobsAndRankCases) {
     for (int job = -1; job <= 2; ++job) {
         double v[4] = {c, -s30, s30, c}, cj[2] = {0, 0}, work[2];
         int ifail = 1;
-        E04YCF(&job, &m, &n, &fsumsq, s, v, &lv, cj, work, &ifail);
+        E04YCF(&job, &m, &n, &fsumsq, s, v, &lv, cj, work, &n, &ifail);
         EXPECT_EQ(ifail, 0);
         for (int a = 0; a < 2; ++a) {
             if (job == -1) {
@@ -155,9 +157,73 @@ TEST(LeastSquares, CovarianceJobsAndRankCases) {
     for (const Row &r : rows) {
         double v[4] = {c, -s30, s30, c}, cj[2] = {-1, -1}, work[2], sv[2] = {r.s1, r.s2};
         int ifail = 1, job = 0;
-        E04YCF(&job, &r.m, &n, &fsumsq, sv, v, &lv, cj, work, &ifail);
+        E04YCF(&job, &r.m, &n, &fsumsq, sv, v, &lv, cj, work, &n, &ifail);
         EXPECT_EQ(ifail, r.ifail);
         EXPECT_NEAR(cj[0], r.cj0, 1e-14);  // SIGMA2 = 6/(5-1) with one value accepted
+    }
+}
+
+} // namespace
+
+namespace {
+
+// Large-residual problems of Moré, Garbow and Hillstrom, where the second-order term stays large at
+// the minimum and Gauss-Newton converges slowly: Brown and Dennis (m 20, n 4) and Jennrich and Sampson
+// (m 10, n 2), with their published starts; the minima were confirmed by solving grad f = 0 with mpmath.
+void brown_dennis(const double *x, double *r, double *j) {
+    for (int i = 0; i < 20; ++i) {
+        const double t = (i + 1) / 5.0;
+        const double u = x[0] + t * x[1] - std::exp(t), v = x[2] + x[3] * std::sin(t) - std::cos(t);
+        r[i] = u * u + v * v;
+        if (j) {
+            j[i] = 2.0 * u;
+            j[i + 20] = 2.0 * t * u;
+            j[i + 40] = 2.0 * v;
+            j[i + 60] = 2.0 * std::sin(t) * v;
+        }
+    }
+}
+void jennrich_sampson(const double *x, double *r, double *j) {
+    for (int i = 0; i < 10; ++i) {
+        const double k = i + 1, a = std::exp(k * x[0]), b = std::exp(k * x[1]);
+        r[i] = 2.0 + 2.0 * k - (a + b);
+        if (j) {
+            j[i] = -k * a;
+            j[i + 10] = -k * b;
+        }
+    }
+}
+
+TEST(LeastSquares, TheQuasiNewtonTermBeatsGaussNewtonOnLargeResiduals) {
+    const mgh::Problem problems[] = {
+        {"BrownDennis", 4, 20, {25.0, 5.0, -5.0, -1.0}, 85822.2016263563, {}, brown_dennis},
+        {"JennrichSampson", 2, 10, {0.3, 0.4}, 124.362182355615, {}, jennrich_sampson},
+    };
+    for (const mgh::Problem &p : problems) {
+        SCOPED_TRACE(p.name);
+        g_p = &p;
+        const int m = p.m, n = p.n, lj = m, lv = n, iprint = -1, maxcal = 4000, liw = 1;
+        const int lw = 7 * n + m * n + 2 * m + n * n;
+        const double eta = 0.5, xtol = 1e-12, stepmx = 100.0;
+        int iters[2] = {0, 0};
+        for (int qn = 0; qn < 2; ++qn) {
+            std::vector<double> x = p.start, fvec(m), fjac(m * n), s(n), v(n * n), w(lw);
+            double fsumsq = 0, ruser = 0;
+            int niter = 0, nf = 0, igrade = 0, iw = 0, iuser = 0, ifail = 1;
+            if (qn)
+                E04GBF(&m, &n, lsq, nullptr, nullptr, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol,
+                       &stepmx, x.data(), &fsumsq, fvec.data(), fjac.data(), &lj, s.data(), v.data(), &lv, &niter,
+                       &nf, &igrade, &iw, &liw, w.data(), &lw, &iuser, &ruser, &ifail);
+            else
+                E04FCF(&m, &n, lsq_diff, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx,
+                       x.data(), &fsumsq, fvec.data(), fjac.data(), &lj, s.data(), v.data(), &lv, &niter, &nf,
+                       &igrade, &iw, &liw, w.data(), &lw, &iuser, &ruser, &ifail);
+            EXPECT_EQ(ifail, 0) << (qn ? "E04GBF" : "E04FCF");
+            EXPECT_NEAR(fsumsq, p.fmin, 1e-9 * p.fmin) << (qn ? "E04GBF" : "E04FCF");
+            EXPECT_EQ(igrade, n);
+            iters[qn] = niter;
+        }
+        EXPECT_LT(iters[1], iters[0]) << "Gauss-Newton " << iters[0] << " iterations, quasi-Newton " << iters[1];
     }
 }
 
