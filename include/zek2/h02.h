@@ -249,8 +249,8 @@ ZEK_API void H02_TREE_SEARCH(int n, int m, const double *a, int lda, const doubl
  *   12 the search ended with an integer solution in X, but some branches went unsearched because their
  *      reduced Hessian exceeded MAXIMUM DEGREES OF FREEDOM;
  *   13 as 12 without an integer solution;
- *   14 the Hessian routine returned a value that is not finite (X holds the best integer solution
- *      found before, if any). */
+ *   14 a QP met a value that is not finite: a product by the Hessian, or an objective beyond the
+ *      largest number (X holds the best integer solution found before, if any). */
 ZEK_API void H02CBF(int *itmax, const int *msglvl, const int *n, const int *m, const double *a, const int *lda,
                     const double *bl, const double *bu, const int *intvar, const double *cvec, const double *h,
                     const int *ldh, ZekQpHessian qphess, ZekQpHessianAdaptor qphess_adaptor, const int *maxnod,

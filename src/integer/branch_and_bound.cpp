@@ -363,7 +363,9 @@ void branch_and_bound(const char *routine, const BranchArguments &args, const No
                   {static_cast<long>(r.too_big)});
         break;
     case kNodeHessianFailed:
-        exit.fail(14, 99975, " ** The Hessian routine returned a value that is not finite.  Search abandoned.");
+        exit.fail(14, 99975,
+                  " ** A QP gave a value that is not finite (a product by the Hessian, or the objective).\n"
+                  "    Search abandoned.");
         break;
     default: exit.fail(11, 99981, " ** Not enough workspace to solve problem."); break;
     }

@@ -65,7 +65,7 @@ BranchLayout branch_layout(int n, int m, int slots, long long liwork, long long 
 // in the LP solver's IFAIL terms: 0 or 1 solved, 2 unbounded, 3 (or 6) infeasible, 4 iteration limit.
 // A QP solver adds two outcomes of its own, which the LP solver never gives.
 constexpr int kNodeHessianTooBig = 5;   // the reduced Hessian outgrew its assigned dimension
-constexpr int kNodeHessianFailed = 14;  // the Hessian gave a value that is not finite: the search stops
+constexpr int kNodeHessianFailed = 14;  // the Hessian or the objective was not finite: the search stops
 
 class NodeSolver {
 public:

@@ -3,6 +3,7 @@
 // E04NFA at every node; only the node solver and the workspace shares differ.
 #include <algorithm>
 #include <climits>
+#include <cmath>
 #include <string>
 
 #include "frame/ifail.h"
@@ -46,6 +47,9 @@ public:
                ax, clamda, iwork, &liwork, work, &lwork, iuser_, ruser_, lwsav_, iwsav_, rwsav_, &ifail);
         if (ifail == 5) return kNodeHessianTooBig;
         if (ifail == 6) return kNodeHessianFailed;
+        // Finite data can still overflow the objective (c'x or x'Hx beyond the largest number): no bound
+        // of the tree could rest on it.
+        if ((ifail == 0 || ifail == 1) && !std::isfinite(*objective)) return kNodeHessianFailed;
         return ifail;
     }
 

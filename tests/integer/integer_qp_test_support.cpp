@@ -69,7 +69,7 @@ long long iqp_lrwork(int n, int m, int maxdpt) {
 }
 
 int IqpCall::run(const Iqp &p) {
-    const int n = n_override >= 0 ? n_override : p.n, m = m_override >= 0 ? m_override : p.m;
+    const int n = n_override != kUnset ? n_override : p.n, m = m_override != kUnset ? m_override : p.m;
     const int li = liwork >= 0 ? liwork : static_cast<int>(iqp_liwork(n, m, maxdpt));
     const int lr = lrwork >= 0 ? lrwork : static_cast<int>(iqp_lrwork(n, m, maxdpt));
     std::vector<int> iwork(static_cast<std::size_t>(std::max(li, 1)), -7);

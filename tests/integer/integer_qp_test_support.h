@@ -26,13 +26,15 @@ struct Iqp {
 long long iqp_liwork(int n, int m, int maxdpt);
 long long iqp_lrwork(int n, int m, int maxdpt);
 
+constexpr int kUnset = -99999;
+
 struct IqpCall {
     int itmax = 0, msglvl = 0, maxnod = 0, intfst = 0, maxdpt = 30;
     double toliv = 0.0, tolfes = 0.0, bigbnd = 0.0;
     bool callback = false;          // H02CBF with a Hessian routine, else H02CEF
     int nan_after = -1;             // the Hessian routine returns NaN from this call on, when not negative
     int liwork = -1, lrwork = -1, ldh = -1;  // explicit values when not negative
-    int n_override = -1, m_override = -1;    // explicit N, M when not negative
+    int n_override = kUnset, m_override = kUnset;  // explicit N, M when set
     std::vector<std::string> options;  // H02CDF lines before the call
     std::vector<double> x0;            // start point, zeros when empty
 
