@@ -40,5 +40,6 @@ void tour_svd(void);
 void tour_sparse(void);
 void tour_qp(void);
 void tour_statistics(void);
+void tour_iqp(void);
 
 #endif
