@@ -10,6 +10,7 @@
 #include "frame/machine.h"
 #include "frame/output.h"
 #include "integer/branch_and_bound.h"
+#include "optimisation/qp_driver.h"
 #include "zek2/e04.h"
 #include "zek2/h02.h"
 
@@ -145,23 +146,6 @@ void export_state(int nct, const zek::h02::BranchLayout &l, int slots, int *iwor
 
 } // namespace
 
-namespace {
-
-// Data that must be finite before a QP search: the first offending element of V (ROWS by COLS,
-// leading dimension LD) fails with IFAIL 6.
-bool finite_data(zek::FailureExit &exit, const char *name, int rows, int cols, const double *v, int ld) {
-    for (std::ptrdiff_t j = 0; j < cols; ++j)
-        for (std::ptrdiff_t i = 0; i < rows; ++i) {
-            if (std::isfinite(v[i + j * ld])) continue;
-            exit.fail(6, 99980, " ** On entry, an element of %s is not a finite number:\n    Element (%ld,%ld) =%16.7G.",
-                      {std::string(name), static_cast<long>(i + 1), static_cast<long>(j + 1), v[i + j * ld]});
-            return false;
-        }
-    return true;
-}
-
-} // namespace
-
 namespace zek::h02 {
 
 void branch_and_bound(const char *routine, const BranchArguments &args, const NodeWork &work, NodeSolver &solver,
@@ -231,10 +215,14 @@ void branch_and_bound(const char *routine, const BranchArguments &args, const No
         return;
     }
     if (args.quadratic) {
-        if (m > 0 && !finite_data(exit, "A", m, n, args.a, lda)) return;
-        if (!finite_data(exit, "CVEC", n, 1, args.cvec, n)) return;
-        if (!finite_data(exit, "X", n, 1, args.x, n)) return;
-        if (args.dense_h != nullptr && !finite_data(exit, "H", n, n, args.dense_h, args.ldh)) return;
+        zek::Records rec;
+        const bool finite = (m == 0 || zek::qp::matrix_finite("A", m, n, args.a, lda, rec)) &&
+                            zek::qp::data_finite("CVEC", n, args.cvec, rec) && zek::qp::data_finite("X", n, args.x, rec) &&
+                            (args.dense_h == nullptr || zek::qp::matrix_finite("H", n, n, args.dense_h, args.ldh, rec));
+        if (!finite) {
+            exit.fail_with_records(6, 99980, rec);
+            return;
+        }
     }
 
     // Defaults, kept aside until the bounds have passed, so that a failing call changes nothing.
@@ -380,29 +368,9 @@ void H02BBF_INNER(int *itmax, int msglvl, int n, int m, const double *a, int lda
                   double *tolfes, double *bigbnd, double *x, double *objmip, int *iwork, int liwork, double *rwork,
                   int lrwork, int *lwsav, int *iwsav, double *rwsav, char *errbuf, int *ifail, int errbuf_len) {
     (void)errbuf_len;
-    zek::h02::BranchArguments args;
-    args.itmax = itmax;
-    args.msglvl = msglvl;
-    args.n = n;
-    args.m = m;
-    args.a = a;
-    args.lda = lda;
-    args.bl = bl;
-    args.bu = bu;
-    args.intvar = intvar;
-    args.cvec = cvec;
-    args.maxnod = maxnod;
-    args.intfst = intfst;
-    args.maxdpt = maxdpt;
-    args.toliv = toliv;
-    args.tolfes = tolfes;
-    args.bigbnd = bigbnd;
-    args.x = x;
-    args.objmip = objmip;
-    args.iwork = iwork;
-    args.liwork = liwork;
-    args.rwork = rwork;
-    args.lrwork = lrwork;
+    const zek::h02::BranchArguments args{itmax, msglvl, n,      m,      lda,   a,      bl,    bu,    cvec,
+                                         intvar, maxnod, intfst, maxdpt, toliv, tolfes, bigbnd, x,     objmip,
+                                         iwork,  liwork, rwork,  lrwork, false,  nullptr, 1};
     // E04MFA's shares; the real one is counted as 7N + 5M + 2 t^2 even when M = 0, where the LP needs one
     // real less, so that the minimum LRWORK keeps its closed form.
     zek::h02::NodeWork work;

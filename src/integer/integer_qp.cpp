@@ -89,32 +89,11 @@ void integer_qp(const char *routine, int *itmax, int msglvl, int n, int m, const
                 double *bigbnd, double *x, double *objmip, int *iwork, int liwork, double *rwork, int lrwork,
                 int *iuser, double *ruser, int *lwsav, int *iwsav, double *rwsav, int *ifail) {
     zek::Front front(routine);
-    zek::h02::BranchArguments args;
-    args.itmax = itmax;
-    args.msglvl = msglvl;
-    args.n = n;
-    args.m = m;
-    args.a = a;
-    args.lda = lda;
-    args.bl = bl;
-    args.bu = bu;
-    args.intvar = intvar;
-    args.cvec = cvec;
-    args.maxnod = maxnod;
-    args.intfst = intfst;
-    args.maxdpt = maxdpt;
-    args.toliv = toliv;
-    args.tolfes = tolfes;
-    args.bigbnd = bigbnd;
-    args.x = x;
-    args.objmip = objmip;
-    args.iwork = iwork;
-    args.liwork = liwork;
-    args.rwork = rwork;
-    args.lrwork = lrwork;
-    args.quadratic = true;
-    args.dense_h = qphess == nullptr ? h : nullptr;
-    args.ldh = ldh;
+    // A null QPHESS makes E04NFA read H itself, so H is then data to check.
+    const zek::h02::BranchArguments args{itmax,  msglvl, n,      m,      lda,   a,      bl,    bu,    cvec,
+                                         intvar, maxnod, intfst, maxdpt, toliv, tolfes, bigbnd, x,     objmip,
+                                         iwork,  liwork, rwork,  lrwork, true,  qphess == nullptr ? h : nullptr,
+                                         ldh};
     QpNodeSolver qp(n, m, a, lda, cvec, h, ldh, qphess, adaptor, iuser, ruser, lwsav, iwsav, rwsav);
     qp.option("Nolist");
     qp.option("Problem Type = QP2");
