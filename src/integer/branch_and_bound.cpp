@@ -352,8 +352,8 @@ void branch_and_bound(const char *routine, const BranchArguments &args, const No
         break;
     case kNodeHessianFailed:
         exit.fail(14, 99975,
-                  " ** A QP gave a value that is not finite (a product by the Hessian, or the objective).\n"
-                  "    Search abandoned.");
+                  " ** A QP gave a value that is not finite (a product by the Hessian, or its\n"
+                  "    objective).  Search abandoned.");
         break;
     default: exit.fail(11, 99981, " ** Not enough workspace to solve problem."); break;
     }

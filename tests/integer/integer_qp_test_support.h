@@ -1,50 +1,101 @@
-// Helpers of the integer QP tests: a small problem in dense form and one call of H02CEF or H02CBF on it,
-// with an option store prepared by H02WBF, option lines through H02CDF and workspace of the minimum
-// lengths by the documented rule.
+// Integer QP tests: a small problem in dense form and one call of H02CEF (or H02CBF with a Hessian
+// routine) on it, with the store from H02WBF, option lines through H02CDF, the documented minimum
+// workspace and the host text captured.
 #ifndef ZEK_TESTS_INTEGER_QP_TEST_SUPPORT_H
 #define ZEK_TESTS_INTEGER_QP_TEST_SUPPORT_H
 
-#include <functional>
+#include <algorithm>
+#include <cmath>
 #include <string>
 #include <vector>
+
+#include "frame/host_capture.h"
+#include "zek2/h02.h"
 
 namespace zek_test {
 
 struct Iqp {
-    int n = 0, m = 0;
-    std::vector<double> a, bl, bu, cvec, h;  // a: m by n (leading dimension max(1, m)); h: n by n
+    int n, m;
+    std::vector<double> a, bl, bu, cvec, h;  // a: m by n, leading dimension max(1, m); h: n by n
     std::vector<int> intvar;
-    int lda() const { return m > 0 ? m : 1; }
-    double &at(int i, int j) { return a[static_cast<std::size_t>((i - 1) + (j - 1) * lda())]; }
-    // N integer variables in [lower, upper], M rows free, H and CVEC zero.
-    static Iqp box(int n, int m, double lower, double upper);
-    double objective(const double *x) const;
-    bool feasible(const double *x, double tol) const;
+    Iqp(int n_, int m_, double lower, double upper)
+        : n(n_), m(m_), a(static_cast<std::size_t>(std::max(m, 1) * n)), bl(static_cast<std::size_t>(n + m), -1e20),
+          bu(static_cast<std::size_t>(n + m), 1e20), cvec(static_cast<std::size_t>(n)),
+          h(static_cast<std::size_t>(n * n)), intvar(static_cast<std::size_t>(n), 1) {
+        std::fill_n(bl.begin(), n, lower);
+        std::fill_n(bu.begin(), n, upper);
+    }
+    double &at(int i, int j) { return a[static_cast<std::size_t>((i - 1) + (j - 1) * std::max(m, 1))]; }
+    double objective(const std::vector<double> &x) const {
+        double f = 0.0;
+        for (int i = 0; i < n; ++i)
+            for (int j = 0; j < n; ++j) f += x[i] * (0.5 * h[static_cast<std::size_t>(i + j * n)] * x[j] + (i == j ? cvec[i] : 0.0));
+        return f;
+    }
+    bool feasible(const std::vector<double> &x, double tol) const {
+        for (int k = 0; k < n + m; ++k) {
+            double v = k < n ? x[k] : 0.0;
+            for (int j = 0; k >= n && j < n; ++j) v += a[static_cast<std::size_t>((k - n) + j * std::max(m, 1))] * x[j];
+            if (v < bl[k] - tol || v > bu[k] + tol) return false;
+        }
+        return true;
+    }
 };
 
-// The documented minimum workspace of H02CBF and H02CEF.
-long long iqp_liwork(int n, int m, int maxdpt);
-long long iqp_lrwork(int n, int m, int maxdpt);
-
-constexpr int kUnset = -99999;
+// H X for H02CBF; IUSER[0] counts the calls, and from call IUSER[1] (when positive) every product is NaN.
+inline void ZEK_CALLBACK dense_product(const int *n, const int *, const double *h, const int *ldh, const double *x,
+                                       double *hx, const int *, int *iuser, double *) {
+    ++iuser[0];
+    for (int i = 0; i < *n; ++i) {
+        hx[i] = iuser[1] > 0 && iuser[0] >= iuser[1] ? NAN : 0.0;
+        for (int j = 0; j < *n; ++j) hx[i] += h[i + j * *ldh] * x[j];
+    }
+}
 
 struct IqpCall {
-    int itmax = 0, msglvl = 0, maxnod = 0, intfst = 0, maxdpt = 30;
+    int itmax = 0, msglvl = 0, maxnod = 0, intfst = 0, maxdpt = 30, n = -99, m = -99, ldh = -1, liwork = -1,
+        lrwork = -1;
     double toliv = 0.0, tolfes = 0.0, bigbnd = 0.0;
-    bool callback = false;          // H02CBF with a Hessian routine, else H02CEF
-    int nan_after = -1;             // the Hessian routine returns NaN from this call on, when not negative
-    int liwork = -1, lrwork = -1, ldh = -1;  // explicit values when not negative
-    int n_override = kUnset, m_override = kUnset;  // explicit N, M when set
-    std::vector<std::string> options;  // H02CDF lines before the call
-    std::vector<double> x0;            // start point, zeros when empty
-
-    std::vector<double> x;
+    bool callback = false;
+    std::vector<std::string> options;  // H02CDF lines
+    std::vector<double> x;             // in: the start (zeros when empty); out: the solution
+    std::vector<int> iuser = {0, 0};
     double objective = 0.0;
-    int ifail = -99;
-    std::vector<int> iuser = std::vector<int>(2, 0);  // iuser[0]: products by the Hessian routine
-    std::string captured;                             // host text of the call (failures printed)
-
-    int run(const Iqp &p);
+    std::string captured;
+    // The documented minimum workspace.
+    static long long min_liwork(int n, int m, int s) { return (n + m + 25LL) * s + 5LL * n + m + 4; }
+    static long long min_lrwork(int n, int m, int s) {
+        return (n + 1LL) * s + 20LL * n + 12LL * m + (m > 0 ? 4LL : 3LL) * n * n;
+    }
+    int run(const Iqp &p) {
+        const int nn = n != -99 ? n : p.n, mm = m != -99 ? m : p.m, lda = std::max(p.m, 1);
+        const int ld = ldh >= 0 ? ldh : std::max(p.n, 1);
+        const int li = liwork >= 0 ? liwork : static_cast<int>(min_liwork(nn, mm, maxdpt));
+        const int lr = lrwork >= 0 ? lrwork : static_cast<int>(min_lrwork(nn, mm, maxdpt));
+        std::vector<int> iwork(static_cast<std::size_t>(std::max(li, 1))), lwsav(120), iwsav(610);
+        std::vector<double> rwork(static_cast<std::size_t>(std::max(lr, 1))), rwsav(475);
+        std::vector<char> cwsav(80);
+        const int lc = 1, ll = 120, lis = 610, lrs = 475, list = 0;
+        int ifail = 0;
+        H02WBF(callback ? "H02CBF" : "H02CEF", cwsav.data(), &lc, lwsav.data(), &ll, iwsav.data(), &lis,
+               rwsav.data(), &lrs, &ifail, 6, 80);
+        for (const std::string &o : options)
+            H02CDF(o.c_str(), &list, lwsav.data(), iwsav.data(), rwsav.data(), &ifail, static_cast<int>(o.size()));
+        x.resize(static_cast<std::size_t>(std::max(p.n, 1)), 0.0);
+        ifail = -1;
+        OutputCapture capture;
+        if (callback)
+            H02CBF(&itmax, &msglvl, &nn, &mm, p.a.data(), &lda, p.bl.data(), p.bu.data(), p.intvar.data(),
+                   p.cvec.data(), p.h.data(), &ld, dense_product, nullptr, &maxnod, &intfst, &maxdpt, &toliv, &tolfes,
+                   &bigbnd, x.data(), &objective, iwork.data(), &li, rwork.data(), &lr, iuser.data(), nullptr,
+                   lwsav.data(), iwsav.data(), rwsav.data(), &ifail);
+        else
+            H02CEF(&itmax, &msglvl, &nn, &mm, p.a.data(), &lda, p.bl.data(), p.bu.data(), p.intvar.data(),
+                   p.cvec.data(), p.h.data(), &ld, &maxnod, &intfst, &maxdpt, &toliv, &tolfes, &bigbnd, x.data(),
+                   &objective, iwork.data(), &li, rwork.data(), &lr, lwsav.data(), iwsav.data(), rwsav.data(), &ifail);
+        for (const std::string &line : capture.host()) captured += line + "\n";
+        return ifail;
+    }
 };
 
 } // namespace zek_test
