@@ -14,28 +14,29 @@
 
 namespace zek_test {
 
-struct Iqp {
+using Vec = std::vector<double>;
+
+struct Iqp {  // N variables in [lower, upper], all integer; M rows, free; H, CVEC zero
     int n, m;
-    std::vector<double> a, bl, bu, cvec, h;  // a: m by n, leading dimension max(1, m); h: n by n
-    std::vector<int> intvar;
-    Iqp(int n_, int m_, double lower, double upper)
-        : n(n_), m(m_), a(static_cast<std::size_t>(std::max(m, 1) * n)), bl(static_cast<std::size_t>(n + m), -1e20),
-          bu(static_cast<std::size_t>(n + m), 1e20), cvec(static_cast<std::size_t>(n)),
-          h(static_cast<std::size_t>(n * n)), intvar(static_cast<std::size_t>(n), 1) {
+    Vec a = Vec(static_cast<std::size_t>(std::max(m, 1) * n)), bl = Vec(static_cast<std::size_t>(n + m), -1e20),
+        bu = Vec(static_cast<std::size_t>(n + m), 1e20), cvec = Vec(static_cast<std::size_t>(n)),
+        h = Vec(static_cast<std::size_t>(n * n));
+    std::vector<int> intvar = std::vector<int>(static_cast<std::size_t>(n), 1);
+    Iqp(int n_, int m_, double lower, double upper) : n(n_), m(m_) {
         std::fill_n(bl.begin(), n, lower);
         std::fill_n(bu.begin(), n, upper);
     }
     double &at(int i, int j) { return a[static_cast<std::size_t>((i - 1) + (j - 1) * std::max(m, 1))]; }
-    double objective(const std::vector<double> &x) const {
+    double objective(const Vec &x) const {
         double f = 0.0;
         for (int i = 0; i < n; ++i)
-            for (int j = 0; j < n; ++j) f += x[i] * (0.5 * h[static_cast<std::size_t>(i + j * n)] * x[j] + (i == j ? cvec[i] : 0.0));
+            for (int j = 0; j < n; ++j) f += x[i] * (0.5 * h[i + j * n] * x[j] + (i == j ? cvec[i] : 0.0));
         return f;
     }
-    bool feasible(const std::vector<double> &x, double tol) const {
+    bool feasible(const Vec &x, double tol) const {
         for (int k = 0; k < n + m; ++k) {
             double v = k < n ? x[k] : 0.0;
-            for (int j = 0; k >= n && j < n; ++j) v += a[static_cast<std::size_t>((k - n) + j * std::max(m, 1))] * x[j];
+            for (int j = 0; k >= n && j < n; ++j) v += a[(k - n) + j * std::max(m, 1)] * x[j];
             if (v < bl[k] - tol || v > bu[k] + tol) return false;
         }
         return true;
@@ -55,33 +56,27 @@ inline void ZEK_CALLBACK dense_product(const int *n, const int *, const double *
 struct IqpCall {
     int itmax = 0, msglvl = 0, maxnod = 0, intfst = 0, maxdpt = 30, n = -99, m = -99, ldh = -1, liwork = -1,
         lrwork = -1;
-    double toliv = 0.0, tolfes = 0.0, bigbnd = 0.0;
+    double toliv = 0.0, tolfes = 0.0, bigbnd = 0.0, objective = 0.0;
     bool callback = false;
     std::vector<std::string> options;  // H02CDF lines
-    std::vector<double> x;             // in: the start (zeros when empty); out: the solution
+    Vec x;                             // in: the start (zeros when empty); out: the solution
     std::vector<int> iuser = {0, 0};
-    double objective = 0.0;
     std::string captured;
-    // The documented minimum workspace.
-    static long long min_liwork(int n, int m, int s) { return (n + m + 25LL) * s + 5LL * n + m + 4; }
-    static long long min_lrwork(int n, int m, int s) {
-        return (n + 1LL) * s + 20LL * n + 12LL * m + (m > 0 ? 4LL : 3LL) * n * n;
-    }
+    static int min_liwork(int n, int m, int s) { return (n + m + 25) * s + 5 * n + m + 4; }
+    static int min_lrwork(int n, int m, int s) { return (n + 1) * s + 20 * n + 12 * m + (m > 0 ? 4 : 3) * n * n; }
     int run(const Iqp &p) {
         const int nn = n != -99 ? n : p.n, mm = m != -99 ? m : p.m, lda = std::max(p.m, 1);
-        const int ld = ldh >= 0 ? ldh : std::max(p.n, 1);
-        const int li = liwork >= 0 ? liwork : static_cast<int>(min_liwork(nn, mm, maxdpt));
-        const int lr = lrwork >= 0 ? lrwork : static_cast<int>(min_lrwork(nn, mm, maxdpt));
+        const int ld = ldh >= 0 ? ldh : p.n, li = liwork >= 0 ? liwork : min_liwork(nn, mm, maxdpt),
+                  lr = lrwork >= 0 ? lrwork : min_lrwork(nn, mm, maxdpt), lc = 1, ll = 120, lis = 610, lrs = 475, list = 0;
         std::vector<int> iwork(static_cast<std::size_t>(std::max(li, 1))), lwsav(120), iwsav(610);
-        std::vector<double> rwork(static_cast<std::size_t>(std::max(lr, 1))), rwsav(475);
+        Vec rwork(static_cast<std::size_t>(std::max(lr, 1))), rwsav(475);
         std::vector<char> cwsav(80);
-        const int lc = 1, ll = 120, lis = 610, lrs = 475, list = 0;
         int ifail = 0;
         H02WBF(callback ? "H02CBF" : "H02CEF", cwsav.data(), &lc, lwsav.data(), &ll, iwsav.data(), &lis,
                rwsav.data(), &lrs, &ifail, 6, 80);
         for (const std::string &o : options)
             H02CDF(o.c_str(), &list, lwsav.data(), iwsav.data(), rwsav.data(), &ifail, static_cast<int>(o.size()));
-        x.resize(static_cast<std::size_t>(std::max(p.n, 1)), 0.0);
+        x.resize(static_cast<std::size_t>(p.n), 0.0);
         ifail = -1;
         OutputCapture capture;
         if (callback)
