@@ -3,7 +3,6 @@
 // H02CEF and H02CBF must end in one of their exits; a returned integer solution is finite.
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <limits>
 
 #include "integer_qp_test_support.h"
@@ -46,37 +45,27 @@ TEST(HostileIntegerQp, DataEndInAnExitWithAFiniteSolution) {
 }
 
 TEST(HostileIntegerQp, SizesAndWorkspace) {
+    // Each row: N, M, MAXDPT, LIWORK and LRWORK (-1: the minimum, -2: one short), the call from which
+    // the Hessian routine returns NaN (0: never), and the IFAIL.
     const struct {
-        const char *what;
-        std::function<void(IqpCall &, Iqp &)> change;
-        int ifail;
+        int n, m, maxdpt, liwork, lrwork, nan_from, ifail;
     } cases[] = {
-        {"as given", [](IqpCall &, Iqp &) {}, 0},
-        {"N = 0", [](IqpCall &c, Iqp &) { c.n = 0; }, 6},
-        {"M < 0", [](IqpCall &c, Iqp &) { c.m = -1; }, 6},
-        {"MAXDPT 1", [](IqpCall &c, Iqp &) { c.maxdpt = 1; }, 6},
-        {"LIWORK one short", [](IqpCall &c, Iqp &) { c.liwork = static_cast<int>(IqpCall::min_liwork(2, 1, 30)) - 1; }, 6},
-        {"LRWORK one short", [](IqpCall &c, Iqp &) { c.lrwork = static_cast<int>(IqpCall::min_lrwork(2, 1, 30)) - 1; }, 6},
-        {"workspace beyond an int",
-         [](IqpCall &c, Iqp &p) {
-             c.n = 60000;
-             c.m = 0;
-             p.intvar.assign(60000, 0);
-             c.liwork = c.lrwork = 1000;
-         },
-         6},
-        {"Hessian routine NaN at once",
-         [](IqpCall &c, Iqp &) {
-             c.callback = true;
-             c.iuser[1] = 1;
-         },
-         14},
+        {2, 1, 30, -1, -1, 0, 0},    {0, 1, 30, -1, -1, 0, 6}, {2, -1, 30, -1, -1, 0, 6}, {2, 1, 1, -1, -1, 0, 6},
+        {2, 1, 30, -2, -1, 0, 6},    {2, 1, 30, -1, -2, 0, 6}, {2, 1, 30, -1, -1, 1, 14},
+        {60000, 0, 30, 1000, 1000, 0, 6},  // workspace beyond an int
     };
-    for (const auto &s : cases) {
+    for (const auto &c : cases) {
         Iqp p = base();
+        p.intvar.assign(static_cast<std::size_t>(std::max(c.n, 2)), 0);
         IqpCall call;
-        s.change(call, p);
-        EXPECT_EQ(call.run(p), s.ifail) << s.what << "\n" << call.captured;
+        call.n = c.n;
+        call.m = c.m;
+        call.maxdpt = c.maxdpt;
+        call.liwork = c.liwork == -2 ? IqpCall::min_liwork(c.n, c.m, c.maxdpt) - 1 : c.liwork;
+        call.lrwork = c.lrwork == -2 ? IqpCall::min_lrwork(c.n, c.m, c.maxdpt) - 1 : c.lrwork;
+        call.callback = c.nan_from > 0;
+        call.iuser[1] = c.nan_from;
+        EXPECT_EQ(call.run(p), c.ifail) << c.n << " " << c.m << " " << c.maxdpt << "\n" << call.captured;
     }
 }
 

@@ -118,48 +118,36 @@ TEST(IntegerQp, ExitsOfItsOwn) {
     rows.intvar = {1, 0, 0};
     rows.at(1, 1) = rows.at(1, 2) = rows.at(2, 1) = rows.at(2, 3) = 1.0;
     rows.bu[3] = rows.bu[4] = 0.6;
-    struct Case {
+    // Each row: the problem, MAXIMUM DEGREES OF FREEDOM (0: not set), start on the rows, LDH (-1: N),
+    // the Hessian routine and the call from which it returns NaN, MSGLVL, then the IFAIL and a line of text.
+    const struct {
         const Iqp *p;
-        std::function<void(IqpCall &)> set;
-        int ifail;
+        int maxdeg;
+        bool on_rows;
+        int ldh, callback, nan_from, msglvl, ifail;
         const char *text;
     } cases[] = {
-        {&free, [](IqpCall &c) { c.options = {"Maximum Degrees of Freedom = 1"}; }, 5,
-         "    Increase Maximum Degrees of Freedom with H02CDF and rerun H02CEF."},
-        {&free, [](IqpCall &c) { c.ldh = 2; }, 6, " ** On entry, LDH .lt. N:"},
-        {&odd, [](IqpCall &) {}, 1, " ** The problem does not have a feasible integer solution."},
-        {&free, [](IqpCall &c) { c.callback = true;
-             c.iuser[1] = 3; }, 14,
-         " ** A QP gave a value that is not finite (a product by the Hessian, or its"},
-        {&rows,
-         [](IqpCall &c) {
-             c.options = {"Maximum Degrees of Freedom = 1"};
-             c.x = {0.2, 0.4, 0.4};
-             c.msglvl = 2;
-         },
-         12, " ** Reduced Hessian exceeds assigned dimension, terminate the search of this branch\n"},
-        {&rows,
-         [](IqpCall &c) {
-             c.options = {"Maximum Degrees of Freedom = 1"};
-             c.x = {0.2, 0.4, 0.4};
-         },
-         12,
-         " ** The IP solution returned is the best found, but    1 branches were not"},
-        {&rows, [](IqpCall &c) { c.msglvl = 1; }, 0, " Exit H02CEF - Optimum IP solution found. "},
-        {&rows,
-         [](IqpCall &c) {
-             c.msglvl = 1;
-             c.callback = true;
-         },
-         0, " *** H02CBF"},
+        {&free, 1, false, -1, 0, 0, 0, 5, "    Increase Maximum Degrees of Freedom with H02CDF and rerun H02CEF."},
+        {&free, 0, false, 2, 0, 0, 0, 6, " ** On entry, LDH .lt. N:"},
+        {&odd, 0, false, -1, 0, 0, 0, 1, " ** The problem does not have a feasible integer solution."},
+        {&free, 0, false, -1, 1, 3, 0, 14, " ** A QP gave a value that is not finite (a product by the Hessian, or its"},
+        {&rows, 1, true, -1, 0, 0, 2, 12, " ** Reduced Hessian exceeds assigned dimension, terminate the search of this"},
+        {&rows, 1, true, -1, 0, 0, 0, 12, " ** The IP solution returned is the best found, but    1 branches were not"},
+        {&rows, 0, false, -1, 0, 0, 1, 0, " Exit H02CEF - Optimum IP solution found. "},
+        {&rows, 0, false, -1, 1, 0, 1, 0, " *** H02CBF"},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         IqpCall call;
-        c.set(call);
+        if (c.maxdeg > 0) call.options = {"Maximum Degrees of Freedom = " + std::to_string(c.maxdeg)};
+        if (c.on_rows) call.x = {0.2, 0.4, 0.4};
+        call.ldh = c.ldh;
+        call.callback = c.callback != 0;
+        call.iuser[1] = c.nan_from;
+        call.msglvl = c.msglvl;
         EXPECT_EQ(call.run(*c.p), c.ifail) << c.text;
         EXPECT_NE(call.captured.find(c.text), std::string::npos) << call.captured;
         EXPECT_EQ(call.captured.find("H02BBF"), std::string::npos);
-        // The branch left unsearched held the optimum; the search says so rather than claim (1, ., .).
+        // The branch left unsearched held the optimum (0, 0.5, 0.5): IFAIL 12 says so of (1, -0.4, -0.4).
         EXPECT_EQ(call.x[0], c.ifail == 12 ? 1.0 : call.x[0]);
         const double optimum = rows.objective({0.0, 0.5, 0.5});
         EXPECT_NEAR(c.p == &rows && c.ifail == 0 ? call.objective : optimum, optimum, 1e-12);
