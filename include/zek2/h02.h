@@ -104,7 +104,8 @@ ZEK_API void H02WBF(const char *rname, char *cwsav, const int *lcwsav, int *lwsa
                     const int *liwsav, double *rwsav, const int *lrwsav, int *ifail, int rname_len, int cwsav_len)
     ZEK_SYMBOL("q57465");
 
-/* Copies the final state that H02BBF left at the head of IWORK and RWORK (after IFAIL 0 or 9): for
+/* Copies the final state that H02BBF (or H02CBF, H02CEF) left at the head of IWORK and RWORK (after
+ * IFAIL 0 or 9, and 12 of the integer QP routines): for
  * j = 1..N+M, ISTATE(j) = IWORK(j), BL(j) = RWORK(j), BU(j) = RWORK(N+M+j), CLAMDA(j) =
  * RWORK(2(N+M)+j): the states ("--" -2, "++" -1, free 0, at lower 1, at upper 2, equal 3, fixed 4),
  * the bounds of the node where the solution was found and the LP multipliers there.  Arguments, in
