@@ -168,6 +168,7 @@ int main(void) {
     tour_sqp();
     tour_statistics();
     tour_glm();
+    tour_iqp();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces_received());
     unload_library();
     return 0;

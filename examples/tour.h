@@ -43,5 +43,6 @@ void tour_sparse(void);
 void tour_qp(void);
 void tour_statistics(void);
 void tour_glm(void);
+void tour_iqp(void);
 
 #endif

@@ -730,6 +730,46 @@ ZEK_API void E04XAA(const int *msglvl, const int *n, double *epsrf, const double
                     double *ruser, int *info, double *objf, double *objgrd, double *errest, int *nfeval, int *ifail)
     ZEK_SYMBOL("q41425");
 
+/* ---- Problem files of LP and QP --------------------------------------------------------------------
+ *
+ * E04MZF reads a linear program from an MPSX file in fixed columns, the grammar of H02BUF (chapter
+ * H02) without its integer items: an 'MARKER' line is a bad line (IFAIL 11) and the bound types UI, BV
+ * and LI are illegal (IFAIL 8).  It hands back what E04MFA and E04NFA take: N, NCLIN = M, A(LDA = MAXM,
+ * N), BL, BU (N+M, columns then rows, contiguous) and CVEC, with a start point X.  A QP adds its
+ * Hessian to these, through E04NFA's H or QPHESS: the file format has no section for it.
+ *
+ * Arguments, in order (the by-reference front E04MZF_BYREF takes every scalar by reference and has no
+ * ERRBUF):
+ *   INFILE          unit of the file (as for H02BUF)
+ *   M, N            out: rows (without the objective row) and columns read
+ *   MAXM, MAXN      limits, at least 1 (MAXM counts the objective row)
+ *   A(MAXM,MAXN)    out: the constraint rows
+ *   CVEC(MAXN)      out: the objective, negated when OPTIM is "MAX" (the solvers minimise)
+ *   BL, BU(MAXN+MAXM)  out: bounds of the columns, then of the rows; -1e20 and 1e20 stand for none
+ *   ROWTYP(MAXM)    out: 1 L, -1 G, 0 E, 2 N (free) for each row
+ *   NMPROB, NMOBJ, NMRHS, NMRNG, NMBND  in/out: names (8 characters; blank selects the first met)
+ *   CRNAME(MAXN+MAXM)  out: column names, then row names
+ *   X(MAXN)         out: start point, 0.0 for odd and 1.0 for even indices
+ *   XBLDEF, XBUDEF  default bounds of a column
+ *   OPTIM           "MIN" or "MAX"
+ *   MPSLST          nonzero: list the file and each error on the advisory unit
+ *   ERRBUF          (E04MZF only) 200 characters: the machine-readable failure line
+ *   IFAIL
+ * then the hidden lengths of NMPROB, NMOBJ, NMRHS, NMRNG, NMBND, CRNAME (element length) and OPTIM,
+ * and for E04MZF that of ERRBUF.  Failures (IFAIL) and their texts are H02BUF's, under the name E04MZF;
+ * 15 cannot occur. */
+ZEK_API void E04MZF(int infile, int *m, int *n, int maxm, int maxn, double *a, double *cvec, double *bl, double *bu,
+                    int *rowtyp, char *nmprob, char *nmobj, char *nmrhs, char *nmrng, char *nmbnd, char *crname,
+                    double *x, double xbldef, double xbudef, const char *optim, int mpslst, char *errbuf, int *ifail,
+                    int nmprob_len, int nmobj_len, int nmrhs_len, int nmrng_len, int nmbnd_len, int crname_len,
+                    int optim_len, int errbuf_len) ZEK_SYMBOL("q28553");
+ZEK_API void E04MZF_BYREF(const int *infile, int *m, int *n, const int *maxm, const int *maxn, double *a,
+                          double *cvec, double *bl, double *bu, int *rowtyp, char *nmprob, char *nmobj, char *nmrhs,
+                          char *nmrng, char *nmbnd, char *crname, double *x, const double *xbldef,
+                          const double *xbudef, const char *optim, const int *mpslst, int *ifail, int nmprob_len,
+                          int nmobj_len, int nmrhs_len, int nmrng_len, int nmbnd_len, int crname_len, int optim_len)
+    ZEK_SYMBOL("q30278");
+
 ZEK_END_DECLS
 
 #endif

@@ -17,6 +17,7 @@
 #ifndef ZEK2_H02_H
 #define ZEK2_H02_H
 
+#include "e04.h"
 #include "types.h"
 
 ZEK_BEGIN_DECLS
@@ -103,7 +104,8 @@ ZEK_API void H02WBF(const char *rname, char *cwsav, const int *lcwsav, int *lwsa
                     const int *liwsav, double *rwsav, const int *lrwsav, int *ifail, int rname_len, int cwsav_len)
     ZEK_SYMBOL("q57465");
 
-/* Copies the final state that H02BBF left at the head of IWORK and RWORK (after IFAIL 0 or 9): for
+/* Copies the final state that H02BBF (or H02CBF, H02CEF) left at the head of IWORK and RWORK (after
+ * IFAIL 0 or 9, and 12 of the integer QP routines): for
  * j = 1..N+M, ISTATE(j) = IWORK(j), BL(j) = RWORK(j), BU(j) = RWORK(N+M+j), CLAMDA(j) =
  * RWORK(2(N+M)+j): the states ("--" -2, "++" -1, free 0, at lower 1, at upper 2, equal 3, fixed 4),
  * the bounds of the node where the solution was found and the LP multipliers there.  Arguments, in
@@ -190,6 +192,85 @@ ZEK_API void H02_TREE_SEARCH(int n, int m, const double *a, int lda, const doubl
                              double *lp_work, int lp_lwork, int *lwsav, int *iwsav, double *rwsav, int *depth,
                              int *lp_iterations, int print_unit, int *abandoned, int *best_node)
     ZEK_SYMBOL("q98717");
+
+/* ---- Integer quadratic programming by branch and bound ---------------------------------------------
+ *
+ * Solves  minimise CVEC'x + 1/2 x'Hx  subject to  BL <= ( x ; A x ) <= BU,  x(j) integer where
+ * INTVAR(j) = 1, with H symmetric, by H02BBF's tree search with a QP of E04NFA at every node.
+ *
+ * Calling order: H02WBF("H02CBF" or "H02CEF", ...) once, any H02CDF option calls (they reach the
+ * nodes' QPs: MAXIMUM DEGREES OF FREEDOM, RANK TOLERANCE, FEASIBILITY PHASE ITERATIONS, ...), then
+ * H02CBF or H02CEF, then H02BZF to copy out the final state from the head of the workspace.  The
+ * search itself sets, in the same store, "Problem Type = QP2", "Print Level = 0", the feasibility
+ * tolerance, the infinite bound size, the iteration limit, "Cold Start" for the first QP and
+ * "Warm Start" after it.
+ *
+ * Search.  As H02BBF's: depth-first while more than half of the MAXDPT slots are in use, best-first
+ * otherwise; branching on the first fractional integer variable, the right child (x >= floor+1) solved
+ * first.  Each child starts from its parent's solution and working set (a warm start of E04NFA), so a
+ * child usually needs few iterations.  Texts, print levels, the node log and the solution blocks are
+ * H02BBF's under the routine's own name.
+ *
+ * Convexity.  A node is pruned when its QP's objective is not below the best integer objective found.
+ * That is exact only when H is positive semidefinite: the QP's optimum is then the least value over the
+ * node's box, a true bound.  For an indefinite H each QP ends at a local minimiser (or a dead point),
+ * whose value bounds nothing; the search still returns an integer-feasible point and its objective,
+ * but not necessarily the best one.
+ *
+ * Nodes whose reduced Hessian outgrows MAXIMUM DEGREES OF FREEDOM (E04NFA's IFAIL 5) are not dropped
+ * in silence: the branch is left unsearched, logged at MSGLVL >= 2, and the search ends with IFAIL 12
+ * or 13 instead of 0 or 1.
+ *
+ * Arguments, in order (H02CBF; H02CEF has neither QPHESS, QPHESS_ADAPTOR nor IUSER, RUSER):
+ *   ITMAX      in/out: iteration limit of each QP; max(50, 5(N+M)) when not positive; -11111 is the
+ *              trace request of H02BBF
+ *   MSGLVL     print level, as H02BBF's
+ *   N >= 1, M >= 0   variables and general rows
+ *   A(LDA,N), LDA >= max(1,M)   the rows
+ *   BL, BU(N+M)   bounds of the variables, then of the rows; at or beyond BIGBND means none
+ *   INTVAR(N)  1 for an integer variable, 0 for a continuous one
+ *   CVEC(N)    the linear term
+ *   H(LDH,*), LDH >= N   H02CEF: the N by N Hessian, symmetric, upper triangle read (the leading
+ *              HESSIAN ROWS square when that option is set).  H02CBF: handed to QPHESS unread.
+ *   QPHESS     H02CBF: the Hessian routine of E04NFA, HX := H X (null: H is read as by H02CEF)
+ *   QPHESS_ADAPTOR   H02CBF: null or E04NFA_QPHESS_ADAPTOR
+ *   MAXNOD, INTFST, MAXDPT >= 2, TOLIV, TOLFES, BIGBND, X, OBJMIP   as H02BBF's
+ *   IWORK(LIWORK), LIWORK >= (N+M+25) MAXDPT + N+M + 2N + 1 + LI, LI = 2N+3 (what E04NFA asks)
+ *   RWORK(LRWORK), LRWORK >= (N+1) MAXDPT + 7(N+M) + LR, LR = 13N + 5M + 4N^2 (N^2 less when M = 0),
+ *              what E04NFA asks; more IWORK buys a larger tree
+ *   IUSER, RUSER   H02CBF: handed to QPHESS
+ *   LWSAV, IWSAV, RWSAV   the option store prepared by H02WBF
+ *   IFAIL
+ * A, CVEC, X (and H for H02CEF or a null QPHESS) must be finite.
+ * Failures (IFAIL): as H02BBF's (1 no integer solution; 2, 3, 4 the first QP unbounded, infeasible or
+ * stopped by its iteration limit; 6 bad arguments; 8 depth limit; 9, 10 node limit; 11 tree or slots
+ * used up), and
+ *   5  the first QP's reduced Hessian exceeds MAXIMUM DEGREES OF FREEDOM;
+ *   6  also LDH < N, or an element of A, CVEC, X or H that is not finite;
+ *   12 the search ended with an integer solution in X, but some branches went unsearched because their
+ *      reduced Hessian exceeded MAXIMUM DEGREES OF FREEDOM;
+ *   13 as 12 without an integer solution;
+ *   14 a QP met a value that is not finite: a product by the Hessian, or an objective beyond the
+ *      largest number (X holds the best integer solution found before, if any). */
+ZEK_API void H02CBF(int *itmax, const int *msglvl, const int *n, const int *m, const double *a, const int *lda,
+                    const double *bl, const double *bu, const int *intvar, const double *cvec, const double *h,
+                    const int *ldh, ZekQpHessian qphess, ZekQpHessianAdaptor qphess_adaptor, const int *maxnod,
+                    const int *intfst, const int *maxdpt, double *toliv, double *tolfes, double *bigbnd, double *x,
+                    double *objmip, int *iwork, const int *liwork, double *rwork, const int *lrwork, int *iuser,
+                    double *ruser, int *lwsav, int *iwsav, double *rwsav, int *ifail) ZEK_SYMBOL("H02CBF");
+
+ZEK_API void H02CEF(int *itmax, const int *msglvl, const int *n, const int *m, const double *a, const int *lda,
+                    const double *bl, const double *bu, const int *intvar, const double *cvec, const double *h,
+                    const int *ldh, const int *maxnod, const int *intfst, const int *maxdpt, double *toliv,
+                    double *tolfes, double *bigbnd, double *x, double *objmip, int *iwork, const int *liwork,
+                    double *rwork, const int *lrwork, int *lwsav, int *iwsav, double *rwsav, int *ifail)
+    ZEK_SYMBOL("H02CEF");
+
+/* The option routine of H02CBF and H02CEF: one option line of E04NFA's keywords for the nodes' QPs, in
+ * the store H02WBF prepared.  Arguments and INFORM as E04NHF's (STRING, LIST, LWSAV, IWSAV, RWSAV,
+ * INFORM, then the hidden length of STRING); it is E04NHF on that store. */
+ZEK_API void H02CDF(const char *string, const int *list, int *lwsav, int *iwsav, double *rwsav, int *inform,
+                    int string_len) ZEK_SYMBOL("H02CDF");
 
 ZEK_END_DECLS
 

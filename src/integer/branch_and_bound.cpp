@@ -1,5 +1,6 @@
-// H02BBF: the front, and the worker with its argument checks, defaults, division of the workspace and
-// exit messages.  The search itself is in branch_and_bound_search.cpp.
+// The driver of the branch-and-bound searches (argument checks, defaults, division of the workspace,
+// exit messages), shared by H02BBF and the integer QP routines, and H02BBF's front and worker.  The
+// search itself is in branch_and_bound_search.cpp.
 #include <algorithm>
 #include <climits>
 #include <cmath>
@@ -9,6 +10,7 @@
 #include "frame/machine.h"
 #include "frame/output.h"
 #include "integer/branch_and_bound.h"
+#include "optimisation/qp_driver.h"
 #include "zek2/e04.h"
 #include "zek2/h02.h"
 
@@ -30,16 +32,19 @@ int lp_real_work(int n, int m) {
     return static_cast<int>(std::min<long long>(7LL * n + 5LL * m + 2 * tsquared(n, m), INT_MAX));
 }
 
-long long branch_real_work_needed(int n, int m, int maxdpt) {
-    return (static_cast<long long>(n) + 1) * maxdpt + 2 * (tsquared(n, m) + 6LL * m + 7LL * n);
+// The search's own reals: the working, incumbent and LP vectors, 7(N+M); its own integers besides the
+// slots: the incumbent's status column and 2N+1.  With the LP solver's shares these make H02BBF's
+// rules, (N+1) S + 2 (t^2 + 6M + 7N) reals and (N+M+25) S + N+M + 4N + 4 integers.
+long long branch_real_work_needed(int n, int m, int maxdpt, long long node_real) {
+    return (static_cast<long long>(n) + 1) * maxdpt + 7LL * (static_cast<long long>(n) + m) + node_real;
 }
 
-long long branch_integer_work_needed(int n, int m, int maxdpt) {
+long long branch_integer_work_needed(int n, int m, int maxdpt, long long node_int) {
     const long long nct = static_cast<long long>(n) + m;
-    return (nct + 25) * maxdpt + nct + 4LL * n + 4;
+    return (nct + 25) * maxdpt + nct + 2LL * n + 1 + node_int;
 }
 
-BranchLayout branch_layout(int n, int m, int slots, long long liwork) {
+BranchLayout branch_layout(int n, int m, int slots, long long liwork, long long node_int) {
     BranchLayout l;
     const std::ptrdiff_t N = n, M = m, NCT = N + M, S = slots;
     l.slots = slots;
@@ -56,14 +61,14 @@ BranchLayout branch_layout(int n, int m, int slots, long long liwork) {
     l.lp_work = l.slot_x + N * S;
 
     l.lp_iwork = 0;
-    l.slot_state = lp_integer_work(n);
+    l.slot_state = node_int;
     l.link = l.slot_state + NCT * (S + 1);
     l.slot_node = l.link + S + 1;
     l.slot_flag = l.slot_node + S;
     l.slot_number = l.slot_flag + S;
     l.path = l.slot_number + S;
     // The tree takes what is left, by the count the workspace rule fixes.
-    l.tree = (liwork - 4 - 3LL * n - NCT - S * (NCT + 5)) / 5;
+    l.tree = (liwork - node_int - 1 - n - NCT - S * (NCT + 5)) / 5;
     const std::ptrdiff_t T = std::max<long long>(l.tree, 0);
     l.parent = l.path + S;
     l.left = l.parent + T;
@@ -71,6 +76,38 @@ BranchLayout branch_layout(int n, int m, int slots, long long liwork) {
     l.branch_var = l.right + T;
     l.branch_value = l.branch_var + T;
     return l;
+}
+
+SearchSetup search_setup(const BranchLayout &l, int *iwork, double *rwork, int node_liwork, int node_lwork) {
+    SearchSetup s;
+    s.slots = l.slots;
+    s.ntree = l.tree;
+    s.parent = iwork + l.parent;
+    s.left = iwork + l.left;
+    s.right = iwork + l.right;
+    s.branch_var = iwork + l.branch_var;
+    s.branch_value = iwork + l.branch_value;
+    s.link = iwork + l.link;
+    s.slot_bound = rwork + l.slot_bound;
+    s.slot_node = iwork + l.slot_node;
+    s.slot_flag = iwork + l.slot_flag;
+    s.slot_number = iwork + l.slot_number;
+    s.slot_x = rwork + l.slot_x;
+    s.slot_state = iwork + l.slot_state;
+    s.wbl = rwork + l.wbl;
+    s.wbu = rwork + l.wbu;
+    s.best_bl = rwork + l.best_bl;
+    s.best_bu = rwork + l.best_bu;
+    s.best_clamda = rwork + l.best_clamda;
+    s.best_x = rwork + l.best_x;
+    s.ax = rwork + l.ax;
+    s.clamda = rwork + l.clamda;
+    s.path = iwork + l.path;
+    s.node_iwork = iwork + l.lp_iwork;
+    s.node_liwork = node_liwork;
+    s.node_work = rwork + l.lp_work;
+    s.node_lwork = node_lwork;
+    return s;
 }
 
 } // namespace zek::h02
@@ -109,14 +146,17 @@ void export_state(int nct, const zek::h02::BranchLayout &l, int slots, int *iwor
 
 } // namespace
 
-extern "C" {
+namespace zek::h02 {
 
-void H02BBF_INNER(int *itmax, int msglvl, int n, int m, const double *a, int lda, const double *bl, const double *bu,
-                  const int *intvar, const double *cvec, int maxnod, int intfst, int maxdpt, double *toliv,
-                  double *tolfes, double *bigbnd, double *x, double *objmip, int *iwork, int liwork, double *rwork,
-                  int lrwork, int *lwsav, int *iwsav, double *rwsav, char *errbuf, int *ifail, int errbuf_len) {
-    (void)errbuf_len;
-    zek::FailureExit exit("H02BBF", errbuf, ifail);
+void branch_and_bound(const char *routine, const BranchArguments &args, const NodeWork &work, NodeSolver &solver,
+                      char *errbuf, int *ifail) {
+    zek::FailureExit exit(routine, errbuf, ifail);
+    const int n = args.n, m = args.m, lda = args.lda, maxdpt = args.maxdpt, msglvl_in = args.msglvl;
+    const int liwork = args.liwork, lrwork = args.lrwork;
+    const int *intvar = args.intvar;
+    const double *bl = args.bl, *bu = args.bu;
+    int *iwork = args.iwork;
+    double *rwork = args.rwork;
 
     // N, M and LDA are all tested; the last failure is the one reported.
     const char *message = nullptr;
@@ -143,6 +183,10 @@ void H02BBF_INNER(int *itmax, int msglvl, int n, int m, const double *a, int lda
         else exit.fail(6, exit_number, message, {lda, m});
         return;
     }
+    if (args.quadratic && args.ldh < n) {
+        exit.fail(6, 99979, " ** On entry, LDH .lt. N:\n    LDH =%16ld, N =%16ld.", {args.ldh, n});
+        return;
+    }
     for (int j = 0; j < n; ++j) {
         if (intvar[j] == 0 || intvar[j] == 1) continue;
         exit.fail(6, 99996,
@@ -154,30 +198,40 @@ void H02BBF_INNER(int *itmax, int msglvl, int n, int m, const double *a, int lda
         exit.fail(6, 99995, " ** On entry, MAXDPT .lt. 2:\n    MAXDPT =%16ld.", {maxdpt});
         return;
     }
-    const long long rneed = zek::h02::branch_real_work_needed(n, m, maxdpt);
+    const long long rneed = branch_real_work_needed(n, m, maxdpt, work.reals);
     if (lrwork < rneed) {
         exit.fail(6, 99994,
                   " ** On entry, the dimension of RWORK is too small: LRWORK =%16ld.\n"
                   "    RWORK must be of dimension (at least)%16ld.",
-                  {lrwork, static_cast<long>(rneed)});
+                  {lrwork, static_cast<long>(std::min<long long>(rneed, LONG_MAX))});
         return;
     }
-    const long long ineed = zek::h02::branch_integer_work_needed(n, m, maxdpt);
+    const long long ineed = branch_integer_work_needed(n, m, maxdpt, work.integers);
     if (liwork < ineed) {
         exit.fail(6, 99993,
                   " ** On entry, the dimension of IWORK is too small: LIWORK =%16ld.\n"
                   "    IWORK must be of dimension (at least)%16ld.",
-                  {liwork, static_cast<long>(ineed)});
+                  {liwork, static_cast<long>(std::min<long long>(ineed, LONG_MAX))});
         return;
+    }
+    if (args.quadratic) {
+        zek::Records rec;
+        const bool finite = (m == 0 || zek::qp::matrix_finite("A", m, n, args.a, lda, rec)) &&
+                            zek::qp::data_finite("CVEC", n, args.cvec, rec) && zek::qp::data_finite("X", n, args.x, rec) &&
+                            (args.dense_h == nullptr || zek::qp::matrix_finite("H", n, n, args.dense_h, args.ldh, rec));
+        if (!finite) {
+            exit.fail_with_records(6, 99980, rec);
+            return;
+        }
     }
 
     // Defaults, kept aside until the bounds have passed, so that a failing call changes nothing.
     const int nct = n + m;
-    const bool trace = *itmax == -11111;
-    const int iterations = *itmax > 0 ? *itmax : std::max(50, 5 * nct);
-    const double integer_tol = *toliv > 0.0 ? *toliv : 1.0e-5;
-    const double feasibility_tol = *tolfes > 0.0 ? *tolfes : std::sqrt(zek::precision());
-    const double big = *bigbnd > 0.0 ? *bigbnd : 1.0e20;
+    const bool trace = *args.itmax == -11111;
+    const int iterations = *args.itmax > 0 ? *args.itmax : std::max(50, 5 * nct);
+    const double integer_tol = *args.toliv > 0.0 ? *args.toliv : 1.0e-5;
+    const double feasibility_tol = *args.tolfes > 0.0 ? *args.tolfes : std::sqrt(zek::precision());
+    const double big = *args.bigbnd > 0.0 ? *args.bigbnd : 1.0e20;
 
     const int unit = zek::advisory_unit();
     int nerror = 0;
@@ -185,7 +239,7 @@ void H02BBF_INNER(int *itmax, int msglvl, int n, int m, const double *a, int lda
         const double l = bl[j], u = bu[j];
         if (l <= u && !(l == u && std::fabs(l) >= big)) continue;
         ++nerror;
-        if (msglvl > 2) bound_detail(unit, j, n, l, u, big);
+        if (msglvl_in > 2) bound_detail(unit, j, n, l, u, big);
     }
     if (nerror > 0) {
         exit.fail(6, 99992,
@@ -194,34 +248,29 @@ void H02BBF_INNER(int *itmax, int msglvl, int n, int m, const double *a, int lda
                   {nerror});
         return;
     }
-    *itmax = iterations;
-    *toliv = integer_tol;
-    *tolfes = feasibility_tol;
-    *bigbnd = big;
-    if (trace) msglvl = msglvl < 5 ? 0 : msglvl == 5 ? 15 : 20;
+    *args.itmax = iterations;
+    *args.toliv = integer_tol;
+    *args.tolfes = feasibility_tol;
+    *args.bigbnd = big;
+    const int msglvl = trace ? (msglvl_in < 5 ? 0 : msglvl_in == 5 ? 15 : 20) : msglvl_in;
 
-    {
-        const int list = 0;
-        int inform = 0;
-        const std::string nolist = "Nolist";
-        E04MHF(nolist.c_str(), &list, lwsav, iwsav, rwsav, &inform, static_cast<int>(nolist.size()));
-        const std::string limit = format("Iteration Limit = %10ld", static_cast<long>(iterations));
-        E04MHF(limit.c_str(), &list, lwsav, iwsav, rwsav, &inform, static_cast<int>(limit.size()));
-    }
+    solver.option("Nolist");
+    solver.option(format("Iteration Limit = %10ld", static_cast<long>(iterations)));
     if (msglvl >= 1) {
-        zek::h02::ParameterBlock p;
+        ParameterBlock p;
+        p.routine = routine;
         p.m = m;
         p.n = n;
         p.maxdpt = maxdpt;
         p.msglvl = msglvl;
         p.itmax = iterations;
-        p.maxnod = maxnod;
-        p.first_solution = intfst > 0;
+        p.maxnod = args.maxnod;
+        p.first_solution = args.intfst > 0;
         p.tolfes = feasibility_tol;
         p.bigbnd = big;
         p.eps = zek::precision();
         p.toliv = integer_tol;
-        zek::h02::print_parameters(unit, p);
+        print_parameters(unit, p);
     }
 
     std::fill_n(rwork, lrwork, 0.0);
@@ -233,33 +282,52 @@ void H02BBF_INNER(int *itmax, int msglvl, int n, int m, const double *a, int lda
         exit.fail(6, 99991, " ** MAXDPT is too small to solve the problem:\n    MAXDPT =%16ld.", {maxdpt});
         return;
     }
-    const zek::h02::BranchLayout l = zek::h02::branch_layout(n, m, slots, liwork);
+    const BranchLayout l = branch_layout(n, m, slots, liwork, work.integers);
     if (l.tree < 4LL * maxdpt) {
         exit.fail(8, 99990, " ** MAXDPT is too small to solve the problem:\n    MAXDPT =%16ld.", {maxdpt});
         return;
     }
 
-    int nodes = 0, code = 0, exit_kind = 0, depth = 0, lp_iterations = 0, abandoned = 0, best_node = 0;
-    H02_TREE_SEARCH(n, m, a, lda, bl, bu, intvar, cvec, maxnod, intfst, slots, static_cast<int>(l.tree), msglvl,
-                    iterations, integer_tol, feasibility_tol, big, x, objmip, &nodes, &code, &exit_kind,
-                    iwork + l.parent, iwork + l.left, iwork + l.right, iwork + l.branch_var, iwork + l.branch_value,
-                    iwork + l.link, rwork + l.slot_bound, iwork + l.slot_node, iwork + l.slot_flag,
-                    iwork + l.slot_number, rwork + l.slot_x, iwork + l.slot_state, rwork + l.wbl, rwork + l.wbu,
-                    rwork + l.best_bl, rwork + l.best_bu, rwork + l.best_clamda, rwork + l.best_x, rwork + l.ax,
-                    rwork + l.clamda, iwork + l.path, iwork + l.lp_iwork, zek::h02::lp_integer_work(n),
-                    rwork + l.lp_work, zek::h02::lp_real_work(n, m), lwsav, iwsav, rwsav, &depth, &lp_iterations,
-                    unit, &abandoned, &best_node);
+    SearchSetup s = search_setup(l, iwork, rwork, static_cast<int>(work.integers), static_cast<int>(work.reals));
+    s.routine = routine;
+    s.n = n;
+    s.m = m;
+    s.a = args.a;
+    s.lda = lda;
+    s.bl = bl;
+    s.bu = bu;
+    s.intvar = intvar;
+    s.maxnod = args.maxnod;
+    s.intfst = args.intfst;
+    s.msglvl = msglvl;
+    s.itmax = iterations;
+    s.toliv = integer_tol;
+    s.tolfes = feasibility_tol;
+    s.bigbnd = big;
+    s.x = args.x;
+    s.unit = unit;
+    const SearchOutcome r = tree_search(s, solver);
+    *args.objmip = r.objmip;
 
-    if (code == 0 || code == 7 || code == 9) export_state(nct, l, slots, iwork, rwork);
+    const int code = r.code;
+    if (code == 0 || code == 7 || code == 9 || code == 12) export_state(nct, l, slots, iwork, rwork);
     switch (code) {
     case 0: exit.succeed(); break;
     case 1: exit.fail(1, 99989, " ** The problem does not have a feasible integer solution."); break;
     case 2: exit.fail(2, 99988, " ** The LP solution is unbounded."); break;
     case 3: exit.fail(3, 99987, " ** The LP does not have a feasible solution."); break;
     case 4: exit.fail(4, 99986, " ** Iteration limit reached without finding a solution."); break;
+    case 5:
+        exit.fail(5, 99978,
+                  format(" ** The reduced Hessian of the first QP exceeds its assigned dimension.\n"
+                         "    Increase Maximum Degrees of Freedom with H02CDF and rerun %s.",
+                         routine)
+                      .c_str());
+        break;
     case 7: exit.fail(7, 99985, " ** Search of a branch was terminated due to iteration limit."); break;
     case 8:
-        exit.fail(8, 99984, " ** Maximum depth value is too small. Increase MAXDPT and rerun H02BBF.");
+        exit.fail(8, 99984,
+                  format(" ** Maximum depth value is too small. Increase MAXDPT and rerun %s.", routine).c_str());
         break;
     case 9:
         exit.fail(9, 99983,
@@ -270,8 +338,46 @@ void H02BBF_INNER(int *itmax, int msglvl, int n, int m, const double *a, int lda
         exit.fail(10, 99982,
                   " ** No feasible solution was found for the number of nodes\n    investigated in the B&B tree.");
         break;
+    case 12:
+        exit.fail(12, 99977,
+                  " ** The IP solution returned is the best found, but%5ld branches were not\n"
+                  "    searched: their reduced Hessian exceeded its assigned dimension.",
+                  {static_cast<long>(r.too_big)});
+        break;
+    case 13:
+        exit.fail(13, 99976,
+                  " ** No feasible integer solution was found, but%5ld branches were not\n"
+                  "    searched: their reduced Hessian exceeded its assigned dimension.",
+                  {static_cast<long>(r.too_big)});
+        break;
+    case kNodeHessianFailed:
+        exit.fail(14, 99975,
+                  " ** A QP gave a value that is not finite (a product by the Hessian, or its\n"
+                  "    objective).  Search abandoned.");
+        break;
     default: exit.fail(11, 99981, " ** Not enough workspace to solve problem."); break;
     }
+}
+
+} // namespace zek::h02
+
+extern "C" {
+
+void H02BBF_INNER(int *itmax, int msglvl, int n, int m, const double *a, int lda, const double *bl, const double *bu,
+                  const int *intvar, const double *cvec, int maxnod, int intfst, int maxdpt, double *toliv,
+                  double *tolfes, double *bigbnd, double *x, double *objmip, int *iwork, int liwork, double *rwork,
+                  int lrwork, int *lwsav, int *iwsav, double *rwsav, char *errbuf, int *ifail, int errbuf_len) {
+    (void)errbuf_len;
+    const zek::h02::BranchArguments args{itmax, msglvl, n,      m,      lda,   a,      bl,    bu,    cvec,
+                                         intvar, maxnod, intfst, maxdpt, toliv, tolfes, bigbnd, x,     objmip,
+                                         iwork,  liwork, rwork,  lrwork, false,  nullptr, 1};
+    // E04MFA's shares; the real one is counted as 7N + 5M + 2 t^2 even when M = 0, where the LP needs one
+    // real less, so that the minimum LRWORK keeps its closed form.
+    zek::h02::NodeWork work;
+    work.integers = zek::h02::lp_integer_work(n);
+    work.reals = 7LL * n + 5LL * m + 2 * zek::h02::tsquared(std::max(n, 0), std::max(m, 0));
+    zek::h02::LpNodeSolver lp(n, m, a, lda, cvec, lwsav, iwsav, rwsav);
+    zek::h02::branch_and_bound("H02BBF", args, work, lp, errbuf, ifail);
 }
 
 void H02BBF(int *itmax, const int *msglvl, const int *n, const int *m, const double *a, const int *lda,

@@ -56,7 +56,7 @@ void print_tree_heading(int unit) {
 
 void print_parameters(int unit, const ParameterBlock &p) {
     say(unit, "");
-    say(unit, " *** H02BBF");
+    say(unit, format(" *** %s", p.routine));
     say(unit, "");
     say(unit, " Parameters");
     say(unit, " ----------");
@@ -78,15 +78,13 @@ void print_parameters(int unit, const ParameterBlock &p) {
                            : std::string(" Max number of nodes.....      NONE"));
 }
 
-void print_solution(int unit, int exit_kind, int n, int m, const double *a, int lda, const double *x,
-                    const double *bl, const double *bu, const double *clamda, const int *istate, double objective,
-                    double bigbnd, long nodes) {
-    static const char *const closing[] = {" Exit H02BBF - Optimum IP solution found. ",
-                                          " Exit H02BBF - First IP solution found. ",
-                                          " Exit H02BBF - Best IP solution found. "};
+void print_solution(const char *routine, int unit, int exit_kind, int n, int m, const double *a, int lda,
+                    const double *x, const double *bl, const double *bu, const double *clamda, const int *istate,
+                    double objective, double bigbnd, long nodes) {
+    static const char *const closing[] = {"Optimum", "First", "Best"};
     if (exit_kind >= 0 && exit_kind <= 2) {
         say(unit, "");
-        say(unit, closing[exit_kind]);
+        say(unit, format(" Exit %s - %s IP solution found. ", routine, closing[exit_kind]));
     }
     say(unit, "");
     say(unit, format(" Final IP objective value =%16.7G", objective));

@@ -1,5 +1,6 @@
-// The tree search of H02BBF: every node is one LP of E04MFA with the bounds of its path in the tree,
-// and the pending LPs wait in slots of the caller's workspace.
+// The tree search of H02BBF, H02CBF and H02CEF: every node is one relaxation (an LP of E04MFA, or a QP
+// of E04NFA) with the bounds of its path in the tree, and the pending nodes wait in slots of the
+// caller's workspace.
 //
 // Order of the search.  The right child of a branching (x >= v+1) is solved at once in its parent's
 // slot; the left child (x <= v) waits at the head of the pending list with its parent's objective as
@@ -36,13 +37,6 @@ namespace {
 
 void say(int unit, const std::string &line) { host_line(unit, line.c_str(), static_cast<int>(line.size()) + 1); }
 
-// One option line for the LP solver, through its string routine with the list flag off.
-void lp_option(const std::string &text, int *lwsav, int *iwsav, double *rwsav) {
-    const int list = 0;
-    int inform = 0;
-    E04MHF(text.c_str(), &list, lwsav, iwsav, rwsav, &inform, static_cast<int>(text.size()));
-}
-
 // The branching value of x: its floor, as an integer the tree can hold (a value that is not a number
 // branches at 0, which still splits the range in two).
 int branching_value(double x) {
@@ -60,34 +54,39 @@ enum class End { None, Empty, NodeLimit, Code };
 
 class TreeSearch {
 public:
-    // Problem.
-    int n = 0, m = 0, lda = 1, nct = 0;
-    const double *a = nullptr, *bl = nullptr, *bu = nullptr, *cvec = nullptr;
-    const int *intvar = nullptr;
-    int maxnod = 0, intfst = 0, slots = 0, msglvl = 0, itmax = 0, unit = -1;
-    long long ntree = 0;
-    double toliv = 0.0, tolfes = 0.0, bigbnd = 0.0;
-    double *x = nullptr;
-    // Tree, one-based through the accessors.
-    int *parent_ = nullptr, *left_ = nullptr, *right_ = nullptr, *var_ = nullptr, *value_ = nullptr;
-    // Slots.
-    int *link = nullptr;  // S+1: link[0] is the head of the pending list
-    double *bound_ = nullptr, *slot_x = nullptr;
-    int *node_ = nullptr, *flag_ = nullptr, *number_ = nullptr, *slot_state = nullptr;
-    // Vectors.
-    double *wbl = nullptr, *wbu = nullptr, *best_bl = nullptr, *best_bu = nullptr, *best_clamda = nullptr,
-           *best_x = nullptr, *ax = nullptr, *clamda = nullptr;
-    int *path = nullptr;
-    int *lp_iwork = nullptr, lp_liwork = 0, lp_lwork = 0;
-    double *lp_work = nullptr;
-    int *lwsav = nullptr, *iwsav = nullptr;
-    double *rwsav = nullptr;
+    TreeSearch(const SearchSetup &s, NodeSolver &solver)
+        : routine(s.routine), n(s.n), m(s.m), lda(s.lda), a(s.a), bl(s.bl), bu(s.bu), intvar(s.intvar),
+          maxnod(s.maxnod), intfst(s.intfst), slots(s.slots), msglvl(s.msglvl), itmax(s.itmax), unit(s.unit),
+          ntree(s.ntree), toliv(s.toliv), tolfes(s.tolfes), bigbnd(s.bigbnd), x(s.x), parent_(s.parent),
+          left_(s.left), right_(s.right), var_(s.branch_var), value_(s.branch_value), link(s.link),
+          bound_(s.slot_bound), slot_x(s.slot_x), node_(s.slot_node), flag_(s.slot_flag), number_(s.slot_number),
+          slot_state(s.slot_state), wbl(s.wbl), wbu(s.wbu), best_bl(s.best_bl), best_bu(s.best_bu),
+          best_clamda(s.best_clamda), best_x(s.best_x), ax(s.ax), clamda(s.clamda), path(s.path),
+          node_iwork(s.node_iwork), node_liwork(s.node_liwork), node_lwork(s.node_lwork), node_work(s.node_work),
+          solver_(solver) {}
 
-    // Results.
-    double objmip = 0.0;
-    int code = 0, exit_kind = 0, depth = 0, abandoned = 0, best_node = 0;
-    long nodes = 0, lp_iterations = 0;
-    bool set_objective = false;
+    // Problem.
+    const char *routine;
+    int n, m, lda, nct = 0;
+    const double *a, *bl, *bu;
+    const int *intvar;
+    int maxnod, intfst, slots, msglvl, itmax, unit;
+    long long ntree;
+    double toliv, tolfes, bigbnd;
+    double *x;
+    // Tree, one-based through the accessors.
+    int *parent_, *left_, *right_, *var_, *value_;
+    // Slots.
+    int *link;  // S+1: link[0] is the head of the pending list
+    double *bound_, *slot_x;
+    int *node_, *flag_, *number_, *slot_state;
+    // Vectors.
+    double *wbl, *wbu, *best_bl, *best_bu, *best_clamda, *best_x, *ax, *clamda;
+    int *path;
+    int *node_iwork, node_liwork, node_lwork;
+    double *node_work;
+
+    SearchOutcome out;
 
     void run();
 
@@ -119,6 +118,7 @@ private:
     void save_incumbent(int s, double objective);
     void final_block(double objective);
 
+    NodeSolver &solver_;
     int free_node = 0, free_slot = 0, active = 0;
     double best = 0.0;
     bool have_best = false, doubled = false;
@@ -141,21 +141,21 @@ int TreeSearch::rebuild_bounds(int k) {
     return d;
 }
 
-// Steps 4 and 5 for the LP of slot S: returns the LP's IFAIL after the one doubling of the iteration
-// limit, and its objective.
+// Steps 4 and 5 for the relaxation of slot S: returns the node solver's code after the one doubling of
+// the iteration limit, and its objective.
 int TreeSearch::solve_lp(int s, double *objective) {
     for (;;) {
-        int ifail = 1, iter = 0;
-        E04MFA(&n, &m, a, &lda, wbl, wbu, cvec, state(s), x, &iter, objective, ax, clamda, lp_iwork, &lp_liwork,
-               lp_work, &lp_lwork, lwsav, iwsav, rwsav, &ifail);
-        lp_iterations += iter;
-        if (ifail != 4 || doubled || nodes == 1) return ifail;
-        // The first LP of the run that runs out of iterations away from the root gets twice the limit,
-        // and from then on every LP starts warm from its slot's status column.
+        int iter = 0;
+        const int code = solver_.solve(wbl, wbu, state(s), x, &iter, objective, ax, clamda, node_iwork, node_liwork,
+                                       node_work, node_lwork);
+        out.iterations += iter;
+        if (code != 4 || doubled || out.nodes == 1) return code;
+        // The first node of the run that runs out of iterations away from the root gets twice the limit,
+        // and from then on every node starts warm from its slot's status column.
         doubled = true;
         itmax = itmax > INT_MAX / 2 ? INT_MAX : 2 * itmax;
-        lp_option(format("Iteration Limit = %10ld", static_cast<long>(itmax)), lwsav, iwsav, rwsav);
-        lp_option("Warm Start", lwsav, iwsav, rwsav);
+        solver_.option(format("Iteration Limit = %10ld", static_cast<long>(itmax)));
+        solver_.option("Warm Start");
         if (msglvl >= 2) say(unit, "** Doubling iteration limit");
     }
 }
@@ -206,7 +206,7 @@ int TreeSearch::take_node(int p) {
 void TreeSearch::save_incumbent(int s, double objective) {
     best = objective;
     have_best = true;
-    best_node = static_cast<int>(nodes);
+    out.best_node = static_cast<int>(out.nodes);
     std::memcpy(best_x, x, sizeof(double) * static_cast<std::size_t>(n));
     std::memcpy(best_bl, wbl, sizeof(double) * static_cast<std::size_t>(nct));
     std::memcpy(best_bu, wbu, sizeof(double) * static_cast<std::size_t>(nct));
@@ -216,15 +216,15 @@ void TreeSearch::save_incumbent(int s, double objective) {
 
 void TreeSearch::final_block(double objective) {
     if (msglvl >= 1)
-        print_solution(unit, exit_kind, n, m, a, lda, best_x, best_bl, best_bu, best_clamda, state(slots + 1),
-                       objective, bigbnd, nodes);
+        print_solution(routine, unit, out.exit_kind, n, m, a, lda, best_x, best_bl, best_bu, best_clamda,
+                       state(slots + 1), objective, bigbnd, out.nodes);
 }
 
 void TreeSearch::run() {
     const double none = no_objective();
     best = none;
     nct = n + m;
-    objmip = none;
+    out.objmip = none;
     // Step 1: the free chains, the root in slot 1, the rows' bounds once.
     free_node = ntree >= 2 ? 2 : 0;
     for (long long k = 2; k <= ntree; ++k) right(static_cast<int>(k)) = k < ntree ? static_cast<int>(k + 1) : 0;
@@ -240,27 +240,27 @@ void TreeSearch::run() {
     flag(1) = 0;
     number(1) = 0;
     active = 1;
-    nodes = 0;
+    out.nodes = 0;
     if (m > 0) {
         std::memcpy(wbl + n, bl + n, sizeof(double) * static_cast<std::size_t>(m));
         std::memcpy(wbu + n, bu + n, sizeof(double) * static_cast<std::size_t>(m));
     }
-    lp_option("Nolist", lwsav, iwsav, rwsav);
-    lp_option(format("Print Level = %10ld", 0L), lwsav, iwsav, rwsav);
-    lp_option(format("Feasibility Tolerance = %16.8E", tolfes), lwsav, iwsav, rwsav);
-    lp_option(format("Infinite Bound Size = %16.8E", bigbnd), lwsav, iwsav, rwsav);
-    lp_option("Cold Start", lwsav, iwsav, rwsav);
+    solver_.option("Nolist");
+    solver_.option(format("Print Level = %10ld", 0L));
+    solver_.option(format("Feasibility Tolerance = %16.8E", tolfes));
+    solver_.option(format("Infinite Bound Size = %16.8E", bigbnd));
+    solver_.option("Cold Start");
 
     End end = End::None;
     int cur = 1;
     bool found = false;
     while (end == End::None) {
         // Steps 2 and 3.
-        depth = rebuild_bounds(node(cur));
-        ++nodes;
+        out.depth = rebuild_bounds(node(cur));
+        ++out.nodes;
         int logged_var = 0;
         double before = 0.0;
-        if (nodes > 1) {
+        if (out.nodes > 1) {
             logged_var = var(parent(node(cur)));
             before = x[logged_var - 1];
         }
@@ -268,27 +268,37 @@ void TreeSearch::run() {
         // Steps 4 and 5.
         double objective = 0.0;
         const int lp = solve_lp(cur, &objective);
-        if (nodes == 1 && (lp == 2 || lp == 3 || lp == 4)) {
-            code = lp;
+        if ((out.nodes == 1 && (lp == 2 || lp == 3 || lp == 4 || lp == kNodeHessianTooBig)) ||
+            lp == kNodeHessianFailed) {
+            out.code = lp;
             end = End::Code;
             break;
         }
+        // Children of a QP start from the working set their parent ended with.
+        if (out.nodes == 1 && solver_.warm_children()) solver_.option("Warm Start");
         bool solved = false;
         if (lp == 0 || lp == 1) {
             solved = true;
         } else if (lp == 3 || lp == 6) {
             objective = none;
+        } else if (lp == kNodeHessianTooBig) {
+            // The branch is left unexplored, and the end of the search says so.
+            objective = none;
+            if (msglvl >= 2)
+                say(unit, " ** Reduced Hessian exceeds assigned dimension, terminate the search of this branch");
+            out.exit_kind = 2;
+            ++out.too_big;
         } else {
             objective = none;
             if (msglvl >= 2) say(unit, " ** Cannot find optimum LP, terminate the search of this branch");
-            code = 7;
-            exit_kind = 2;
-            ++abandoned;
+            out.code = 7;
+            out.exit_kind = 2;
+            ++out.abandoned;
         }
-        if (nodes == 1 && solved && msglvl >= 2) {
+        if (out.nodes == 1 && solved && msglvl >= 2) {
             say(unit, format("   *** Optimum LP solution ***%16.7G", objective));
             if (msglvl == 10 || msglvl == 20)
-                print_solution(unit, -1, n, m, a, lda, x, wbl, wbu, clamda, state(cur), objective, bigbnd, nodes);
+                print_solution(routine, unit, -1, n, m, a, lda, x, wbl, wbu, clamda, state(cur), objective, bigbnd, out.nodes);
             say(unit, "   *** Start of tree search ***");
             print_tree_heading(unit);
         }
@@ -297,10 +307,10 @@ void TreeSearch::run() {
         bound(cur) = objective;
         double smallest = smallest_bound();
         const auto log_row = [&](NodeOutcome outcome) {
-            if (nodes < 2 || msglvl < 2) return;
+            if (out.nodes < 2 || msglvl < 2) return;
             const int j = logged_var - 1;
-            say(unit, node_log_row(outcome, nodes, number(cur), objective, logged_var, before, wbl[j], wbu[j], x[j],
-                                   depth, bigbnd));
+            say(unit, node_log_row(outcome, out.nodes, number(cur), objective, logged_var, before, wbl[j], wbu[j], x[j],
+                                   out.depth, bigbnd));
         };
         found = false;
         if (!(objective < best)) {
@@ -308,22 +318,22 @@ void TreeSearch::run() {
             drop_slot(cur);
         } else if (first_fractional(n, intvar, x, toliv) != 0) {
             log_row(NodeOutcome::Kept);
-            if (depth >= slots) {
-                code = 8;
+            if (out.depth >= slots) {
+                out.code = 8;
                 end = End::Code;
-                objmip = objective;
+                out.objmip = objective;
                 break;
             }
             std::memcpy(xcol(cur), x, sizeof(double) * static_cast<std::size_t>(n));
             flag(cur) = 1;
-            number(cur) = static_cast<int>(std::min<long>(nodes, INT_MAX));
+            number(cur) = static_cast<int>(std::min<long>(out.nodes, INT_MAX));
         } else {
             log_row(NodeOutcome::Kept);
             save_incumbent(cur, objective);
             found = true;
             if (msglvl >= 2) say(unit, "      *** Integer solution ***");
             if (intfst > 0) {
-                exit_kind = 1;
+                out.exit_kind = 1;
                 end = End::Empty;
                 break;
             }
@@ -338,8 +348,8 @@ void TreeSearch::run() {
             }
             if (found && msglvl > 1) print_tree_heading(unit);
             found = false;
-            if (depth > slots) {
-                code = 8;
+            if (out.depth > slots) {
+                out.code = 8;
                 end = End::Code;
                 break;
             }
@@ -362,12 +372,12 @@ void TreeSearch::run() {
             value(p) = branching_value(x[jb - 1]);
             const int lchild = take_node(p);
             if (lchild == 0 || free_slot == 0) {
-                code = 11;
+                out.code = 11;
                 end = End::Code;
                 break;
             }
             left(p) = lchild;
-            if (maxnod > 0 && maxnod <= nodes + 1) {
+            if (maxnod > 0 && maxnod <= out.nodes + 1) {
                 end = End::NodeLimit;
                 break;
             }
@@ -387,7 +397,7 @@ void TreeSearch::run() {
             // The parent's slot goes on as the right child, solved next.
             const int rchild = take_node(p);
             if (rchild == 0) {
-                code = 11;
+                out.code = 11;
                 end = End::Code;
                 break;
             }
@@ -406,45 +416,68 @@ void TreeSearch::run() {
         if (msglvl >= 1) say(unit, " ** Number of nodes exceeds the maximum **");
         if (!have_best) {
             if (msglvl >= 1) say(unit, " ** No integer solution so far **");
-            objmip = none;
-            code = 10;
+            out.objmip = none;
+            out.code = 10;
         } else {
             if (msglvl >= 1) say(unit, " ** The best integer solution **");
             std::memcpy(x, best_x, sizeof(double) * static_cast<std::size_t>(n));
-            objmip = best;
-            exit_kind = 2;
+            out.objmip = best;
+            out.exit_kind = 2;
             final_block(best);
-            code = 9;
+            out.code = 9;
         }
         break;
     case End::Empty:
         // Step 9: every end of the search writes its code afresh.
         if (!have_best) {
-            objmip = none;
-            code = 1;
+            out.objmip = none;
+            out.code = 1;
         } else {
             std::memcpy(x, best_x, sizeof(double) * static_cast<std::size_t>(n));
-            objmip = best;
+            out.objmip = best;
             if (msglvl >= 2) say(unit, "     *** End of tree search ***");
             final_block(best);
-            code = 0;
+            out.code = 0;
         }
+        // Branches whose reduced Hessian outgrew its dimension were not searched: no optimum is claimed.
+        if (out.too_big > 0) out.code = have_best ? 12 : 13;
         break;
     case End::Code:
-        if (code == 11 && have_best) {
+        if ((out.code == 11 || out.code == kNodeHessianFailed) && have_best) {
             std::memcpy(x, best_x, sizeof(double) * static_cast<std::size_t>(n));
-            objmip = best;
-        } else if (code != 8) {
-            objmip = none;
+            out.objmip = best;
+        } else if (out.code != 8) {
+            out.objmip = none;
         }
         break;
     case End::None: break;
     }
-    if (!have_best) best_node = 0;
-    if (msglvl >= 15) nodes = -nodes;
+    if (!have_best) out.best_node = 0;
+    if (msglvl >= 15) out.nodes = -out.nodes;
 }
 
 } // namespace
+
+SearchOutcome tree_search(const SearchSetup &setup, NodeSolver &solver) {
+    TreeSearch t(setup, solver);
+    t.run();
+    return t.out;
+}
+
+void LpNodeSolver::option(const std::string &text) {
+    const int list = 0;
+    int inform = 0;
+    E04MHF(text.c_str(), &list, lwsav_, iwsav_, rwsav_, &inform, static_cast<int>(text.size()));
+}
+
+int LpNodeSolver::solve(const double *bl, const double *bu, int *istate, double *x, int *iterations,
+                        double *objective, double *ax, double *clamda, int *iwork, int liwork, double *work,
+                        int lwork) {
+    int ifail = 1;
+    E04MFA(&n_, &m_, a_, &lda_, bl, bu, cvec_, istate, x, iterations, objective, ax, clamda, iwork, &liwork, work,
+           &lwork, lwsav_, iwsav_, rwsav_, &ifail);
+    return ifail;
+}
 
 } // namespace zek::h02
 
@@ -458,7 +491,7 @@ extern "C" void H02_TREE_SEARCH(int n, int m, const double *a, int lda, const do
                                 double *best_x, double *ax, double *clamda, int *path, int *lp_iwork, int lp_liwork,
                                 double *lp_work, int lp_lwork, int *lwsav, int *iwsav, double *rwsav, int *depth,
                                 int *lp_iterations, int print_unit, int *abandoned, int *best_node) {
-    zek::h02::TreeSearch s;
+    zek::h02::SearchSetup s;
     s.n = n;
     s.m = m;
     s.a = a;
@@ -466,7 +499,6 @@ extern "C" void H02_TREE_SEARCH(int n, int m, const double *a, int lda, const do
     s.bl = bl;
     s.bu = bu;
     s.intvar = intvar;
-    s.cvec = cvec;
     s.maxnod = maxnod;
     s.intfst = intfst;
     s.slots = slots;
@@ -477,16 +509,16 @@ extern "C" void H02_TREE_SEARCH(int n, int m, const double *a, int lda, const do
     s.tolfes = tolfes;
     s.bigbnd = bigbnd;
     s.x = x;
-    s.parent_ = parent;
-    s.left_ = left;
-    s.right_ = right;
-    s.var_ = branch_var;
-    s.value_ = branch_value;
+    s.parent = parent;
+    s.left = left;
+    s.right = right;
+    s.branch_var = branch_var;
+    s.branch_value = branch_value;
     s.link = link;
-    s.bound_ = slot_bound;
-    s.node_ = slot_node;
-    s.flag_ = slot_flag;
-    s.number_ = slot_number;
+    s.slot_bound = slot_bound;
+    s.slot_node = slot_node;
+    s.slot_flag = slot_flag;
+    s.slot_number = slot_number;
     s.slot_x = slot_x;
     s.slot_state = slot_state;
     s.wbl = wbl;
@@ -498,21 +530,19 @@ extern "C" void H02_TREE_SEARCH(int n, int m, const double *a, int lda, const do
     s.ax = ax;
     s.clamda = clamda;
     s.path = path;
-    s.lp_iwork = lp_iwork;
-    s.lp_liwork = lp_liwork;
-    s.lp_work = lp_work;
-    s.lp_lwork = lp_lwork;
-    s.lwsav = lwsav;
-    s.iwsav = iwsav;
-    s.rwsav = rwsav;
+    s.node_iwork = lp_iwork;
+    s.node_liwork = lp_liwork;
+    s.node_work = lp_work;
+    s.node_lwork = lp_lwork;
     s.unit = print_unit;
-    s.run();
-    *objmip = s.objmip;
-    *nodes = static_cast<int>(std::clamp<long>(s.nodes, -INT_MAX, INT_MAX));
-    *code = s.code;
-    *exit_kind = s.exit_kind;
-    *depth = s.depth;
-    *lp_iterations = static_cast<int>(std::min<long>(s.lp_iterations, INT_MAX));
-    *abandoned = s.abandoned;
-    *best_node = s.best_node;
+    zek::h02::LpNodeSolver lp(n, m, a, lda, cvec, lwsav, iwsav, rwsav);
+    const zek::h02::SearchOutcome r = zek::h02::tree_search(s, lp);
+    *objmip = r.objmip;
+    *nodes = static_cast<int>(std::clamp<long>(r.nodes, -INT_MAX, INT_MAX));
+    *code = r.code;
+    *exit_kind = r.exit_kind;
+    *depth = r.depth;
+    *lp_iterations = static_cast<int>(std::min<long>(r.iterations, INT_MAX));
+    *abandoned = r.abandoned;
+    *best_node = r.best_node;
 }

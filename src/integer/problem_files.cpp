@@ -89,13 +89,18 @@ void H02_MPSX_READ(int infile, int maxn, int maxm, double xbldef, double xbudef,
     put_name8(section, section_len, out.section);
 }
 
-void H02BUF_INNER(int infile, int *m, int *n, int maxm, int maxn, double *a, double *cvec, double *bl, double *bu,
-                  int *intvar, int *rowtyp, char *nmprob, char *nmobj, char *nmrhs, char *nmrng, char *nmbnd,
-                  char *crname, double *x, double xbldef, double xbudef, const char *optim, int mpslst, char *errbuf,
-                  int *ifail, int nmprob_len, int nmobj_len, int nmrhs_len, int nmrng_len, int nmbnd_len,
-                  int crname_len, int optim_len, int errbuf_len) {
-    (void)errbuf_len;
-    zek::FailureExit exit("H02BUF", errbuf, ifail);
+} // extern "C"
+
+namespace {
+
+// The reader of a problem file, H02BUF's (INTEGER_ITEMS set) and E04MZF's (INTVAR null): checks, the
+// parse, the objective taken out of the matrix, the start point.
+void read_problem(const char *routine, bool integer_items, int infile, int *m, int *n, int maxm, int maxn, double *a,
+                  double *cvec, double *bl, double *bu, int *intvar, int *rowtyp, char *nmprob, char *nmobj,
+                  char *nmrhs, char *nmrng, char *nmbnd, char *crname, double *x, double xbldef, double xbudef,
+                  const char *optim, int mpslst, char *errbuf, int *ifail, int nmprob_len, int nmobj_len,
+                  int nmrhs_len, int nmrng_len, int nmbnd_len, int crname_len, int optim_len) {
+    zek::FailureExit exit(routine, errbuf, ifail);
     if (maxn < 1) {
         exit.fail(14, 99999, " ** On entry, MAXN .lt. 1:\n    MAXN = %16ld.", {maxn});
         return;
@@ -126,6 +131,7 @@ void H02BUF_INNER(int infile, int *m, int *n, int maxm, int maxn, double *a, dou
     ar.xbudef = xbudef;
     ar.listing = mpslst != 0;
     ar.print_unit = zek::advisory_unit();
+    ar.integer_items = integer_items;
     ar.a = a;
     ar.bl = bl;
     ar.bu = bu;
@@ -172,6 +178,60 @@ void H02BUF_INNER(int infile, int *m, int *n, int maxm, int maxn, double *a, dou
     exit.succeed();
 }
 
+// Marks the outputs of a reader's front undefined.
+void mark_outputs(int rows, int cols, double *a, double *cvec, double *x, double *bl, double *bu, int *intvar,
+                  int *rowtyp) {
+    if (rows < 1 || cols < 1) return;
+    for (std::ptrdiff_t j = 0; j < cols; ++j) ZEK_MARK_REAL_ARRAY(rows, a + j * rows);
+    ZEK_MARK_REAL_ARRAY(cols, cvec);
+    ZEK_MARK_REAL_ARRAY(cols, x);
+    ZEK_MARK_REAL_ARRAY(cols, bl);
+    ZEK_MARK_REAL_ARRAY(rows, bl + cols);
+    ZEK_MARK_REAL_ARRAY(cols, bu);
+    ZEK_MARK_REAL_ARRAY(rows, bu + cols);
+    if (intvar != nullptr) ZEK_MARK_INTEGER_ARRAY(cols, intvar);
+    ZEK_MARK_INTEGER_ARRAY(rows, rowtyp);
+}
+
+} // namespace
+
+extern "C" {
+
+void H02BUF_INNER(int infile, int *m, int *n, int maxm, int maxn, double *a, double *cvec, double *bl, double *bu,
+                  int *intvar, int *rowtyp, char *nmprob, char *nmobj, char *nmrhs, char *nmrng, char *nmbnd,
+                  char *crname, double *x, double xbldef, double xbudef, const char *optim, int mpslst, char *errbuf,
+                  int *ifail, int nmprob_len, int nmobj_len, int nmrhs_len, int nmrng_len, int nmbnd_len,
+                  int crname_len, int optim_len, int errbuf_len) {
+    (void)errbuf_len;
+    read_problem("H02BUF", true, infile, m, n, maxm, maxn, a, cvec, bl, bu, intvar, rowtyp, nmprob, nmobj, nmrhs,
+                 nmrng, nmbnd, crname, x, xbldef, xbudef, optim, mpslst, errbuf, ifail, nmprob_len, nmobj_len,
+                 nmrhs_len, nmrng_len, nmbnd_len, crname_len, optim_len);
+}
+
+void E04MZF(int infile, int *m, int *n, int maxm, int maxn, double *a, double *cvec, double *bl, double *bu,
+            int *rowtyp, char *nmprob, char *nmobj, char *nmrhs, char *nmrng, char *nmbnd, char *crname, double *x,
+            double xbldef, double xbudef, const char *optim, int mpslst, char *errbuf, int *ifail, int nmprob_len,
+            int nmobj_len, int nmrhs_len, int nmrng_len, int nmbnd_len, int crname_len, int optim_len,
+            int errbuf_len) {
+    (void)errbuf_len;
+    read_problem("E04MZF", false, infile, m, n, maxm, maxn, a, cvec, bl, bu, nullptr, rowtyp, nmprob, nmobj, nmrhs,
+                 nmrng, nmbnd, crname, x, xbldef, xbudef, optim, mpslst, errbuf, ifail, nmprob_len, nmobj_len,
+                 nmrhs_len, nmrng_len, nmbnd_len, crname_len, optim_len);
+}
+
+void E04MZF_BYREF(const int *infile, int *m, int *n, const int *maxm, const int *maxn, double *a, double *cvec,
+                  double *bl, double *bu, int *rowtyp, char *nmprob, char *nmobj, char *nmrhs, char *nmrng,
+                  char *nmbnd, char *crname, double *x, const double *xbldef, const double *xbudef, const char *optim,
+                  const int *mpslst, int *ifail, int nmprob_len, int nmobj_len, int nmrhs_len, int nmrng_len,
+                  int nmbnd_len, int crname_len, int optim_len) {
+    zek::Front front("E04MZF");
+    mark_outputs(*maxm, *maxn, a, cvec, x, bl, bu, nullptr, rowtyp);
+    E04MZF(*infile, m, n, *maxm, *maxn, a, cvec, bl, bu, rowtyp, nmprob, nmobj, nmrhs, nmrng, nmbnd, crname, x,
+           *xbldef, *xbudef, optim, *mpslst, front.errbuf(), ifail, nmprob_len, nmobj_len, nmrhs_len, nmrng_len,
+           nmbnd_len, crname_len, optim_len, zek::kErrbufLength);
+    front.finish(*ifail);
+}
+
 void H02BUF(const int *infile, int *m, int *n, const int *maxm, const int *maxn, double *a, double *cvec, double *bl,
             double *bu, int *intvar, int *rowtyp, char *nmprob, char *nmobj, char *nmrhs, char *nmrng, char *nmbnd,
             char *crname, double *x, const double *xbldef, const double *xbudef, const char *optim, const int *mpslst,
@@ -179,17 +239,7 @@ void H02BUF(const int *infile, int *m, int *n, const int *maxm, const int *maxn,
             int optim_len) {
     zek::Front front("H02BUF");
     const int rows = *maxm, cols = *maxn;
-    if (rows >= 1 && cols >= 1) {
-        for (std::ptrdiff_t j = 0; j < cols; ++j) ZEK_MARK_REAL_ARRAY(rows, a + j * rows);
-        ZEK_MARK_REAL_ARRAY(cols, cvec);
-        ZEK_MARK_REAL_ARRAY(cols, x);
-        ZEK_MARK_REAL_ARRAY(cols, bl);
-        ZEK_MARK_REAL_ARRAY(rows, bl + cols);
-        ZEK_MARK_REAL_ARRAY(cols, bu);
-        ZEK_MARK_REAL_ARRAY(rows, bu + cols);
-        ZEK_MARK_INTEGER_ARRAY(cols, intvar);
-        ZEK_MARK_INTEGER_ARRAY(rows, rowtyp);
-    }
+    mark_outputs(rows, cols, a, cvec, x, bl, bu, intvar, rowtyp);
     H02BUF_INNER(*infile, m, n, rows, cols, a, cvec, bl, bu, intvar, rowtyp, nmprob, nmobj, nmrhs, nmrng, nmbnd,
                  crname, x, *xbldef, *xbudef, optim, *mpslst, front.errbuf(), ifail, nmprob_len, nmobj_len,
                  nmrhs_len, nmrng_len, nmbnd_len, crname_len, optim_len, zek::kErrbufLength);

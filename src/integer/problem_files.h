@@ -34,6 +34,9 @@ struct MpsxArrays {
     double *a = nullptr;   // MAXM by MAXN
     double *bl = nullptr;  // MAXN+MAXM
     double *bu = nullptr;
+    // False for a continuous problem: integer markers are bad lines and UI, BV, LI bad bound types
+    // (INTVAR may then be null).
+    bool integer_items = true;
     int *intvar = nullptr;  // MAXN
     int *rowtyp = nullptr;  // MAXM
     char *crname = nullptr; // MAXN+MAXM names of crname_width characters

@@ -238,6 +238,8 @@ bool Parser::column_line() {
     if (!numbers()) return fail(11, out_.nline);
     const std::string name = field(5, 12);
     if (field(15, 22) == "'MARKER'") {
+        // A reader of continuous problems knows no markers.
+        if (!ar_.integer_items) return fail(11, out_.nline);
         const std::string marker = field(40, 47);
         if (marker == "'INTORG'") {
             if (in_integer_block_) return fail(15);
@@ -270,7 +272,7 @@ bool Parser::column_line() {
         for (int i = 1; i <= ar_.maxm; ++i) a(i, n_) = 0.0;
         ar_.bl[n_ - 1] = ar_.xbldef;
         ar_.bu[n_ - 1] = ar_.xbudef;
-        ar_.intvar[n_ - 1] = in_integer_block_ ? 1 : 0;
+        if (ar_.intvar != nullptr) ar_.intvar[n_ - 1] = in_integer_block_ ? 1 : 0;
         if (in_integer_block_) ++out_.nint;
     } else if (counting_columns_) {
         return false;
@@ -367,7 +369,8 @@ bool Parser::bound_line() {
     int kind = -1;
     for (int k = 0; k < 9; ++k)
         if (type == kTypes[k]) kind = k;
-    if (kind < 0) return fail(8, 0, 0, type);
+    // UI, BV and LI make a column integer: no bound types of a continuous problem.
+    if (kind < 0 || (!ar_.integer_items && (kind == 1 || kind == 2 || kind == 4))) return fail(8, 0, 0, type);
     const std::string set = field(5, 12);
     if (!bounds_.chosen) {
         ar_.bounds = set;

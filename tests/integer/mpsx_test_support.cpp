@@ -1,6 +1,7 @@
 #include "mpsx_test_support.h"
 
 #include "optimisation/option_test_support.h"
+#include "zek2/e04.h"
 #include "zek2/h02.h"
 
 namespace zek_test {
@@ -20,6 +21,15 @@ std::string mps(const std::string &f1, const std::string &f2, const std::string 
 
 int MpsxRead::read(int unit, int ifail, bool listing) {
     const int lst = listing ? 1 : 0;
+    if (continuous) {
+        E04MZF_BYREF(&unit, &m, &n, &maxm, &maxn, a.data(), cvec.data(), bl.data(), bu.data(), rowtyp.data(),
+                     problem.data(), objective.data(), rhs.data(), ranges.data(), bounds.data(), crname.data(),
+                     x.data(), &xbldef, &xbudef, optim.data(), &lst, &ifail, static_cast<int>(problem.size()),
+                     static_cast<int>(objective.size()), static_cast<int>(rhs.size()),
+                     static_cast<int>(ranges.size()), static_cast<int>(bounds.size()), 8,
+                     static_cast<int>(optim.size()));
+        return ifail;
+    }
     H02BUF(&unit, &m, &n, &maxm, &maxn, a.data(), cvec.data(), bl.data(), bu.data(), intvar.data(), rowtyp.data(),
            problem.data(), objective.data(), rhs.data(), ranges.data(), bounds.data(), crname.data(), x.data(),
            &xbldef, &xbudef, optim.data(), &lst, &ifail, static_cast<int>(problem.size()),

@@ -15,7 +15,8 @@ std::string mps(const std::string &f1, const std::string &f2, const std::string 
 
 struct MpsxRead {
     MpsxRead(int maxm, int maxn) : maxm(maxm), maxn(maxn) {}
-    // Reads the stream behind UNIT; IFAIL on entry is the caller's.
+    // Reads the stream behind UNIT (by E04MZF, without INTVAR, when CONTINUOUS is set); IFAIL on entry is
+    // the caller's.
     int read(int unit, int ifail = 1, bool listing = false);
     // Reads TEXT written to a temporary file.
     int read_text(const std::string &text, int ifail = 1, bool listing = false);
@@ -34,6 +35,7 @@ struct MpsxRead {
                 bounds = "        ";
     std::string optim = "MIN";
     double xbldef = 0.0, xbudef = 1.0e20;
+    bool continuous = false;
 
     double at(int i, int j) const { return a[static_cast<std::size_t>((i - 1) + (j - 1) * maxm)]; }
     std::string name(int k) const { return std::string(crname.data() + 8 * (k - 1), 8); }
