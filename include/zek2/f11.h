@@ -294,6 +294,36 @@ ZEK_API void F11GFF(int *itn, double *stplhs, double *stprhs, double *anorm, dou
 ZEK_API void F11GFF_WORKER(int *itn, double *stplhs, double *stprhs, double *anorm, double *sigmax,
                            const double work[], int lwork, char *errbuf, int *ifail, int errbuf_len)
     ZEK_SYMBOL("q77723");
+/* The engines behind the solver routines, one per method: IREVCM as the solver passes it on (the
+ * caller's 5 multiplied by 10, 6 by 100; 0 starts), U, V, WGT and WORK as the solver's.  STATUS is 0
+ * while a request is returned, the final status with IREVCM 4, and 3 when WORK holds no record set up
+ * for this method.  No argument or sequence checks beyond that: the solver routines make them. */
+#define F11_ENGINE_ARGS (int *irevcm, double u[], double v[], const double wgt[], double work[], int *status)
+ZEK_API void F11_RGMRES_ENGINE F11_ENGINE_ARGS ZEK_SYMBOL("q74656");
+ZEK_API void F11_CGS_ENGINE F11_ENGINE_ARGS ZEK_SYMBOL("q20208");
+ZEK_API void F11_BICGSTAB_ENGINE F11_ENGINE_ARGS ZEK_SYMBOL("q52505");
+ZEK_API void F11_TFQMR_ENGINE F11_ENGINE_ARGS ZEK_SYMBOL("q64043");
+ZEK_API void F11_RGMRES_ENGINE_COMPLEX F11_ENGINE_ARGS ZEK_SYMBOL("q53751");
+ZEK_API void F11_CGS_ENGINE_COMPLEX F11_ENGINE_ARGS ZEK_SYMBOL("q26777");
+ZEK_API void F11_BICGSTAB_ENGINE_COMPLEX F11_ENGINE_ARGS ZEK_SYMBOL("q50865");
+ZEK_API void F11_TFQMR_ENGINE_COMPLEX F11_ENGINE_ARGS ZEK_SYMBOL("q82290");
+ZEK_API void F11_CG_ENGINE F11_ENGINE_ARGS ZEK_SYMBOL("q35148");
+ZEK_API void F11_SYMMLQ_ENGINE F11_ENGINE_ARGS ZEK_SYMBOL("q83478");
+ZEK_API void F11_CG_ENGINE_HERMITIAN F11_ENGINE_ARGS ZEK_SYMBOL("q26233");
+ZEK_API void F11_SYMMLQ_ENGINE_HERMITIAN F11_ENGINE_ARGS ZEK_SYMBOL("q21209");
+#undef F11_ENGINE_ARGS
+/* The record's workers: F11_STATE_TRANSFER copies the 100 reals of the record out of WORK ("Get") or
+ * back ("Put"), by the first letter in either case.  F11_SEQUENCE_CHECK(ACTION, WORK, STATUS): -1 / 1
+ * store both marks with state 0 / 1; 0 tests the marks; 2 tests them and moves state 1 to 2; 3 moves
+ * to state 3 when the last request returned was 4; 4 accepts a finished record or a monitoring return.
+ * STATUS 1 when a test fails.  F11_VECTOR_NORM(CODE, WIDE, N, X, W): CODE 0 one-norm, 1 infinity,
+ * 2 two-norm (WIDE: the plain root of the inner product), 3 to 5 the same of W*X. */
+ZEK_API void F11_STATE_TRANSFER(const char *how, double record[], double work[], int how_len)
+    ZEK_SYMBOL("F11_STATE_TRANSFER");
+ZEK_API void F11_SEQUENCE_CHECK(int action, double work[], int *status) ZEK_SYMBOL("F11_SEQUENCE_CHECK");
+ZEK_API double F11_VECTOR_NORM(int code, int wide, int n, const double x[], const double w[])
+    ZEK_SYMBOL("F11_VECTOR_NORM");
+
 ZEK_API void F11GRF(const char *method, const char *precon, const char *sigcmp, const char *norm, const char *weight,
                     const int *iterm, const int *n, const double *tol, const int *maxitn, const double *anorm,
                     const double *sigmax, const double *sigtol, const int *maxits, const int *monit, int *lwreq,
@@ -314,7 +344,12 @@ ZEK_API void F11GTF_WORKER(int *itn, double *stplhs, double *stprhs, double *ano
                            const double work[], int lwork, char *errbuf, int *ifail, int errbuf_len)
     ZEK_SYMBOL("q31235");
 
-/* ---- Driver ---- */
+/* ---- Drivers ----
+ *
+ * Each driver checks the matrix once at entry, sets up a suite with the infinity norm, ITERM 1 and the
+ * one-norm of A as ANORM (so no estimator runs), and runs the reverse-communication loop itself.  WORK
+ * holds the right-hand side in its first N elements and the suite's record behind them; the complex
+ * drivers' WORK is complex (LWORK complex elements).  X holds the initial approximation on entry. */
 
 /* F11DCF: solves A x = b for a CS matrix with the incomplete LU of F11DAF as preconditioner, by METHOD
  * ('RGMRES', 'CGS', 'BICGSTAB', 'TFQMR'), M, TOL, MAXITN as in F11BDF; X the initial guess on entry,
@@ -333,6 +368,118 @@ ZEK_API void F11DCF_WORKER(const char *method, int n, int nnz, const double a[],
                            const double b[], int m, double tol, int maxitn, double x[], double *rnorm, int *itn,
                            double work[], int lwork, char *errbuf, int *ifail, int method_len, int errbuf_len)
     ZEK_SYMBOL("q52964");
+
+/* F11DQF: F11DCF for a complex CS matrix with the complex incomplete LU of F11DNF (A, B, X, WORK
+ * complex).  Its texts name F11DNF and F11DQF, and the internal calls F11BRFN, F11BSFN, F11BTFN. */
+ZEK_API void F11DQF(const char *method, const int *n, const int *nnz, const double a[], const int *la,
+                    const int irow[], const int icol[], const int ipivp[], const int ipivq[], const int istr[],
+                    const int idiag[], const double b[], const int *m, const double *tol, const int *maxitn,
+                    double x[], double *rnorm, int *itn, double work[], const int *lwork, int *ifail, int method_len)
+    ZEK_SYMBOL("q93753");
+ZEK_API void F11DQF_WORKER(const char *method, int n, int nnz, const double a[], int la, const int irow[],
+                           const int icol[], const int ipivp[], const int ipivq[], const int istr[], const int idiag[],
+                           const double b[], int m, double tol, int maxitn, double x[], double *rnorm, int *itn,
+                           double work[], int lwork, char *errbuf, int *ifail, int method_len, int errbuf_len)
+    ZEK_SYMBOL("q18852");
+/* F11DEF: F11DCF with the preconditioner built in: PRECON 'N' none, 'J' Jacobi (division by the
+ * diagonal), 'S' one SSOR step with relaxation OMEGA in (0, 2).  LWORK as F11DCF.  IWORK(1..N)
+ * receives the places of the diagonals (unused with 'N'); the SSOR step forms its diagonal
+ * reciprocals as it goes, so WORK needs no room beyond the suite's and the right-hand side.  IFAIL 1
+ * arguments, 2 structure, 3 a row without a diagonal or with a zero one ('J', 'S' only), 4 accuracy
+ * not reached, 5 not converged in MAXITN, 6 breakdown, 7 internal. */
+ZEK_API void F11DEF(const char *method, const char *precon, const int *n, const int *nnz, const double a[],
+                    const int irow[], const int icol[], const double *omega, const double b[], const int *m,
+                    const double *tol, const int *maxitn, double x[], double *rnorm, int *itn, double work[],
+                    const int *lwork, int iwork[], int *ifail, int method_len, int precon_len) ZEK_SYMBOL("q63501");
+ZEK_API void F11DEF_WORKER(const char *method, const char *precon, int n, int nnz, const double a[], const int irow[],
+                           const int icol[], double omega, const double b[], int m, double tol, int maxitn, double x[],
+                           double *rnorm, int *itn, double work[], int lwork, int iwork[], char *errbuf, int *ifail,
+                           int method_len, int precon_len, int errbuf_len) ZEK_SYMBOL("q18508");
+/* F11DSF: F11DEF for a complex CS matrix. */
+ZEK_API void F11DSF(const char *method, const char *precon, const int *n, const int *nnz, const double a[],
+                    const int irow[], const int icol[], const double *omega, const double b[], const int *m,
+                    const double *tol, const int *maxitn, double x[], double *rnorm, int *itn, double work[],
+                    const int *lwork, int iwork[], int *ifail, int method_len, int precon_len) ZEK_SYMBOL("q14389");
+ZEK_API void F11DSF_WORKER(const char *method, const char *precon, int n, int nnz, const double a[], const int irow[],
+                           const int icol[], double omega, const double b[], int m, double tol, int maxitn, double x[],
+                           double *rnorm, int *itn, double work[], int lwork, int iwork[], char *errbuf, int *ifail,
+                           int method_len, int precon_len, int errbuf_len) ZEK_SYMBOL("q34504");
+/* F11JQF: solves a complex Hermitian SCS system by METHOD 'CG' or 'SYMMLQ' (the suite F11GRF) with the
+ * incomplete Cholesky factors of F11JNF (IPIV, ISTR) as preconditioner.  LWORK at least 7N + 100 (CG)
+ * or 10N + 100 (SYMMLQ), complex.  IFAIL 1 arguments, 2 structure, 3 invalid factors, 4 accuracy not
+ * reached, 5 not converged in MAXITN, 6 preconditioner not positive-definite, 7 A not
+ * positive-definite, 8 internal (the general drivers' 6 and 7 have no counterpart, so the symmetric
+ * suite's definiteness exits take their places). */
+ZEK_API void F11JQF(const char *method, const int *n, const int *nnz, const double a[], const int *la,
+                    const int irow[], const int icol[], const int ipiv[], const int istr[], const double b[],
+                    const double *tol, const int *maxitn, double x[], double *rnorm, int *itn, double work[],
+                    const int *lwork, int *ifail, int method_len) ZEK_SYMBOL("q47630");
+ZEK_API void F11JQF_WORKER(const char *method, int n, int nnz, const double a[], int la, const int irow[],
+                           const int icol[], const int ipiv[], const int istr[], const double b[], double tol,
+                           int maxitn, double x[], double *rnorm, int *itn, double work[], int lwork, char *errbuf,
+                           int *ifail, int method_len, int errbuf_len) ZEK_SYMBOL("q86221");
+/* F11JSF: F11JQF with PRECON 'N', 'J' or 'S' and OMEGA as F11DEF, IWORK(1..N); IFAIL 3 also for a
+ * diagonal with a nonzero imaginary part. */
+ZEK_API void F11JSF(const char *method, const char *precon, const int *n, const int *nnz, const double a[],
+                    const int irow[], const int icol[], const double *omega, const double b[], const double *tol,
+                    const int *maxitn, double x[], double *rnorm, int *itn, double work[], const int *lwork,
+                    int iwork[], int *ifail, int method_len, int precon_len) ZEK_SYMBOL("q29005");
+ZEK_API void F11JSF_WORKER(const char *method, const char *precon, int n, int nnz, const double a[], const int irow[],
+                           const int icol[], double omega, const double b[], double tol, int maxitn, double x[],
+                           double *rnorm, int *itn, double work[], int lwork, int iwork[], char *errbuf, int *ifail,
+                           int method_len, int precon_len, int errbuf_len) ZEK_SYMBOL("q51614");
+
+/* ---- Relaxation preconditioners ----
+ *
+ * The SSOR step solves (D/OMEGA + L) inverse(D) (D/OMEGA + U) X = ((2 - OMEGA)/OMEGA) V, D the
+ * diagonal, L and U the strict triangles (TRANS 'T': the transposed operator; Hermitian: U = L^H).
+ * The sweeps follow the sorted entries forwards and backwards, so no row start array is needed; with
+ * CHECK 'N' entries with indices out of range are passed over.  IFAIL 1 bad TRANS, CHECK, OMEGA or sizes,
+ * 2 structure (CHECK 'C'), 3 a diagonal zero or missing (CHECK 'C'; F11JRF also a non-real one). */
+ZEK_API void F11DDF(const char *trans, const int *n, const int *nnz, const double a[], const int irow[],
+                    const int icol[], const double *omega, const char *check, const double v[], double x[], int *ifail,
+                    int trans_len, int check_len) ZEK_SYMBOL("q61354");
+ZEK_API void F11DDF_WORKER(const char *trans, int n, int nnz, const double a[], const int irow[], const int icol[],
+                           double omega, const char *check, const double v[], double x[], char *errbuf, int *ifail,
+                           int trans_len, int check_len, int errbuf_len) ZEK_SYMBOL("q83424");
+ZEK_API void F11DRF(const char *trans, const int *n, const int *nnz, const double a[], const int irow[],
+                    const int icol[], const double *omega, const char *check, const double v[], double x[], int *ifail,
+                    int trans_len, int check_len) ZEK_SYMBOL("q58828");
+ZEK_API void F11DRF_WORKER(const char *trans, int n, int nnz, const double a[], const int irow[], const int icol[],
+                           double omega, const char *check, const double v[], double x[], char *errbuf, int *ifail,
+                           int trans_len, int check_len, int errbuf_len) ZEK_SYMBOL("q66532");
+ZEK_API void F11JRF(const int *n, const int *nnz, const double a[], const int irow[], const int icol[],
+                    const double *omega, const char *check, const double v[], double x[], int *ifail, int check_len)
+    ZEK_SYMBOL("q29402");
+ZEK_API void F11JRF_WORKER(int n, int nnz, const double a[], const int irow[], const int icol[], double omega,
+                           const char *check, const double v[], double x[], char *errbuf, int *ifail, int check_len,
+                           int errbuf_len) ZEK_SYMBOL("q12177");
+/* The SSOR step of F11DEF, unchecked: IDIAG(i) the place of the diagonal of row i; ISTR is accepted for
+ * the record of the factor layout but not needed. */
+ZEK_API void F11_SSOR_APPLY(const char *trans, int n, int nnz, const double a[], const int irow[], const int icol[],
+                            const int istr[], const int idiag[], double omega, const double v[], double x[],
+                            int trans_len) ZEK_SYMBOL("F11_SSOR_APPLY");
+/* F11DKF: NITER Jacobi sweeps X := X + inverse(D)*(V - A*X) (TRANS 'T': A'), by rows; INIT 'I' starts
+ * from V/DIAG, 'N' from the given X.  STORE 'S' takes the diagonal from DIAG, 'N' reads it from the
+ * matrix into DIAG.  WORK(N) holds the residual.  IFAIL 1 bad letters, NITER or sizes, 2 structure
+ * (CHECK 'C'), 3 a diagonal zero or missing. */
+ZEK_API void F11DKF(const char *store, const char *trans, const char *init, const int *niter, const int *n,
+                    const int *nnz, const double a[], const int irow[], const int icol[], const char *check,
+                    const double v[], double x[], double diag[], double work[], int *ifail, int store_len,
+                    int trans_len, int init_len, int check_len) ZEK_SYMBOL("q69718");
+ZEK_API void F11DKF_WORKER(const char *store, const char *trans, const char *init, int niter, int n, int nnz,
+                           const double a[], const int irow[], const int icol[], const char *check, const double v[],
+                           double x[], double diag[], double work[], char *errbuf, int *ifail, int store_len,
+                           int trans_len, int init_len, int check_len, int errbuf_len) ZEK_SYMBOL("q10620");
+/* F11DXF: F11DKF with complex A, V, X, DIAG, WORK. */
+ZEK_API void F11DXF(const char *store, const char *trans, const char *init, const int *niter, const int *n,
+                    const int *nnz, const double a[], const int irow[], const int icol[], const char *check,
+                    const double v[], double x[], double diag[], double work[], int *ifail, int store_len,
+                    int trans_len, int init_len, int check_len) ZEK_SYMBOL("q53740");
+ZEK_API void F11DXF_WORKER(const char *store, const char *trans, const char *init, int niter, int n, int nnz,
+                           const double a[], const int irow[], const int icol[], const char *check, const double v[],
+                           double x[], double diag[], double work[], char *errbuf, int *ifail, int store_len,
+                           int trans_len, int init_len, int check_len, int errbuf_len) ZEK_SYMBOL("q16427");
 
 ZEK_END_DECLS
 

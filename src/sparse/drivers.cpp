@@ -1,5 +1,7 @@
-// The incomplete-LU driver: checks the matrix once, sets up the real general suite, and runs its
-// reverse-communication loop with the product and the factor solve of this chapter.
+// The drivers: each checks the matrix once, sets up a Krylov suite, and runs its reverse-communication
+// loop with the products of this chapter and a preconditioner (incomplete factors, Jacobi or SSOR).
+// One skeleton serves all six: the real and complex general drivers and the Hermitian ones differ in
+// their texts, their suite and the preconditioner they plug in.
 #include "sparse/exits.h"
 #include "sparse/sparse.h"
 
@@ -8,29 +10,62 @@
 
 #include <algorithm>
 #include <string>
+#include <type_traits>
 
 namespace zek::sparse {
 namespace {
 
-const char *kAdvice = "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between calls "
-                      "to F11DAF and F11DCF.";
+// What differs between the drivers' messages.
+struct DriverTexts {
+    const char *step;                      // the solver as the IREVCM text names it
+    const char *setup_w, *step_w, *diag_w; // internal names in the serious-error text
+    const char *advice;                    // appended to structure and preconditioner texts, or null
+    const char *invalid;                   // IFAIL 3 of a factor preconditioner
+    const char *tol;                       // the TOL text
+    const char *accuracy;                  // the accuracy exit
+};
+
+const char *kAdviceDcf = "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between "
+                         "calls to F11DAF and F11DCF.";
+const char *kAdviceDqf = "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between "
+                         "calls to F11DNF and F11DQF.";
+const char *kAdviceJqf = "\n    Check that A, IROW, ICOL, IPIV and ISTR have not been\n    corrupted between calls to F11JNF "
+                         "and F11JQF.";
+const char *kTolTight = " ** On entry, TOL .ge. 1.0: TOL =%12.4E.";
+const char *kTolBlank = " ** On entry, TOL .ge. 1.0: TOL = %12.4E.";
+const char *kMayHave = " ** The required accuracy could not be obtained.\n    However a reasonable accuracy may have been achieved.";
+const char *kHas = " ** The required accuracy could not be obtained.\n    However a reasonable accuracy has been achieved.";
 const char *kSerious = " ** A serious error has occurred in an internal call to %6s: IFAIL =%6ld\n    Check all subroutine "
                        "calls and array sizes. Seek expert help.";
 
-int driver_method(const char *method, int len) {
+const std::string kInvalidCs = std::string(" ** The CS representation of the preconditioner is invalid.");
+const std::string kInvalidDcf = kInvalidCs + kAdviceDcf, kInvalidDqf = kInvalidCs + kAdviceDqf;
+const std::string kInvalidJqf = std::string(" ** The SCS representation of the preconditioner is invalid.") + kAdviceJqf;
+
+const DriverTexts kDcf{"F11BEF", "F11BDFN", "F11BEFN", "F11BFFN", kAdviceDcf, kInvalidDcf.c_str(), kTolTight, kMayHave};
+const DriverTexts kDqf{"F11BSF", "F11BRFN", "F11BSFN", "F11BTFN", kAdviceDqf, kInvalidDqf.c_str(), kTolTight, kMayHave};
+const DriverTexts kDef{"F11BEF", "F11BDFN", "F11BEFN", "F11BFFN", nullptr, nullptr, kTolBlank, kMayHave};
+const DriverTexts kDsf{"F11BSF", "F11BRFN", "F11BSFN", "F11BTFN", nullptr, nullptr, kTolBlank, kMayHave};
+const DriverTexts kJqf{"F11GSF", "F11GRFN", "F11GSFN", "F11GTFN", kAdviceJqf, kInvalidJqf.c_str(), kTolTight, kHas};
+const DriverTexts kJsf{"F11GSF", "F11GRFN", "F11GSFN", "F11GTFN", nullptr, nullptr, kTolBlank, kHas};
+
+// The method as a code: general suites 1 RGMRES, 2 CGS, 3 BICGSTAB, 4 TFQMR; Hermitian 1 CG, 2 SYMMLQ.
+int driver_method(bool hermitian, const char *method, int len) {
     std::string name(method, static_cast<std::size_t>(std::max(len, 0)));
     for (char &c : name) c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
     while (!name.empty() && name.back() == ' ') name.pop_back();
-    if (name == "RGMRES") return 1;
-    if (name == "CGS") return 2;
-    if (name == "BICGSTAB") return 3;
-    if (name == "TFQMR") return 4;
+    const char *const general[] = {"RGMRES", "CGS", "BICGSTAB", "TFQMR"};
+    const char *const symmetric[] = {"CG", "SYMMLQ"};
+    const int count = hermitian ? 2 : 4;
+    for (int k = 0; k < count; ++k)
+        if (name == (hermitian ? symmetric : general)[k]) return k + 1;
     return 0;
 }
 
-// The smallest LWORK: the suite's need (whose BiCGSTAB keeps two more vectors than the classical count)
-// and the N elements of the right-hand side the driver keeps in front of the record.
-long driver_work(int method, long n, long m) {
+// The smallest LWORK: the suite's need and the N elements of the right-hand side the driver keeps in
+// front of the record.  The general suite's BiCGSTAB keeps two more vectors than the classical count.
+long driver_work(bool hermitian, int method, long n, long m) {
+    if (hermitian) return (method == 1 ? 7 * n : 10 * n) + 100;
     switch (method) {
     case 1: return (n + m + 5) * m + 4 * n + 101;
     case 2: return 8 * n + 100;
@@ -39,115 +74,325 @@ long driver_work(int method, long n, long m) {
     }
 }
 
-} // namespace
-} // namespace zek::sparse
-
-extern "C" {
-
-void F11DCF_WORKER(const char *method, int n, int nnz, const double a[], int la, const int irow[], const int icol[],
-                   const int ipivp[], const int ipivq[], const int istr[], const int idiag[], const double b[], int m,
-                   double tol, int maxitn, double x[], double *rnorm, int *itn, double work[], int lwork, char *errbuf,
-                   int *ifail, int method_len, int errbuf_len) {
-    (void)errbuf_len;
-    using namespace zek::sparse;
-    zek::FailureExit exit("F11DCF", errbuf, ifail);
+// The structure of the matrix, checked once at entry.
+bool checked_matrix(FailureExit &exit, const DriverTexts &texts, bool hermitian, int n, int nnz, const int irow[],
+                    const int icol[]) {
     int bad = 0;
-    const int status = cs_check(n, nnz, irow, icol, false, &bad);
-    if (status != 0) {
-        report_structure(exit, StructureReport{1, 2, 99999, false, kAdvice}, status, bad, n, nnz, irow, icol);
+    const int status = cs_check(n, nnz, irow, icol, hermitian, &bad);
+    if (status == 0) return true;
+    report_structure(exit, StructureReport{1, 2, 99999, hermitian, texts.advice}, status, bad, n, nnz, irow, icol);
+    return false;
+}
+
+// METHOD and LWORK.  Returns the method code, 0 after a failure exit.
+int checked_method(FailureExit &exit, bool hermitian, const char *method, int method_len, int n, int m, int lwork) {
+    const int code = driver_method(hermitian, method, method_len);
+    const std::string given(method, static_cast<std::size_t>(std::max(method_len, 0)));
+    if (code == 0) {
+        if (hermitian) exit.fail(1, 99991, " ** On entry, METHOD .ne. 'CG' or 'SYMMLQ': METHOD = '%s'.", {given});
+        else exit.fail(1, 99991, " ** On entry, METHOD .ne. 'RGMRES', 'CGS', or '  BICGSTAB':\n    METHOD = '%s'.", {given});
+        return 0;
+    }
+    const bool ordered = !hermitian && (code == 1 || code == 3);
+    const long need = driver_work(hermitian, code, n, ordered ? std::max(m, 1) : 0);
+    if (lwork < need) {
+        exit.fail(1, 99990, " ** On entry, LWORK is too small: LWORK =%16ld.\n    Minimum required value of LWORK =%16ld.",
+                  {lwork, need});
+        return 0;
+    }
+    return code;
+}
+
+// PRECON and OMEGA of the drivers with a built-in preconditioner.  Returns the letter, blank after a
+// failure exit.
+char checked_relaxation(FailureExit &exit, const char *precon, int precon_len, double omega) {
+    const char p = letter(precon, precon_len);
+    if (p != 'N' && p != 'J' && p != 'S') {
+        exit.fail(1, 99993, " ** On entry, PRECON .ne. 'N', 'J' or 'S': PRE  CON = '%s'.", {letter_text(precon, precon_len)});
+        return ' ';
+    }
+    if (p == 'S' && !(omega > 0.0 && omega < 2.0)) {
+        exit.fail(1, 99992, " ** On entry, OMEGA .le. 0.0 or OMEGA .ge. 2.0: OMEGA = %12.4E.", {omega});
+        return ' ';
+    }
+    return p;
+}
+
+// The diagonal of every row for Jacobi and SSOR, into idiag.
+template <class T>
+bool found_diagonal(FailureExit &exit, bool hermitian, int n, int nnz, const T a[], const int irow[], const int icol[],
+                    int idiag[]) {
+    int row = 0;
+    switch (find_diagonal(n, nnz, a, irow, icol, hermitian, idiag, &row)) {
+    case 0: return true;
+    case 1: exit.fail(3, 99979, " ** The matrix A has no diagonal entry in row%16ld.", {row}); return false;
+    case 2: exit.fail(3, 99978, " ** The matrix A has a zero diagonal entry in row%16ld.", {row}); return false;
+    default: exit.fail(3, 99977, " ** The matrix A has a non-real diagonal entry in row%16ld.", {row}); return false;
+    }
+}
+
+// The problem a driver hands to the skeleton, its arguments already checked.
+template <class T> struct Problem {
+    int method;
+    const char *method_name;
+    int method_len;
+    int n, nnz;
+    const T *a;
+    const int *irow, *icol;
+    const T *b;
+    int m;
+    double tol;
+    int maxitn;
+    T *x;
+    double *rnorm;
+    int *itn;
+    double *work;
+    int lwork;
+    bool precon;
+};
+
+// Set-up, the reverse-communication loop and the diagnostics.  apply(u, v) forms v := inverse(M)*u and
+// returns false when the preconditioner is found invalid.
+template <class T, bool Hermitian, class Apply>
+void drive(FailureExit &exit, const DriverTexts &texts, const Problem<T> &p, Apply &&apply) {
+    const int n = p.n;
+    const int serious = Hermitian ? 8 : 7;
+    // The one-norm of the matrix (both triangles of an SCS one), so that no estimator runs.
+    double *sums = p.work;
+    std::fill(sums, sums + n, 0.0);
+    for (Index k = 0; k < p.nnz; ++k) {
+        sums[p.icol[k] - 1] += modulus(p.a[k]);
+        if (Hermitian && p.irow[k] != p.icol[k]) sums[p.irow[k] - 1] += modulus(p.a[k]);
+    }
+    const double anorm = *std::max_element(sums, sums + n);
+    T *rhs = values<T>(p.work);
+    std::copy(p.b, p.b + n, rhs);
+    double *record = reinterpret_cast<double *>(rhs + n);
+    const int length = p.lwork - n;
+    char inner[kErrbufLength];
+    int lwreq = 0, f = 1;
+    const char *pc = p.precon ? "P" : "N";
+    if constexpr (Hermitian) {
+        F11GRF_WORKER(p.method_name, pc, "N", "I", "N", 1, n, p.tol, p.maxitn, anorm, 0.0, 0.0, 0, 0, &lwreq, record,
+                      length, inner, &f, p.method_len, 1, 1, 1, 1, kErrbufLength);
+    } else {
+        (std::is_same_v<T, double> ? F11BDF_WORKER : F11BRF_WORKER)(p.method_name, pc, "I", "N", 1, n, p.m, p.tol,
+                                                                     p.maxitn, anorm, 0.0, 0, &lwreq, record, length,
+                                                                     inner, &f, p.method_len, 1, 1, 1, kErrbufLength);
+    }
+    if (!Hermitian && f == -7) {
+        exit.fail(1, 99989, " ** On entry, M .lt. 1 or M .gt. MIN (N,%2ld):\n    M =%16ld", {p.method == 1 ? 50 : 10, p.m});
         return;
     }
+    if (f == -8) {
+        exit.fail(1, 99988, texts.tol, {p.tol});
+        return;
+    }
+    if (f == -9) {
+        exit.fail(1, 99987, " ** On entry, MAXITN .lt. 1: MAXITN =%16ld.", {p.maxitn});
+        return;
+    }
+    if (f != 0) {
+        exit.fail(serious, 99986, kSerious, {texts.setup_w, f});
+        return;
+    }
+    auto *const step = Hermitian ? F11GSF_WORKER : std::is_same_v<T, double> ? F11BEF_WORKER : F11BSF_WORKER;
+    auto *const diagnose = Hermitian ? F11GTF_WORKER : std::is_same_v<T, double> ? F11BFF_WORKER : F11BTF_WORKER;
+    double *u = reinterpret_cast<double *>(p.x), *v = reinterpret_cast<double *>(rhs);
+    // Each iteration makes at most a few requests per basis vector; the bound only guards the loop.
+    const long most = 8L * (static_cast<long>(p.maxitn) + 2) * (std::max(p.m, 1) + 4) + 1000;
+    int irevcm = 0;
+    for (long calls = 0;; ++calls) {
+        f = 1;
+        step(&irevcm, u, v, nullptr, record, length, inner, &f, kErrbufLength);
+        if (irevcm == 4) break;
+        if (calls > most || (irevcm != 1 && irevcm != -1 && irevcm != 2 && irevcm != 3)) {
+            exit.fail(serious, 99984,
+                      (std::string(" ** A serious error has occurred in an internal call to ") + texts.step +
+                       ": IREVCM =%6ld\n    Check all subroutine calls and array sizes. Seek expert help.").c_str(),
+                      {irevcm});
+            return;
+        }
+        if (irevcm == 1 || irevcm == -1) {
+            if constexpr (Hermitian) apply_symmetric_product(n, p.nnz, p.a, p.irow, p.icol, p.x, rhs);
+            else apply_product(irevcm == -1, n, p.nnz, p.a, p.irow, p.icol, p.x, rhs);
+        } else if (irevcm == 2 && !apply(p.x, rhs)) {
+            exit.fail(3, 99985, texts.invalid);
+            return;
+        }
+    }
+    double stprhs = 0.0, an = 0.0, sg = 0.0;
+    int g = 1;
+    diagnose(p.itn, p.rnorm, &stprhs, &an, &sg, record, length, inner, &g, kErrbufLength);
+    const long iterations = *p.itn;
+    if (f == 0) {
+        exit.succeed();
+    } else if (f == 2) {
+        exit.fail(4, 99983, texts.accuracy);
+    } else if (Hermitian ? f == 7 : f == 5) {
+        exit.fail(5, 99982, " ** The solution has not converged after%7ld iterations.", {iterations});
+    } else if (!Hermitian && f == 6) {
+        exit.fail(6, 99981, " ** Algorithmic breakdown. A solution is returned, although\n    it is possible that it is completely inaccurate.");
+    } else if (Hermitian && f == 5) {
+        exit.fail(6, 99981, " ** The preconditioner appears not to be positive-definite.\n    The computation cannot continue.");
+    } else if (Hermitian && f == 4) {
+        exit.fail(7, 99980, " ** The matrix of the coefficients A appears not to be positive-definite.\n    The computation cannot continue.");
+    } else {
+        exit.fail(serious, 99979, kSerious, {texts.step_w, f});
+    }
+}
+
+// The drivers with incomplete factors: the factor solve checks its structure at its first use.
+template <class T, class Solve>
+void drive_factored(FailureExit &exit, const DriverTexts &texts, bool hermitian, const char *method, int method_len,
+                    int n, int nnz, const double *a, int la, const int irow[], const int icol[], const double *b,
+                    int m, double tol, int maxitn, double *x, double *rnorm, int *itn, double *work, int lwork,
+                    Solve &&solve) {
+    if (!checked_matrix(exit, texts, hermitian, n, nnz, irow, icol)) return;
     if (static_cast<Index>(la) < 2 * static_cast<Index>(nnz)) {
         exit.fail(1, 99992, " ** On entry, LA .lt. 2*NNZ:\n    LA =%16ld NNZ =%16ld.", {la, nnz});
         return;
     }
-    const int code = driver_method(method, method_len);
-    if (code == 0) {
-        exit.fail(1, 99991, " ** On entry, METHOD .ne. 'RGMRES', 'CGS', or '  BICGSTAB':\n    METHOD = '%s'.",
-                  {std::string(method, static_cast<std::size_t>(std::max(method_len, 0)))});
-        return;
-    }
-    const long need = driver_work(code, n, (code == 1 || code == 3) ? std::max(m, 1) : 0);
-    if (lwork < need) {
-        exit.fail(1, 99990, " ** On entry, LWORK is too small: LWORK =%16ld.\n    Minimum required value of LWORK =%16ld.",
-                  {lwork, need});
-        return;
-    }
-    // The one-norm of the matrix, so that no estimate runs.
-    std::fill(work, work + n, 0.0);
-    for (Index k = 0; k < nnz; ++k) work[icol[k] - 1] += std::fabs(a[k]);
-    const double anorm = *std::max_element(work, work + n);
-    std::copy(b, b + n, work);
-    double *record = work + n;
-    const int record_length = lwork - n;
-    char inner[zek::kErrbufLength];
-    int lwreq = 0, f = 1;
-    F11BDF_WORKER(method, "P", "I", "N", 1, n, m, tol, maxitn, anorm, 0.0, 0, &lwreq, record, record_length, inner, &f,
-                  method_len, 1, 1, 1, zek::kErrbufLength);
-    if (f == -7) {
-        exit.fail(1, 99989, " ** On entry, M .lt. 1 or M .gt. MIN (N,%2ld):\n    M =%16ld", {code == 1 ? 50 : 10, m});
-        return;
-    }
-    if (f == -8) {
-        exit.fail(1, 99988, " ** On entry, TOL .ge. 1.0: TOL =%12.4E.", {tol});
-        return;
-    }
-    if (f == -9) {
-        exit.fail(1, 99987, " ** On entry, MAXITN .lt. 1: MAXITN =%16ld.", {maxitn});
-        return;
-    }
-    if (f != 0) {
-        exit.fail(7, 99986, kSerious, {"F11BDFN", f});
-        return;
-    }
-    int irevcm = 0;
+    const int code = checked_method(exit, hermitian, method, method_len, n, m, lwork);
+    if (code == 0) return;
+    const Problem<T> p{code, method, method_len, n, nnz, values<T>(a), irow, icol, values<T>(b), m, tol, maxitn,
+                       values<T>(x), rnorm, itn, work, lwork, true};
     const char *check = "C";
-    for (long calls = 0;; ++calls) {
-        f = 1;
-        F11BEF_WORKER(&irevcm, x, work, nullptr, record, record_length, inner, &f, zek::kErrbufLength);
-        if (irevcm == 4) break;
+    auto apply = [&](const T *u, T *v) {
         int g = 1;
-        if (irevcm == 1 || irevcm == -1) {
-            F11XAF_WORKER(irevcm == 1 ? "N" : "T", n, nnz, a, irow, icol, "N", x, work, inner, &g, 1, 1,
-                          zek::kErrbufLength);
-        } else if (irevcm == 2) {
-            F11DBF_WORKER("N", n, a, la, irow, icol, ipivp, ipivq, istr, idiag, check, x, work, inner, &g, 1, 1,
-                          zek::kErrbufLength);
-            if (g != 0) {
-                exit.fail(3, 99985, (std::string(" ** The CS representation of the preconditioner is invalid.") + kAdvice).c_str());
-                return;
-            }
-            check = "N";
-        } else if (irevcm != 3) {
-            exit.fail(7, 99984, " ** A serious error has occurred in an internal call to F11BEF: IREVCM =%6ld\n    Check "
-                                "all subroutine calls and array sizes. Seek expert help.", {irevcm});
-            return;
-        }
-        (void)calls;
-    }
-    double stprhs = 0.0, an = 0.0, sg = 0.0;
-    int g = 1;
-    F11BFF_WORKER(itn, rnorm, &stprhs, &an, &sg, record, record_length, inner, &g, zek::kErrbufLength);
-    switch (f) {
-    case 0: exit.succeed(); return;
-    case 2:
-        exit.fail(4, 99983, " ** The required accuracy could not be obtained.\n    However a reasonable accuracy may have been achieved.");
-        return;
-    case 5: exit.fail(5, 99982, " ** The solution has not converged after%7ld iterations.", {*itn}); return;
-    case 6:
-        exit.fail(6, 99981, " ** Algorithmic breakdown. A solution is returned, although\n    it is possible that it is completely inaccurate.");
-        return;
-    default: exit.fail(7, 99980, kSerious, {"F11BEFN", f}); return;
-    }
+        char inner[kErrbufLength];
+        solve(check, reinterpret_cast<const double *>(u), reinterpret_cast<double *>(v), inner, &g);
+        check = "N";
+        return g == 0;
+    };
+    if (hermitian) drive<T, true>(exit, texts, p, apply);
+    else drive<T, false>(exit, texts, p, apply);
 }
 
-void F11DCF(const char *method, const int *n, const int *nnz, const double a[], const int *la, const int irow[],
-            const int icol[], const int ipivp[], const int ipivq[], const int istr[], const int idiag[], const double b[],
-            const int *m, const double *tol, const int *maxitn, double x[], double *rnorm, int *itn, double work[],
-            const int *lwork, int *ifail, int method_len) {
-    zek::Front front("F11DCF");
-    F11DCF_WORKER(method, *n, *nnz, a, *la, irow, icol, ipivp, ipivq, istr, idiag, b, *m, *tol, *maxitn, x, rnorm, itn,
-                  work, *lwork, front.errbuf(), ifail, method_len, zek::kErrbufLength);
+// The drivers with Jacobi or SSOR built in; IWORK(1..N) receives the places of the diagonals.
+template <class T>
+void drive_relaxed(FailureExit &exit, const DriverTexts &texts, bool hermitian, const char *method,
+                   const char *precon, int n, int nnz, const double *a, const int irow[], const int icol[], double omega,
+                   const double *b, int m, double tol, int maxitn, double *x, double *rnorm, int *itn, double *work,
+                   int lwork, int iwork[], int method_len, int precon_len) {
+    if (!checked_matrix(exit, texts, hermitian, n, nnz, irow, icol)) return;
+    const char kind = checked_relaxation(exit, precon, precon_len, omega);
+    if (kind == ' ') return;
+    const int code = checked_method(exit, hermitian, method, method_len, n, m, lwork);
+    if (code == 0) return;
+    const T *va = values<T>(a);
+    if (kind != 'N' && !found_diagonal(exit, hermitian, n, nnz, va, irow, icol, iwork)) return;
+    const Problem<T> p{code, method, method_len, n, nnz, va, irow, icol, values<T>(b), m, tol, maxitn, values<T>(x),
+                       rnorm, itn, work, lwork, kind != 'N'};
+    const Sweep sweep = hermitian ? Sweep::Hermitian : Sweep::Lower;
+    auto apply = [&](const T *u, T *v) {
+        if (kind == 'J') {
+            for (int i = 0; i < n; ++i) v[i] = u[i] / va[iwork[i] - 1];
+        } else {
+            ssor_apply(sweep, n, nnz, va, irow, icol, iwork, omega, u, v);
+        }
+        return true;
+    };
+    if (hermitian) drive<T, true>(exit, texts, p, apply);
+    else drive<T, false>(exit, texts, p, apply);
+}
+
+} // namespace
+} // namespace zek::sparse
+
+using zek::sparse::Complex;
+
+extern "C" {
+
+#define FACTORED_GENERAL(NAME, WORKER, SOLVE_W, TYPE, TEXTS)                                                        \
+    void WORKER(const char *method, int n, int nnz, const double a[], int la, const int irow[], const int icol[],     \
+                const int ipivp[], const int ipivq[], const int istr[], const int idiag[], const double b[], int m,   \
+                double tol, int maxitn, double x[], double *rnorm, int *itn, double work[], int lwork, char *errbuf,  \
+                int *ifail, int method_len, int errbuf_len) {                                                         \
+        (void)errbuf_len;                                                                                             \
+        zek::FailureExit exit(#NAME, errbuf, ifail);                                                                  \
+        zek::sparse::drive_factored<TYPE>(                                                                            \
+            exit, zek::sparse::TEXTS, false, method, method_len, n, nnz, a, la, irow, icol, b, m, tol, maxitn, x,     \
+            rnorm, itn, work, lwork, [&](const char *check, const double *u, double *v, char *inner, int *g) {        \
+                SOLVE_W("N", n, a, la, irow, icol, ipivp, ipivq, istr, idiag, check, u, v, inner, g, 1, 1,           \
+                        zek::kErrbufLength);                                                                          \
+            });                                                                                                       \
+    }                                                                                                                 \
+    void NAME(const char *method, const int *n, const int *nnz, const double a[], const int *la, const int irow[],   \
+              const int icol[], const int ipivp[], const int ipivq[], const int istr[], const int idiag[],            \
+              const double b[], const int *m, const double *tol, const int *maxitn, double x[], double *rnorm,        \
+              int *itn, double work[], const int *lwork, int *ifail, int method_len) {                                \
+        zek::Front front(#NAME);                                                                                      \
+        WORKER(method, *n, *nnz, a, *la, irow, icol, ipivp, ipivq, istr, idiag, b, *m, *tol, *maxitn, x, rnorm, itn,  \
+               work, *lwork, front.errbuf(), ifail, method_len, zek::kErrbufLength);                                  \
+        front.finish(*ifail);                                                                                         \
+    }
+
+FACTORED_GENERAL(F11DCF, F11DCF_WORKER, F11DBF_WORKER, double, kDcf)
+FACTORED_GENERAL(F11DQF, F11DQF_WORKER, F11DPF_WORKER, Complex, kDqf)
+
+#define RELAXED_GENERAL(NAME, WORKER, TYPE, TEXTS)                                                                    \
+    void WORKER(const char *method, const char *precon, int n, int nnz, const double a[], const int irow[],          \
+                const int icol[], double omega, const double b[], int m, double tol, int maxitn, double x[],          \
+                double *rnorm, int *itn, double work[], int lwork, int iwork[], char *errbuf, int *ifail,             \
+                int method_len, int precon_len, int errbuf_len) {                                                     \
+        (void)errbuf_len;                                                                                             \
+        zek::FailureExit exit(#NAME, errbuf, ifail);                                                                  \
+        zek::sparse::drive_relaxed<TYPE>(exit, zek::sparse::TEXTS, false, method, precon, n, nnz, a, irow, icol,      \
+                                         omega, b, m, tol, maxitn, x, rnorm, itn, work, lwork, iwork, method_len,     \
+                                         precon_len);                                                                 \
+    }                                                                                                                 \
+    void NAME(const char *method, const char *precon, const int *n, const int *nnz, const double a[],                \
+              const int irow[], const int icol[], const double *omega, const double b[], const int *m,                \
+              const double *tol, const int *maxitn, double x[], double *rnorm, int *itn, double work[],               \
+              const int *lwork, int iwork[], int *ifail, int method_len, int precon_len) {                            \
+        zek::Front front(#NAME);                                                                                      \
+        WORKER(method, precon, *n, *nnz, a, irow, icol, *omega, b, *m, *tol, *maxitn, x, rnorm, itn, work, *lwork,    \
+               iwork, front.errbuf(), ifail, method_len, precon_len, zek::kErrbufLength);                             \
+        front.finish(*ifail);                                                                                         \
+    }
+
+RELAXED_GENERAL(F11DEF, F11DEF_WORKER, double, kDef)
+RELAXED_GENERAL(F11DSF, F11DSF_WORKER, Complex, kDsf)
+
+void F11JQF_WORKER(const char *method, int n, int nnz, const double a[], int la, const int irow[], const int icol[],
+                   const int ipiv[], const int istr[], const double b[], double tol, int maxitn, double x[],
+                   double *rnorm, int *itn, double work[], int lwork, char *errbuf, int *ifail, int method_len,
+                   int errbuf_len) {
+    (void)errbuf_len;
+    zek::FailureExit exit("F11JQF", errbuf, ifail);
+    zek::sparse::drive_factored<Complex>(
+        exit, zek::sparse::kJqf, true, method, method_len, n, nnz, a, la, irow, icol, b, 0, tol, maxitn, x, rnorm, itn,
+        work, lwork, [&](const char *check, const double *u, double *v, char *inner, int *g) {
+            F11JPF_WORKER(n, a, la, irow, icol, ipiv, istr, check, u, v, inner, g, 1, zek::kErrbufLength);
+        });
+}
+void F11JQF(const char *method, const int *n, const int *nnz, const double a[], const int *la, const int irow[],
+            const int icol[], const int ipiv[], const int istr[], const double b[], const double *tol,
+            const int *maxitn, double x[], double *rnorm, int *itn, double work[], const int *lwork, int *ifail,
+            int method_len) {
+    zek::Front front("F11JQF");
+    F11JQF_WORKER(method, *n, *nnz, a, *la, irow, icol, ipiv, istr, b, *tol, *maxitn, x, rnorm, itn, work, *lwork,
+                  front.errbuf(), ifail, method_len, zek::kErrbufLength);
+    front.finish(*ifail);
+}
+
+void F11JSF_WORKER(const char *method, const char *precon, int n, int nnz, const double a[], const int irow[],
+                   const int icol[], double omega, const double b[], double tol, int maxitn, double x[], double *rnorm,
+                   int *itn, double work[], int lwork, int iwork[], char *errbuf, int *ifail, int method_len,
+                   int precon_len, int errbuf_len) {
+    (void)errbuf_len;
+    zek::FailureExit exit("F11JSF", errbuf, ifail);
+    zek::sparse::drive_relaxed<Complex>(exit, zek::sparse::kJsf, true, method, precon, n, nnz, a, irow, icol, omega, b,
+                                        0, tol, maxitn, x, rnorm, itn, work, lwork, iwork, method_len, precon_len);
+}
+void F11JSF(const char *method, const char *precon, const int *n, const int *nnz, const double a[], const int irow[],
+            const int icol[], const double *omega, const double b[], const double *tol, const int *maxitn, double x[],
+            double *rnorm, int *itn, double work[], const int *lwork, int iwork[], int *ifail, int method_len,
+            int precon_len) {
+    zek::Front front("F11JSF");
+    F11JSF_WORKER(method, precon, *n, *nnz, a, irow, icol, *omega, b, *tol, *maxitn, x, rnorm, itn, work, *lwork,
+                  iwork, front.errbuf(), ifail, method_len, precon_len, zek::kErrbufLength);
     front.finish(*ifail);
 }
 

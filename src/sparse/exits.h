@@ -37,6 +37,20 @@ void lu_solve(bool transpose, int n, const T a[], const int icol[], const int ip
 template <class T>
 void cholesky_solve(int n, const T a[], const int icol[], const int ipiv[], const int istr[], const T y[], T x[]);
 
+// The diagonal of each row of a checked CS or SCS matrix (idiag, one-based entry numbers, may be null).
+// Returns 0, or with *row the first row whose diagonal is 1 missing, 2 zero, 3 not real (hermitian).
+template <class T>
+int find_diagonal(int n, int nnz, const T a[], const int irow[], const int icol[], bool hermitian, int idiag[],
+                  int *row);
+
+// One SSOR step x := inverse(M)*v, M = (omega/(2-omega)) (D/omega + L) inverse(D) (D/omega + U): Lower
+// solves with the lower factor first (TRANS 'N'), Upper applies the transposed step (TRANS 'T'),
+// Hermitian takes U = L^H from an SCS matrix.  idiag (may be null) points at the diagonals.
+enum class Sweep { Lower, Upper, Hermitian };
+template <class T>
+void ssor_apply(Sweep kind, int n, int nnz, const T a[], const int irow[], const int icol[], const int idiag[],
+                double omega, const T v[], T x[]);
+
 } // namespace zek::sparse
 
 #endif

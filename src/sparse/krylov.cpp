@@ -52,10 +52,11 @@ template <> double Record::scalar<double>(int k) const { return r[k]; }
 template <> Complex Record::scalar<Complex>(int k) const { return Complex(r[k], r[k + 1]); }
 
 // F11_STATE_TRANSFER: "Get" copies the record out of WORK, "Put" back.
-void state_transfer(const char *how, Record &rec, double *work) {
-    if (how[0] == 'G' || how[0] == 'g') std::memcpy(rec.r, work, sizeof rec.r);
-    else std::memcpy(work, rec.r, sizeof rec.r);
+void state_transfer(const char *how, double *record, double *work) {
+    if (how[0] == 'G' || how[0] == 'g') std::memcpy(record, work, kRecord * sizeof(double));
+    else std::memcpy(work, record, kRecord * sizeof(double));
 }
+void state_transfer(const char *how, Record &rec, double *work) { state_transfer(how, rec.r, work); }
 
 // Vector operations over n elements; the inner product conjugates its first argument.
 double dot_real(int n, const double *x, const double *y) { return ddot(n, x, 1, y, 1); }
@@ -755,6 +756,72 @@ void setup_symmetric(const char *name, const char *method, const char *precon, c
     exit.succeed();
 }
 
+// The vectors start at element 100 of WORK: real elements for the real suites, complex elements for
+// the complex ones (whose record fills the first 100 reals only).
+template <class T> T *vector_base(double *work) { return values<T>(work) + kRecord; }
+
+// F11_SEQUENCE_CHECK: the marks and the sequence state of the record in WORK.  Status 1 when the action
+// finds the record out of sequence.
+void sequence_check(int action, double *work, int *status) {
+    *status = 0;
+    if (action == -1 || action == 1) {
+        work[kMarkA] = kMarkValueA;
+        work[kMarkB] = kMarkValueB;
+        work[kState] = action == 1 ? 1.0 : 0.0;
+        return;
+    }
+    const bool marks = work[kMarkA] == kMarkValueA && work[kMarkB] == kMarkValueB;
+    const long state = std::lround(work[kState]), returned = std::lround(work[kLastOut]);
+    switch (action) {
+    case 0: *status = marks ? 0 : 1; return;
+    case 2:
+        if (!marks || state != 1) *status = 1;
+        else work[kState] = 2.0;
+        return;
+    case 3:
+        if (!marks) *status = 1;
+        else if (returned == 4) work[kState] = 3.0;
+        return;
+    case 4: *status = marks && (state == 3 || returned == 3) ? 0 : 1; return;
+    default: *status = 1; return;
+    }
+}
+
+// One call of a method's engine as the solver routine makes it, with the request multiplied: 100 and
+// above an immediate stop, 10 and above a tidy one, 0 a fresh start.  STATUS is 0 while requests are
+// returned and the final status with IREVCM 4; 3 when WORK holds no record of this method.
+template <class T>
+void engine_call(int method, bool symmetric, int *irevcm, double *u, double *v, const double *wgt, double *work,
+                 int *status) {
+    Record rec;
+    state_transfer("Get", rec, work);
+    int marks = 0;
+    sequence_check(0, work, &marks);
+    if (marks != 0 || rec.i(kMethod) != method || (rec.i(kSymmetric) != 0) != symmetric) {
+        *status = 3;
+        return;
+    }
+    int request = *irevcm;
+    if (request >= 100 || request <= -100) {
+        rec.set(kLastIn, 6);
+    } else {
+        if (request >= 10 || request <= -10) {
+            request /= 10;
+            rec.set(kTidy, 1);
+        }
+        if (request == 0) {
+            rec.set(kPc, 0);
+            rec.set(kStatus, 0);
+        }
+        rec.set(kLastIn, request);
+    }
+    Engine<T> engine(rec, values<T>(u), values<T>(v), wgt, vector_base<T>(work), irevcm);
+    engine.run();
+    rec.set(kLastOut, *irevcm);
+    state_transfer("Put", rec, work);
+    *status = *irevcm == 4 ? rec.i(kStatus) : 0;
+}
+
 // The solver routine: one step of the reverse communication.
 template <class T>
 void solve_step(const char *name, int *irevcm, double *u, double *v, const double *wgt, double *work, int lwork,
@@ -813,9 +880,7 @@ void solve_step(const char *name, int *irevcm, double *u, double *v, const doubl
             rec.set(kLastIn, *irevcm);
         }
     }
-    T *vectors = values<T>(work) + kRecord * (sizeof(double) / sizeof(T) == 1 ? 1 : 0) +
-                 (sizeof(T) == sizeof(double) ? 0 : kRecord);
-    Engine<T> engine(rec, values<T>(u), values<T>(v), wgt, vectors, irevcm);
+    Engine<T> engine(rec, values<T>(u), values<T>(v), wgt, vector_base<T>(work), irevcm);
     engine.run();
     rec.set(kLastOut, *irevcm);
     if (*irevcm < 4) {
@@ -871,8 +936,9 @@ void diagnostics(const char *name, int *itn, double *stplhs, double *stprhs, dou
     }
     Record rec;
     std::memcpy(rec.r, work, sizeof rec.r);
-    const bool marks = rec.r[kMarkA] == kMarkValueA && rec.r[kMarkB] == kMarkValueB;
-    if (!marks || (rec.i(kState) != 3 && rec.i(kLastOut) != 3)) {
+    int order = 0;
+    sequence_check(4, rec.r, &order);
+    if (order != 0) {
         exit.fail(1, 99998, (std::string(" ** ") + name + " has been called out of sequence.").c_str());
         return;
     }
@@ -961,5 +1027,36 @@ SUITE(F11BDF, F11BDF_WORKER, F11BEF, F11BEF_WORKER, F11BFF, F11BFF_WORKER, doubl
 SUITE(F11BRF, F11BRF_WORKER, F11BSF, F11BSF_WORKER, F11BTF, F11BTF_WORKER, Complex)
 SYMMETRIC_SUITE(F11GDF, F11GDF_WORKER, F11GEF, F11GEF_WORKER, F11GFF, F11GFF_WORKER, double)
 SYMMETRIC_SUITE(F11GRF, F11GRF_WORKER, F11GSF, F11GSF_WORKER, F11GTF, F11GTF_WORKER, Complex)
+
+// The engines, one per method and scalar type.
+#define ENGINE(NAME, TYPE, METHOD, SYMMETRIC)                                                                       \
+    void NAME(int *irevcm, double u[], double v[], const double wgt[], double work[], int *status) {                \
+        zek::sparse::engine_call<TYPE>(METHOD, SYMMETRIC, irevcm, u, v, wgt, work, status);                        \
+    }
+ENGINE(F11_RGMRES_ENGINE, double, 1, false)
+ENGINE(F11_CGS_ENGINE, double, 2, false)
+ENGINE(F11_BICGSTAB_ENGINE, double, 3, false)
+ENGINE(F11_TFQMR_ENGINE, double, 4, false)
+ENGINE(F11_RGMRES_ENGINE_COMPLEX, Complex, 1, false)
+ENGINE(F11_CGS_ENGINE_COMPLEX, Complex, 2, false)
+ENGINE(F11_BICGSTAB_ENGINE_COMPLEX, Complex, 3, false)
+ENGINE(F11_TFQMR_ENGINE_COMPLEX, Complex, 4, false)
+ENGINE(F11_CG_ENGINE, double, 1, true)
+ENGINE(F11_SYMMLQ_ENGINE, double, 2, true)
+ENGINE(F11_CG_ENGINE_HERMITIAN, Complex, 1, true)
+ENGINE(F11_SYMMLQ_ENGINE_HERMITIAN, Complex, 2, true)
+
+void F11_STATE_TRANSFER(const char *how, double record[], double work[], int how_len) {
+    // The first letter decides, in either case; anything but "Get" puts.
+    zek::sparse::state_transfer(how_len >= 1 ? how : "P", record, work);
+}
+
+void F11_SEQUENCE_CHECK(int action, double work[], int *status) { zek::sparse::sequence_check(action, work, status); }
+
+double F11_VECTOR_NORM(int code, int wide, int n, const double x[], const double w[]) {
+    if (n < 1) return 0.0;
+    if (code == 2 && wide != 0) return std::sqrt(zek::ddot(n, x, 1, x, 1));
+    return zek::sparse::vector_norm(code, n, x, w);
+}
 
 } // extern "C"
