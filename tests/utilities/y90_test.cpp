@@ -23,8 +23,9 @@ std::vector<int> seed() {
 }
 
 TEST(Y90, HaarMatricesAreOrthogonalWithTheMomentsOfHaarMeasure) {
-    // For Haar measure E[tr Q] = 0 and E[|tr Q|^2] = 1 (n >= 2, real and complex); the Q of a plain QR
-    // of a Gaussian matrix has E[tr Q] = -n/... far from 0, so these moments catch a missing sign fix.
+    // For Haar measure E[tr Q] = 0 and E[|tr Q|^2] = 1 (n >= 2, real and complex).  The Q of a plain
+    // Householder QR of a Gaussian matrix has Q(1,1) of one sign always, so these moments catch a
+    // missing sign correction.
     std::vector<int> s = seed();
     const int n = 4, samples = 4000;
     std::vector<double> q(2 * n * n), work(4 * n);
