@@ -116,16 +116,17 @@ ZEK_API void g01aec(int n, int num_class, int class_type, const double a[], doub
  * XMIN, XMAX the extremes, WTSUM = W, and IWT on exit the number of cases of positive weight.  The mean
  * is refined by a second pass, the moments are formed from deviations scaled by their largest, and the
  * data by a power of 2: no overflow for any finite data and no loss to cancellation.
- * IFAIL 1: N < 1, IWT not 0 or 1; 2: a weight negative or not finite, or an element of X not finite;
- * 3: no positive weight.  Then 4: one case only, 5: W <= 1, 6: all values equal: on these three the mean,
- * extremes, WTSUM and IWT are returned and S2, S3, S4 are 0. */
+ * IFAIL 1: N < 1, IWT not 0 or 1; 2: a weight negative or not finite, an element of X not finite, or
+ * weights whose sum overflows; 3: no positive weight.  Then, with the mean, extremes, WTSUM and IWT
+ * returned: 4: one case only, 5: W <= 1, 6: all values equal (S2, S3, S4 are 0 on these three);
+ * 7: S2, S3 or S4 overflows (that one returned as 0, the others as computed). */
 ZEK_API void G01AAF(const int *n, const double x[], int *iwt, const double wt[], double *xmean, double *s2,
                     double *s3, double *s4, double *xmin, double *xmax, double *wtsum, int *ifail)
     ZEK_SYMBOL("G01AAF");
 /* g01aac: G01AAF in the C-style layer (wt null for unit weights; *nvalid the count of positive weights;
  * *xsd, *xskew, *xkurt as S2, S3, S4).  Raises ZE_INT_ARG_LT ("n" 1), ZE_NEG_WEIGHT (a weight negative
  * or not finite), ZE_BAD_PARAM ("x" not finite), ZE_CASES_ZERO, and with the partial results of G01AAF
- * ZE_CASES_ONE, ZE_SW_LT_ONE, ZE_ARRAY_CONSTANT. */
+ * ZE_CASES_ONE, ZE_SW_LT_ONE, ZE_ARRAY_CONSTANT, ZW_OVERFLOW_WARN. */
 ZEK_API void g01aac(int n, const double x[], const double wt[], int *nvalid, double *xmean, double *xsd,
                     double *xskew, double *xkurt, double *xmin, double *xmax, double *wsum, ZekFail *fail)
     ZEK_SYMBOL("g01aac");

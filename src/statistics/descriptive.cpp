@@ -43,6 +43,8 @@ constexpr Exit kG01aafExits[] = {
     {4, 99994, " ** Only one case has a positive weight"},
     {5, 99993, " ** The sum of the weights is not greater than 1.0 : WTSUM = %13.5e"},
     {6, 99992, " ** All values of X with positive weight are equal"},
+    {2, 99991, " ** The sum of the weights overflows"},
+    {7, 99990, " ** S2, S3 or S4 overflows: it is returned as 0.0"},
 };
 
 template <std::size_t K>
@@ -132,6 +134,7 @@ void g01aaf_worker(int n, const double x[], int *iwt, const double wt[], Summary
     }
     mean += correction / wrel;
     s->wsum = wrel * wmax;
+    if (std::isinf(s->wsum)) return void(take(exit, kG01aafExits, 8));
     s->mean = std::clamp(mean / xs, lo, hi);
     s->xmin = lo;
     s->xmax = hi;
@@ -155,8 +158,14 @@ void g01aaf_worker(int n, const double x[], int *iwt, const double wt[], Summary
     m4 /= wrel;
     // Frequency weights: the unbiased variance divides by W - 1, formed as W / (W - 1) = 1 / (1 - 1/W).
     s->sd = std::sqrt(m2 / (1.0 - 1.0 / s->wsum)) * (dmax / xs);
-    s->skew = m3 / (m2 * std::sqrt(m2));
-    s->kurt = m4 / (m2 * m2) - 3.0;
+    // Ratios first: m2^(3/2) and m2^2 underflow where the coefficients themselves do not.
+    s->skew = (m3 / m2) / std::sqrt(m2);
+    s->kurt = (m4 / m2) / m2 - 3.0;
+    bool overflow = false;
+    for (double *v : {&s->sd, &s->skew, &s->kurt}) {
+        if (!std::isfinite(*v)) *v = 0.0, overflow = true;
+    }
+    if (overflow) return void(take(exit, kG01aafExits, 9));
     exit.succeed();
 }
 
@@ -206,7 +215,7 @@ void G01AAF(const int *n, const double x[], int *iwt, const double wt[], double 
     zek::Summary s{};
     int iw = *iwt;
     zek::g01aaf_worker(*n, x, &iw, wt, &s, front.errbuf(), ifail);
-    // Results leave the worker only when it computed them (exits 0 and 4 to 6).
+    // Results leave the worker only when it computed them (exits 0 and 4 to 7).
     if (*ifail == 0 || *ifail >= 4) {
         *iwt = iw;
         *xmean = s.mean;
@@ -247,6 +256,7 @@ void g01aac(int n, const double x[], const double wt[], int *nvalid, double *xme
     case 4: return zek::raise_plain(fail, kName, ZE_CASES_ONE);
     case 5: return zek::raise_plain(fail, kName, ZE_SW_LT_ONE);
     case 6: return zek::raise_plain(fail, kName, ZE_ARRAY_CONSTANT);
+    case 7: return zek::raise_plain(fail, kName, ZW_OVERFLOW_WARN);
     default: return zek::raise_text(fail, kName, ZE_BAD_PARAM, "x");
     }
 }
