@@ -165,6 +165,7 @@ int main(void) {
     tour_sparse();
     tour_qp();
     tour_statistics();
+    tour_descriptive();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces_received());
     unload_library();
     return 0;

@@ -38,6 +38,7 @@ void tour_minimisers(void);
 void tour_roots(void);
 void tour_svd(void);
 void tour_sparse(void);
+void tour_descriptive(void);
 void tour_qp(void);
 void tour_statistics(void);
 
