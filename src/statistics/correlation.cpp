@@ -24,13 +24,7 @@ namespace {
 
 using std::ptrdiff_t;
 
-struct Exit {
-    int ierror;
-    long number;
-    const char *text;
-};
-
-constexpr Exit kG02bufExits[] = {
+constexpr ExitRow kG02bufExits[] = {
     {1, 99999, " ** On entry, N.lt.1 : N = %16ld"},
     {1, 99998, " ** On entry, M.lt.1 : M = %16ld"},
     {1, 99997, " ** On entry, LDX.lt.N : LDX = %16ld N = %16ld"},
@@ -42,7 +36,7 @@ constexpr Exit kG02bufExits[] = {
     {5, 99991, " ** The sums of squares and cross-products overflow"},
 };
 
-constexpr Exit kG02bxfExits[] = {
+constexpr ExitRow kG02bxfExits[] = {
     {1, 99999, " ** On entry, N.lt.1 : N = %16ld"},
     {1, 99998, " ** On entry, M.lt.1 : M = %16ld"},
     {1, 99997, " ** On entry, LDX.lt.N : LDX = %16ld N = %16ld"},
@@ -56,7 +50,7 @@ constexpr Exit kG02bxfExits[] = {
     {5, 99989, " ** Variable %16ld is constant: its correlations are set to zero"},
 };
 
-constexpr Exit kG02btfExits[] = {
+constexpr ExitRow kG02btfExits[] = {
     {1, 99999, " ** On entry, M.lt.1 : M = %16ld"},
     {1, 99998, " ** On entry, INCX.lt.1 : INCX = %16ld"},
     {1, 99997, " ** On entry, MEAN is not valid : MEAN = %1.1s"},
@@ -65,11 +59,6 @@ constexpr Exit kG02btfExits[] = {
     {4, 99994, " ** On entry, element %16ld of X is not finite"},
     {5, 99993, " ** The updated sums overflow"},
 };
-
-template <std::size_t K>
-int take(FailureExit &exit, const Exit (&table)[K], std::size_t row, std::initializer_list<MessageValue> values = {}) {
-    return exit.fail(table[row].ierror, table[row].number, table[row].text, values);
-}
 
 constexpr ptrdiff_t packed(ptrdiff_t i, ptrdiff_t j) { return i + j * (j + 1) / 2; }  // i <= j, zero-based
 

@@ -17,14 +17,8 @@ namespace zek {
 
 namespace {
 
-struct Exit {
-    int ierror;
-    long number;
-    const char *text;
-};
-
 // G01AEF's exits, in the order they are checked.
-constexpr Exit kG01aefExits[] = {
+constexpr ExitRow kG01aefExits[] = {
     {1, 99999, " ** On entry, N.lt.1 : N = %16ld"},
     {1, 99998, " ** On entry, NCLASS.lt.2 : NCLASS = %16ld"},
     {1, 99997, " ** On entry, ICLASS.ne.0 and ICLASS.ne.1 : ICLASS = %16ld"},
@@ -34,7 +28,7 @@ constexpr Exit kG01aefExits[] = {
 };
 
 // G01AAF's exits.
-constexpr Exit kG01aafExits[] = {
+constexpr ExitRow kG01aafExits[] = {
     {1, 99999, " ** On entry, N.lt.1 : N = %16ld"},
     {1, 99998, " ** On entry, IWT.ne.0 and IWT.ne.1 : IWT = %16ld"},
     {2, 99997, " ** On entry, WT(%16ld) is negative or not finite"},
@@ -46,11 +40,6 @@ constexpr Exit kG01aafExits[] = {
     {2, 99991, " ** The sum of the weights overflows"},
     {7, 99990, " ** S2, S3 or S4 overflows: it is returned as 0.0"},
 };
-
-template <std::size_t K>
-int take(FailureExit &exit, const Exit (&table)[K], std::size_t row, std::initializer_list<MessageValue> values = {}) {
-    return exit.fail(table[row].ierror, table[row].number, table[row].text, values);
-}
 
 } // namespace
 

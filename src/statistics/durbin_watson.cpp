@@ -27,24 +27,13 @@ namespace {
 
 using std::ptrdiff_t;
 
-struct Exit {
-    int ierror;
-    long number;
-    const char *text;
-};
-
-constexpr Exit kG02fcfExits[] = {
+constexpr ExitRow kG02fcfExits[] = {
     {1, 99999, " ** On entry, IP.lt.1 : IP = %16ld"},
     {1, 99998, " ** On entry, N.le.IP : N = %16ld IP = %16ld"},
     {2, 99997, " ** On entry, element %16ld of RES is not finite"},
     {3, 99996, " ** The residuals are all zero"},
     {4, 99995, " ** The probabilities may not be accurate to 1.0e-8 : PDL = %13.5e PDU = %13.5e"},
 };
-
-template <std::size_t K>
-int take(FailureExit &exit, const Exit (&table)[K], std::size_t row, std::initializer_list<MessageValue> values = {}) {
-    return exit.fail(table[row].ierror, table[row].number, table[row].text, values);
-}
 
 constexpr int kPieces = 200;
 constexpr double kPi = 3.14159265358979323846;
