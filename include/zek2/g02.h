@@ -112,6 +112,13 @@ ZEK_API void G02BUF(const char *mean, const char *weight, const int *n, const in
                     const double wt[], double *sw, double wmean[], double c[], int *ifail, int mean_len,
                     int weight_len) ZEK_SYMBOL("G02BUF");
 
+/* g02buc: G02BUF in the C-style layer (mean Zek_MeanInclude or Zek_MeanZero, wt null for unit weights,
+ * tdx >= n).  Raises ZE_BAD_PARAM ("mean"; "x" not finite), ZE_INT_ARG_LT ("n" 1, "m" 1),
+ * ZE_2_INT_ARG_LT ("tdx" against "n"), ZE_NEG_WEIGHT, ZE_CASES_ZERO (weights summing to 0; *sw = 0),
+ * ZW_OVERFLOW_WARN (the sums overflow). */
+ZEK_API void g02buc(int mean, int n, int m, const double x[], int tdx, const double wt[], double *sw, double wmean[],
+                    double c[], ZekFail *fail) ZEK_SYMBOL("g02buc");
+
 /* G02BXF: means XBAR(M), standard deviations STD(M), covariance matrix V (LDV >= M, full) and Pearson
  * correlation matrix R (LDR >= M, full), with weights as G02BUF.  Each column is scaled by a power of 2
  * near its largest element before the sums are formed, so correlations are exact to rounding for any
@@ -122,6 +129,13 @@ ZEK_API void G02BUF(const char *mean, const char *weight, const int *n, const in
 ZEK_API void G02BXF(const char *weight, const int *n, const int *m, const double x[], const int *ldx, const double wt[],
                     double xbar[], double std_dev[], double v[], const int *ldv, double r[], const int *ldr, int *ifail,
                     int weight_len) ZEK_SYMBOL("G02BXF");
+
+/* g02bxc: G02BXF in the C-style layer (wt null for unit weights; v and r with their own leading
+ * dimensions tdv, tdr >= m).  Raises ZE_INT_ARG_LT ("n" 1, "m" 1), ZE_2_INT_ARG_LT ("tdx" against "n",
+ * "tdv" and "tdr" against "m"), ZE_BAD_PARAM ("x or wt": a weight negative or a value not finite),
+ * ZE_SW_LT_ONE, ZW_OVERFLOW_WARN, and ZE_VAR_EQ_ZERO with the results of G02BXF's exit 5. */
+ZEK_API void g02bxc(int n, int m, const double x[], int tdx, const double wt[], double xbar[], double std_dev[],
+                    double v[], int tdv, double r[], int tdr, ZekFail *fail) ZEK_SYMBOL("g02bxc");
 
 /* G02BTF: updates the sum of weights SW, the means XBAR(M) and the packed sums C (about the mean, MEAN
  * 'M', or about zero, 'Z') by one observation X(1), X(1+INCX), ... of weight WT.  Start with SW = 0 (XBAR

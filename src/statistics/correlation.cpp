@@ -391,6 +391,47 @@ void G02BTF(const char *mean, const int *m, const double *wt, const double x[], 
     front.finish(*ifail);
 }
 
+void g02buc(int mean, int n, int m, const double x[], int tdx, const double wt[], double *sw, double wmean[],
+            double c[], ZekFail *fail) {
+    static const char *const kName = "g02buc";
+    zek::clear_fail(fail);
+    if (mean != Zek_MeanInclude && mean != Zek_MeanZero) return zek::raise_text(fail, kName, ZE_BAD_PARAM, "mean");
+    if (n < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "n", "1", n);
+    if (m < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "m", "1", m);
+    if (zek::raise_below(fail, kName, "tdx", tdx, "n", n)) return;
+    int ifail = 1;
+    zek::g02buf_worker(mean == Zek_MeanInclude ? 'M' : 'Z', wt != nullptr ? 'W' : 'U', n, m, x, tdx, wt, sw, wmean, c,
+                       nullptr, &ifail);
+    switch (ifail) {
+    case 0: return zek::raise_success(fail, kName);
+    case 2: return zek::raise_plain(fail, kName, ZE_NEG_WEIGHT);
+    case 3: return zek::raise_plain(fail, kName, ZE_CASES_ZERO);
+    case 5: return zek::raise_plain(fail, kName, ZW_OVERFLOW_WARN);
+    default: return zek::raise_text(fail, kName, ZE_BAD_PARAM, "x");
+    }
+}
+
+void g02bxc(int n, int m, const double x[], int tdx, const double wt[], double xbar[], double std_dev[], double v[],
+            int tdv, double r[], int tdr, ZekFail *fail) {
+    static const char *const kName = "g02bxc";
+    zek::clear_fail(fail);
+    if (n < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "n", "1", n);
+    if (m < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "m", "1", m);
+    if (zek::raise_below(fail, kName, "tdx", tdx, "n", n) || zek::raise_below(fail, kName, "tdv", tdv, "m", m) ||
+        zek::raise_below(fail, kName, "tdr", tdr, "m", m)) {
+        return;
+    }
+    int ifail = 1;
+    zek::g02bxf_worker(wt != nullptr ? 'W' : 'U', n, m, x, tdx, wt, xbar, std_dev, v, tdv, r, tdr, nullptr, &ifail);
+    switch (ifail) {
+    case 0: return zek::raise_success(fail, kName);
+    case 2: return zek::raise_text(fail, kName, ZE_BAD_PARAM, "x or wt");
+    case 3: return zek::raise_plain(fail, kName, ZE_SW_LT_ONE);
+    case 5: return zek::raise_plain(fail, kName, ZE_VAR_EQ_ZERO);
+    default: return zek::raise_plain(fail, kName, ZW_OVERFLOW_WARN);
+    }
+}
+
 void g02brc(int n, int m, const double x[], int tdx, const int svar[], const int sobs[], double corr[], int tdc,
             ZekFail *fail) {
     static const char *const kName = "g02brc";
