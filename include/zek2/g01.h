@@ -97,7 +97,7 @@ enum { Zek_ClassBoundaryComp = 1441, Zek_ClassBoundaryUser = 1442 };
  * XMAX return the extremes of X.  Counting is by binary search, O(N log NCLASS).  The front marks IFREQ.
  * IFAIL 1: N < 1, NCLASS < 2, ICLASS not 0 or 1; 2: CINT not strictly increasing (or not finite);
  * 3: an element of X not finite; 4: ICLASS 0 with all of X equal (no boundaries can be computed).
- * Outputs are untouched on every failure. */
+ * On every failure the outputs other than the marked IFREQ are untouched. */
 ZEK_API void G01AEF(const int *n, const int *nclass, const double x[], const int *iclass, double cint[], int ifreq[],
                     double *xmin, double *xmax, int *ifail) ZEK_SYMBOL("G01AEF");
 /* g01aec: G01AEF in the C-style layer, class_type Zek_ClassBoundaryComp (ICLASS 0) or
