@@ -169,6 +169,7 @@ int main(void) {
     tour_statistics();
     tour_glm();
     tour_iqp();
+    tour_descriptive();
     printf("\nThe host's print routine received %d pieces of text.\n", host_pieces_received());
     unload_library();
     return 0;

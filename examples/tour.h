@@ -40,6 +40,7 @@ void tour_roots(void);
 void tour_svd(void);
 void tour_eigen(void);
 void tour_sparse(void);
+void tour_descriptive(void);
 void tour_qp(void);
 void tour_statistics(void);
 void tour_glm(void);

@@ -33,5 +33,6 @@
 #include "zek2/x02.h"
 #include "zek2/x03.h"
 #include "zek2/x04.h"
+#include "zek2/y90.h"
 
 #endif

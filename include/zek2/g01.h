@@ -146,6 +146,50 @@ ZEK_API double H_DW_TAIL(const int *m, const double lambda[], const double *d) Z
  * D.lt.0.0 : D = ..." (a NaN or infinite D too). */
 ZEK_API void G01EPF(const int *n, const int *ip, const double *d, double *pdl, double *pdu, double work[], int *ifail)
     ZEK_SYMBOL("q85463");
+/* ---- descriptive statistics of one variable ------------------------------------------------------ */
+
+enum { Zek_ClassBoundaryComp = 1441, Zek_ClassBoundaryUser = 1442 };
+
+/* G01AEF: the frequency table of X(1..N) in NCLASS >= 2 classes.  ICLASS 0 computes the NCLASS - 1
+ * boundaries CINT equally spaced over (XMIN, XMAX): CINT(j) = XMIN + j (XMAX - XMIN)/NCLASS; ICLASS 1
+ * takes them from CINT, strictly increasing.  Class 1 holds x < CINT(1), class j holds
+ * CINT(j-1) <= x < CINT(j), class NCLASS holds x >= CINT(NCLASS-1); IFREQ(j) counts class j.  XMIN and
+ * XMAX return the extremes of X.  Counting is by binary search, O(N log NCLASS).  The front marks IFREQ.
+ * IFAIL 1: N < 1, NCLASS < 2, ICLASS not 0 or 1; 2: CINT not strictly increasing (or not finite);
+ * 3: an element of X not finite; 4: ICLASS 0 with all of X equal (no boundaries can be computed).
+ * On every failure the outputs other than the marked IFREQ are untouched. */
+ZEK_API void G01AEF(const int *n, const int *nclass, const double x[], const int *iclass, double cint[], int ifreq[],
+                    double *xmin, double *xmax, int *ifail) ZEK_SYMBOL("G01AEF");
+/* g01aec: G01AEF in the C-style layer, class_type Zek_ClassBoundaryComp (ICLASS 0) or
+ * Zek_ClassBoundaryUser (1).  Raises ZE_INT_ARG_LT ("n" 1, "num_class" 2), ZE_BAD_PARAM ("class_type";
+ * "a" for a value not finite; "cint" for one not finite), ZE_NOT_STRICTLY_INCREASING ("cint"),
+ * ZE_ARRAY_CONSTANT (all of a equal with computed boundaries). */
+ZEK_API void g01aec(int n, int num_class, int class_type, const double a[], double cint[], int ifreq[], double *xmin,
+                    double *xmax, ZekFail *fail) ZEK_SYMBOL("g01aec");
+
+/* G01AAF: the summary of X(1..N) with frequency weights WT (read only for IWT = 1; IWT = 0 means all
+ * weights 1).  Over the cases of positive weight, with W = sum w_i:
+ *   XMEAN = sum w_i x_i / W,   m_r = sum w_i (x_i - XMEAN)^r / W  (r = 2, 3, 4),
+ *   S2 = sqrt(sum w_i (x_i - XMEAN)^2 / (W - 1)), the standard deviation (W - 1: weights count cases),
+ *   S3 = m_3 / m_2^(3/2), the coefficient of skewness,
+ *   S4 = m_4 / m_2^2 - 3, the coefficient of excess kurtosis (0 for the normal),
+ * XMIN, XMAX the extremes, WTSUM = W, and IWT on exit the number of cases of positive weight.  The mean
+ * is refined by a second pass, the moments are formed from deviations scaled by their largest, and the
+ * data by a power of 2: no overflow for any finite data and no loss to cancellation.
+ * IFAIL 1: N < 1, IWT not 0 or 1; 2: a weight negative or not finite, an element of X not finite, or
+ * weights whose sum overflows; 3: no positive weight.  Then, with the mean, extremes, WTSUM and IWT
+ * returned: 4: one case only, 5: W <= 1, 6: all values equal (S2, S3, S4 are 0 on these three);
+ * 7: S2, S3 or S4 overflows (that one returned as 0, the others as computed). */
+ZEK_API void G01AAF(const int *n, const double x[], int *iwt, const double wt[], double *xmean, double *s2,
+                    double *s3, double *s4, double *xmin, double *xmax, double *wtsum, int *ifail)
+    ZEK_SYMBOL("G01AAF");
+/* g01aac: G01AAF in the C-style layer (wt null for unit weights; *nvalid the count of positive weights;
+ * *xsd, *xskew, *xkurt as S2, S3, S4).  Raises ZE_INT_ARG_LT ("n" 1), ZE_NEG_WEIGHT (a weight negative
+ * or not finite), ZE_BAD_PARAM ("x" not finite), ZE_CASES_ZERO, and with the partial results of G01AAF
+ * ZE_CASES_ONE, ZE_SW_LT_ONE, ZE_ARRAY_CONSTANT, ZW_OVERFLOW_WARN. */
+ZEK_API void g01aac(int n, const double x[], const double wt[], int *nvalid, double *xmean, double *xsd,
+                    double *xskew, double *xkurt, double *xmin, double *xmax, double *wsum, ZekFail *fail)
+    ZEK_SYMBOL("g01aac");
 
 ZEK_END_DECLS
 

@@ -327,6 +327,82 @@ ZEK_API void g02hac(int regtype, int psifun, int sigma_est, int n, int m, const 
  * ZE_ALLOC_FAIL. */
 ZEK_API void g02hkc(int n, int m, const double x[], int tdx, double c, double t[], double cov[], double d[],
                     double gw[], double tol, int max_iter, ZekFail *fail) ZEK_SYMBOL("g02hkc");
+/* ---- means, cross-products and correlation ----------------------------------------------------------
+ * The data matrix X is N observations (rows) by M variables (columns), LDX >= N.  Weights are frequency
+ * weights: a weight of 0 drops the row, and variances divide by SW - 1 with SW the sum of the weights.
+ * Sums about the mean are formed in two passes, the second adding the correction term, so the
+ * cancellation of x'x - n xbar xbar' never arises; C(M(M+1)/2) is packed upper by columns:
+ * C(i + j(j-1)/2) = c_ij, i <= j (one-based). */
+
+/* G02BUF: weighted means WMEAN(M) and the sums of squares and cross-products C about the means (MEAN 'M')
+ * or about zero ('Z'); WEIGHT 'W' reads WT(N), 'U' uses unit weights; SW the sum of the weights.
+ * The front marks WMEAN and C.  IFAIL 1: N < 1, M < 1, LDX < N, MEAN or WEIGHT invalid; 2: a weight
+ * negative or not finite; 3: the weights sum to zero (SW = 0 returned); 4: X not finite; 5: the sums
+ * overflow. */
+ZEK_API void G02BUF(const char *mean, const char *weight, const int *n, const int *m, const double x[], const int *ldx,
+                    const double wt[], double *sw, double wmean[], double c[], int *ifail, int mean_len,
+                    int weight_len) ZEK_SYMBOL("G02BUF");
+
+/* g02buc: G02BUF in the C-style layer (mean Zek_MeanInclude or Zek_MeanZero, wt null for unit weights,
+ * tdx >= n).  Raises ZE_BAD_PARAM ("mean"; "x" not finite), ZE_INT_ARG_LT ("n" 1, "m" 1),
+ * ZE_2_INT_ARG_LT ("tdx" against "n"), ZE_NEG_WEIGHT, ZE_CASES_ZERO (weights summing to 0; *sw = 0),
+ * ZW_OVERFLOW_WARN (the sums overflow). */
+ZEK_API void g02buc(int mean, int n, int m, const double x[], int tdx, const double wt[], double *sw, double wmean[],
+                    double c[], ZekFail *fail) ZEK_SYMBOL("g02buc");
+
+/* G02BXF: means XBAR(M), standard deviations STD(M), covariance matrix V (LDV >= M, full) and Pearson
+ * correlation matrix R (LDR >= M, full), with weights as G02BUF.  Each column is scaled by a power of 2
+ * near its largest element before the sums are formed, so correlations are exact to rounding for any
+ * finite data.  The front marks all four outputs.  IFAIL 1: N < 1, M < 1, LDX < N, LDV < M, LDR < M,
+ * WEIGHT invalid; 2: a weight negative or not finite, or X not finite; 3: SW <= 1; 4: the covariances
+ * overflow; 5 (results returned): a variable is constant over the positive weights: its standard
+ * deviation is 0 and its row and column of R, diagonal included, are 0. */
+ZEK_API void G02BXF(const char *weight, const int *n, const int *m, const double x[], const int *ldx, const double wt[],
+                    double xbar[], double std_dev[], double v[], const int *ldv, double r[], const int *ldr, int *ifail,
+                    int weight_len) ZEK_SYMBOL("G02BXF");
+
+/* g02bxc: G02BXF in the C-style layer (wt null for unit weights; v and r with their own leading
+ * dimensions tdv, tdr >= m).  Raises ZE_INT_ARG_LT ("n" 1, "m" 1), ZE_2_INT_ARG_LT ("tdx" against "n",
+ * "tdv" and "tdr" against "m"), ZE_BAD_PARAM ("x or wt": a weight negative or a value not finite),
+ * ZE_SW_LT_ONE, ZW_OVERFLOW_WARN, and ZE_VAR_EQ_ZERO with the results of G02BXF's exit 5. */
+ZEK_API void g02bxc(int n, int m, const double x[], int tdx, const double wt[], double xbar[], double std_dev[],
+                    double v[], int tdv, double r[], int tdr, ZekFail *fail) ZEK_SYMBOL("g02bxc");
+
+/* G02BTF: updates the sum of weights SW, the means XBAR(M) and the packed sums C (about the mean, MEAN
+ * 'M', or about zero, 'Z') by one observation X(1), X(1+INCX), ... of weight WT.  Start with SW = 0 (XBAR
+ * and C are then overwritten).  A negative WT removes an observation added earlier with weight -WT;
+ * SW + WT = 0 empties the sums.  About the mean the update is West's: with d = x - xbar,
+ * xbar += (WT / (SW + WT)) d and C += WT (SW / (SW + WT)) d d', which carries deviations only and so
+ * keeps its accuracy on data with a large common offset.  IFAIL 1: M < 1, INCX < 1, MEAN invalid;
+ * 2: SW < 0 or not finite; 3: WT not finite or SW + WT < 0; 4: X not finite (nothing changed on 1 to 4);
+ * 5: the sums overflow. */
+ZEK_API void G02BTF(const char *mean, const int *m, const double *wt, const double x[], const int *incx, double *sw,
+                    double xbar[], double c[], int *ifail, int mean_len) ZEK_SYMBOL("G02BTF");
+
+/* g02brc: Kendall's tau-b and Spearman's rank correlation of the variables j with svar[j] = 1 over the
+ * observations i with sobs[i] = 1 of x (n by m, column-major, tdx >= n; svar or sobs null: all).  Ties
+ * take the average of the ranks they span.  corr (tdc >= the number k of chosen variables, k by k):
+ * corr[i + j tdc] for i < j is Kendall's tau-b, for i > j Spearman's rho (Pearson's correlation of the
+ * average ranks), the diagonal 1.  tau-b = (C - D) / sqrt((n0 - n1)(n0 - n2)) with n0 = n(n-1)/2 and
+ * n1, n2 the pairs tied in either variable, counted by one sort and a merge sort of the other variable
+ * (O(n log n) a pair, Knight's method).  Raises ZE_INT_ARG_LT ("n" 2, "m" 2), ZE_2_INT_ARG_LT ("tdx"
+ * against "n", "tdc" against the count of variables), ZE_BAD_PARAM ("svar" or "sobs" with an element not
+ * 0 or 1, "x" not finite), ZE_SVAR_LOW (fewer than 2 variables), ZE_SOBS_LOW (fewer than 2
+ * observations), ZE_VAR_EQ_ZERO (a chosen variable constant), ZE_ALLOC_FAIL. */
+ZEK_API void g02brc(int n, int m, const double x[], int tdx, const int svar[], const int sobs[], double corr[], int tdc,
+                    ZekFail *fail) ZEK_SYMBOL("g02brc");
+
+/* G02FCF: the Durbin-Watson statistic D = sum_{i>=2} (RES(i) - RES(i-1))^2 / sum RES(i)^2 of the
+ * residuals RES(N) of a regression on IP parameters (the mean term counted), and the probabilities
+ * PDL = P(d_L <= D), PDU = P(d_U <= D) of its bounding distributions: d_L and d_U are the ratios of
+ * quadratic forms in N - IP independent normals over the smallest and the largest N - IP of the
+ * eigenvalues 4 sin^2(pi j / (2N)), j = 1..N-1, of the differencing form, so for any design
+ * PDU <= P(d <= D) <= PDL under independent errors.  A small PDU is evidence of positive serial
+ * correlation; against negative correlation use 4 - D.  The probabilities are those G01EPF gives for
+ * D (Imhof's inversion by adaptive Gauss-Legendre quadrature).  WORK(N - IP).
+ * IFAIL 1: IP < 1, N <= IP; 2: RES not finite; 3: all residuals zero. */
+ZEK_API void G02FCF(const int *n, const int *ip, const double res[], double *d, double *pdl, double *pdu, double work[],
+                    int *ifail) ZEK_SYMBOL("G02FCF");
 
 ZEK_END_DECLS
 

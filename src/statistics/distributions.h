@@ -40,4 +40,12 @@ double gamma_deviate(double p, double a, bool *converged);
 
 } // namespace zek::dist
 
+namespace zek {
+
+// P(d_L <= D) and P(d_U <= D) of the Durbin-Watson bounds for N observations and IP parameters, by
+// Imhof's inversion; WORK holds N - IP values.  Shared by G01EPF and G02FCF.
+void durbin_watson_bounds(long n, long ip, double d, double work[], double *pdl, double *pdu);
+
+} // namespace zek
+
 #endif

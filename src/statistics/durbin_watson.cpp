@@ -7,6 +7,7 @@
 
 #include "frame/ifail.h"
 #include "statistics/gauss_legendre.h"
+#include "statistics/distributions.h"
 #include "zek2/g01.h"
 
 namespace zek {
@@ -43,6 +44,20 @@ double quadratic_form_below_zero(int m, const double *lambda, double d) {
 
 } // namespace
 
+void durbin_watson_bounds(long n, long ip, double d, double work[], double *pdl, double *pdu) {
+    // nu_j = 2 (1 - cos(pi j / N)) written as 4 sin^2(pi j / 2N), which keeps the small ones to full
+    // relative accuracy.  d_L takes nu_1 .. nu_(N-IP), d_U nu_IP .. nu_(N-1); WORK holds one set at a time.
+    const long m = n - ip;
+    for (int bound = 0; bound < 2; ++bound) {
+        const long first = bound == 0 ? 1 : ip;
+        for (long j = 0; j < m; ++j) {
+            const double s = std::sin(kPi * static_cast<double>(first + j) / (2.0 * static_cast<double>(n)));
+            work[j] = 4.0 * s * s;
+        }
+        (bound == 0 ? *pdl : *pdu) = quadratic_form_below_zero(static_cast<int>(m), work, d);
+    }
+}
+
 } // namespace zek
 
 extern "C" {
@@ -66,11 +81,7 @@ void G01EPF(const int *n, const int *ip, const double *d, double *pdl, double *p
     } else if (!(*d >= 0.0) || std::isinf(*d)) {
         exit.fail(2, 99997, " ** On entry, D.lt.0.0 : D = %13.5e", {*d});
     } else {
-        // WORK(j) = nu_j, ascending; d_L takes WORK(1..N-IP), d_U WORK(IP..N-1).
-        for (long j = 1; j < nv; ++j) work[j - 1] = 2.0 * (1.0 - std::cos(zek::kPi * static_cast<double>(j) / nv));
-        const int m = static_cast<int>(nv - pv);
-        *pdl = zek::quadratic_form_below_zero(m, work, *d);
-        *pdu = zek::quadratic_form_below_zero(m, work + (pv - 1), *d);
+        zek::durbin_watson_bounds(nv, pv, *d, work, pdl, pdu);
         exit.succeed();
     }
     front.finish(*ifail);

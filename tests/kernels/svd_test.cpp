@@ -29,10 +29,8 @@ Mat transpose(const Mat &a) {
     return t;
 }
 
-// ||Q'Q - I||_1 / (n eps) over the columns of Q.
-double orthogonality(const Mat &q) {
-    return scaled_difference(identity(q.n), multiply(transpose(q), q));
-}
+// ||Q'Q - I||_1 / (m eps) over the columns of Q.
+double orthogonality(const Mat &q) { return Y90ORF(&q.m, &q.n, q.data(), &q.ld); }
 
 // U*diag(s)*VT.
 Mat recompose(const Mat &u, const std::vector<double> &s, const Mat &vt) {

@@ -1,0 +1,49 @@
+// Workers and shared pieces of the descriptive statistics and correlation routines.
+#ifndef ZEK_STATISTICS_DESCRIPTIVE_H
+#define ZEK_STATISTICS_DESCRIPTIVE_H
+
+#include <cstddef>
+#include <initializer_list>
+
+#include "frame/ifail.h"
+
+namespace zek {
+
+// One failure exit of a family's table: IFAIL, exit number and message text.
+struct ExitRow {
+    int ierror;
+    long number;
+    const char *text;
+};
+
+// Takes exit ROW of TABLE with its values.
+template <std::size_t K>
+int take(FailureExit &exit, const ExitRow (&table)[K], std::size_t row, std::initializer_list<MessageValue> values = {}) {
+    return exit.fail(table[row].ierror, table[row].number, table[row].text, values);
+}
+
+// 2^-e for the exponent e of LARGEST_MAGNITUDE (1 for zero or a value not finite): scaling data by it
+// is exact and brings its largest element into [1, 2).
+double power_of_two_scale(double largest_magnitude);
+
+struct Summary {
+    double mean, sd, skew, kurt, xmin, xmax, wsum;
+};
+
+void g01aef_worker(int n, int nclass, const double x[], int iclass, double cint[], int ifreq[], double *xmin,
+                   double *xmax, char *errbuf, int *ifail);
+// *IWT: 0 or 1 on entry, the count of positive weights on exit when the summary is computed.
+void g01aaf_worker(int n, const double x[], int *iwt, const double wt[], Summary *s, char *errbuf, int *ifail);
+
+void g02buf_worker(char mean, char weight, int n, int m, const double x[], int ldx, const double wt[], double *sw,
+                   double wmean[], double c[], char *errbuf, int *ifail);
+void g02bxf_worker(char weight, int n, int m, const double x[], int ldx, const double wt[], double xbar[],
+                   double std_dev[], double v[], int ldv, double r[], int ldr, char *errbuf, int *ifail);
+void g02btf_worker(char mean, int m, double wt, const double x[], int incx, double *sw, double xbar[], double c[],
+                   char *errbuf, int *ifail);
+void g02fcf_worker(int n, int ip, const double res[], double *d, double *pdl, double *pdu, double work[], char *errbuf,
+                   int *ifail);
+
+} // namespace zek
+
+#endif
