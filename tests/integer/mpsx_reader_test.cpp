@@ -241,3 +241,17 @@ TEST(ProblemFileServices, CyclicNameSearch) {
 }
 
 } // namespace
+
+TEST(MpsxReader, FileWithOnlyTheObjectiveRowHasNoConstraints) {
+    // Found by fuzzing: an objective row alone, one column whose value field does not read, and an
+    // ENDATA line ("EN" is enough) followed by bytes that are not text.  Once the objective is taken
+    // out no row is left: M = 0 is a clean outcome.
+    const std::string text("NAME          RANGED\r\nROWS\r\n N  COST\r\n\n* G  R1\r\nCOLUMNS\r\n"
+                           "    X1        COST        X1\r\nEN\xff\xff~\xfez2\xb9\x00" "DATA\r\n",
+                           103);
+    MpsxRead r(5, 5);
+    r.xbudef = 10.0;
+    EXPECT_EQ(r.read_text(text), 0);
+    EXPECT_EQ(r.n, 1);
+    EXPECT_EQ(r.m, 0);
+}
