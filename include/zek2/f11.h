@@ -298,20 +298,30 @@ ZEK_API void F11GFF_WORKER(int *itn, double *stplhs, double *stprhs, double *ano
  * caller's 5 multiplied by 10, 6 by 100; 0 starts), U, V, WGT and WORK as the solver's.  STATUS is 0
  * while a request is returned, the final status with IREVCM 4, and 3 when WORK holds no record set up
  * for this method.  No argument or sequence checks beyond that: the solver routines make them. */
-#define F11_ENGINE_ARGS (int *irevcm, double u[], double v[], const double wgt[], double work[], int *status)
-ZEK_API void F11_RGMRES_ENGINE F11_ENGINE_ARGS ZEK_SYMBOL("q74656");
-ZEK_API void F11_CGS_ENGINE F11_ENGINE_ARGS ZEK_SYMBOL("q20208");
-ZEK_API void F11_BICGSTAB_ENGINE F11_ENGINE_ARGS ZEK_SYMBOL("q52505");
-ZEK_API void F11_TFQMR_ENGINE F11_ENGINE_ARGS ZEK_SYMBOL("q64043");
-ZEK_API void F11_RGMRES_ENGINE_COMPLEX F11_ENGINE_ARGS ZEK_SYMBOL("q53751");
-ZEK_API void F11_CGS_ENGINE_COMPLEX F11_ENGINE_ARGS ZEK_SYMBOL("q26777");
-ZEK_API void F11_BICGSTAB_ENGINE_COMPLEX F11_ENGINE_ARGS ZEK_SYMBOL("q50865");
-ZEK_API void F11_TFQMR_ENGINE_COMPLEX F11_ENGINE_ARGS ZEK_SYMBOL("q82290");
-ZEK_API void F11_CG_ENGINE F11_ENGINE_ARGS ZEK_SYMBOL("q35148");
-ZEK_API void F11_SYMMLQ_ENGINE F11_ENGINE_ARGS ZEK_SYMBOL("q83478");
-ZEK_API void F11_CG_ENGINE_HERMITIAN F11_ENGINE_ARGS ZEK_SYMBOL("q26233");
-ZEK_API void F11_SYMMLQ_ENGINE_HERMITIAN F11_ENGINE_ARGS ZEK_SYMBOL("q21209");
-#undef F11_ENGINE_ARGS
+ZEK_API void F11_RGMRES_ENGINE(int *irevcm, double u[], double v[], const double wgt[], double work[],
+                               int *status) ZEK_SYMBOL("q74656");
+ZEK_API void F11_CGS_ENGINE(int *irevcm, double u[], double v[], const double wgt[], double work[],
+                            int *status) ZEK_SYMBOL("q20208");
+ZEK_API void F11_BICGSTAB_ENGINE(int *irevcm, double u[], double v[], const double wgt[], double work[],
+                                 int *status) ZEK_SYMBOL("q52505");
+ZEK_API void F11_TFQMR_ENGINE(int *irevcm, double u[], double v[], const double wgt[], double work[],
+                              int *status) ZEK_SYMBOL("q64043");
+ZEK_API void F11_RGMRES_ENGINE_COMPLEX(int *irevcm, double u[], double v[], const double wgt[], double work[],
+                                       int *status) ZEK_SYMBOL("q53751");
+ZEK_API void F11_CGS_ENGINE_COMPLEX(int *irevcm, double u[], double v[], const double wgt[], double work[],
+                                    int *status) ZEK_SYMBOL("q26777");
+ZEK_API void F11_BICGSTAB_ENGINE_COMPLEX(int *irevcm, double u[], double v[], const double wgt[],
+                                         double work[], int *status) ZEK_SYMBOL("q50865");
+ZEK_API void F11_TFQMR_ENGINE_COMPLEX(int *irevcm, double u[], double v[], const double wgt[], double work[],
+                                      int *status) ZEK_SYMBOL("q82290");
+ZEK_API void F11_CG_ENGINE(int *irevcm, double u[], double v[], const double wgt[], double work[],
+                           int *status) ZEK_SYMBOL("q35148");
+ZEK_API void F11_SYMMLQ_ENGINE(int *irevcm, double u[], double v[], const double wgt[], double work[],
+                               int *status) ZEK_SYMBOL("q83478");
+ZEK_API void F11_CG_ENGINE_HERMITIAN(int *irevcm, double u[], double v[], const double wgt[], double work[],
+                                     int *status) ZEK_SYMBOL("q26233");
+ZEK_API void F11_SYMMLQ_ENGINE_HERMITIAN(int *irevcm, double u[], double v[], const double wgt[],
+                                         double work[], int *status) ZEK_SYMBOL("q21209");
 /* The record's workers: F11_STATE_TRANSFER copies the 100 reals of the record out of WORK ("Get") or
  * back ("Put"), by the first letter in either case.  F11_SEQUENCE_CHECK(ACTION, WORK, STATUS): -1 / 1
  * store both marks with state 0 / 1; 0 tests the marks; 2 tests them and moves state 1 to 2; 3 moves
