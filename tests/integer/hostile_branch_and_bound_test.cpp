@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "branch_and_bound_test_support.h"
+#include "integer_test_support.h"
 
 namespace {
 
@@ -21,20 +21,17 @@ const double kValues[] = {std::numeric_limits<double>::quiet_NaN(), HUGE_VAL, -H
 // maximise 5 x1 + 4 x2 (minimise the negative) subject to 6 x1 + 4 x2 <= 24, x1 + 2 x2 <= 6, x in [0, 10].
 IntegerProgram base() {
     IntegerProgram p = IntegerProgram::box(2, 2, 10.0);
-    p.at(1, 1) = 6.0;
-    p.at(1, 2) = 4.0;
-    p.at(2, 1) = 1.0;
-    p.at(2, 2) = 2.0;
+    p.a = {6.0, 1.0, 4.0, 2.0};
     p.bu[2] = 24.0;
     p.bu[3] = 6.0;
     p.cvec = {-5.0, -4.0};
     return p;
 }
 
-enum class Place { Objective, Lower, Upper, Matrix, Tolerances };
-
+// Each row puts the value in one place (objective, lower bounds, upper bounds, matrix, tolerances): in its
+// first element, or in all of them.
 struct Case {
-    Place place;
+    int place;
     double value;
     bool whole;
 };
@@ -46,21 +43,12 @@ TEST_P(HostileBranchAndBound, EndsInAnExitWithAFiniteSolution) {
     IntegerProgram p = base();
     BranchCall call;
     call.maxnod = 200;
-    auto put = [&](std::vector<double> &v) {
-        if (c.whole)
-            for (double &e : v) e = c.value;
-        else
-            v[0] = c.value;
-    };
-    switch (c.place) {
-    case Place::Objective: put(p.cvec); break;
-    case Place::Lower: put(p.bl); break;
-    case Place::Upper: put(p.bu); break;
-    case Place::Matrix: put(p.a); break;
-    case Place::Tolerances:
+    std::vector<double> *target[] = {&p.cvec, &p.bl, &p.bu, &p.a};
+    if (c.place < 4) {
+        for (std::size_t k = 0; k < (c.whole ? target[c.place]->size() : 1); ++k) (*target[c.place])[k] = c.value;
+    } else {
         call.toliv = c.value;
         if (c.whole) call.tolfes = call.bigbnd = c.value;
-        break;
     }
     const int ifail = call.run(p);
     EXPECT_TRUE(ifail >= 0 && ifail <= 11 && ifail != 5 && ifail != 7) << ifail;
@@ -72,7 +60,7 @@ TEST_P(HostileBranchAndBound, EndsInAnExitWithAFiniteSolution) {
 
 std::vector<Case> all_cases() {
     std::vector<Case> cases;
-    for (Place place : {Place::Objective, Place::Lower, Place::Upper, Place::Matrix, Place::Tolerances})
+    for (int place = 0; place < 5; ++place)
         for (double v : kValues)
             for (bool whole : {false, true}) cases.push_back({place, v, whole});
     return cases;
@@ -81,18 +69,15 @@ std::vector<Case> all_cases() {
 INSTANTIATE_TEST_SUITE_P(Data, HostileBranchAndBound, ::testing::ValuesIn(all_cases()));
 
 TEST(HostileBranchAndBoundSizes, ZeroSizesAndShortWorkspaceAreInputErrors) {
-    IntegerProgram p = base();
-    BranchCall none;
+    const IntegerProgram p = base();
     IntegerProgram empty = p;
     empty.n = 0;
+    BranchCall none, short_i, short_r, shallow;
     EXPECT_EQ(none.run(empty), 6);
-    BranchCall short_i;
     short_i.liwork = static_cast<int>(zek_test::minimum_liwork(2, 2, 50)) - 1;
     EXPECT_EQ(short_i.run(p), 6);
-    BranchCall short_r;
     short_r.lrwork = static_cast<int>(zek_test::minimum_lrwork(2, 2, 50)) - 1;
     EXPECT_EQ(short_r.run(p), 6);
-    BranchCall shallow;
     shallow.maxdpt = 1;
     EXPECT_EQ(shallow.run(p), 6);
 }

@@ -5,7 +5,7 @@
 
 #include <limits>
 
-#include "integer_qp_test_support.h"
+#include "integer_test_support.h"
 
 namespace {
 

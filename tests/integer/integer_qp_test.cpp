@@ -5,7 +5,7 @@
 #include <functional>
 #include <random>
 
-#include "integer_qp_test_support.h"
+#include "integer_test_support.h"
 #include "optimisation/option_test_support.h"
 
 namespace {
