@@ -21,6 +21,7 @@ struct Qp {
 
 struct QpOut {
     int ifail = -99, iter = -1;
+    int products = 0;  // calls of the Hessian routine
     double obj = 0.0;
     std::vector<int> istate;
     std::vector<double> x, ax, clamda;
@@ -78,6 +79,7 @@ inline QpOut run_nfa(Session &s, const Qp &p, std::vector<double> x0, Dims d = {
     E04NFA(&n, &m, a.data(), &lda, p.bl.data(), p.bu.data(), p.c.data(), p.h.data(), &ldh, hessian_product, nullptr,
            r.istate.data(), r.x.data(), &r.iter, &r.obj, r.ax.data(), r.clamda.data(), iwork.data(), &liwork,
            work.data(), &lwork, iuser, ruser, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &r.ifail);
+    r.products = iuser[0];
     return r;
 }
 
