@@ -43,7 +43,8 @@ struct Session {
     }
 };
 
-// H x from H(LDH, N); IUSER(1) counts the calls.  hessian_mode 1 makes it return NaN, 2 leave HX unset.
+// H x from H(LDH, N); IUSER(1) counts the calls.  hessian_mode 1 makes it return NaN, 2 leave HX unset,
+// 3 return NaN from the fourth call on (a product asked for in the middle of a run).
 inline int hessian_mode = 0;
 extern "C" inline void hessian_product(const int *n, const int *, const double *h, const int *ldh, const double *x,
                                        double *hx, const int *, int *iuser, double *) {
@@ -52,7 +53,7 @@ extern "C" inline void hessian_product(const int *n, const int *, const double *
     for (int i = 0; i < *n; ++i) {
         hx[i] = 0.0;
         for (int j = 0; j < *n; ++j) hx[i] += h[i + j * *ldh] * x[j];
-        if (hessian_mode == 1) hx[i] = std::nan("");
+        if (hessian_mode == 1 || (hessian_mode == 3 && iuser[0] > 3)) hx[i] = std::nan("");
     }
 }
 
