@@ -8,6 +8,17 @@
 // the reduced Hessian is positive definite, or an unlimited step along a direction of zero or negative
 // curvature otherwise, so that the step ends at a constraint or the problem is unbounded.
 //
+// Keeping the factor up to date.  The step holds M = Z'HZ itself and follows every change of Z: the
+// rotations of Z act on M from both sides, a column leaving Z drops its row and column, and a column
+// joining Z costs one product with H.  While M is positive definite its factor R (R'R = M, all columns
+// taken) is carried along as well: the rotations turn R upper Hessenberg and rotations from the left
+// restore the triangle, a leaving column is cut off, and a joining one is one more step of the Cholesky
+// factorisation.  A direction then costs two triangular solves instead of nz products with H and a
+// factorisation.  The factorisation below is redone from M only when the updated R is no longer the
+// factor of a positive definite M (a new column's pivot falls at or below the tolerance, or a pivot
+// sinks there through rotations), and M itself is formed afresh from products with H after a number
+// of updates (refresh_period), so that rounding in the updates cannot build up.
+//
 // Inertia control.  The Cholesky factorisation of M = Z'HZ runs column by column.  A column whose
 // pivot is at or below rank_tol * max(1, largest diagonal of M) is not taken into the factor; its
 // direction v (the column made conjugate to those before it, v'Mv the pivot) is
@@ -50,12 +61,9 @@ public:
     double objective(const active_set::Core &core, double *g) override;
     bool direction(const active_set::Core &core, const double *gz, double gznorm, double gnorm, double *pz,
                    double *natural) override;
-    void z_rotated(const active_set::Core &, int, int, const double *, const double *) override { dirty_ = true; }
-    void z_column_removed(const active_set::Core &) override { dirty_ = true; }
-    void z_column_added(const active_set::Core &) override {
-        dirty_ = true;
-        grown_ = true;
-    }
+    void z_rotated(const active_set::Core &core, int k1, int k2, const double *c, const double *s) override;
+    void z_column_removed(const active_set::Core &core) override;
+    void z_column_added(const active_set::Core &core) override;
     bool unique_on_null_space(const active_set::Core &core) const override;
     active_set::Word interrupt(const active_set::Core &) const override;
 
@@ -64,12 +72,17 @@ public:
     // The size of the reduced Hessian's factor and the number of directions left out as singular at the
     // last factorisation; the extreme diagonals of the factor.
     int factor_rank() const { return rank_; }
+    // How often M was formed from products with H, and how often R was factorised from M.
+    int hessian_refreshes() const { return refreshes_; }
+    int factorisations() const { return factorisations_; }
     int singular_directions() const { return singular_; }
     double factor_max() const { return rmax_; }
     double factor_min() const { return rmin_; }
 
 private:
     bool refactorise(const active_set::Core &core);
+    bool reduced_column(const active_set::Core &core, int k, double *mk);
+    bool factor_still_definite(int nz) const;
     void scatter_z(const active_set::Core &core, const double *colz, double *v) const;
 
     int n_, maxfree_;
@@ -83,6 +96,10 @@ private:
     int rank_ = 0, singular_ = 0;
     double rmax_ = 0.0, rmin_ = 0.0;
     bool indefinite_ = false;
+    // m_ holds Z'HZ for the current Z; r_ holds its full Cholesky factor (rank nz, no column skipped).
+    bool m_ready_ = false, r_valid_ = false;
+    int updates_ = 0, refresh_period_ = 100;
+    int refreshes_ = 0, factorisations_ = 0;
 };
 
 // One run of E04NFA's solver for a caller inside the library.

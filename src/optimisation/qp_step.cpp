@@ -5,6 +5,7 @@
 
 #include "kernels/level1.h"
 #include "kernels/level2.h"
+#include "kernels/rotations.h"
 #include "kernels/vector_utilities.h"
 #include "optimisation/qp.h"
 
@@ -31,7 +32,7 @@ std::ptrdiff_t step_work_needed(int n, int maxfree) {
 QuadraticStep::QuadraticStep(int n, int maxfree, const double *cvec, Hessian *hessian, double *work,
                              double rank_tol, int max_degrees)
     : n_(n), maxfree_(std::max(maxfree, 1)), cvec_(cvec), hessian_(hessian), rank_tol_(rank_tol),
-      max_degrees_(max_degrees) {
+      max_degrees_(max_degrees), refresh_period_(std::max(100, n)) {
     const std::ptrdiff_t mf = maxfree_;
     m_ = work;
     r_ = m_ + mf * mf;
@@ -64,30 +65,105 @@ void QuadraticStep::scatter_z(const Core &c, const double *colz, double *v) cons
     for (int k = 0; k < c.nfree; ++k) v[c.kx[k]] = colz[k];
 }
 
+// mk := Z'H z_k for column k of Z, by one product with H.
+bool QuadraticStep::reduced_column(const Core &c, int k, double *mk) {
+    if (hessian_ == nullptr) {
+        vector_load(c.nz, 0.0, mk, 1);
+        return true;
+    }
+    scatter_z(c, c.q + static_cast<std::ptrdiff_t>(k) * c.ldq, v_);
+    if (!hessian_->product(v_, hv_) || !all_finite(n_, hv_)) {
+        failed_ = true;
+        return false;
+    }
+    for (int f = 0; f < c.nfree; ++f) v_[f] = hv_[c.kx[f]];
+    dgemv("T", c.nfree, c.nz, 1.0, c.q, c.ldq, v_, 1, 0.0, mk, 1);
+    return true;
+}
+
 // M := Z'HZ for the current null space, by one product per column of Z.
 bool QuadraticStep::refactorise(const Core &c) {
     const int nz = c.nz;
     const std::ptrdiff_t ld = maxfree_;
-    for (int k = 0; k < nz; ++k) {
-        double *mk = m_ + k * ld;
-        if (hessian_ == nullptr) {
-            vector_load(nz, 0.0, mk, 1);
-            continue;
-        }
-        scatter_z(c, c.q + static_cast<std::ptrdiff_t>(k) * c.ldq, v_);
-        if (!hessian_->product(v_, hv_) || !all_finite(n_, hv_)) {
-            failed_ = true;
-            return false;
-        }
-        for (int f = 0; f < c.nfree; ++f) v_[f] = hv_[c.kx[f]];
-        dgemv("T", c.nfree, nz, 1.0, c.q, c.ldq, v_, 1, 0.0, mk, 1);
-    }
+    m_ready_ = r_valid_ = false;
+    for (int k = 0; k < nz; ++k)
+        if (!reduced_column(c, k, m_ + k * ld)) return false;
     for (int j = 0; j < nz; ++j)
         for (int i = 0; i < j; ++i) {
             const double s = 0.5 * (m_[i + j * ld] + m_[j + i * ld]);
             m_[i + j * ld] = s;
             m_[j + i * ld] = s;
         }
+    m_ready_ = true;
+    updates_ = 0;
+    ++refreshes_;
+    return true;
+}
+
+// Z has become Z G: M := G'MG, and R := Q R G with rotations Q from the left that keep R triangular.
+void QuadraticStep::z_rotated(const Core &c, int k1, int k2, const double *cs, const double *sn) {
+    dirty_ = true;
+    if (!m_ready_) return;
+    const int nz = c.nz;
+    const int ld = maxfree_;
+    ++updates_;
+    rotation_apply_general('L', 'V', 'F', nz, nz, k1, k2, cs, sn, m_, ld);
+    rotation_apply_general('R', 'V', 'F', nz, nz, k1, k2, cs, sn, m_, ld);
+    if (!r_valid_) return;
+    // Rotating adjacent columns in increasing order leaves R upper Hessenberg in columns k1..k2.
+    rotation_apply_general('R', 'V', 'F', nz, nz, k1, k2, cs, sn, r_, ld);
+    double *rc = u_, *rs = u_ + maxfree_;
+    for (int k = k1; k < k2; ++k) {
+        double &below = r_[k + static_cast<std::ptrdiff_t>(k - 1) * ld];
+        rs[k - 1] = below;
+        below = 0.0;
+    }
+    hessenberg_to_triangle('L', nz, k1, k2, rc, rs, r_, ld);
+}
+
+// The last column of Z has gone: M and R lose their last row and column, R staying the factor of M.
+void QuadraticStep::z_column_removed(const Core &) { dirty_ = true; }
+
+// A new last column of Z: one product with H gives the new row and column of M, and R grows by one
+// Cholesky step when the new pivot keeps M positive definite.
+void QuadraticStep::z_column_added(const Core &c) {
+    dirty_ = true;
+    grown_ = true;
+    if (!m_ready_ || failed_) return;
+    const int nz = c.nz, k = nz - 1;
+    const std::ptrdiff_t ld = maxfree_;
+    ++updates_;
+    double *mk = m_ + k * ld;
+    if (!reduced_column(c, k, mk)) {
+        m_ready_ = r_valid_ = false;
+        return;
+    }
+    for (int i = 0; i < k; ++i) m_[k + i * ld] = mk[i];
+    if (!r_valid_) return;
+    double *col = r_ + k * ld;
+    dcopy(k, mk, 1, col, 1);
+    dtrsv("U", "T", "N", k, r_, ld, col, 1);
+    const double d = mk[k] - ddot(k, col, 1, col, 1);
+    double scale = 0.0;
+    for (int j = 0; j < nz; ++j) scale = std::max(scale, std::fabs(m_[j + j * ld]));
+    if (!(d > rank_tol_ * scale && d > 0.0)) {
+        r_valid_ = false;
+        return;
+    }
+    col[k] = std::sqrt(d);
+    for (int j = 0; j < k; ++j) r_[k + j * ld] = 0.0;
+}
+
+// True when every pivot of the carried factor still passes the test the factorisation applies.
+bool QuadraticStep::factor_still_definite(int nz) const {
+    const std::ptrdiff_t ld = maxfree_;
+    double scale = 0.0;
+    for (int k = 0; k < nz; ++k) scale = std::max(scale, std::fabs(m_[k + k * ld]));
+    const double tol = rank_tol_ * scale;
+    for (int k = 0; k < nz; ++k) {
+        const double d = r_[k + k * ld] * r_[k + k * ld];
+        if (!(d > tol && d > 0.0)) return false;
+    }
     return true;
 }
 
@@ -102,10 +178,10 @@ bool QuadraticStep::direction(const Core &c, const double *gz, double gznorm, do
         return false;
     }
     const bool changed = dirty_, grown = grown_;
-    if (dirty_) {
+    if (!m_ready_ || updates_ >= refresh_period_) {
         if (!refactorise(c)) return false;
-        dirty_ = false;
     }
+    dirty_ = false;
     grown_ = false;
     // A full step to the minimiser on an unchanged working set leaves a stationary point.
     if (!changed && last_newton_) {
@@ -141,7 +217,18 @@ bool QuadraticStep::direction(const Core &c, const double *gz, double gznorm, do
         for (int j = 0; j < r; ++j) v[pos(j)] = -y[j];
         v[k] = 1.0;
     };
-    for (int k = 0; k < nz && !curved; ++k) {
+    if (r_valid_ && factor_still_definite(nz)) {
+        // The carried factor: every column taken, in order.
+        rank = nz;
+        for (int k = 0; k < nz; ++k) {
+            slot[k] = k;
+            used_[k] = 1.0;
+        }
+    } else {
+        r_valid_ = false;
+        ++factorisations_;
+    }
+    for (int k = rank; k < nz && !curved; ++k) {
         for (int j = 0; j < rank; ++j) y[j] = m_[pos(j) + k * ld];
         dtrsv("U", "T", "N", rank, r_, ld, y, 1);
         const double d = m_[k + k * ld] - ddot(rank, y, 1, y, 1);
@@ -186,6 +273,11 @@ bool QuadraticStep::direction(const Core &c, const double *gz, double gznorm, do
         --singular_;
     }
     rank_ = rank;
+    if (!r_valid_ && rank == nz) {
+        // A full factor is carried through the next changes of Z: clear what lies below its diagonal.
+        for (int j = 0; j < nz; ++j) vector_load(nz - j - 1, 0.0, r_ + j + 1 + j * ld, 1);
+        r_valid_ = true;
+    }
     rmax_ = rmin_ = 0.0;
     for (int j = 0; j < rank; ++j) {
         const double dj = std::fabs(r_[j + j * ld]);

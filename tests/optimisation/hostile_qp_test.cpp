@@ -59,6 +59,8 @@ TEST(HostileQp, E04nfaRows) {
         {"work_short", [](Qp &, std::vector<double> &, Dims &d) { d.lwork = 46; }, 6},
         {"hessian_nan", [](Qp &, std::vector<double> &, Dims &) { hessian_mode = 1; }, 6},
         {"hessian_unset", [](Qp &, std::vector<double> &, Dims &) { hessian_mode = 2; }, -1},
+        {"hessian_nan_later",
+         [](Qp &, std::vector<double> &x, Dims &) { hessian_mode = 3, x = {-1, -1}; }, 6},
     };
     for (const Row &row : rows) {
         Qp p = base;

@@ -82,6 +82,24 @@ TEST(QuadraticProgramming, RandomConvexMeetsConditions) {
     }
 }
 
+// Larger problems whose working set changes many times: the optimum is reached with the reduced
+// Hessian carried through the changes, so the products with H number a few per iteration (plus a fresh
+// Z'HZ now and then), not one per column of Z at every change.  The second one runs past the refresh of
+// Z'HZ from products.
+TEST(QuadraticProgramming, ReducedHessianFollowsTheWorkingSet) {
+    std::mt19937 gen(23);
+    for (const int n : {40, 150}) {
+        const Qp p = as_qp(random_ls(gen, n + 10, n, n / 2));
+        Session s("E04NFA");
+        s.option("Iteration Limit = 5000");
+        const QpOut r = run_nfa(s, p, std::vector<double>(n, 0.0));
+        ASSERT_EQ(r.ifail, 0) << n;
+        expect_optimal(p, r, 1e-9, n);
+        EXPECT_GT(r.iter, n / 2) << n;
+        EXPECT_LE(r.products, 3 * n + 3 * r.iter) << n << " variables, " << r.iter << " iterations";
+    }
+}
+
 // Indefinite H: min -x1^2 + x2^2 on [-1, 2]^2 from (0.5, 0.5) follows the negative curvature to x1 = 2,
 // a point meeting the second-order conditions (the reduced Hessian is empty there).
 TEST(QuadraticProgramming, NonconvexEndsAtSecondOrderPoint) {

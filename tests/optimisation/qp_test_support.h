@@ -21,6 +21,7 @@ struct Qp {
 
 struct QpOut {
     int ifail = -99, iter = -1;
+    int products = 0;  // calls of the Hessian routine
     double obj = 0.0;
     std::vector<int> istate;
     std::vector<double> x, ax, clamda;
@@ -42,7 +43,8 @@ struct Session {
     }
 };
 
-// H x from H(LDH, N); IUSER(1) counts the calls.  hessian_mode 1 makes it return NaN, 2 leave HX unset.
+// H x from H(LDH, N); IUSER(1) counts the calls.  hessian_mode 1 makes it return NaN, 2 leave HX unset,
+// 3 return NaN from the fourth call on (a product asked for in the middle of a run).
 inline int hessian_mode = 0;
 extern "C" inline void hessian_product(const int *n, const int *, const double *h, const int *ldh, const double *x,
                                        double *hx, const int *, int *iuser, double *) {
@@ -51,7 +53,7 @@ extern "C" inline void hessian_product(const int *n, const int *, const double *
     for (int i = 0; i < *n; ++i) {
         hx[i] = 0.0;
         for (int j = 0; j < *n; ++j) hx[i] += h[i + j * *ldh] * x[j];
-        if (hessian_mode == 1) hx[i] = std::nan("");
+        if (hessian_mode == 1 || (hessian_mode == 3 && iuser[0] > 3)) hx[i] = std::nan("");
     }
 }
 
@@ -78,6 +80,7 @@ inline QpOut run_nfa(Session &s, const Qp &p, std::vector<double> x0, Dims d = {
     E04NFA(&n, &m, a.data(), &lda, p.bl.data(), p.bu.data(), p.c.data(), p.h.data(), &ldh, hessian_product, nullptr,
            r.istate.data(), r.x.data(), &r.iter, &r.obj, r.ax.data(), r.clamda.data(), iwork.data(), &liwork,
            work.data(), &lwork, iuser, ruser, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &r.ifail);
+    r.products = iuser[0];
     return r;
 }
 
