@@ -2,6 +2,7 @@
 // Fourier transforms.
 #include <cmath>
 #include <cstring>
+#include <iterator>
 
 #include "analysis/fft.h"
 #include "analysis/fft_exits.h"
@@ -255,32 +256,19 @@ void sin_cos_octant(long double a, long double &s, long double &c) {
     constexpr long double f2 = 2.0L, f4 = f2 * 12, f6 = f4 * 30, f8 = f6 * 56, f10 = f8 * 90, f12 = f10 * 132,
                           f14 = f12 * 182, f16 = f14 * 240, f18 = f16 * 306, f20 = f18 * 380, f22 = f20 * 462,
                           f24 = f22 * 552;
+    // The coefficients of the series in x = a*a, highest power first.
+    constexpr long double sine[] = {-1 / f23, 1 / f21, -1 / f19, 1 / f17, -1 / f15, 1 / f13,
+                                    -1 / f11, 1 / f9,  -1 / f7,  1 / f5,  -1 / f3};
+    constexpr long double cosine[] = {1 / f24,  -1 / f22, 1 / f20, -1 / f18, 1 / f16, -1 / f14,
+                                      1 / f12,  -1 / f10, 1 / f8,  -1 / f6,  1 / f4,  -1 / f2};
     const long double x = a * a;
-    long double ps = -1 / f23;
-    ps = ps * x + 1 / f21;
-    ps = ps * x - 1 / f19;
-    ps = ps * x + 1 / f17;
-    ps = ps * x - 1 / f15;
-    ps = ps * x + 1 / f13;
-    ps = ps * x - 1 / f11;
-    ps = ps * x + 1 / f9;
-    ps = ps * x - 1 / f7;
-    ps = ps * x + 1 / f5;
-    ps = ps * x - 1 / f3;
-    s = a + a * (x * ps);
-    long double pc = 1 / f24;
-    pc = pc * x - 1 / f22;
-    pc = pc * x + 1 / f20;
-    pc = pc * x - 1 / f18;
-    pc = pc * x + 1 / f16;
-    pc = pc * x - 1 / f14;
-    pc = pc * x + 1 / f12;
-    pc = pc * x - 1 / f10;
-    pc = pc * x + 1 / f8;
-    pc = pc * x - 1 / f6;
-    pc = pc * x + 1 / f4;
-    pc = pc * x - 1 / f2;
-    c = 1 + x * pc;
+    auto horner = [x](const auto &coefficients) {
+        long double p = coefficients[0];
+        for (std::size_t k = 1; k < std::size(coefficients); ++k) p = p * x + coefficients[k];
+        return p;
+    };
+    s = a + a * (x * horner(sine));
+    c = 1 + x * horner(cosine);
 }
 
 // cos and sin of 2 pi t / den in long double, reduced to the first octant.
@@ -559,6 +547,13 @@ bool ExitTable::leading(FailureExit &exit, int m, int n, const char *direct, int
             return fail(exit, Check::Direct, {fixed_string(direct, direct_len > 0 ? 1 : 0)});
     }
     return true;
+}
+
+void ExitTable::outcome(FailureExit &exit, int code, int factors_code, std::initializer_list<MessageValue> values) const {
+    if (code == 0)
+        exit.succeed();
+    else
+        fail(exit, code == factors_code ? Check::Factors : Check::Internal, values);
 }
 
 } // namespace zek::fft
