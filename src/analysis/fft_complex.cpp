@@ -131,8 +131,9 @@ long long work_need(int ndim, const int *nd, int l) {
 }
 
 // C06PJF's need for any number of dimensions: the scratch of N elements and the table of the longest
-// dimension transformed after it; the same as the rule above for up to three dimensions.
-long long all_dimensions_need(int ndim, const int *nd) {
+// dimension transformed after it; the same as the rule above for up to three dimensions.  The third
+// argument (the one dimension of the rule above) has no part here.
+long long all_dimensions_need(int ndim, const int *nd, int) {
     if (ndim <= 3) return work_need(ndim, nd, 0);
     long long n = 1, sum = 0;
     int nontrivial = 0;
@@ -145,6 +146,20 @@ long long all_dimensions_need(int ndim, const int *nd) {
     }
     if (nontrivial == 0) return 1;
     return nontrivial == 1 ? 2 * n : n + sum;
+}
+
+// The checks of the multi-dimensional members in their order: NDIM, L (where the routine takes one),
+// DIRECT, the dimensions against N, LWORK against the workspace rule NEED (asked only once the
+// dimensions are known to multiply to N, so that its products cannot overflow).
+bool dimensions_valid(zek::FailureExit &exit, const ExitTable &exits, int ndim, int l, const int *nd, int n,
+                      const char *direct, int direct_len, int lwork, long long (*need_of)(int, const int *, int)) {
+    if (ndim < 1) return exits.fail(exit, Check::Ndim, {ndim});
+    if (l < 1 || l > ndim) return exits.fail(exit, Check::L, {l});
+    if (!exits.leading(exit, 0, 0, direct, direct_len)) return false;
+    if (!dimensions_multiply(exit, exits, ndim, nd, n)) return false;
+    const long long need = need_of(ndim, nd, l);
+    if (lwork < need) return exits.fail(exit, Check::Lwork, {lwork, static_cast<long>(need)});
+    return true;
 }
 
 int clamp_need(long long need) { return need > INT_MAX ? INT_MAX : static_cast<int>(need); }
@@ -191,16 +206,7 @@ void C06PCF_WORKER(const char *direct, double *x, int n, double *work, char *err
                    int) {
     zek::FailureExit exit("C06PCF", errbuf, ifail);
     if (!kC06pcfExits.leading(exit, 0, n, direct, direct_len)) return;
-    const int code = C06_COMPLEX_ENTRY(direct, n, x, work, direct_len);
-    if (code == 3) {
-        kC06pcfExits.fail(exit, Check::Factors, {n});
-        return;
-    }
-    if (code != 0) {
-        kC06pcfExits.fail(exit, Check::Internal);
-        return;
-    }
-    exit.succeed();
+    kC06pcfExits.outcome(exit, C06_COMPLEX_ENTRY(direct, n, x, work, direct_len), 3, {n});
 }
 
 void C06PCF(const char *direct, double *x, const int *n, double *work, int *ifail, int direct_len) {
@@ -280,15 +286,7 @@ void multiple_complex_worker(const char *name, bool by_element, const char *dire
     if (!exits.leading(exit, m, n, direct, direct_len)) return;
     const int code = by_element ? C06_MULTIPLE_COMPLEX_BY_ELEMENT(direct, m, n, x, work, direct_len)
                                 : C06_MULTIPLE_COMPLEX_BY_SEQUENCE(direct, m, n, x, work, direct_len);
-    if (code == 4) {
-        exits.fail(exit, Check::Factors, {n});
-        return;
-    }
-    if (code != 0) {
-        exits.fail(exit, Check::Internal);
-        return;
-    }
-    exit.succeed();
+    exits.outcome(exit, code, 4, {n});
 }
 
 } // namespace
@@ -354,31 +352,8 @@ void C06_WORK_NEED_ALL_BYREF(const int *ndim, const int *nd, int *need) { *need 
 void C06PFF_WORKER(const char *direct, int ndim, int l, const int *nd, int n, double *x, double *work, int lwork,
                    char *errbuf, int *ifail, int direct_len, int) {
     zek::FailureExit exit("C06PFF", errbuf, ifail);
-    if (ndim < 1) {
-        kC06pffExits.fail(exit, Check::Ndim, {ndim});
-        return;
-    }
-    if (l < 1 || l > ndim) {
-        kC06pffExits.fail(exit, Check::L, {l});
-        return;
-    }
-    if (!kC06pffExits.leading(exit, 0, 0, direct, direct_len)) return;
-    if (!dimensions_multiply(exit, kC06pffExits, ndim, nd, n)) return;
-    const long long need = work_need(ndim, nd, l);
-    if (lwork < need) {
-        kC06pffExits.fail(exit, Check::Lwork, {lwork, static_cast<long>(need)});
-        return;
-    }
-    const int code = C06_ONE_DIMENSION(direct, ndim, l, nd, n, x, work, direct_len);
-    if (code == 7) {
-        kC06pffExits.fail(exit, Check::Factors, {nd[l - 1]});
-        return;
-    }
-    if (code != 0) {
-        kC06pffExits.fail(exit, Check::Internal);
-        return;
-    }
-    exit.succeed();
+    if (!dimensions_valid(exit, kC06pffExits, ndim, l, nd, n, direct, direct_len, lwork, work_need)) return;
+    kC06pffExits.outcome(exit, C06_ONE_DIMENSION(direct, ndim, l, nd, n, x, work, direct_len), 7, {nd[l - 1]});
 }
 
 void C06PFF(const char *direct, const int *ndim, const int *l, const int *nd, const int *n, double *x, double *work,
@@ -392,17 +367,8 @@ void C06PFF(const char *direct, const int *ndim, const int *l, const int *nd, co
 void C06PJF_WORKER(const char *direct, int ndim, const int *nd, int n, double *x, double *work, int lwork,
                    char *errbuf, int *ifail, int direct_len, int) {
     zek::FailureExit exit("C06PJF", errbuf, ifail);
-    if (ndim < 1) {
-        kC06pjfExits.fail(exit, Check::Ndim, {ndim});
-        return;
-    }
-    if (!kC06pjfExits.leading(exit, 0, 0, direct, direct_len)) return;
-    if (!dimensions_multiply(exit, kC06pjfExits, ndim, nd, n)) return;
-    const long long need = all_dimensions_need(ndim, nd);
-    if (lwork < need) {
-        kC06pjfExits.fail(exit, Check::Lwork, {lwork, static_cast<long>(need)});
-        return;
-    }
+    if (!dimensions_valid(exit, kC06pjfExits, ndim, 1, nd, n, direct, direct_len, lwork, all_dimensions_need)) return;
+    const long long need = all_dimensions_need(ndim, nd, 0);
     int factors[zek::fft::kFactorListSize];
     for (int i = 0; i < ndim; ++i) {
         if (zek::fft::factor_list(nd[i], factors) > zek::fft::kSecondEngineMostFactors) {

@@ -43,6 +43,9 @@ public:
     bool fail(FailureExit &exit, Check check, std::initializer_list<MessageValue> values = {}) const;
     // The leading checks in order, those the table has rows for: M, N, DIRECT.  False after a failure.
     bool leading(FailureExit &exit, int m, int n, const char *direct, int direct_len) const;
+    // The engine's return code as the routine's outcome: 0 success, FACTORS_CODE the Factors exit with
+    // VALUES, anything else the Internal exit.
+    void outcome(FailureExit &exit, int code, int factors_code, std::initializer_list<MessageValue> values) const;
 
 private:
     const ExitRow *rows_;

@@ -80,6 +80,19 @@ template <class T> ZEK_FFT_INLINE void dft5(T *re, T *im) {
     im[3] = m2i + n2r;
 }
 
+// The last stage of a transform of 2H values from the transforms of its even (E) and odd values, the
+// odd ones already turned by their roots (W, W[0] the first odd value itself):
+// y(k) = E(k) + W(k), y(k + H) = E(k) - W(k).
+template <int H, class T>
+ZEK_FFT_INLINE void join_halves(T *re, T *im, const T *er, const T *ei, const T *wr, const T *wi) {
+    for (int k = 0; k < H; ++k) {
+        re[k] = er[k] + wr[k];
+        im[k] = ei[k] + wi[k];
+        re[k + H] = er[k] - wr[k];
+        im[k + H] = ei[k] - wi[k];
+    }
+}
+
 // 6 = 2 x 3: two transforms of three on the even and odd values, joined with the sixth roots.
 template <class T> ZEK_FFT_INLINE void dft6(T *re, T *im) {
     T er[3] = {re[0], re[2], re[4]}, ei[3] = {im[0], im[2], im[4]};
@@ -87,20 +100,9 @@ template <class T> ZEK_FFT_INLINE void dft6(T *re, T *im) {
     dft3(er, ei);
     dft3(orr, oi);
     // exp(-i pi/3) = (1/2, -s), exp(-2 i pi/3) = (-1/2, -s)
-    const T w1r = 0.5 * orr[1] + kSin60 * oi[1], w1i = 0.5 * oi[1] - kSin60 * orr[1];
-    const T w2r = -0.5 * orr[2] + kSin60 * oi[2], w2i = -0.5 * oi[2] - kSin60 * orr[2];
-    re[0] = er[0] + orr[0];
-    im[0] = ei[0] + oi[0];
-    re[3] = er[0] - orr[0];
-    im[3] = ei[0] - oi[0];
-    re[1] = er[1] + w1r;
-    im[1] = ei[1] + w1i;
-    re[4] = er[1] - w1r;
-    im[4] = ei[1] - w1i;
-    re[2] = er[2] + w2r;
-    im[2] = ei[2] + w2i;
-    re[5] = er[2] - w2r;
-    im[5] = ei[2] - w2i;
+    const T wr[3] = {orr[0], 0.5 * orr[1] + kSin60 * oi[1], -0.5 * orr[2] + kSin60 * oi[2]};
+    const T wi[3] = {oi[0], 0.5 * oi[1] - kSin60 * orr[1], -0.5 * oi[2] - kSin60 * orr[2]};
+    join_halves<3>(re, im, er, ei, wr, wi);
 }
 
 // 8 = 2 x 4: two transforms of four, joined with the eighth roots.
@@ -110,25 +112,9 @@ template <class T> ZEK_FFT_INLINE void dft8(T *re, T *im) {
     dft4(er, ei);
     dft4(orr, oi);
     // exp(-i pi/4) = s(1, -1), exp(-i pi/2) = -i, exp(-3 i pi/4) = s(-1, -1)
-    const T w1r = kSqrtHalf * (orr[1] + oi[1]), w1i = kSqrtHalf * (oi[1] - orr[1]);
-    const T w2r = oi[2], w2i = -orr[2];
-    const T w3r = kSqrtHalf * (oi[3] - orr[3]), w3i = -kSqrtHalf * (orr[3] + oi[3]);
-    re[0] = er[0] + orr[0];
-    im[0] = ei[0] + oi[0];
-    re[4] = er[0] - orr[0];
-    im[4] = ei[0] - oi[0];
-    re[1] = er[1] + w1r;
-    im[1] = ei[1] + w1i;
-    re[5] = er[1] - w1r;
-    im[5] = ei[1] - w1i;
-    re[2] = er[2] + w2r;
-    im[2] = ei[2] + w2i;
-    re[6] = er[2] - w2r;
-    im[6] = ei[2] - w2i;
-    re[3] = er[3] + w3r;
-    im[3] = ei[3] + w3i;
-    re[7] = er[3] - w3r;
-    im[7] = ei[3] - w3i;
+    const T wr[4] = {orr[0], kSqrtHalf * (orr[1] + oi[1]), oi[2], kSqrtHalf * (oi[3] - orr[3])};
+    const T wi[4] = {oi[0], kSqrtHalf * (oi[1] - orr[1]), -orr[2], -kSqrtHalf * (orr[3] + oi[3])};
+    join_halves<4>(re, im, er, ei, wr, wi);
 }
 
 // dft<P> for the radices that have a written-out form.  T is double, or a vector of doubles holding

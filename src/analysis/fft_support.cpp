@@ -2,6 +2,7 @@
 // Fourier transforms.
 #include <cmath>
 #include <cstring>
+#include <iterator>
 
 #include "analysis/fft.h"
 #include "analysis/fft_exits.h"
@@ -255,32 +256,19 @@ void sin_cos_octant(long double a, long double &s, long double &c) {
     constexpr long double f2 = 2.0L, f4 = f2 * 12, f6 = f4 * 30, f8 = f6 * 56, f10 = f8 * 90, f12 = f10 * 132,
                           f14 = f12 * 182, f16 = f14 * 240, f18 = f16 * 306, f20 = f18 * 380, f22 = f20 * 462,
                           f24 = f22 * 552;
+    // The coefficients of the series in x = a*a, highest power first.
+    constexpr long double sine[] = {-1 / f23, 1 / f21, -1 / f19, 1 / f17, -1 / f15, 1 / f13,
+                                    -1 / f11, 1 / f9,  -1 / f7,  1 / f5,  -1 / f3};
+    constexpr long double cosine[] = {1 / f24,  -1 / f22, 1 / f20, -1 / f18, 1 / f16, -1 / f14,
+                                      1 / f12,  -1 / f10, 1 / f8,  -1 / f6,  1 / f4,  -1 / f2};
     const long double x = a * a;
-    long double ps = -1 / f23;
-    ps = ps * x + 1 / f21;
-    ps = ps * x - 1 / f19;
-    ps = ps * x + 1 / f17;
-    ps = ps * x - 1 / f15;
-    ps = ps * x + 1 / f13;
-    ps = ps * x - 1 / f11;
-    ps = ps * x + 1 / f9;
-    ps = ps * x - 1 / f7;
-    ps = ps * x + 1 / f5;
-    ps = ps * x - 1 / f3;
-    s = a + a * (x * ps);
-    long double pc = 1 / f24;
-    pc = pc * x - 1 / f22;
-    pc = pc * x + 1 / f20;
-    pc = pc * x - 1 / f18;
-    pc = pc * x + 1 / f16;
-    pc = pc * x - 1 / f14;
-    pc = pc * x + 1 / f12;
-    pc = pc * x - 1 / f10;
-    pc = pc * x + 1 / f8;
-    pc = pc * x - 1 / f6;
-    pc = pc * x + 1 / f4;
-    pc = pc * x - 1 / f2;
-    c = 1 + x * pc;
+    auto horner = [x](const auto &coefficients) {
+        long double p = coefficients[0];
+        for (std::size_t k = 1; k < std::size(coefficients); ++k) p = p * x + coefficients[k];
+        return p;
+    };
+    s = a + a * (x * horner(sine));
+    c = 1 + x * horner(cosine);
 }
 
 // cos and sin of 2 pi t / den in long double, reduced to the first octant.
@@ -561,6 +549,31 @@ bool ExitTable::leading(FailureExit &exit, int m, int n, const char *direct, int
     return true;
 }
 
+void ExitTable::outcome(FailureExit &exit, int code, int factors_code, std::initializer_list<MessageValue> values) const {
+    if (code == 0)
+        exit.succeed();
+    else
+        fail(exit, code == factors_code ? Check::Factors : Check::Internal, values);
+}
+
+
+// The blocks of kTileBlock by kTileBlock elements of an M by N tile, columns of blocks outermost:
+// FULL(ib, jb) moves a whole block, EDGE(i, j) one element of a block cut short by the tile's edge.
+constexpr Index kTileBlock = 8;
+template <class Full, class Edge> void for_each_block(int m, int n, Full full, Edge edge) {
+    for (Index jb = 0; jb < n; jb += kTileBlock) {
+        const Index je = jb + kTileBlock < n ? jb + kTileBlock : n;
+        for (Index ib = 0; ib < m; ib += kTileBlock) {
+            const Index ie = ib + kTileBlock < m ? ib + kTileBlock : m;
+            if (je - jb == kTileBlock && ie - ib == kTileBlock) {
+                full(ib, jb);
+                continue;
+            }
+            for (Index j = jb; j < je; ++j)
+                for (Index i = ib; i < ie; ++i) edge(i, j);
+        }
+    }
+}
 } // namespace zek::fft
 
 extern "C" {
@@ -569,54 +582,43 @@ extern "C" {
 // written while all their cache lines are at hand, so that strides which are powers of two (many rows
 // of a tile falling into one cache set) cost nothing.
 void C06_TRANSPOSE_REAL_TILE(int m, int n, const double *a, int lda, double *b, int ldb) {
-    constexpr zek::fft::Index kBlock = 8;
-    for (zek::fft::Index jb = 0; jb < n; jb += kBlock) {
-        const zek::fft::Index je = jb + kBlock < n ? jb + kBlock : n;
-        for (zek::fft::Index ib = 0; ib < m; ib += kBlock) {
-            const zek::fft::Index ie = ib + kBlock < m ? ib + kBlock : m;
-            if (je - jb == kBlock && ie - ib == kBlock) {
-                // 2 by 2 squares: two values of two columns in, two of two rows out.
-                using zek::fft::V2;
-                using Mask = long long __attribute__((vector_size(16)));
-                for (zek::fft::Index j = 0; j < kBlock; j += 2) {
-                    const double *a0 = a + ib + (jb + j) * lda, *a1 = a0 + lda;
-                    double *b0 = b + jb + j + ib * ldb;
-                    for (zek::fft::Index i = 0; i < kBlock; i += 2) {
-                        const V2 c0 = zek::fft::load<V2>(a0 + i), c1 = zek::fft::load<V2>(a1 + i);
-                        zek::fft::store(b0 + i * ldb, __builtin_shuffle(c0, c1, Mask{0, 2}));
-                        zek::fft::store(b0 + (i + 1) * ldb, __builtin_shuffle(c0, c1, Mask{1, 3}));
-                    }
+    using zek::fft::Index;
+    using zek::fft::kTileBlock;
+    zek::fft::for_each_block(
+        m, n,
+        [&](Index ib, Index jb) {
+            // 2 by 2 squares: two values of two columns in, two of two rows out.
+            using zek::fft::V2;
+            using Mask = long long __attribute__((vector_size(16)));
+            for (Index j = 0; j < kTileBlock; j += 2) {
+                const double *a0 = a + ib + (jb + j) * lda, *a1 = a0 + lda;
+                double *b0 = b + jb + j + ib * ldb;
+                for (Index i = 0; i < kTileBlock; i += 2) {
+                    const V2 c0 = zek::fft::load<V2>(a0 + i), c1 = zek::fft::load<V2>(a1 + i);
+                    zek::fft::store(b0 + i * ldb, __builtin_shuffle(c0, c1, Mask{0, 2}));
+                    zek::fft::store(b0 + (i + 1) * ldb, __builtin_shuffle(c0, c1, Mask{1, 3}));
                 }
-                continue;
             }
-            for (zek::fft::Index j = jb; j < je; ++j)
-                for (zek::fft::Index i = ib; i < ie; ++i) b[j + i * ldb] = a[i + j * lda];
-        }
-    }
+        },
+        [&](Index i, Index j) { b[j + i * ldb] = a[i + j * lda]; });
 }
 
 void C06_TRANSPOSE_COMPLEX_TILE(int m, int n, const double *a, int lda, double *b, int ldb) {
-    constexpr zek::fft::Index kBlock = 8;
-    for (zek::fft::Index jb = 0; jb < n; jb += kBlock) {
-        const zek::fft::Index je = jb + kBlock < n ? jb + kBlock : n;
-        for (zek::fft::Index ib = 0; ib < m; ib += kBlock) {
-            const zek::fft::Index ie = ib + kBlock < m ? ib + kBlock : m;
-            if (je - jb == kBlock && ie - ib == kBlock) {
-                zek::fft::Cv block[kBlock][kBlock];
-                for (zek::fft::Index j = 0; j < kBlock; ++j)
-                    for (zek::fft::Index i = 0; i < kBlock; ++i) block[i][j] = zek::fft::load(a + 2 * (ib + i + (jb + j) * lda));
-                for (zek::fft::Index i = 0; i < kBlock; ++i)
-                    for (zek::fft::Index j = 0; j < kBlock; ++j) zek::fft::store(b + 2 * (jb + j + (ib + i) * ldb), block[i][j]);
-                continue;
-            }
-            for (zek::fft::Index j = jb; j < je; ++j) {
-                for (zek::fft::Index i = ib; i < ie; ++i) {
-                    b[2 * (j + i * ldb)] = a[2 * (i + j * lda)];
-                    b[2 * (j + i * ldb) + 1] = a[2 * (i + j * lda) + 1];
-                }
-            }
-        }
-    }
+    using zek::fft::Index;
+    using zek::fft::kTileBlock;
+    zek::fft::for_each_block(
+        m, n,
+        [&](Index ib, Index jb) {
+            zek::fft::Cv block[kTileBlock][kTileBlock];
+            for (Index j = 0; j < kTileBlock; ++j)
+                for (Index i = 0; i < kTileBlock; ++i) block[i][j] = zek::fft::load(a + 2 * (ib + i + (jb + j) * lda));
+            for (Index i = 0; i < kTileBlock; ++i)
+                for (Index j = 0; j < kTileBlock; ++j) zek::fft::store(b + 2 * (jb + j + (ib + i) * ldb), block[i][j]);
+        },
+        [&](Index i, Index j) {
+            b[2 * (j + i * ldb)] = a[2 * (i + j * lda)];
+            b[2 * (j + i * ldb) + 1] = a[2 * (i + j * lda) + 1];
+        });
 }
 
 void C06_TRANSPOSE_REAL(int m, int n, const double *a, int lda, double *b, int ldb) {

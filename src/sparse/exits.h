@@ -51,6 +51,30 @@ template <class T>
 void ssor_apply(Sweep kind, int n, int nnz, const T a[], const int irow[], const int icol[], const int idiag[],
                 double omega, const T v[], T x[]);
 
+// The checks and outcomes the incomplete factorisations (Cholesky and LU) share.
+// A one-letter option with the letters it may take and its failure exit.
+struct LetterOption {
+    char value;          // the option's first letter, upper case
+    const char *allowed; // the letters it may take
+    long exit_number;
+    const char *text; // its message, taking the option as given
+    const char *given;
+    int given_len;
+};
+// LA at least 2*NNZ (exit 99999), then DTOL (99998, only when the fill goes by size) and the two letter
+// options: all three run and the last one that fails is reported.  False after a failure exit.
+bool incomplete_options(FailureExit &exit, int la, int nnz, int lfill, double dtol, const LetterOption &first,
+                        const LetterOption &second);
+// A user-supplied permutation of 1..N (IFAIL 3): a value out of range ends in exit RANGE_EXIT, a repeated
+// one in RANGE_EXIT - 1.  SCRATCH (N) marks the values seen.
+bool permutation_valid(FailureExit &exit, int n, const int perm[], int scratch[], long range_exit,
+                       const char *range_text, const char *repeat_text);
+// LIWORK against the need (IFAIL 1), in exit EXIT_NUMBER.
+bool liwork_enough(FailureExit &exit, long liwork, Index need, long exit_number);
+// The factorisation's own outcome: 0 success, 1 the fill outgrew LA (IFAIL 4, FILL_EXIT), else an
+// internal failure (IFAIL 5, FILL_EXIT - 1).
+void incomplete_outcome(FailureExit &exit, int core, long fill_exit, const char *fill_text, const char *serious_text);
+
 } // namespace zek::sparse
 
 #endif

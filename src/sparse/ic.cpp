@@ -237,76 +237,38 @@ void ic_worker(const char *name, const char *sorter, int n, int nnz, double a[],
                int lfill, double dtol, const char *mic, double dscale, const char *pstrat, int ipiv[], int istr[],
                int *nnzc, int *npivm, int iwork[], int liwork, char *errbuf, int *ifail, int mic_len, int pstrat_len) {
     FailureExit exit(name, errbuf, ifail);
-    if (static_cast<Index>(la) < 2 * static_cast<Index>(nnz)) {
-        exit.fail(1, 99999, " ** On entry, LA .lt. 2*NNZ:\n    LA =%16ld NNZ =%16ld.", {la, nnz});
-        return;
-    }
     const char ps = letter(pstrat, pstrat_len);
     const char mc = letter(mic, mic_len);
-    int option_fault = 0;
-    if (lfill < 0 && !(dtol >= 0.0)) option_fault = 1;
-    if (mc != 'M' && mc != 'N') option_fault = 2;
-    if (ps != 'N' && ps != 'U' && ps != 'M') option_fault = 3;
-    if (option_fault == 1) {
-        exit.fail(1, 99998, " ** On entry, DTOL .lt. 0.0: DTOL =%12.4E.", {dtol});
+    if (!incomplete_options(exit, la, nnz, lfill, dtol,
+                            {mc, "MN", 99997, " ** On entry, MIC .ne. 'M' or 'N': MIC = '%s'.", mic, mic_len},
+                            {ps, "NUM", 99996, " ** On entry, PSTRAT .ne. 'N', 'U' or 'M': PST  RAT = '%s'.", pstrat,
+                             pstrat_len}))
         return;
-    }
-    if (option_fault == 2) {
-        exit.fail(1, 99997, " ** On entry, MIC .ne. 'M' or 'N': MIC = '%s'.", {letter_text(mic, mic_len)});
-        return;
-    }
-    if (option_fault == 3) {
-        exit.fail(1, 99996, " ** On entry, PSTRAT .ne. 'N', 'U' or 'M': PST  RAT = '%s'.",
-                  {letter_text(pstrat, pstrat_len)});
-        return;
-    }
     int bad = 0;
     const int status = cs_check(n, nnz, irow, icol, true, &bad);
     if (status != 0) {
         report_structure(exit, StructureReport{1, 2, 99995, true, nullptr}, status, bad, n, nnz, irow, icol);
         return;
     }
-    if (ps == 'U') {
-        std::fill(istr, istr + n, 0);
-        for (int i = 0; i < n; ++i) {
-            const int v = ipiv[i];
-            if (v < 1 || v > n) {
-                exit.fail(3, 99988, " ** On entry, a user-supplied value of IPIV lies outside the range [1,N].");
-                return;
-            }
-            if (istr[v - 1] != 0) {
-                exit.fail(3, 99987, " ** On entry, a user-supplied value of IPIV is repeated.");
-                return;
-            }
-            istr[v - 1] = 1;
-        }
-    }
+    if (ps == 'U' && !permutation_valid(exit, n, ipiv, istr, 99988,
+                                        " ** On entry, a user-supplied value of IPIV lies outside the range [1,N].",
+                                        " ** On entry, a user-supplied value of IPIV is repeated."))
+        return;
     const Index base = 7 * static_cast<Index>(n) + 1;
     const Index need = lfill < 0 ? base + la - nnz : base + 2 * static_cast<Index>(la) - 3 * static_cast<Index>(nnz);
-    if (liwork < need) {
-        exit.fail(1, 99986, " ** On entry, LIWORK is too small: LIWORK =%16ld.\n    Minimum required value of LIWORK =%16ld.",
-                  {liwork, static_cast<long>(need)});
-        return;
-    }
+    if (!liwork_enough(exit, liwork, need, 99986)) return;
     T *v = values<T>(a);
     std::copy(v, v + nnz, v + nnz);
     std::copy(irow, irow + nnz, irow + nnz);
     std::copy(icol, icol + nnz, icol + nnz);
     const int core = ic_core(n, nnz, v, la, irow, icol, lfill, dtol, mc, dscale, ps, ipiv, istr, nnzc, npivm, iwork);
-    if (core == 1) {
-        exit.fail(4, 99985,
-                  " ** The number of non-zero entries in the decomposition is too large.\n    The decomposition has "
-                  "been terminated before completion.\n    Either increase LA, or reduce the fill by setting PSTRAT = "
-                  "'M',\n    reducing LFILL, or increasing DTOL.");
-        return;
-    }
-    if (core != 0) {
-        const std::string text = std::string(" ** A serious error has occurred in an internal call to ") + sorter +
-                                 ".\n    Check all subroutine calls and array sizes. Seek expert help.";
-        exit.fail(5, 99984, text.c_str());
-        return;
-    }
-    exit.succeed();
+    const std::string serious = std::string(" ** A serious error has occurred in an internal call to ") + sorter +
+                                ".\n    Check all subroutine calls and array sizes. Seek expert help.";
+    incomplete_outcome(exit, core, 99985,
+                       " ** The number of non-zero entries in the decomposition is too large.\n    The decomposition "
+                       "has been terminated before completion.\n    Either increase LA, or reduce the fill by setting "
+                       "PSTRAT = 'M',\n    reducing LFILL, or increasing DTOL.",
+                       serious.c_str());
 }
 
 } // namespace

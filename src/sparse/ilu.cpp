@@ -289,81 +289,38 @@ void ilu_worker(const char *name, int n, int nnz, double a[], int la, int irow[]
                 const char *pstrat, const char *milu, int ipivp[], int ipivq[], int istr[], int idiag[], int *nnzc,
                 int *npivm, int iwork[], int liwork, char *errbuf, int *ifail, int pstrat_len, int milu_len) {
     FailureExit exit(name, errbuf, ifail);
-    if (static_cast<Index>(la) < 2 * static_cast<Index>(nnz)) {
-        exit.fail(1, 99999, " ** On entry, LA .lt. 2*NNZ:\n    LA =%16ld NNZ =%16ld.", {la, nnz});
-        return;
-    }
-    // The three option tests all run; the last failure found is the one reported.
     const char ps = letter(pstrat, pstrat_len);
     const char mi = letter(milu, milu_len);
-    int option_fault = 0;
-    if (lfill < 0 && !(dtol >= 0.0)) option_fault = 1;
-    if (ps != 'N' && ps != 'U' && ps != 'P' && ps != 'C') option_fault = 2;
-    if (mi != 'M' && mi != 'N') option_fault = 3;
-    if (option_fault == 1) {
-        exit.fail(1, 99998, " ** On entry, DTOL .lt. 0.0: DTOL =%12.4E.", {dtol});
+    if (!incomplete_options(exit, la, nnz, lfill, dtol,
+                            {ps, "NUPC", 99997, " ** On entry, PSTRAT .ne. 'N', 'U', 'P', or 'C': PSTRAT = '%s'.",
+                             pstrat, pstrat_len},
+                            {mi, "MN", 99996, " ** On entry, MILU .ne. 'M' or 'N': MILU = '%s' .", milu, milu_len}))
         return;
-    }
-    if (option_fault == 2) {
-        exit.fail(1, 99997, " ** On entry, PSTRAT .ne. 'N', 'U', 'P', or 'C': PSTRAT = '%s'.",
-                  {letter_text(pstrat, pstrat_len)});
-        return;
-    }
-    if (option_fault == 3) {
-        exit.fail(1, 99996, " ** On entry, MILU .ne. 'M' or 'N': MILU = '%s' .", {letter_text(milu, milu_len)});
-        return;
-    }
     int bad = 0;
     const int status = cs_check(n, nnz, irow, icol, false, &bad);
     if (status != 0) {
         report_structure(exit, StructureReport{1, 2, 99995, false, nullptr}, status, bad, n, nnz, irow, icol);
         return;
     }
-    if (ps == 'U') {
-        // Permutation tests with ISTR (an output) as the scratch of visited values.
-        const int *perms[2] = {ipivp, ipivq};
-        const char *range[2] = {" ** On entry, a user-supplied value of IPIVP lies outside the range [1,N].",
-                                " ** On entry, a user-supplied value of IPIVQ lies outside the range [1,N]."};
-        const char *repeat[2] = {" ** On entry, a user-supplied value of IPIVP is repeated.",
-                                 " ** On entry, a user-supplied value of IPIVQ is repeated."};
-        for (int w = 0; w < 2; ++w) {
-            std::fill(istr, istr + n, 0);
-            for (int i = 0; i < n; ++i) {
-                const int v = perms[w][i];
-                if (v < 1 || v > n) {
-                    exit.fail(3, 99988 - 2 * w, range[w]);
-                    return;
-                }
-                if (istr[v - 1] != 0) {
-                    exit.fail(3, 99987 - 2 * w, repeat[w]);
-                    return;
-                }
-                istr[v - 1] = 1;
-            }
-        }
-    }
-    const Index need = 7 * static_cast<Index>(n) + 2;
-    if (liwork < need) {
-        exit.fail(1, 99984, " ** On entry, LIWORK is too small: LIWORK =%16ld.\n    Minimum required value of LIWORK =%16ld.",
-                  {liwork, static_cast<long>(need)});
+    // Permutation tests with ISTR (an output) as the scratch of visited values.
+    if (ps == 'U' &&
+        (!permutation_valid(exit, n, ipivp, istr, 99988,
+                            " ** On entry, a user-supplied value of IPIVP lies outside the range [1,N].",
+                            " ** On entry, a user-supplied value of IPIVP is repeated.") ||
+         !permutation_valid(exit, n, ipivq, istr, 99986,
+                            " ** On entry, a user-supplied value of IPIVQ lies outside the range [1,N].",
+                            " ** On entry, a user-supplied value of IPIVQ is repeated.")))
         return;
-    }
+    const Index need = 7 * static_cast<Index>(n) + 2;
+    if (!liwork_enough(exit, liwork, need, 99984)) return;
     const int core = ilu_core(n, nnz, values<T>(a), la, irow, icol, lfill, dtol, ps, mi, ipivp, ipivq, istr, idiag,
                               nnzc, npivm, iwork);
-    if (core == 1) {
-        exit.fail(4, 99983,
-                  " ** The number of non-zero entries in the decomposition is too large.\n    The decomposition has "
-                  "been terminated before completion.\n    Either increase LA, or reduce the fill by reducing LFILL, "
-                  "\n    or increasing DTOL.");
-        return;
-    }
-    if (core != 0) {
-        exit.fail(5, 99982,
-                  " ** A serious error has occurred in an internal call to an auxiliary routine.\n    Check all "
-                  "subroutine calls and array sizes. Seek expert help.");
-        return;
-    }
-    exit.succeed();
+    incomplete_outcome(exit, core, 99983,
+                       " ** The number of non-zero entries in the decomposition is too large.\n    The decomposition "
+                       "has been terminated before completion.\n    Either increase LA, or reduce the fill by "
+                       "reducing LFILL, \n    or increasing DTOL.",
+                       " ** A serious error has occurred in an internal call to an auxiliary routine.\n    Check "
+                       "all subroutine calls and array sizes. Seek expert help.");
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <functional>
 #include <string>
 
 #include "factor_test_support.h"
@@ -93,17 +94,6 @@ TEST(Determinant, SingularAndArgumentErrors) {
     EXPECT_EQ(ifail, 2);
     EXPECT_NE(text.find(" ** On entry, IA .lt. N: IA =               3, N =               6."), std::string::npos)
         << text;
-    ZekFail fail{};
-    std::vector<int> piv(6);
-    double detf;
-    int dete;
-    Mat z = make_matrix(Kind::ZeroColumn, 6, 6, 3);
-    f03afc(6, z.data(), 6, piv.data(), &detf, &dete, &fail);
-    EXPECT_EQ(fail.code, 366);
-    f03afc(0, z.data(), 6, piv.data(), &detf, &dete, &fail);
-    EXPECT_EQ(fail.code, 11);
-    f03afc(6, z.data(), 5, piv.data(), &detf, &dete, &fail);
-    EXPECT_EQ(fail.code, 17);
 }
 
 TEST(LinearEquations, SolutionsWithAndWithoutRefinement) {
@@ -142,14 +132,6 @@ TEST(LinearEquations, SolutionsWithAndWithoutRefinement) {
             }
         EXPECT_LT(one_norm(resid) / one_norm(b), 10 * n * kEps);
     }
-    ZekFail fail{};
-    double a[4] = {1, 2, 2, 4}, b[2] = {1, 1}, aa[4], x[2];
-    f04aec(2, 1, a, 2, b, 2, aa, 2, x, 2, nullptr, 0, &fail);
-    EXPECT_EQ(fail.code, 366);
-    f04aec(2, 0, a, 2, b, 2, aa, 2, x, 2, nullptr, 0, &fail);
-    EXPECT_EQ(fail.code, 11);
-    f04aec(2, 1, a, 2, b, 2, aa, 1, x, 2, nullptr, 0, &fail);
-    EXPECT_EQ(fail.code, 17);
 }
 
 TEST(LinearEquationsReference, DeterminantAndSolutionAgreeWithReferenceLapack) {
@@ -187,10 +169,6 @@ TEST(Inverse, GeneralAndSymmetricPositiveDefinite) {
     f01aac(f.data(), n, n, x.data(), n, &fail);
     ASSERT_EQ(fail.code, 0);
     EXPECT_LT(scaled_difference(identity_matrix(n), multiply(a, x)), 200.0);
-    Mat s = make_matrix(Kind::RankDeficient, 5, 5, 1);
-    Mat sx(5, 5);
-    f01aac(s.data(), 5, 5, sx.data(), 5, &fail);
-    EXPECT_EQ(fail.code, 366);
 
     // SPD inverse over the lower triangle; the strict upper triangle stays.
     const Mat spd = make_spd(n, 15);
@@ -208,10 +186,6 @@ TEST(Inverse, GeneralAndSymmetricPositiveDefinite) {
             inv(i, j) = i >= j ? w(i, j) : w(j, i);
         }
     EXPECT_LT(scaled_difference(identity_matrix(n), multiply(spd, inv)), 50.0);
-    Mat notpd = spd;
-    notpd(2, 2) = -5.0;
-    f01adc(n, notpd.data(), n, &fail);
-    EXPECT_EQ(fail.code, 367);
 }
 
 TEST(Covariance, BothFormsAgreeWithTheNormalEquations) {
@@ -393,12 +367,6 @@ TEST(Transpose, RectangularAndSquareInPlace) {
         for (int j = 0; j < n; ++j)
             for (int i = 0; i < m; ++i) EXPECT_EQ(t[j + std::size_t(i) * n], a(i, j));
     }
-    ZekFail fail{};
-    double x[1];
-    f01crc(x, 0, 3, &fail);
-    EXPECT_EQ(fail.code, 11);
-    f01crc(x, 3, -1, &fail);
-    EXPECT_EQ(fail.code, 11);
 }
 
 TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheCovariance) {
@@ -463,8 +431,6 @@ TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheC
     }
     EXPECT_NEAR(sigma, std::sqrt(lrss / (dm - irank)), 1e-12);
     for (int i = 0; i < irank; ++i) EXPECT_NEAR(zeta[i], ls[i], 1e-12 * ls[0]);
-    f04jgc(3, 4, d.data(), 3, db.data(), 0.0, &sigma, &irank, zeta.data(), &fail);
-    EXPECT_EQ(fail.code, 17);
 }
 
 TEST(LinearEquations, RefinementFailsOnANearlySingularMatrix) {
@@ -489,11 +455,52 @@ TEST(LinearEquations, RefinementFailsOnANearlySingularMatrix) {
     ifail = 1;
     F04ZCF(&icase, &bad, w, &est, w, iw, &ifail);
     EXPECT_EQ(ifail, 1);
-    f01adc(3, w, 2, &fail);
-    EXPECT_EQ(fail.code, 17);
-    double d[2] = {1.0, 0.0};
-    F01_SPD_INVERSE(2, w, 2, d, w, 2, 1, w + 2, &fail);
-    EXPECT_EQ(fail.code, 367);
+}
+
+// The C-style layer's argument and failure codes, one row per exit; the outputs are scratch.
+TEST(CStyleCodes, EveryExitEndsInItsCode) {
+    struct Row {
+        const char *what;
+        std::function<void(ZekFail *)> call;
+        int code;
+        const char *message; // the full message where a row checks it
+    };
+    static double w[64], d[2] = {1.0, 0.0};
+    static int piv[8], e;
+    const Row rows[] = {
+        {"f03afc singular", [](ZekFail *f) { Mat z = make_matrix(Kind::ZeroColumn, 6, 6, 3); f03afc(6, z.data(), 6, piv, w, &e, f); }, 366, nullptr},
+        {"f03afc n 0", [](ZekFail *f) { f03afc(0, w, 6, piv, w + 40, &e, f); }, 11, nullptr},
+        {"f03afc lda < n", [](ZekFail *f) { f03afc(6, w, 5, piv, w + 40, &e, f); }, 17, nullptr},
+        {"f04aec singular", [](ZekFail *f) { double a[4] = {1, 2, 2, 4}, b[2] = {1, 1}; f04aec(2, 1, a, 2, b, 2, w, 2, w + 8, 2, nullptr, 0, f); }, 366, nullptr},
+        {"f04aec nrhs 0", [](ZekFail *f) { double a[4] = {1, 0, 0, 1}; f04aec(2, 0, a, 2, a, 2, w, 2, w + 8, 2, nullptr, 0, f); }, 11, nullptr},
+        {"f04aec ldaa < n", [](ZekFail *f) { double a[4] = {1, 0, 0, 1}; f04aec(2, 1, a, 2, a, 2, w, 1, w + 8, 2, nullptr, 0, f); }, 17, nullptr},
+        {"f01aac singular", [](ZekFail *f) { Mat s = make_matrix(Kind::RankDeficient, 5, 5, 1); f01aac(s.data(), 5, 5, w, 5, f); }, 366, nullptr},
+        {"f01adc not positive definite", [](ZekFail *f) { Mat s = make_spd(6, 15); s(2, 2) = -5.0; f01adc(6, s.data(), 6, f); }, 367, nullptr},
+        {"f01adc lda < n", [](ZekFail *f) { f01adc(3, w, 2, f); }, 17, nullptr},
+        {"spd inverse zero pivot", [](ZekFail *f) { F01_SPD_INVERSE(2, w, 2, d, w, 2, 1, w + 2, f); }, 367, nullptr},
+        {"f01crc m 0", [](ZekFail *f) { f01crc(w, 0, 3, f); }, 11, nullptr},
+        {"f01crc n < 0", [](ZekFail *f) { f01crc(w, 3, -1, f); }, 11, nullptr},
+        {"f04jgc m < n", [](ZekFail *f) { int r; double s; f04jgc(3, 4, w, 3, w + 16, 0.0, &s, &r, w + 24, f); }, 17, nullptr},
+        {"f01qcc m < n", [](ZekFail *f) { f01qcc(1, 2, w, 1, w + 8, f); }, 17,
+         "ZE_2_INT_ARG_LT:\n  On entry, m = 1 while n = 2. These parameters must satisfy m >= n."},
+        {"f01qcc n < 0", [](ZekFail *f) { f01qcc(2, -1, w, 2, w + 8, f); }, 11, nullptr},
+        {"f01qcc lda < m", [](ZekFail *f) { f01qcc(2, 2, w, 1, w + 8, f); }, 17, nullptr},
+        {"f01qdc bad transpose", [](ZekFail *f) { f01qdc(7, Zek_ElementsIn, 2, 2, w, 2, w + 8, 1, w + 16, 2, f); }, 70, nullptr},
+        {"f01qdc bad wheret", [](ZekFail *f) { f01qdc(Zek_NoTranspose, 7, 2, 2, w, 2, w + 8, 1, w + 16, 2, f); }, 70, nullptr},
+        {"f01qdc ncolb < 0", [](ZekFail *f) { f01qdc(Zek_NoTranspose, Zek_ElementsIn, 2, 2, w, 2, w + 8, -1, w + 16, 2, f); }, 11, nullptr},
+        {"f01qdc ldb < m", [](ZekFail *f) { f01qdc(Zek_NoTranspose, Zek_ElementsIn, 2, 2, w, 2, w + 8, 1, w + 16, 1, f); }, 17, nullptr},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.what);
+        std::fill(std::begin(w), std::end(w), 0.0);
+        ZekFail fail{};
+        fail.print = 0;
+        row.call(&fail);
+        EXPECT_EQ(fail.code, row.code) << fail.message;
+        if (row.message != nullptr) {
+            EXPECT_STREQ(fail.message, row.message);
+        }
+    }
 }
 
 // Matrices whose factorisation meets an infinite or undefined value: every routine on the scaled LU

@@ -174,27 +174,6 @@ TEST(QrFactor, ArgumentErrorsAreCountedBeforeAnyWork) {
     EXPECT_NE(text.find("ABNORMAL EXIT from ZEK Library routine F01QDZ: IFAIL =     1"), std::string::npos);
 }
 
-TEST(QrFactor, CStyleCodes) {
-    ZekFail fail{};
-    double a[4], z[2];
-    f01qcc(1, 2, a, 1, z, &fail);
-    EXPECT_EQ(fail.code, 17);
-    EXPECT_STREQ(fail.message,
-                 "ZE_2_INT_ARG_LT:\n  On entry, m = 1 while n = 2. These parameters must satisfy m >= n.");
-    f01qcc(2, -1, a, 2, z, &fail);
-    EXPECT_EQ(fail.code, 11);
-    f01qcc(2, 2, a, 1, z, &fail);
-    EXPECT_EQ(fail.code, 17);
-    f01qdc(7, Zek_ElementsIn, 2, 2, a, 2, z, 1, a, 2, &fail);
-    EXPECT_EQ(fail.code, 70);
-    f01qdc(Zek_NoTranspose, 7, 2, 2, a, 2, z, 1, a, 2, &fail);
-    EXPECT_EQ(fail.code, 70);
-    f01qdc(Zek_NoTranspose, Zek_ElementsIn, 2, 2, a, 2, z, -1, a, 2, &fail);
-    EXPECT_EQ(fail.code, 11);
-    f01qdc(Zek_NoTranspose, Zek_ElementsIn, 2, 2, a, 2, z, 1, a, 1, &fail);
-    EXPECT_EQ(fail.code, 17);
-}
-
 TEST(QrPivoted, NormOrderAndTies) {
     // Column norms 1, 3, 3, 2: the first of the two largest is taken first.
     Mat a(4, 4);

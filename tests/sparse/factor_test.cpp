@@ -161,47 +161,43 @@ TEST(SparseProduct, MatchesDenseProducts) {
 
 // ---- Incomplete LU ----
 
-template <class T> struct LuRun {
-    int n, nnz, nnzc = 0, npivm = 0, ifail = 1;
+// A factorisation's arrays: the matrix at the front of LA places, the outputs of either routine.
+template <class T> struct Factors {
+    int n, nnz, nnzc = 0, npivm = 0, ifail = 1, la;
     std::vector<T> a;
-    std::vector<int> irow, icol, ipivp, ipivq, istr, idiag;
+    std::vector<int> irow, icol, ipiv, ipivq, istr, idiag;
+    Factors(const Coo &m, const std::vector<T> &values, std::size_t room)
+        : n(m.n), nnz(m.nnz()), la(static_cast<int>(room)), a(room, T(0.0)), irow(room, 0), icol(room, 0),
+          ipiv(static_cast<std::size_t>(m.n)), ipivq(ipiv.size()), istr(ipiv.size() + 1), idiag(ipiv.size()) {
+        std::copy(values.begin(), values.end(), a.begin());
+        std::copy(m.irow.begin(), m.irow.end(), irow.begin());
+        std::copy(m.icol.begin(), m.icol.end(), icol.begin());
+    }
 };
 
 template <class T>
-LuRun<T> factor_lu(const Coo &m, const std::vector<T> &values, int lfill, double dtol, const char *pstrat,
+Factors<T> factor_lu(const Coo &m, const std::vector<T> &values, int lfill, double dtol, const char *pstrat,
                    const char *milu, int room = 40) {
-    LuRun<T> r;
-    r.n = m.n;
-    r.nnz = m.nnz();
-    const std::size_t la = static_cast<std::size_t>(room) * static_cast<std::size_t>(r.nnz) + static_cast<std::size_t>(r.n) * static_cast<std::size_t>(r.n);
-    r.a.assign(la, T(0.0));
-    r.irow.assign(la, 0);
-    r.icol.assign(la, 0);
-    std::copy(values.begin(), values.end(), r.a.begin());
-    std::copy(m.irow.begin(), m.irow.end(), r.irow.begin());
-    std::copy(m.icol.begin(), m.icol.end(), r.icol.begin());
-    r.ipivp.resize(static_cast<std::size_t>(r.n));
-    r.ipivq.resize(r.ipivp.size());
-    std::iota(r.ipivp.begin(), r.ipivp.end(), 1);
-    std::reverse_copy(r.ipivp.begin(), r.ipivp.end(), r.ipivq.begin());
-    if (std::string(pstrat) == "U") r.ipivq = r.ipivp; // natural columns, for a diagonal that is present
-    r.istr.resize(r.ipivp.size() + 1);
-    r.idiag.resize(r.ipivp.size());
-    std::vector<int> iwork(7 * r.ipivp.size() + 2);
-    const int ila = static_cast<int>(la), liwork = static_cast<int>(iwork.size());
+    Factors<T> r(m, values, static_cast<std::size_t>(room) * static_cast<std::size_t>(m.nnz()) +
+                              static_cast<std::size_t>(m.n) * static_cast<std::size_t>(m.n));
+    std::iota(r.ipiv.begin(), r.ipiv.end(), 1);
+    std::reverse_copy(r.ipiv.begin(), r.ipiv.end(), r.ipivq.begin());
+    if (std::string(pstrat) == "U") r.ipivq = r.ipiv; // natural columns, for a diagonal that is present
+    std::vector<int> iwork(7 * r.ipiv.size() + 2);
+    const int liwork = static_cast<int>(iwork.size());
     if constexpr (std::is_same_v<T, double>)
-        F11DAF(&r.n, &r.nnz, r.a.data(), &ila, r.irow.data(), r.icol.data(), &lfill, &dtol, pstrat, milu,
-               r.ipivp.data(), r.ipivq.data(), r.istr.data(), r.idiag.data(), &r.nnzc, &r.npivm, iwork.data(), &liwork,
+        F11DAF(&r.n, &r.nnz, r.a.data(), &r.la, r.irow.data(), r.icol.data(), &lfill, &dtol, pstrat, milu,
+               r.ipiv.data(), r.ipivq.data(), r.istr.data(), r.idiag.data(), &r.nnzc, &r.npivm, iwork.data(), &liwork,
                &r.ifail, 1, 1);
     else
-        F11DNF(&r.n, &r.nnz, raw(r.a), &ila, r.irow.data(), r.icol.data(), &lfill, &dtol, pstrat, milu,
-               r.ipivp.data(), r.ipivq.data(), r.istr.data(), r.idiag.data(), &r.nnzc, &r.npivm, iwork.data(), &liwork,
+        F11DNF(&r.n, &r.nnz, raw(r.a), &r.la, r.irow.data(), r.icol.data(), &lfill, &dtol, pstrat, milu,
+               r.ipiv.data(), r.ipivq.data(), r.istr.data(), r.idiag.data(), &r.nnzc, &r.npivm, iwork.data(), &liwork,
                &r.ifail, 1, 1);
     return r;
 }
 
 // L*D*U of the factors, dense, in positions.
-template <class T> std::vector<T> lu_product(const LuRun<T> &r) {
+template <class T> std::vector<T> lu_product(const Factors<T> &r) {
     const std::size_t n = static_cast<std::size_t>(r.n);
     std::vector<T> l(n * n, T(0.0)), u(n * n, T(0.0)), out(n * n, T(0.0));
     for (std::size_t i = 0; i < n; ++i) {
@@ -226,13 +222,13 @@ TEST(SparseIncompleteLu, LevelZeroFactorsReproduceTheMatrixOnItsPattern) {
     const Coo m = sparse_test::expand(sparse_test::read_matrix("gr_30_30"));
     for (const char *pstrat : {"N", "U", "P", "C"}) {
         SCOPED_TRACE(pstrat);
-        const LuRun<double> r = factor_lu(m, m.a, 0, 0.0, pstrat, "N");
+        const Factors<double> r = factor_lu(m, m.a, 0, 0.0, pstrat, "N");
         ASSERT_EQ(r.ifail, 0);
         ASSERT_EQ(r.npivm, 0);
         const std::vector<double> ldu = lu_product(r);
         std::vector<int> pos_of_row(static_cast<std::size_t>(m.n)), pos_of_col(pos_of_row.size());
         for (int i = 0; i < m.n; ++i) {
-            pos_of_row[static_cast<std::size_t>(r.ipivp[static_cast<std::size_t>(i)] - 1)] = i;
+            pos_of_row[static_cast<std::size_t>(r.ipiv[static_cast<std::size_t>(i)] - 1)] = i;
             pos_of_col[static_cast<std::size_t>(r.ipivq[static_cast<std::size_t>(i)] - 1)] = i;
         }
         double worst = 0.0;
@@ -249,7 +245,7 @@ TEST(SparseIncompleteLu, LevelZeroFactorsReproduceTheMatrixOnItsPattern) {
 
 TEST(SparseIncompleteLu, ModifiedFormKeepsRowSums) {
     const Coo m = sparse_test::expand(sparse_test::read_matrix("gr_30_30"));
-    const LuRun<double> r = factor_lu(m, m.a, 0, 0.0, "N", "M");
+    const Factors<double> r = factor_lu(m, m.a, 0, 0.0, "N", "M");
     ASSERT_EQ(r.ifail, 0);
     const std::vector<double> ldu = lu_product(r);
     std::vector<double> want(static_cast<std::size_t>(m.n), 0.0), got(want.size(), 0.0);
@@ -260,7 +256,7 @@ TEST(SparseIncompleteLu, ModifiedFormKeepsRowSums) {
 }
 
 template <class T> void expect_exact_lu_solves(const Coo &m, const std::vector<T> &values, const char *pstrat) {
-    const LuRun<T> r = factor_lu(m, values, m.n, 0.0, pstrat, "N", 80);
+    const Factors<T> r = factor_lu(m, values, m.n, 0.0, pstrat, "N", 80);
     ASSERT_EQ(r.ifail, 0);
     const std::vector<T> d = sparse_test::dense(m, values);
     std::vector<T> dt(d.size());
@@ -271,12 +267,12 @@ template <class T> void expect_exact_lu_solves(const Coo &m, const std::vector<T
     for (std::size_t i = 0; i < n; ++i) y[i] = T(1.0 + std::cos(static_cast<double>(i)));
     for (const char *trans : {"N", "T"}) {
         SCOPED_TRACE(trans);
-        int ifail = 1, la = static_cast<int>(r.a.size());
+        int ifail = 1;
         if constexpr (std::is_same_v<T, double>)
-            F11DBF(trans, &r.n, r.a.data(), &la, r.irow.data(), r.icol.data(), r.ipivp.data(), r.ipivq.data(),
+            F11DBF(trans, &r.n, r.a.data(), &r.la, r.irow.data(), r.icol.data(), r.ipiv.data(), r.ipivq.data(),
                    r.istr.data(), r.idiag.data(), "C", y.data(), x.data(), &ifail, 1, 1);
         else
-            F11DPF(trans, &r.n, raw(r.a), &la, r.irow.data(), r.icol.data(), r.ipivp.data(), r.ipivq.data(),
+            F11DPF(trans, &r.n, raw(r.a), &r.la, r.irow.data(), r.icol.data(), r.ipiv.data(), r.ipivq.data(),
                    r.istr.data(), r.idiag.data(), "C", raw(y), raw(x), &ifail, 1, 1);
         ASSERT_EQ(ifail, 0);
         EXPECT_LT(sparse_test::relative_residual(m.n, trans[0] == 'N' ? d : dt, x, y), 1e-13);
@@ -300,7 +296,7 @@ TEST(SparseIncompleteLu, ZeroRowIsRetriedThenReplaced) {
     m.icol = {1, 2, 2, 3};
     m.a = {4.0, 1.0, 2.0, 5.0};
     for (const char *pstrat : {"N", "P", "C"}) {
-        const LuRun<double> r = factor_lu(m, m.a, 0, 0.0, pstrat, "N");
+        const Factors<double> r = factor_lu(m, m.a, 0, 0.0, pstrat, "N");
         ASSERT_EQ(r.ifail, 0) << pstrat;
         EXPECT_EQ(r.npivm, 1) << pstrat;
     }
@@ -310,35 +306,18 @@ TEST(SparseIncompleteLu, ZeroRowIsRetriedThenReplaced) {
     c.irow = {1, 1, 2};
     c.icol = {1, 2, 1};
     c.a = {1.0, 1.0, 1.0};
-    const LuRun<double> r = factor_lu(c, c.a, 0, 0.0, "N", "N");
+    const Factors<double> r = factor_lu(c, c.a, 0, 0.0, "N", "N");
     ASSERT_EQ(r.ifail, 0);
     EXPECT_EQ(r.npivm, -1);
 }
 
 // ---- Incomplete Cholesky ----
 
-template <class T> struct IcRun {
-    int n, nnz, nnzc = 0, npivm = 0, ifail = 1, la;
-    std::vector<T> a;
-    std::vector<int> irow, icol, ipiv, istr;
-};
-
 template <class T>
-IcRun<T> factor_ic(const Coo &m, const std::vector<T> &values, int lfill, double dtol, const char *pstrat,
+Factors<T> factor_ic(const Coo &m, const std::vector<T> &values, int lfill, double dtol, const char *pstrat,
                    std::size_t la) {
-    IcRun<T> r;
-    r.n = m.n;
-    r.nnz = m.nnz();
-    r.la = static_cast<int>(la);
-    r.a.assign(la, T(0.0));
-    r.irow.assign(la, 0);
-    r.icol.assign(la, 0);
-    std::copy(values.begin(), values.end(), r.a.begin());
-    std::copy(m.irow.begin(), m.irow.end(), r.irow.begin());
-    std::copy(m.icol.begin(), m.icol.end(), r.icol.begin());
-    r.ipiv.resize(static_cast<std::size_t>(r.n));
+    Factors<T> r(m, values, la);
     std::iota(r.ipiv.rbegin(), r.ipiv.rend(), 1);
-    r.istr.resize(r.ipiv.size() + 1);
     const int liwork = 7 * r.n + 1 + 2 * r.la - 3 * r.nnz;
     std::vector<int> iwork(static_cast<std::size_t>(liwork));
     const double dscale = 1.0;
@@ -355,7 +334,7 @@ TEST(SparseIncompleteCholesky, LevelZeroFactorsReproduceTheMatrixOnItsPattern) {
     const Coo m = sparse_test::read_matrix("gr_30_30");
     for (const char *pstrat : {"N", "U", "M"}) {
         SCOPED_TRACE(pstrat);
-        const IcRun<double> r = factor_ic(m, m.a, 0, 0.0, pstrat, 4 * static_cast<std::size_t>(m.nnz()));
+        const Factors<double> r = factor_ic(m, m.a, 0, 0.0, pstrat, 4 * static_cast<std::size_t>(m.nnz()));
         ASSERT_EQ(r.ifail, 0);
         ASSERT_EQ(r.npivm, 0);
         const std::size_t n = static_cast<std::size_t>(m.n);
@@ -383,7 +362,7 @@ TEST(SparseIncompleteCholesky, LevelZeroFactorsReproduceTheMatrixOnItsPattern) {
 
 template <class T> void expect_exact_cholesky_solve(const Coo &m, const std::vector<T> &values) {
     const std::size_t n = static_cast<std::size_t>(m.n);
-    const IcRun<T> r = factor_ic(m, values, m.n, 0.0, "M", 2 * static_cast<std::size_t>(m.nnz()) + n * n);
+    const Factors<T> r = factor_ic(m, values, m.n, 0.0, "M", 2 * static_cast<std::size_t>(m.nnz()) + n * n);
     ASSERT_EQ(r.ifail, 0);
     EXPECT_EQ(r.npivm, 0);
     std::vector<T> y(n), x(n);
@@ -412,7 +391,7 @@ TEST(SparseIncompleteCholesky, MissingDiagonalTakesTheSafeguard) {
     m.irow = {1, 2};
     m.icol = {1, 1};
     m.a = {4.0, 1.0};
-    const IcRun<double> r = factor_ic(m, m.a, 0, 0.0, "N", 16);
+    const Factors<double> r = factor_ic(m, m.a, 0, 0.0, "N", 16);
     ASSERT_EQ(r.ifail, 0);
     EXPECT_EQ(r.npivm, 1);
 }

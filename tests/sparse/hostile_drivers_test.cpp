@@ -1,23 +1,18 @@
 // Failure exits and hostile input of the drivers and the relaxation preconditioners: each row calls a
 // public routine with IFAIL -1 on the 3 by 3 tridiagonal (4, -1) or a spoilt copy of it, and checks the
 // outcome, the start of the first message record and that the front's self-check stays quiet.
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <cmath>
 #include <cstring>
-#include <functional>
-#include <limits>
-#include <string>
 #include <vector>
 
-#include "frame/host_capture.h"
+#include "hostile_rows.h"
 #include "zek2/f11.h"
 
 namespace {
 
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
-const double kInf = std::numeric_limits<double>::infinity();
+using sparse_test::kInf;
+using sparse_test::kNaN;
 
 // The matrix in CS (7 entries), or its lower triangle in SCS (5 entries) after lower(); complex copies
 // as pairs with a small imaginary part off the diagonal.
@@ -74,12 +69,7 @@ struct Data {
     }
 };
 
-struct Row {
-    const char *what;
-    std::function<int(Data &)> call;
-    int ifail;
-    const char *text; // start of the first record, "" for success
-};
+using Row = sparse_test::HostileRow<Data>;
 
 const Row kRows[] = {
     // Drivers with a built-in preconditioner.
@@ -115,24 +105,6 @@ const Row kRows[] = {
     {"Jacobi unchecked indices out of range", [](Data &d) { d.icol[1] = 9; d.irow[4] = 0; return d.dkf("N", "I", "N", true); }, 0, ""},
 };
 
-TEST(HostileSparseDrivers, EveryRowEndsInItsExit) {
-    for (const Row &row : kRows) {
-        SCOPED_TRACE(row.what);
-        Data d;
-        zek_test::OutputCapture capture;
-        const int ifail = row.call(d);
-        const std::vector<std::string> &host = capture.host();
-        EXPECT_EQ(ifail, row.ifail);
-        std::string all;
-        for (const std::string &piece : host) all += piece + "\n";
-        EXPECT_EQ(all.find("MISMATCH"), std::string::npos) << all;
-        if (row.ifail == 0) {
-            EXPECT_TRUE(host.empty()) << all;
-        } else {
-            ASSERT_FALSE(host.empty());
-            EXPECT_EQ(host.front().rfind(row.text, 0), 0u) << host.front();
-        }
-    }
-}
+TEST(HostileSparseDrivers, EveryRowEndsInItsExit) { sparse_test::expect_rows(kRows); }
 
 } // namespace

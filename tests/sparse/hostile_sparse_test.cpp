@@ -1,27 +1,20 @@
 // Failure exits and hostile input of the sparse storage, factorisation and solve routines: each row
 // calls a public routine with IFAIL -1 and checks the outcome, the first line of its message and that
 // the front's self-check stays quiet.  Every call must end in bounded time.
-#include <gtest/gtest.h>
-
-#include <complex>
-#include <cstring>
-
 #include <algorithm>
 #include <climits>
-#include <cstring>
 #include <cmath>
-#include <functional>
-#include <limits>
-#include <string>
+#include <complex>
+#include <cstring>
 #include <vector>
 
-#include "frame/host_capture.h"
+#include "hostile_rows.h"
 #include "zek2/f11.h"
 
 namespace {
 
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
-const double kInf = std::numeric_limits<double>::infinity();
+using sparse_test::kInf;
+using sparse_test::kNaN;
 
 // A 3 by 3 tridiagonal matrix in CS with room for factors, and its SCS lower triangle.
 struct Data {
@@ -129,12 +122,7 @@ struct Data {
     }
 };
 
-struct Row {
-    const char *what;
-    std::function<int(Data &)> call;
-    int ifail;
-    const char *text; // start of the first record, "" for success
-};
+using Row = sparse_test::HostileRow<Data>;
 
 const Row kRows[] = {
     // Sort and compress.
@@ -208,24 +196,6 @@ const Row kRows[] = {
     {"product zero N unchecked", [](Data &d) { d.n = 0; return d.xaf("N", "N"); }, 2, " ** On entry, N .lt. 1: N ="},
 };
 
-TEST(HostileSparse, EveryRowEndsInItsExit) {
-    for (const Row &row : kRows) {
-        SCOPED_TRACE(row.what);
-        Data d;
-        zek_test::OutputCapture capture;
-        const int ifail = row.call(d);
-        const std::vector<std::string> &host = capture.host();
-        EXPECT_EQ(ifail, row.ifail);
-        std::string all;
-        for (const std::string &piece : host) all += piece + "\n";
-        EXPECT_EQ(all.find("MISMATCH"), std::string::npos) << all;
-        if (row.ifail == 0) {
-            EXPECT_TRUE(host.empty()) << all;
-        } else {
-            ASSERT_FALSE(host.empty());
-            EXPECT_EQ(host.front().rfind(row.text, 0), 0u) << host.front();
-        }
-    }
-}
+TEST(HostileSparse, EveryRowEndsInItsExit) { sparse_test::expect_rows(kRows); }
 
 } // namespace
