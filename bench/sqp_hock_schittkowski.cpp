@@ -44,8 +44,7 @@ Result run_ours(const hs::Problem &p, double budget) {
     const zek_test::sqp::Nlp q = hs::as_nlp(p);
     Result r;
     zek_test::sqp::Out out;
-    static const char *debug = std::getenv("HSDEBUG");
-    r.seconds = mean_seconds(budget, [&] { out = debug ? zek_test::sqp::run_uca(q, {debug}) : zek_test::sqp::run_uca(q); });
+    r.seconds = mean_seconds(budget, [&] { out = zek_test::sqp::run_uca(q); });
     r.exit = out.ifail;
     r.evaluations = zek_test::sqp::objective_calls;
     r.objf = out.objf;
