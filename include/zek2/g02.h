@@ -378,6 +378,12 @@ ZEK_API void g02bxc(int n, int m, const double x[], int tdx, const double wt[], 
  * 5: the sums overflow. */
 ZEK_API void G02BTF(const char *mean, const int *m, const double *wt, const double x[], const int *incx, double *sw,
                     double xbar[], double c[], int *ifail, int mean_len) ZEK_SYMBOL("G02BTF");
+/* g02btc: G02BTF in the C-style layer, mean Zek_MeanInclude or Zek_MeanZero.  Raises ZE_BAD_PARAM
+ * ("mean"; "x" not finite), ZE_INT_ARG_LT ("m" 1, "incx" 1), ZE_REAL_ARG_LT ("sw" 0.0, or not finite),
+ * ZE_REAL_ARG_CONS ("wt": "wt finite and sw + wt >= 0.0"), ZW_OVERFLOW_WARN; nothing is changed on the
+ * others. */
+ZEK_API void g02btc(int mean, int m, double wt, const double x[], int incx, double *sw, double xbar[], double c[],
+                    ZekFail *fail) ZEK_SYMBOL("g02btc");
 
 /* g02brc: Kendall's tau-b and Spearman's rank correlation of the variables j with svar[j] = 1 over the
  * observations i with sobs[i] = 1 of x (n by m, column-major, tdx >= n; svar or sobs null: all).  Ties
@@ -403,6 +409,11 @@ ZEK_API void g02brc(int n, int m, const double x[], int tdx, const int svar[], c
  * IFAIL 1: IP < 1, N <= IP; 2: RES not finite; 3: all residuals zero. */
 ZEK_API void G02FCF(const int *n, const int *ip, const double res[], double *d, double *pdl, double *pdu, double work[],
                     int *ifail) ZEK_SYMBOL("G02FCF");
+/* g02fcc: G02FCF in the C-style layer (its workspace allocated here).  Raises ZE_INT_ARG_LT ("ip" 1),
+ * ZE_2_INT_ARG_LE ("n" against "ip"), ZE_BAD_PARAM ("res" not finite), ZW_RSS_EQ_ZERO (all residuals
+ * zero), ZE_ALLOC_FAIL. */
+ZEK_API void g02fcc(int n, int ip, const double res[], double *d, double *pdl, double *pdu, ZekFail *fail)
+    ZEK_SYMBOL("g02fcc");
 
 ZEK_END_DECLS
 

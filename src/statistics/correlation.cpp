@@ -411,6 +411,25 @@ void g02buc(int mean, int n, int m, const double x[], int tdx, const double wt[]
     }
 }
 
+void g02btc(int mean, int m, double wt, const double x[], int incx, double *sw, double xbar[], double c[],
+            ZekFail *fail) {
+    static const char *const kName = "g02btc";
+    zek::clear_fail(fail);
+    if (mean != Zek_MeanInclude && mean != Zek_MeanZero) return zek::raise_text(fail, kName, ZE_BAD_PARAM, "mean");
+    if (m < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "m", "1", m);
+    if (incx < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "incx", "1", incx);
+    if (!(*sw >= 0.0) || std::isinf(*sw)) return zek::raise_real_arg(fail, kName, ZE_REAL_ARG_LT, "sw", "0.0", *sw);
+    int ifail = 1;
+    zek::g02btf_worker(mean == Zek_MeanInclude ? 'M' : 'Z', m, wt, x, incx, sw, xbar, c, nullptr, &ifail);
+    switch (ifail) {
+    case 0: return zek::raise_success(fail, kName);
+    case 3: return zek::raise_formatted(fail, kName, ZE_REAL_ARG_CONS, "wt", wt, "wt finite and sw + wt >= 0.0");
+    case 4: return zek::raise_text(fail, kName, ZE_BAD_PARAM, "x");
+    case 5: return zek::raise_plain(fail, kName, ZW_OVERFLOW_WARN);
+    default: return zek::raise_plain(fail, kName, ZE_INTERNAL_ERROR);
+    }
+}
+
 void g02bxc(int n, int m, const double x[], int tdx, const double wt[], double xbar[], double std_dev[], double v[],
             int tdv, double r[], int tdr, ZekFail *fail) {
     static const char *const kName = "g02bxc";

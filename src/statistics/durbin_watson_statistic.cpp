@@ -4,8 +4,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <new>
+#include <vector>
 
 #include "frame/ifail.h"
+#include "frame/raise.h"
 #include "statistics/descriptive.h"
 #include "statistics/distributions.h"
 #include "zek2/g02.h"
@@ -62,4 +65,25 @@ extern "C" void G02FCF(const int *n, const int *ip, const double res[], double *
     zek::Front front("G02FCF");
     zek::g02fcf_worker(*n, *ip, res, d, pdl, pdu, work, front.errbuf(), ifail);
     front.finish(*ifail);
+}
+
+extern "C" void g02fcc(int n, int ip, const double res[], double *d, double *pdl, double *pdu, ZekFail *fail) {
+    static const char *const kName = "g02fcc";
+    zek::clear_fail(fail);
+    if (ip < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "ip", "1", ip);
+    if (n <= ip) return zek::raise_int_pair(fail, kName, ZE_2_INT_ARG_LE, "n", n, "ip", ip);
+    std::vector<double> work;
+    try {
+        work.resize(static_cast<std::size_t>(n - ip));
+    } catch (const std::bad_alloc &) {
+        return zek::raise_plain(fail, kName, ZE_ALLOC_FAIL);
+    }
+    int ifail = 1;
+    zek::g02fcf_worker(n, ip, res, d, pdl, pdu, work.data(), nullptr, &ifail);
+    switch (ifail) {
+    case 0: return zek::raise_success(fail, kName);
+    case 2: return zek::raise_text(fail, kName, ZE_BAD_PARAM, "res");
+    case 3: return zek::raise_plain(fail, kName, ZW_RSS_EQ_ZERO);
+    default: return zek::raise_plain(fail, kName, ZE_INTERNAL_ERROR);
+    }
 }

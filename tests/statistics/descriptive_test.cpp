@@ -5,6 +5,7 @@
 // and the failure exits.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <functional>
@@ -251,6 +252,53 @@ TEST(DurbinWatson, BoundsMatchTheFivePercentTableAndClosedForms) {
         EXPECT_NEAR(d, c.d, 1e-15) << c.n;
         EXPECT_NEAR(pdl, c.pdl, 1e-9) << c.n << " " << c.d;
         EXPECT_NEAR(pdu, c.pdu, 1e-9) << c.n << " " << c.d;
+    }
+}
+
+TEST(Descriptive, CStyleTwinsOfTheUpdateAndTheDurbinWatsonStatistic) {
+    // g02btc over a stream of weighted observations, a removal among them, equals G02BTF step by step.
+    const double obs[4][3] = {{1e8 + 1, 2, -3}, {1e8 + 4, 0.5, 1}, {1e8 - 2, 7, 2}, {1e8 + 4, 0.5, 1}};
+    const double wts[4] = {1.0, 2.5, 0.5, -2.5};
+    const int m = 3, inc = 1;
+    double sw = 0, xbar[3] = {}, c[6] = {}, sw2 = 0, xbar2[3] = {}, c2[6] = {};
+    for (int k = 0; k < 4; ++k) {
+        ZekFail fail{};
+        int ifail = 1;
+        g02btc(Zek_MeanInclude, m, wts[k], obs[k], 1, &sw, xbar, c, &fail);
+        G02BTF("M", &m, &wts[k], obs[k], &inc, &sw2, xbar2, c2, &ifail, 1);
+        ASSERT_EQ(fail.code, 0) << k;
+        ASSERT_EQ(ifail, 0) << k;
+        EXPECT_TRUE(sw == sw2 && std::equal(xbar, xbar + 3, xbar2) && std::equal(c, c + 6, c2)) << k;
+    }
+    const std::vector<double> res = {0.5, -1.0, 0.25, 2.0, -0.75, 1.5, -0.5, 0.1};
+    std::vector<double> work(8);
+    double d = 0, pdl = 0, pdu = 0, d2 = 0, pdl2 = 0, pdu2 = 0;
+    int ifail = 1, n = 8, ip = 2;
+    ZekFail fail{};
+    g02fcc(n, ip, res.data(), &d, &pdl, &pdu, &fail);
+    G02FCF(&n, &ip, res.data(), &d2, &pdl2, &pdu2, work.data(), &ifail);
+    EXPECT_EQ(fail.code, 0);
+    EXPECT_TRUE(d == d2 && pdl == pdl2 && pdu == pdu2);
+
+    // Their failures, with nothing changed.
+    const double nan3[3] = {1, NAN, 2}, zeros[4] = {};
+    struct Row { const char *what; std::function<void(ZekFail *)> call; int code; };
+    double keep = 5.0, out[3] = {-1, -1, -1};
+    const Row rows[] = {
+        {"update mean", [&](ZekFail *f) { g02btc(0, 3, 1.0, obs[0], 1, &keep, out, out, f); }, ZE_BAD_PARAM},
+        {"update sw nan", [&](ZekFail *f) { double s = NAN; g02btc(Zek_MeanZero, 3, 1.0, obs[0], 1, &s, out, out, f); }, ZE_REAL_ARG_LT},
+        {"update removes too much", [&](ZekFail *f) { g02btc(Zek_MeanInclude, 3, -6.0, obs[0], 1, &keep, out, out, f); }, ZE_REAL_ARG_CONS},
+        {"update x nan", [&](ZekFail *f) { g02btc(Zek_MeanInclude, 3, 1.0, nan3, 1, &keep, out, out, f); }, ZE_BAD_PARAM},
+        {"dw n", [&](ZekFail *f) { g02fcc(4, 4, res.data(), out, out, out, f); }, ZE_2_INT_ARG_LE},
+        {"dw nan", [&](ZekFail *f) { g02fcc(3, 1, nan3, out, out, out, f); }, ZE_BAD_PARAM},
+        {"dw zero", [&](ZekFail *f) { g02fcc(4, 1, zeros, out, out, out, f); }, ZW_RSS_EQ_ZERO},
+    };
+    for (const Row &r : rows) {
+        ZekFail f{};
+        r.call(&f);
+        EXPECT_EQ(f.code, r.code) << r.what << ": " << f.message;
+        EXPECT_EQ(keep, 5.0) << r.what;
+        EXPECT_EQ(out[0], -1.0) << r.what;
     }
 }
 
