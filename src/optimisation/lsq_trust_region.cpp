@@ -123,7 +123,7 @@ private:
     // is carried instead.
     bool carries_second_order() const { return !f_.quasi_newton && (f_.hes != nullptr || f_.second_differences); }
     // The step of this iteration solves with J'J + S (otherwise the Gauss-Newton step on the SVD).
-    bool augmented() const { return carries_second_order() || (f_.quasi_newton && augmented_); }
+    bool augmented() const { return !gauss_newton_ && (carries_second_order() || (f_.quasi_newton && augmented_)); }
     // Back to Gauss-Newton with the estimate at zero.
     void drop_estimate() {
         const std::ptrdiff_t nn = a_.n;
@@ -145,6 +145,7 @@ private:
     std::vector<double> scale_;
     int stop_ = 0;
     bool augmented_ = false;
+    bool gauss_newton_ = false;  // this iteration falls back to the Gauss-Newton step
     double last_shift_ = 0.0;  // the shift of the last step with the second-order term
 };
 
@@ -429,15 +430,13 @@ int Solver::run() {
     scale_.assign(static_cast<std::size_t>(n), 0.0);
     double radius = -1.0;  // set from the scaled start on the first decomposition
     int result = kDone;
-    // A short step marks convergence where the point has settled: f nearly orthogonal to the range of
-    // J (|D^-1 J'f| <= 1e-6 s_1 |f| in the scaled variables, as at a minimum with residuals) or f far below its start (a
-    // zero-residual problem, whose f stays in that range).  Elsewhere it only says that J is large,
-    // as on a slope where the parameters run off to infinity and a tiny step still promises a real
-    // reduction.
-    const double f_start = f;
-    auto settled = [&](double gnorm) {
-        return gnorm <= 1e-6 * a_.s[0] * std::sqrt(f) || f <= std::sqrt(eps) * f_start;
-    };
+    // A step cut short by the radius marks convergence only where the point has settled: f nearly
+    // orthogonal to the range of J, |D^-1 J'f| <= 1e-6 s_1 |f| in the scaled variables (s_1 of the
+    // scaled J).  Elsewhere a short step says only that the model is poor or J is large, as on a slope
+    // where the parameters run off to infinity and a tiny step still promises a real reduction.  A
+    // zero-residual problem ends by its unrestricted Gauss-Newton steps instead, whose f stays in the
+    // range of J.
+    auto settled = [&](double gnorm) { return gnorm <= 1e-6 * a_.s[0] * std::sqrt(f); };
     for (;;) {
         // The monitor is shown the decomposition of J itself.
         if (s_.iprint > 0 && *a_.niter % s_.iprint == 0 && decompose(false) > 0) monitor(grade());
@@ -470,16 +469,18 @@ int Solver::run() {
         // Trial steps within the radius until one reduces f or the radius falls below the tolerance.
         bool accepted = false;
         bool converged = false;
+        gauss_newton_ = false;
         for (int trial = 0; trial < 60 && !accepted; ++trial) {
             double shift = 0.0;
             double pred = 0.0;
             if (augmented()) {
                 pred = newton_step(radius);
-                if (pred < 0.0 && f_.quasi_newton) {
-                    drop_estimate();  // no shift makes the augmented model convex: Gauss-Newton
+                if (pred < 0.0) {
+                    // No shift makes the augmented model convex: Gauss-Newton.
+                    if (f_.quasi_newton) drop_estimate();
+                    else gauss_newton_ = true;
                     continue;
                 }
-                if (pred < 0.0) break;
             } else if (step_norm(0.0, k) > radius) {
                 for (int it = 0; it < 50; ++it) {
                     const double pn = step_norm(shift, k);
@@ -517,6 +518,10 @@ int Solver::run() {
             // The step measured against 1 + |x| in the same scaled variables, so that a parameter far
             // smaller than the others is resolved to XTOL of itself, not of the largest.
             const bool short_step = znorm <= s_.xtol * dxnorm;
+            // The point has settled when f is nearly orthogonal to the range of J or when the
+            // Gauss-Newton step itself, not just the step the radius allows, is that short (a
+            // zero-residual problem, whose f stays in the range of J).
+            const bool stationary = settled(gscaled) || step_norm(0.0, k) <= s_.xtol * dxnorm;
             if (pnorm > s_.stepmx) {
                 // STEPMX bounds the step in the variables themselves.
                 radius = 0.99 * znorm * (s_.stepmx / pnorm);
@@ -526,12 +531,18 @@ int Solver::run() {
             // is: it marks convergence only where the Gauss-Newton step itself has settled, and
             // otherwise the radius shrinks on until it is below the resolution of x.
             const bool restricted = augmented() ? last_shift_ > 0.0 : shift > 0.0;
-            if ((short_step && settled(gscaled)) || pred <= 0.5 * eps * f) {
+            if ((short_step && stationary) || pred <= 0.5 * eps * f) {
                 if (f_.quasi_newton && augmented_) {
                     drop_estimate();  // the estimate, not the point, stopped the step
                     continue;
                 }
-                converged = !restricted || settled(gscaled);
+                // A second-order term formed by differences can be large enough to make any step look
+                // useless; only Gauss-Newton's own prediction, or a settled gradient, ends the run.
+                if (augmented() && !stationary) {
+                    gauss_newton_ = true;
+                    continue;
+                }
+                converged = !restricted || stationary;
                 if (converged || pnorm <= eps * (1.0 + xnorm)) break;
             }
             if (*a_.nf >= s_.maxcal) break;
