@@ -469,6 +469,7 @@ int Solver::run() {
         // Trial steps within the radius until one reduces f or the radius falls below the tolerance.
         bool accepted = false;
         bool converged = false;
+        bool polish = false;  // end with the Gauss-Newton step, which f can no longer tell from x
         gauss_newton_ = false;
         for (int trial = 0; trial < 60 && !accepted; ++trial) {
             double shift = 0.0;
@@ -543,6 +544,7 @@ int Solver::run() {
                     continue;
                 }
                 converged = !restricted || stationary;
+                polish = converged && step_norm(0.0, k) > eps * dxnorm;
                 if (converged || pnorm <= eps * (1.0 + xnorm)) break;
             }
             if (*a_.nf >= s_.maxcal) break;
@@ -562,7 +564,33 @@ int Solver::run() {
                 accepted = true;
             }
         }
-        if (converged) break;
+        if (converged) {
+            // On an ill-conditioned fit f settles several digits before x does (MGH10's b1), and the
+            // radius shrinks on rounding noise in the ratio.  The unrestricted Gauss-Newton step, whose
+            // fixed points are the stationary points, still carries those digits: it is kept unless
+            // f rises.
+            if (polish && *a_.nf < s_.maxcal) {
+                step(0.0, k);
+                double *r = rt_ + n;
+                for (int j = 0; j < n; ++j) xt_[j] = a_.x[j] + p_[j];
+                if (!residuals(xt_, r, false)) return stop_;
+                double ft = 0.0;
+                for (int i = 0; i < m; ++i) ft += r[i] * r[i];
+                if (ft <= f * (1.0 + 4.0 * eps)) {
+                    for (int j = 0; j < n; ++j) a_.x[j] = xt_[j];
+                    for (int i = 0; i < m; ++i) a_.fvec[i] = r[i];
+                    f = ft;
+                    if (differences) {
+                        if (!jacobian_by_differences(a_.x, a_.fvec)) return stop_;
+                    } else if (!residuals(a_.x, r, true)) {
+                        return stop_;
+                    }
+                    for (int j = 0; j < n; ++j)
+                        if (!all_finite(m, a_.fjac + j * ldj)) return kNoLowerPoint;
+                }
+            }
+            break;
+        }
         if (!accepted) {
             result = *a_.nf >= s_.maxcal ? kLimit : kNoLowerPoint;
             break;
