@@ -491,7 +491,8 @@ ZEK_API void E04_ADAPT_LSQ_HES(ZekE04LsqHes f, int *iflag, int m, int n, const d
  *   own).  ETA (0 <= ETA < 1) is checked and kept for the interface: the trust region has no line
  *   search for it to tune.  XTOL (>= 0): the run ends when a step is below XTOL times |D (1 + |x|)|
  *   (componentwise 1 + |x_j|) and the point is stationary: f nearly orthogonal to the range of
- *   J D^-1 (|D^-1 J'f| <= 1e-6 s_1 |f|) or the Gauss-Newton step itself that short.  STEPMX
+ *   J D^-1 (|D^-1 J'f| <= 1e-6 s_1 |f|) or the Gauss-Newton step itself that short; the
+ *   unrestricted Gauss-Newton step is then taken once more unless f rises beyond rounding.  STEPMX
  *   (>= XTOL): the largest step |p|.  X (N): start and solution.  FSUMSQ,
  *   FVEC (M), FJAC (LJ >= M, N): the sum of squares, residuals and Jacobian at X.  S (N), V (LV >= N,
  *   N): singular values and right singular vectors (as columns) of FJAC itself (not of the scaled
