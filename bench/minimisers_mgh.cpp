@@ -9,13 +9,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include <minpack.h>
 
+#include "strd_data.h"
 #include "zek2/e04.h"
 
 namespace {
@@ -236,10 +235,7 @@ std::vector<Problem> mgh_problems() {
 }
 
 // ---- StRD nonlinear regression (data and certified values in tests/data/strd/nonlinear) ----
-struct Regression {
-    std::vector<double> x, y, certified;
-    std::vector<std::vector<double>> starts;
-    double sumsq = 0.0;
+struct Regression : strd::Data {
     Dual (*model)(const Dual *b, double x);
 };
 
@@ -257,29 +253,7 @@ Dual rat42(const Dual *b, double x) { return b[0] / (1.0 + exp(b[1] - b[2] * x))
 Dual rat43(const Dual *b, double x) { return b[0] / pow(1.0 + exp(b[1] - b[2] * x), 1.0 / b[3]); }
 
 Regression load(const std::string &file, int n, Dual (*model)(const Dual *, double)) {
-    Regression r;
-    r.model = model;
-    std::ifstream in(std::string(ZEK_TEST_DATA_DIR) + "/strd/nonlinear/" + file + ".dat");
-    std::string line;
-    while (std::getline(in, line)) {
-        if (line.empty() || line[0] == '#') continue;
-        std::istringstream s(line);
-        std::string head;
-        s >> head;
-        std::vector<double> v(static_cast<std::size_t>(n));
-        if (head == "start" || head == "certified") {
-            for (double &e : v) s >> e;
-            if (head == "start") r.starts.push_back(v);
-            else r.certified = v;
-        } else if (head == "sumsq") {
-            s >> r.sumsq;
-        } else {
-            r.y.push_back(std::stod(head));
-            r.x.emplace_back();
-            s >> r.x.back();
-        }
-    }
-    return r;
+    return {strd::read(ZEK_TEST_DATA_DIR, file, n), model};
 }
 
 const Regression *g_regression = nullptr;

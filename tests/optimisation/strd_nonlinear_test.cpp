@@ -4,11 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "strd_data.h"
 #include "zek2/e04.h"
 
 namespace {
@@ -56,37 +55,14 @@ double rat43(const double *b, double x, double *d) {
     return b[0] * p;
 }
 
-struct Problem {
+struct Problem : strd::Data {
     const char *file;
     int n;
     Model model;
-    std::vector<double> x, y, certified;
-    std::vector<std::vector<double>> starts;
-    double sumsq = 0.0;
 };
 
 Problem load(const char *file, int n, Model model) {
-    Problem p{file, n, model, {}, {}, {}, {}};
-    std::ifstream in(std::string(ZEK_TEST_DATA_DIR) + "/strd/nonlinear/" + file + ".dat");
-    std::string line;
-    while (std::getline(in, line)) {
-        if (line.empty() || line[0] == '#') continue;
-        std::istringstream s(line);
-        std::string head;
-        s >> head;
-        std::vector<double> v(static_cast<std::size_t>(n));
-        if (head == "start" || head == "certified") {
-            for (double &e : v) s >> e;
-            (head == "start" ? p.starts.emplace_back(v), void() : void(p.certified = v));
-        } else if (head == "sumsq") {
-            s >> p.sumsq;
-        } else {
-            p.y.push_back(std::stod(head));
-            p.x.emplace_back();
-            s >> p.x.back();
-        }
-    }
-    return p;
+    return {strd::read(ZEK_TEST_DATA_DIR, file, n), file, n, model};
 }
 
 const Problem *g_problem = nullptr;
