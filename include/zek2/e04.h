@@ -464,11 +464,13 @@ typedef void (ZEK_CALLBACK *ZekE04AdaptLsqHes)(ZekE04LsqHes f, int *iflag, int m
 ZEK_API void E04_ADAPT_LSQ_HES(ZekE04LsqHes f, int *iflag, int m, int n, const double *fvec, const double *xc,
                                double *b, int lb, int *iuser, double *ruser) ZEK_SYMBOL("E04_ADAPT_LSQ_HES");
 
-/* Minimum of the sum of squares of M residuals in N variables, M >= N, by trust-region steps.  The
- * model's Hessian is J'J + S, S standing for the second-order term sum f_i f_i'':
+/* Minimum of the sum of squares of M residuals in N variables, M >= N, by trust-region steps in
+ * variables scaled by D, each the largest norm its column of J has had: the radius bounds |D p| and
+ * starts at |D x| (1 when that is 0).  The model's Hessian is J'J + S, S standing for the second-order
+ * term sum f_i f_i'':
  *   E04FCF  S = 0 (Gauss-Newton), the Jacobian by forward differences of the residuals (interval
- *           sqrt(EPS)(1+|x_j|)); the step for a shift L is -sum s_i (u_i'f)/(s_i^2 + L) v_i over the
- *           singular values above 10 EPS s_1.
+ *           sqrt(EPS)(1+|x_j|)); with J D^-1 = U diag(s) V' the step for a shift L is
+ *           -D^-1 sum s_i (u_i'f)/(s_i^2 + L) v_i over the singular values above 10 EPS s_1.
  *   E04GBF  S a quasi-Newton estimate, updated after every step by the secant condition
  *           S s = (J_new - J_old)' f_new (sized down when it overstates the curvature along s); each
  *           iteration takes the model, Gauss-Newton or J'J + S, whose prediction of the last
@@ -476,8 +478,9 @@ ZEK_API void E04_ADAPT_LSQ_HES(ZekE04LsqHes f, int *iflag, int m, int n, const d
  *           starts it at zero, and the first step is Gauss-Newton.
  *   E04GDF  S by differences of J'f (N more Jacobians an iteration);
  *   E04HEF  S from the user's LSQHES every iteration.
- * With S carried the step solves (J'J + S + L I) p = -J'f with the least L >= 0 that Cholesky accepts
- * and the radius admits.  Arguments, in order:
+ * With S carried the step solves (J'J + S + L D^2) p = -J'f with the least L >= 0 that Cholesky
+ * accepts and the radius admits; where that model stalls away from a stationary point, the iteration
+ * takes the Gauss-Newton step instead.  Arguments, in order:
  *   E04FCF (29): M, N, LSQFUN, its adaptor, LSQMON, its adaptor, IPRINT, MAXCAL, ETA, XTOL, STEPMX, X,
  *                FSUMSQ, FVEC, FJAC, LJ, S, V, LV, NITER, NF, IGRADE, IW, LIW, W, LW, IUSER, RUSER, IFAIL
  *   E04GDF (29): the same, LSQFUN giving the Jacobian
@@ -486,10 +489,14 @@ ZEK_API void E04_ADAPT_LSQ_HES(ZekE04LsqHes f, int *iflag, int m, int n, const d
  *   LSQMON (may be null) is called every IPRINT iterations (never when IPRINT <= 0) and at the end
  *   (when IPRINT >= 0).  MAXCAL: most calls of LSQFUN (a Jacobian by differences counts N calls of its
  *   own).  ETA (0 <= ETA < 1) is checked and kept for the interface: the trust region has no line
- *   search for it to tune.  XTOL (>= 0): the run ends when a step is below XTOL (1 + |x|).  STEPMX
- *   (>= XTOL): the largest step, and the first trust radius.  X (N): start and solution.  FSUMSQ,
+ *   search for it to tune.  XTOL (>= 0): the run ends when a step is below XTOL times |D (1 + |x|)|
+ *   (componentwise 1 + |x_j|) and the point is stationary: f nearly orthogonal to the range of
+ *   J D^-1 (|D^-1 J'f| <= 1e-6 s_1 |f|) or the Gauss-Newton step itself that short; the
+ *   unrestricted Gauss-Newton step is then taken once more unless f rises beyond rounding.  STEPMX
+ *   (>= XTOL): the largest step |p|.  X (N): start and solution.  FSUMSQ,
  *   FVEC (M), FJAC (LJ >= M, N): the sum of squares, residuals and Jacobian at X.  S (N), V (LV >= N,
- *   N): singular values and right singular vectors (as columns) of FJAC, for E04YCF.  NITER, NF:
+ *   N): singular values and right singular vectors (as columns) of FJAC itself (not of the scaled
+ *   matrix), for E04YCF and the monitor.  NITER, NF:
  *   iterations and calls of LSQFUN.  IGRADE: the grade of FJAC at X, the count of its singular values
  *   above 10 EPS s_1 (the rank E04YCF will use).  IW (LIW) is not used.  W (LW): at least
  *   6N + MN + 2M + N(N-1)/2 (E04FCF), 7N + MN + 2M + N*N (the others); 7 + 3M and 9 + 3M when N = 1.

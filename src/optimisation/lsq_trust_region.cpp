@@ -1,16 +1,21 @@
 // The unconstrained least-squares family (E04FCF, E04GBF, E04GDF, E04HEF and their easy forms):
 // trust-region steps on the SVD of the Jacobian, with or without a second-order term.
 //
-// With J = U diag(s) V' and g = J'f, the step for a shift L >= 0 is p(L) = -sum s_i b_i/(s_i^2 + L) v_i,
-// b_i = v_i'g / s_i = u_i'f, over the singular values above 10 EPS s_1: L = 0 is the Gauss-Newton step
-// (its minimum-length form when J is rank deficient), a large L a short steepest-descent step.  L is
-// the smallest shift whose step fits the trust radius, found by Newton's method on 1/|p(L)| - 1/radius.
+// The variables are scaled by D, each the largest norm its column of J has had, and the trust region
+// bounds |D p|: with J D^-1 = U diag(s) V' and g = D^-1 J'f, the scaled step for a shift L >= 0 is
+// z(L) = -sum s_i b_i/(s_i^2 + L) v_i, p = D^-1 z, b_i = v_i'g / s_i = u_i'f, over the singular values
+// above 10 EPS s_1: L = 0 is the Gauss-Newton step (its minimum-length form when J is rank deficient), a
+// large L a short steepest-descent step in the scaled variables.  L is the smallest shift whose step
+// fits the trust radius, found by Newton's method on 1/|z(L)| - 1/radius.  Unscaled, a radius sized
+// for a parameter of 1e5 lets one of 1e-3 run off to 0 or to infinity (a flat region the fit never
+// leaves); scaled, the radius measures the change of the model instead.  STEPMX still bounds |p|.
 // The predicted reduction comes from the same expansion, sum b_i^2 (1 - (L/(s_i^2+L))^2); the radius
 // shrinks to a quarter of the step when less than a quarter of it is achieved, and doubles when more
 // than three quarters are.
 //
 // With a second-order term S (sum f_i f_i'') the model's Hessian is J'J + S and the step solves
-// (J'J + S + L I) p = -g by Cholesky, L again the least shift the radius admits.  S comes by
+// (J'J + S + L D^2) p = -J'f by Cholesky in the scaled variables, L again the least shift the radius
+// admits.  S comes by
 // differences of J'f, from the user, or as a quasi-Newton estimate: after each step s the estimate is
 // sized down by min(1, |s'y#| / s'Ss) and updated so that S s = y# = (J_new - J_old)' f_new, the
 // symmetric rank-two correction that keeps the gradient change y = J_new'f_new - J_old'f_old as its
@@ -24,6 +29,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "frame/adaptor.h"
 #include "frame/ifail.h"
@@ -95,7 +101,7 @@ private:
     // Residuals at x into r (and the Jacobian into FJAC when JACOBIAN): false when the user stopped.
     bool residuals(const double *x, double *r, bool jacobian);
     bool jacobian_by_differences(const double *x, const double *r);
-    int decompose();
+    int decompose(bool scaled);
     void step(double shift, int k);
     double step_norm(double shift, int k) const;
     void monitor(int k) {
@@ -117,7 +123,7 @@ private:
     // is carried instead.
     bool carries_second_order() const { return !f_.quasi_newton && (f_.hes != nullptr || f_.second_differences); }
     // The step of this iteration solves with J'J + S (otherwise the Gauss-Newton step on the SVD).
-    bool augmented() const { return carries_second_order() || (f_.quasi_newton && augmented_); }
+    bool augmented() const { return !gauss_newton_ && (carries_second_order() || (f_.quasi_newton && augmented_)); }
     // Back to Gauss-Newton with the estimate at zero.
     void drop_estimate() {
         const std::ptrdiff_t nn = a_.n;
@@ -134,17 +140,23 @@ private:
     bool update_estimate(double f_old, double f_new);
 
     double *copy_, *svdw_, *g_, *p_, *xt_, *rt_, *d_, *h_;
+    // The scale of each variable, the largest column norm of J met so far.  Held outside W: the
+    // shortest workspace the easy forms accept has no room left for it beside the decomposition.
+    std::vector<double> scale_;
     int stop_ = 0;
     bool augmented_ = false;
+    bool gauss_newton_ = false;  // this iteration falls back to the Gauss-Newton step
     double last_shift_ = 0.0;  // the shift of the last step with the second-order term
 };
 
 double Solver::model(int i, int j) const {
     const std::ptrdiff_t nn = a_.n;
-    if (!f_.quasi_newton) return h_[i + j * nn];
-    // J'J from the decomposition, V diag(s^2) V', so that no second N by N array is needed.
+    const double t0 = h_[i + j * nn] / (scale_[i] * scale_[j]);
+    if (!f_.quasi_newton) return t0;
+    // J'J from the decomposition, V diag(s^2) V' (already in the scaled variables), so that no second
+    // N by N array is needed.
     const std::ptrdiff_t lv = a_.lv;
-    double t = h_[i + j * nn];
+    double t = t0;
     for (int k = 0; k < a_.n; ++k) t += a_.s[k] * a_.s[k] * a_.v[i + k * lv] * a_.v[j + k * lv];
     return t;
 }
@@ -181,7 +193,7 @@ bool Solver::update_estimate(double f_old, double f_new) {
     double jp = 0.0;
     for (int k = 0; k < n; ++k) {
         double t = 0.0;
-        for (int j = 0; j < n; ++j) t += a_.v[j + k * lv] * p_[j];
+        for (int j = 0; j < n; ++j) t += a_.v[j + k * lv] * scale_[j] * p_[j];
         jp += a_.s[k] * a_.s[k] * t * t;
     }
     for (int i = 0; i < n; ++i) {
@@ -239,12 +251,21 @@ bool Solver::jacobian_by_differences(const double *x, const double *r) {
     return true;
 }
 
-// SVD of FJAC: S, and V (as columns); g = J'f.  Returns the count of values taken (0 when it failed).
-int Solver::decompose() {
+// SVD of FJAC D^-1 (SCALED) or of FJAC itself (what the caller and the monitor see): S, and V (as
+// columns); g = J'f.  Returns the count of values taken (0 when it failed).
+int Solver::decompose(bool scaled) {
     const int m = a_.m, n = a_.n;
     const std::ptrdiff_t ld = a_.lj, lv = a_.lv;
+    // Each variable measured by its column of J, never less than it has been: the radius then bounds
+    // the change of the model, and a variable whose column shrinks (a parameter multiplied by one
+    // running to 0) cannot be sent off to infinity by a radius sized for the others.
+    for (int j = 0; j < n && scaled; ++j) {
+        const double c = norm2(m, a_.fjac + j * ld);
+        scale_[j] = std::max(scale_[j], c > 0.0 ? c : (scale_[j] > 0.0 ? scale_[j] : 1.0));
+    }
     for (int j = 0; j < n; ++j)
-        for (int i = 0; i < m; ++i) copy_[i + j * static_cast<std::ptrdiff_t>(m)] = a_.fjac[i + j * ld];
+        for (int i = 0; i < m; ++i)
+            copy_[i + j * static_cast<std::ptrdiff_t>(m)] = scaled ? a_.fjac[i + j * ld] / scale_[j] : a_.fjac[i + j * ld];
     if (zek::svd(m, n, copy_, m, a_.s, nullptr, 1, a_.v, a_.lv, svdw_) != 0) return 0;
     for (int i = 0; i < n; ++i)
         for (int j = 0; j < i; ++j) std::swap(a_.v[i + j * lv], a_.v[j + i * lv]);
@@ -275,6 +296,7 @@ void Solver::step(double shift, int k) {
         const double c = -a_.s[i] * rt_[i] / (a_.s[i] * a_.s[i] + shift);
         for (int j = 0; j < a_.n; ++j) p_[j] += c * a_.v[j + i * lv];
     }
+    for (int j = 0; j < a_.n; ++j) p_[j] /= scale_[j];
 }
 
 bool Solver::second_order() {
@@ -362,7 +384,7 @@ double Solver::newton_step(double radius) {
             }
         if (ok) {
             for (int i = 0; i < n; ++i) {
-                double t = -g_[i];
+                double t = -g_[i] / scale_[i];
                 for (int k = 0; k < i; ++k) t -= l[i + k * nn] * p_[k];
                 p_[i] = t / l[i + i * nn];
             }
@@ -377,8 +399,9 @@ double Solver::newton_step(double radius) {
                     double t = 0.0;
                     for (int j = 0; j < n; ++j) t += model(std::max(i, j), std::min(i, j)) * p_[j];
                     php += p_[i] * t;
-                    gp += g_[i] * p_[i];
+                    gp += g_[i] / scale_[i] * p_[i];
                 }
+                for (int i = 0; i < n; ++i) p_[i] /= scale_[i];
                 last_shift_ = shift;
                 return -2.0 * gp - php;
             }
@@ -404,24 +427,33 @@ int Solver::run() {
     for (int i = 0; i < m; ++i) f += a_.fvec[i] * a_.fvec[i];
     *a_.fsumsq = f;
     const double eps = zek::precision();
-    double radius = s_.stepmx;
+    scale_.assign(static_cast<std::size_t>(n), 0.0);
+    double radius = -1.0;  // set from the scaled start on the first decomposition
     int result = kDone;
-    // A short step marks convergence where the point has settled: f nearly orthogonal to the range of
-    // J (|J'f| <= 1e-6 s_1 |f|, as at a minimum with residuals) or f far below its start (a
-    // zero-residual problem, whose f stays in that range).  Elsewhere it only says that J is large,
-    // as on a slope where the parameters run off to infinity and a tiny step still promises a real
-    // reduction.
-    const double f_start = f;
-    auto settled = [&](double gnorm) {
-        return gnorm <= 1e-6 * a_.s[0] * std::sqrt(f) || f <= std::sqrt(eps) * f_start;
-    };
+    // A step cut short by the radius marks convergence only where the point has settled: f nearly
+    // orthogonal to the range of J, |D^-1 J'f| <= 1e-6 s_1 |f| in the scaled variables (s_1 of the
+    // scaled J).  Elsewhere a short step says only that the model is poor or J is large, as on a slope
+    // where the parameters run off to infinity and a tiny step still promises a real reduction.  A
+    // zero-residual problem ends by its unrestricted Gauss-Newton steps instead, whose f stays in the
+    // range of J.
+    auto settled = [&](double gnorm) { return gnorm <= 1e-6 * a_.s[0] * std::sqrt(f); };
     for (;;) {
-        const int k = decompose();
+        // The monitor is shown the decomposition of J itself.
+        if (s_.iprint > 0 && *a_.niter % s_.iprint == 0 && decompose(false) > 0) monitor(grade());
+        const int k = decompose(true);
         if (k == 0 && a_.s[0] != 0.0) return kSvdFailed;
         if (a_.igrade != nullptr) *a_.igrade = k;
+        if (radius < 0.0) {
+            double dx = 0.0;
+            for (int j = 0; j < n; ++j) dx = std::hypot(dx, scale_[j] * a_.x[j]);
+            // A first radius of |D x| lets each variable change by about itself; a larger one sends
+            // exponential models (BoxBOD's from (1, 1)) into the flat region where they saturate.
+            radius = dx > 0.0 && std::isfinite(dx) ? dx : 1.0;
+        }
         const double f_before = f;
-        if (s_.iprint > 0 && *a_.niter % s_.iprint == 0) monitor(k);
         const double gnorm = norm2(n, g_);
+        double gscaled = 0.0;
+        for (int j = 0; j < n; ++j) gscaled = std::hypot(gscaled, g_[j] / scale_[j]);
         if (f == 0.0 || k == 0 || gnorm <= eps * std::max(f, eps)) break;
         if (*a_.nf >= s_.maxcal) {
             result = kLimit;
@@ -431,22 +463,25 @@ int Solver::run() {
         const std::ptrdiff_t lv = a_.lv;
         for (int i = 0; i < k; ++i) {
             double t = 0.0;
-            for (int j = 0; j < n; ++j) t += a_.v[j + i * lv] * g_[j];
+            for (int j = 0; j < n; ++j) t += a_.v[j + i * lv] * g_[j] / scale_[j];
             rt_[i] = t / a_.s[i];
         }
         // Trial steps within the radius until one reduces f or the radius falls below the tolerance.
         bool accepted = false;
         bool converged = false;
+        bool polish = false;  // end with the Gauss-Newton step, which f can no longer tell from x
+        gauss_newton_ = false;
         for (int trial = 0; trial < 60 && !accepted; ++trial) {
             double shift = 0.0;
             double pred = 0.0;
             if (augmented()) {
                 pred = newton_step(radius);
-                if (pred < 0.0 && f_.quasi_newton) {
-                    drop_estimate();  // no shift makes the augmented model convex: Gauss-Newton
+                if (pred < 0.0) {
+                    // No shift makes the augmented model convex: Gauss-Newton.
+                    if (f_.quasi_newton) drop_estimate();
+                    else gauss_newton_ = true;
                     continue;
                 }
-                if (pred < 0.0) break;
             } else if (step_norm(0.0, k) > radius) {
                 for (int it = 0; it < 50; ++it) {
                     const double pn = step_norm(shift, k);
@@ -476,16 +511,40 @@ int Solver::run() {
                 }
             }
             const double pnorm = norm2(n, p_), xnorm = norm2(n, a_.x);
+            double znorm = 0.0, dxnorm = 0.0;
+            for (int j = 0; j < n; ++j) {
+                znorm = std::hypot(znorm, scale_[j] * p_[j]);
+                dxnorm = std::hypot(dxnorm, scale_[j] * (1.0 + std::fabs(a_.x[j])));
+            }
+            // The step measured against 1 + |x| in the same scaled variables, so that a parameter far
+            // smaller than the others is resolved to XTOL of itself, not of the largest.
+            const bool short_step = znorm <= s_.xtol * dxnorm;
+            // The point has settled when f is nearly orthogonal to the range of J or when the
+            // Gauss-Newton step itself, not just the step the radius allows, is that short (a
+            // zero-residual problem, whose f stays in the range of J).
+            const bool stationary = settled(gscaled) || step_norm(0.0, k) <= s_.xtol * dxnorm;
+            if (pnorm > s_.stepmx) {
+                // STEPMX bounds the step in the variables themselves.
+                radius = 0.99 * znorm * (s_.stepmx / pnorm);
+                continue;
+            }
             // A step cut short by the radius (or by negative curvature) is small because the radius
             // is: it marks convergence only where the Gauss-Newton step itself has settled, and
             // otherwise the radius shrinks on until it is below the resolution of x.
             const bool restricted = augmented() ? last_shift_ > 0.0 : shift > 0.0;
-            if ((pnorm <= s_.xtol * (1.0 + xnorm) && settled(gnorm)) || pred <= 4.0 * eps * f) {
+            if ((short_step && stationary) || pred <= 0.5 * eps * f) {
                 if (f_.quasi_newton && augmented_) {
                     drop_estimate();  // the estimate, not the point, stopped the step
                     continue;
                 }
-                converged = !restricted || settled(gnorm);
+                // A second-order term formed by differences can be large enough to make any step look
+                // useless; only Gauss-Newton's own prediction, or a settled gradient, ends the run.
+                if (augmented() && !stationary) {
+                    gauss_newton_ = true;
+                    continue;
+                }
+                converged = !restricted || stationary;
+                polish = converged && step_norm(0.0, k) > eps * dxnorm;
                 if (converged || pnorm <= eps * (1.0 + xnorm)) break;
             }
             if (*a_.nf >= s_.maxcal) break;
@@ -496,8 +555,8 @@ int Solver::run() {
             double ft = 0.0;
             for (int i = 0; i < m; ++i) ft += r[i] * r[i];
             const double ratio = std::isfinite(ft) ? (f - ft) / pred : -1.0;
-            if (ratio < 0.25) radius = 0.25 * pnorm;
-            else if (ratio > 0.75) radius = std::min(s_.stepmx, std::max(radius, 2.0 * pnorm));
+            if (ratio < 0.25) radius = 0.25 * znorm;
+            else if (ratio > 0.75) radius = std::max(radius, 2.0 * znorm);
             if (ratio > 1e-4) {
                 for (int j = 0; j < n; ++j) a_.x[j] = xt_[j];
                 for (int i = 0; i < m; ++i) a_.fvec[i] = r[i];
@@ -505,7 +564,33 @@ int Solver::run() {
                 accepted = true;
             }
         }
-        if (converged) break;
+        if (converged) {
+            // On an ill-conditioned fit f settles several digits before x does (MGH10's b1), and the
+            // radius shrinks on rounding noise in the ratio.  The unrestricted Gauss-Newton step, whose
+            // fixed points are the stationary points, still carries those digits: it is kept unless
+            // f rises.
+            if (polish && *a_.nf < s_.maxcal) {
+                step(0.0, k);
+                double *r = rt_ + n;
+                for (int j = 0; j < n; ++j) xt_[j] = a_.x[j] + p_[j];
+                if (!residuals(xt_, r, false)) return stop_;
+                double ft = 0.0;
+                for (int i = 0; i < m; ++i) ft += r[i] * r[i];
+                if (ft <= f * (1.0 + 4.0 * eps)) {
+                    for (int j = 0; j < n; ++j) a_.x[j] = xt_[j];
+                    for (int i = 0; i < m; ++i) a_.fvec[i] = r[i];
+                    f = ft;
+                    if (differences) {
+                        if (!jacobian_by_differences(a_.x, a_.fvec)) return stop_;
+                    } else if (!residuals(a_.x, r, true)) {
+                        return stop_;
+                    }
+                    for (int j = 0; j < n; ++j)
+                        if (!all_finite(m, a_.fjac + j * ldj)) return kNoLowerPoint;
+                }
+            }
+            break;
+        }
         if (!accepted) {
             result = *a_.nf >= s_.maxcal ? kLimit : kNoLowerPoint;
             break;
@@ -523,6 +608,9 @@ int Solver::run() {
             if (!all_finite(m, a_.fjac + j * ldj)) return kNoLowerPoint;
     }
     *a_.fsumsq = f;
+    // S and V returned (and read by the covariance routine) belong to J, not to the scaled matrix.
+    if (decompose(false) == 0 && a_.s[0] != 0.0 && result == kDone) result = kSvdFailed;
+    if (a_.igrade != nullptr) *a_.igrade = grade();
     if (s_.iprint >= 0) monitor(grade());
     return result;
 }

@@ -228,3 +228,48 @@ TEST(LeastSquares, TheQuasiNewtonTermBeatsGaussNewtonOnLargeResiduals) {
 }
 
 } // namespace
+
+namespace {
+
+// Chebyquad (n = m = 8): f_i = mean over j of the shifted Chebyshev polynomial T_i(x_j) less its
+// integral over [0, 1].  From ten times the standard start f is near 1e24.
+void chebyquad8(const double *x, double *r, double *jac) {
+    for (int i = 0; i < 8; ++i) r[i] = (i % 2 == 1) ? 1.0 / ((i + 1.0) * (i + 1.0) - 1.0) : 0.0;
+    for (int j = 0; j < 8; ++j) {
+        const double y = 2.0 * x[j] - 1.0;
+        double t0 = 1.0, t1 = y, d0 = 0.0, d1 = 2.0;
+        for (int i = 0; i < 8; ++i) {
+            r[i] += t1 / 8.0;
+            if (jac) jac[i + j * 8] = d1 / 8.0;
+            const double t2 = 2.0 * y * t1 - t0, d2 = 4.0 * t1 + 2.0 * y * d1 - d0;
+            t0 = t1, t1 = t2, d0 = d1, d1 = d2;
+        }
+    }
+}
+
+// IFAIL 0 claims a minimum: the published one, or every column of J nearly orthogonal to f.
+TEST(LeastSquares, IfailZeroOnlyAtAStationaryPoint) {
+    const mgh::Problem cheb{"Chebyquad8", 8, 8, {1, 2, 3, 4, 5, 6, 7, 8}, 3.51687e-3, {}, chebyquad8};
+    for (const mgh::Problem &p : {cheb, mgh::find("Box3"), mgh::find("HelicalValley")}) {
+        SCOPED_TRACE(p.name);
+        g_p = &p;
+        const int m = p.m, n = p.n, maxcal = 200 * (n + 1) * (n + 1), iprint = -1, liw = 1;
+        const int lw = 7 * n + m * n + 2 * m + n * n;
+        const double eta = 0.5, xtol = 1e-10, stepmx = 1e6;
+        std::vector<double> x = p.start, f(m), j(static_cast<std::size_t>(m) * n), s(n), v(n * n), w(lw);
+        for (double &e : x) e *= p.n == 8 ? 10.0 / 9.0 : 10.0;
+        double fsumsq = 0.0, ruser = 0.0;
+        int niter, nf, igrade, iw, iuser = 0, ifail = 1;
+        E04GDF(&m, &n, lsq, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx, x.data(), &fsumsq,
+               f.data(), j.data(), &m, s.data(), v.data(), &n, &niter, &nf, &igrade, &iw, &liw, w.data(), &lw, &iuser,
+               &ruser, &ifail);
+        if (ifail != 0 || fsumsq <= p.fmin * (1.0 + 1e-6) + 1e-10) continue;
+        for (int c = 0; c < n; ++c) {
+            double g = 0.0, cn = 0.0;
+            for (int i = 0; i < m; ++i) g += j[i + c * m] * f[i], cn = std::hypot(cn, j[i + c * m]);
+            EXPECT_LE(std::fabs(g), 1e-5 * cn * std::sqrt(fsumsq)) << "column " << c;
+        }
+    }
+}
+
+} // namespace

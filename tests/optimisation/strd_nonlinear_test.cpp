@@ -4,11 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "strd_data.h"
 #include "zek2/e04.h"
 
 namespace {
@@ -56,37 +55,14 @@ double rat43(const double *b, double x, double *d) {
     return b[0] * p;
 }
 
-struct Problem {
+struct Problem : strd::Data {
     const char *file;
     int n;
     Model model;
-    std::vector<double> x, y, certified;
-    std::vector<std::vector<double>> starts;
-    double sumsq = 0.0;
 };
 
 Problem load(const char *file, int n, Model model) {
-    Problem p{file, n, model, {}, {}, {}, {}};
-    std::ifstream in(std::string(ZEK_TEST_DATA_DIR) + "/strd/nonlinear/" + file + ".dat");
-    std::string line;
-    while (std::getline(in, line)) {
-        if (line.empty() || line[0] == '#') continue;
-        std::istringstream s(line);
-        std::string head;
-        s >> head;
-        std::vector<double> v(static_cast<std::size_t>(n));
-        if (head == "start" || head == "certified") {
-            for (double &e : v) s >> e;
-            (head == "start" ? p.starts.emplace_back(v), void() : void(p.certified = v));
-        } else if (head == "sumsq") {
-            s >> p.sumsq;
-        } else {
-            p.y.push_back(std::stod(head));
-            p.x.emplace_back();
-            s >> p.x.back();
-        }
-    }
-    return p;
+    return {strd::read(ZEK_TEST_DATA_DIR, file, n), file, n, model};
 }
 
 const Problem *g_problem = nullptr;
@@ -155,19 +131,19 @@ TEST(StrdNonlinear, CertifiedValuesFromBothStarts) {
         ASSERT_EQ(p.certified.size(), static_cast<std::size_t>(p.n)) << p.file;
         for (int st = 0; st < 2; ++st)
             for (Routine r : {kGB, kGD, kFC}) {
-                // Left out, as open defects of the unscaled trust region: from MGH10's first start
-                // (b1 = 2, b2 = 4e5, b3 = 2.5e4) every routine follows b1 towards 0 with b2 and b3
-                // growing, into a flat region where |J'f| is at rounding level against |J||f| (f near
-                // 1.4e9), and E04GBF and E04FCF stop there with IFAIL 0 (E04GDF with IFAIL 2); from
-                // Rat43's first start E04GDF stops with IFAIL 0 at a point where the Jacobian loses
-                // rank (f = 1.08e6).
                 const std::string name = p.file;
-                if ((name == "mgh10" && st == 0) || (name == "rat43" && st == 0 && r == kGD)) continue;
                 SCOPED_TRACE(name + " start " + std::to_string(st + 1) + " " + kNames[r]);
                 const Result res = fit(p, p.starts[st], r);
+                // From MGH10's first start (b1 = 2, b2 = 4e5, b3 = 2.5e4) the differenced second-order
+                // term keeps E04GDF's steps short along the valley where b1 falls and b2, b3 grow; it
+                // may run out of evaluations there, but never claim convergence short of the minimum.
+                if (name == "mgh10" && st == 0 && r == kGD && res.ifail == 2) continue;
                 EXPECT_EQ(res.ifail, 0);
-                // Differences of the residuals cost E04FCF about half the digits of its Jacobian.
-                EXPECT_GE(res.least_digits, r == kFC ? 6.0 : 7.0);
+                // Differences of the residuals cost E04FCF about half the digits of its Jacobian, and
+                // differences of J'f cost E04GDF some on MGH10, whose parameters are the worst
+                // conditioned of the set.
+                const double floor = r == kFC ? 6.0 : (r == kGD && name == "mgh10" ? 6.5 : 7.0);
+                EXPECT_GE(res.least_digits, floor);
             }
     }
 }
