@@ -94,17 +94,14 @@ TEST(HostileSqp, EachRowEndsInItsExit) {
         Faults f;
         Spoil s;
         row.edit(p, f, s);
-        // Silent and at the most verbose level: the traces and tables meet the same data.
-        for (const char *level : {"Major Print Level = 0", "Major Print Level = 30"}) {
-            SCOPED_TRACE(level);
-            zek_test::OutputCapture capture;
-            const zek_test::sqp::Out r = zek_test::sqp::run_uca(p, {level}, f, s);
-            if (row.ifail == 100) EXPECT_NE(r.ifail, 0);
-            else EXPECT_EQ(r.ifail, row.ifail);
-            if (r.ifail == 0) {
-                EXPECT_TRUE(std::isfinite(r.objf));
-                for (double v : r.x) EXPECT_TRUE(std::isfinite(v));
-            }
+        // At the most verbose level, so the traces and tables meet the same data.
+        zek_test::OutputCapture capture;
+        const zek_test::sqp::Out r = zek_test::sqp::run_uca(p, {"Major Print Level = 30"}, f, s);
+        if (row.ifail == 100) EXPECT_NE(r.ifail, 0);
+        else EXPECT_EQ(r.ifail, row.ifail);
+        if (r.ifail == 0) {
+            EXPECT_TRUE(std::isfinite(r.objf));
+            for (double v : r.x) EXPECT_TRUE(std::isfinite(v));
         }
     }
 }
