@@ -668,7 +668,11 @@ ZEK_API void E04USA_OBJFUN_ADAPTOR(ZekE04LsqObjfun f, int *mode, int m, int n, i
  * is not finite at the first point counts as one); negative: the MODE the user set to stop.  The
  * convergence test asks for the nonlinear rows within NONLINEAR FEASIBILITY (relative to 1 + |bound|) and
  * the Lagrangian's gradient (with the multipliers of the last QP) within sqrt(OPTIMALITY TOLERANCE) times
- * 1 + |g|, and the complementarity within that times 1 + |x| (infinity norms). */
+ * 1 + |g|, and the complementarity within that times 1 + |x| (infinity norms).  MAJOR PRINT LEVEL: 1 the
+ * result and solution table, 5 short major lines, 10 long lines, 20 a page of values per line, 30 the
+ * line-search traces.  Estimated derivatives switch from forward to central differences once the
+ * reduced gradient falls to the forward-difference noise (|F - lambda'c| + |F| + 1) EPSRF / h, h the
+ * finest forward interval of the estimated columns, or when a line search fails. */
 ZEK_API void E04UCA(const int *n, const int *nclin, const int *ncnln, const int *lda, const int *ldcj, const int *ldr,
                     const double *a, const double *bl, const double *bu, ZekE04Confun confun,
                     ZekE04ConfunAdaptor confun_adaptor, ZekE04Objfun objfun, ZekE04AdaptObjfun objfun_adaptor,

@@ -270,6 +270,17 @@ void say(const Core &core, const std::string &line);
 void print_iteration(Core &core);
 void print_details(Core &core);
 void print_solution(const Core &core);
+// One block of rows of the solution table ("Varbl", "L Con", "N Con"), each array starting at the
+// block's first row; featol per row, or the single tol when null.
+struct SolutionBlock {
+    const char *kind;
+    int count;
+    const double *value, *bl, *bu, *lambda;
+    const int *istate;
+    const double *featol;
+    double tol;
+};
+void print_solution_block(int unit, const SolutionBlock &block, double bigbnd, double tolmul);
 // The multiplier that decides deletion, signed so that a positive value is of the wrong sign.
 double wrong_sign_value(const Core &core, int j);
 

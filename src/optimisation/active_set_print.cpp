@@ -106,37 +106,41 @@ void print_details(Core &c) {
     }
 }
 
+void print_solution_block(int unit, const SolutionBlock &b, double bigbnd, double tolmul) {
+    if (b.count <= 0) return;
+    write(unit, "");
+    write(unit, format(" %5.5s State     Value       Lower Bound   Upper Bound    Lagr Mult   Slack", b.kind));
+    write(unit, "");
+    const char letter[2] = {b.kind[0], '\0'};
+    for (int k = 0; k < b.count; ++k) {
+        const double v = b.value[k], l = b.bl[k], u = b.bu[k], lam = b.lambda[k];
+        const int s = b.istate[k];
+        double slack = 0.0;
+        if (l > -bigbnd && u < bigbnd) slack = std::min(v - l, u - v);
+        else if (l > -bigbnd) slack = v - l;
+        else if (u < bigbnd) slack = u - v;
+        // I: infeasible; A: in the working set with a zero multiplier (alternative optima may
+        // exist); D: outside the working set but on a bound (degenerate).
+        const char *mark = " ";
+        if (s < 0) mark = "I";
+        else if (s >= kAtLower && s <= kEquality && std::fabs(lam) <= tolmul) mark = "A";
+        else if (s == kNotInWorkingSet && std::fabs(slack) <= (b.featol != nullptr ? b.featol[k] : b.tol)) mark = "D";
+        std::string row = format(" %1.1s%4ld  %1.1s %2.2s ", letter, static_cast<long>(k + 1), mark, state_code(s));
+        row += table_value(v) + table_bound(l, bigbnd) + table_bound(u, bigbnd);
+        row += format("%12.4G%12.4G", lam, slack);
+        write(unit, row);
+    }
+}
+
 void print_solution(const Core &c) {
     const double bigbnd = c.set.infinite_bound;
     const double tolmul = c.set.optimality_tolerance * std::max(1.0, c.gnorm);
-    for (int part = 0; part < 2; ++part) {
-        const int first = part == 0 ? 0 : c.n, last = part == 0 ? c.n : c.n + c.nclin;
-        if (first == last) continue;
-        say(c, "");
-        say(c, format(" %5.5s State     Value       Lower Bound   Upper Bound    Lagr Mult   Slack",
-                      part == 0 ? "Varbl" : "L Con"));
-        say(c, "");
-        for (int j = first; j < last; ++j) {
-            const double v = j < c.n ? c.x[j] : c.ax[j - c.n];
-            const double l = c.bl[j], u = c.bu[j], lam = c.clamda[j];
-            const int s = c.istate[j];
-            double slack = 0.0;
-            if (l > -bigbnd && u < bigbnd) slack = std::min(v - l, u - v);
-            else if (l > -bigbnd) slack = v - l;
-            else if (u < bigbnd) slack = u - v;
-            // I: infeasible; A: in the working set with a zero multiplier (alternative optima may
-            // exist); D: outside the working set but on a bound (degenerate).
-            const char *mark = " ";
-            if (s < 0) mark = "I";
-            else if (s >= kAtLower && s <= kEquality && std::fabs(lam) <= tolmul) mark = "A";
-            else if (s == kNotInWorkingSet && std::fabs(slack) <= c.featlu[j]) mark = "D";
-            std::string row = format(" %1.1s%4ld  %1.1s %2.2s ", part == 0 ? "V" : "L",
-                                     static_cast<long>(j - first + 1), mark, state_code(s));
-            row += table_value(v) + table_bound(l, bigbnd) + table_bound(u, bigbnd);
-            row += format("%12.4G%12.4G", lam, slack);
-            say(c, row);
-        }
-    }
+    print_solution_block(c.set.print_unit,
+                         {"Varbl", c.n, c.x, c.bl, c.bu, c.clamda, c.istate, c.featlu, 0.0}, bigbnd, tolmul);
+    print_solution_block(c.set.print_unit,
+                         {"L Con", c.nclin, c.ax, c.bl + c.n, c.bu + c.n, c.clamda + c.n, c.istate + c.n,
+                          c.featlu + c.n, 0.0},
+                         bigbnd, tolmul);
 }
 
 } // namespace zek::active_set

@@ -95,6 +95,7 @@ struct Run {
     double cond_h = 1.0, cond_hz = 1.0, cond_t = 1.0;
     int merit_sign = 0;              // direction of the last change of the penalty norm
     double rhodmp = 1.0;
+    int page_lines = 0;              // iteration lines since the last heading
 
     // Workspace views (set by bind).
     double *acomb = nullptr, *qbl = nullptr, *qbu = nullptr, *cvec = nullptr, *xq = nullptr, *axq = nullptr,
@@ -129,6 +130,28 @@ int derivative_checks(Run &run);
 // BFGS update of the factor R (upper triangle, n by n) with the step s and gradient change y (y is
 // damped in place).  work: 2n reals.  Returns 0 updated, 1 skipped (no usable curvature).
 int hessian_update(int n, double *r, int ldr, const double *s, double *y, double *work);
+
+// ---- Printing (sqp_print.cpp) ------------------------------------------------------------------------
+// MAJOR PRINT LEVEL: 1 the result and the solution table; 5 short iteration lines; 10 long lines (and
+// the solution table again); 20 a page of values after every line; 30 the line-search traces.
+constexpr int kPrintLines = 5, kPrintLong = 10, kPrintPages = 20, kPrintDebug = 30;
+
+struct Convergence {
+    bool step = false, grad = false, feas = false;
+};
+void print_major(Run &run, double merit, double violation, Convergence conv);
+void print_major_start(const Run &run);
+void print_central_switch(const Run &run);
+void print_solution(Run &run);
+// The line-search trace (print level kPrintDebug).  `slope`: the search with gradients.
+struct SearchTrace {
+    bool slope;
+    double g0, tolabs, alfmax, targtg, tolrel;
+};
+void trace_search_start(const Run &run, const SearchTrace &t);
+void trace_search_trial(const Run &run, bool slope, double alfa, double ftry, double gtry, double a, double b,
+                        double tol, const char *kind);
+void trace_search_end(const Run &run, bool slope, bool found, bool quit, double alfa, double f, double g);
 
 } // namespace zek::sqp
 

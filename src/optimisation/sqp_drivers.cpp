@@ -337,6 +337,7 @@ void run_driver(Problem &p) {
             say("");
             say(format(" Exit from NP problem after %5ld major iterations,", static_cast<long>(run.major)));
             say(format("                            %5ld minor iterations.", static_cast<long>(run.minor)));
+            zek::sqp::print_solution(run);
             say("");
             if (inform == zek::sqp::kNonlinearInfeasible)
                 say(format(" Final sum of infeasibilities =%16.7G", run.violation));

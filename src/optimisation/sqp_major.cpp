@@ -480,20 +480,25 @@ int merit_at(Run &run, double a, bool slope, double *phi, double *dphi) {
 }
 
 // Minimiser of the cubic through (a, fa, da) and (b, fb, db), or of the parabola through (a, fa, da)
-// and (b, fb) when the cubic has none; NaN when neither exists.
-double interpolate(double a, double fa, double da, double b, double fb, double db, bool cubic) {
+// and (b, fb) when the cubic has none; NaN when neither exists.  *kind names the fit for the trace.
+double interpolate(double a, double fa, double da, double b, double fb, double db, bool cubic, bool slope,
+                   const char **kind) {
     if (cubic) {
         const double d1 = da + db - 3.0 * (fa - fb) / (a - b);
         const double disc = d1 * d1 - da * db;
         if (disc >= 0.0) {
             const double d2 = std::copysign(std::sqrt(disc), b - a);
             const double t = b - (b - a) * (db + d2 - d1) / (db - da + 2.0 * d2);
+            *kind = "Cubic.";
             if (std::isfinite(t)) return t;
         }
     }
     const double h = b - a;
     const double den = 2.0 * (fb - fa - da * h);
+    *kind = slope ? "Parabola." : " Parabolic fit,    two points.";
     if (den > 0.0) return a - da * h * h / den;
+    // No fit: the trial comes from the interval alone.
+    *kind = slope ? "Bisection." : nullptr;
     return std::numeric_limits<double>::quiet_NaN();
 }
 
@@ -509,22 +514,30 @@ int line_search(Run &run, double alfmax, double phi0, double dphi0, double /*cur
     double a = alfmax;
     const double eta = run.cfg.eta;
     bool accepted = false, have_derivs = false;
-    for (int trial = 0; trial < kSearchLimit && a >= alfmin; ++trial) {
-        double phi, dphi;
+    const bool tracing = run.cfg.major_print >= kPrintDebug;
+    if (tracing)
+        trace_search_start(run, {slope, dphi0, (1.0 + std::fabs(phi0)) * run.cfg.epsrf, alfmax, eta * std::fabs(dphi0),
+                                 alfmin});
+    double phi = phi0, dphi = dphi0;
+    int trial = 0;
+    for (; trial < kSearchLimit && a >= alfmin; ++trial) {
         const int st = merit_at(run, a, slope, &phi, &dphi);
         if (st < 0) return st;
         const bool armijo = std::isfinite(phi) && phi - phi0 <= kMu * a * dphi0;
         if (armijo && (!slope || dphi >= eta * dphi0 || a >= alfmax || (hi > 0.0 && hi - a <= alfmin))) {
+            if (tracing) trace_search_trial(run, slope, a, phi, dphi, lo, hi > 0.0 ? hi : alfmax, alfmin, nullptr);
             accepted = true;
             have_derivs = slope;
             break;
         }
+        const char *kind = slope ? "Bisection." : nullptr;
+        const double tried = a;
         double next;
         if (!armijo) {
             hi = a;
             fhi = phi;
             dhi = dphi;
-            next = std::isfinite(phi) ? interpolate(lo, flo, dlo, hi, fhi, dhi, slope) : lo + 0.1 * (hi - lo);
+            next = std::isfinite(phi) ? interpolate(lo, flo, dlo, hi, fhi, dhi, slope, slope, &kind) : lo + 0.1 * (hi - lo);
             const double lower = lo + 0.1 * (hi - lo), upper = lo + 0.5 * (hi - lo);
             if (!std::isfinite(next) || next < lower || next > upper) next = std::isfinite(next) ? std::clamp(next, lower, upper) : upper;
         } else {
@@ -533,15 +546,16 @@ int line_search(Run &run, double alfmax, double phi0, double dphi0, double /*cur
             flo = phi;
             dlo = dphi;
             const double top = hi > 0.0 ? hi : alfmax;
-            next = interpolate(lo, flo, dlo, top, hi > 0.0 ? fhi : flo, hi > 0.0 ? dhi : dlo, hi > 0.0);
+            next = interpolate(lo, flo, dlo, top, hi > 0.0 ? fhi : flo, hi > 0.0 ? dhi : dlo, hi > 0.0, slope, &kind);
             const double lower = lo + 0.2 * (top - lo), upper = top - 0.2 * (top - lo);
             next = std::isfinite(next) ? std::clamp(next, lower, upper) : 0.5 * (lo + top);
         }
+        if (tracing) trace_search_trial(run, slope, tried, phi, dphi, lo, hi > 0.0 ? hi : alfmax, alfmin, kind);
         a = next;
     }
+    if (tracing) trace_search_end(run, slope, accepted, trial >= kSearchLimit, accepted ? a : lo, phi, dphi);
     if (!accepted && lo > 0.0) {
         // The best point with sufficient decrease stands.
-        double phi, dphi;
         const int st = merit_at(run, lo, slope, &phi, &dphi);
         if (st < 0) return st;
         accepted = std::isfinite(phi) && phi - phi0 <= kMu * lo * dphi0;
@@ -625,42 +639,30 @@ Optimality optimality(Run &run, double tol) {
     return o;
 }
 
-void count_working(const Run &run, int *bnd, int *lin, int *nln) {
-    *bnd = *lin = *nln = 0;
-    for (int j = 0; j < run.n + run.nclin + run.ncnln; ++j) {
-        const int s = run.istate[j];
-        if (s < 1 || s > 4) continue;
-        if (j < run.n) ++*bnd;
-        else if (j < run.n + run.nclin) ++*lin;
-        else ++*nln;
-    }
+// Forward differences estimate a gradient element with an error of about (|F| + 1) EPSRF / h, h the
+// interval; once the reduced gradient is no larger than that (measured with the merit value too, so
+// the nonlinear rows' noise counts), it says nothing more about optimality and central differences
+// take over.  The finest forward interval of the estimated columns stands for h.
+bool forward_too_coarse(const Run &run) {
+    if (run.central || run.missing_obj + run.missing_con == 0) return false;
+    double h = 0.0;
+    for (int j = 0; j < run.n; ++j)
+        if (column_missing(run, j)) {
+            const double hj = run.hfwd[j] * (1.0 + std::fabs(run.x[j]));
+            h = h == 0.0 ? hj : std::min(h, hj);
+        }
+    if (!(h > 0.0)) return false;
+    const double merit = run.ncnln > 0 ? *run.objf - dot(run.ncnln, run.lambda, run.c) : 0.0;
+    return (std::fabs(merit) + std::fabs(*run.objf) + 1.0) * run.cfg.epsrf / h >= run.gz_norm;
 }
 
-void print_line(Run &run, double merit, const Optimality &o) {
-    if (run.cfg.major_print < 5) return;
-    int bnd, lin, nln;
-    count_working(run, &bnd, &lin, &nln);
-    const long nz = std::max(0, run.n - bnd - lin - nln);
-    const char *t = "T", *f = " ";
-    if (run.major == 0 || run.major % 50 == 0) {
-        say(run, 5, "");
-        say(run, 5, run.ncnln > 0 ? "  Maj  Mnr    Step Nfun  Merit Function Norm Gz  Violtn   Nz  Bnd  Lin  Nln "
-                                    "Penalty  Cond H Cond Hz  Cond T Conv"
-                                  : "  Maj  Mnr    Step Nfun       Objective Norm Gz   Nz  Bnd  Lin  Cond H Cond Hz  "
-                                    "Cond T Conv");
-    }
-    if (run.ncnln > 0)
-        say(run, 5, format("%5ld%5ld%8.1E%5ld%16.8E%8.1E%8.1E%5ld%5ld%5ld%5ld%8.1E%8.1E%8.1E%8.1E %1s %1s%1s",
-                           static_cast<long>(run.major), static_cast<long>(run.minor), run.alpha,
-                           static_cast<long>(run.nfun), merit, run.gz_norm, o.violation, nz, static_cast<long>(bnd),
-                           static_cast<long>(lin), static_cast<long>(nln), run.rhonorm, run.cond_h, run.cond_hz,
-                           run.cond_t, o.step_ok ? t : f, o.grad_ok ? t : f, o.feas_ok ? t : f));
-    else
-        say(run, 5, format("%5ld%5ld%8.1E%5ld%16.8E%8.1E%5ld%5ld%5ld%8.1E%8.1E%8.1E %1s %1s",
-                           static_cast<long>(run.major), static_cast<long>(run.minor), run.alpha,
-                           static_cast<long>(run.nfun), merit, run.gz_norm, nz, static_cast<long>(bnd),
-                           static_cast<long>(lin), run.cond_h, run.cond_hz, run.cond_t, o.step_ok ? t : f,
-                           o.grad_ok ? t : f));
+// Central differences from here on, the derivatives redone at the current point.
+int switch_to_central(Run &run) {
+    run.central = true;
+    print_central_switch(run);
+    const int st = evaluate(run, true, 0);
+    if (st < 0) run.user_mode = st;
+    return st < 0 ? st : 0;
 }
 
 } // namespace
@@ -672,6 +674,7 @@ int major_loop(Run &run) {
     bool first = true, reset_tried = false;
     run.cond_h = condition_of(n, run.r, run.ldr);
     for (;;) {
+        print_major_start(run);
         if (qp_subproblem(run, first) != 0) {
             // No usable subproblem from this factor: one fresh start, then give up honestly.
             if (!reset_tried) {
@@ -686,6 +689,13 @@ int major_loop(Run &run) {
         const Optimality o = optimality(run, tol);
         run.gz_norm = norm2(n, run.wv);
         run.violation = o.violation;
+        if (forward_too_coarse(run)) {
+            // The reduced gradient is down to the noise of forward differences: redo the gradients
+            // by central differences and the subproblem with them.
+            const int st = switch_to_central(run);
+            if (st < 0) return st;
+            continue;
+        }
 
         // Merit function: slacks at their best values for the current multipliers and penalties.
         const double pHp = [&] {
@@ -734,7 +744,7 @@ int major_loop(Run &run) {
                 dphi0 += (2.0 * run.lambda[i] - run.clamda[n + nclin + i]) * v - run.rho[i] * v * v;
             }
         }
-        print_line(run, phi0, o);
+        print_major(run, phi0, o.violation, {o.step_ok, o.grad_ok, o.feas_ok});
         if (o.grad_ok && o.feas_ok) return kOptimal;
         if (run.major >= run.cfg.major_limit) return kMajorLimit;
 
@@ -754,12 +764,8 @@ int major_loop(Run &run) {
             if (run.missing_obj + run.missing_con > 0 && !run.central) {
                 // Forward differences cannot resolve the step: central ones from here on.
                 run.central = true;
-                say(run, 5, " XXX  Switched to central differences.");
-                const int st = evaluate(run, true, 0);
-                if (st < 0) {
-                    run.user_mode = st;
-                    return st;
-                }
+                const int st = switch_to_central(run);
+                if (st < 0) return st;
                 continue;
             }
             if (!reset_tried) {

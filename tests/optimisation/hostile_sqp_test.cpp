@@ -7,6 +7,7 @@
 #include <limits>
 #include <vector>
 
+#include "frame/host_capture.h"
 #include "sqp_test_support.h"
 
 namespace {
@@ -93,7 +94,9 @@ TEST(HostileSqp, EachRowEndsInItsExit) {
         Faults f;
         Spoil s;
         row.edit(p, f, s);
-        const zek_test::sqp::Out r = zek_test::sqp::run_uca(p, {}, f, s);
+        // At the most verbose level, so the traces and tables meet the same data.
+        zek_test::OutputCapture capture;
+        const zek_test::sqp::Out r = zek_test::sqp::run_uca(p, {"Major Print Level = 30"}, f, s);
         if (row.ifail == 100) EXPECT_NE(r.ifail, 0);
         else EXPECT_EQ(r.ifail, row.ifail);
         if (r.ifail == 0) {

@@ -15,33 +15,7 @@ namespace {
 using zek_test::qp::kBig;
 using zek_test::sqp::Nlp;
 using zek_test::sqp::Out;
-
-Nlp hs071() {
-    Nlp p;
-    p.n = 4;
-    p.ncnln = 2;
-    p.bl = {1, 1, 1, 1, 25, 40};
-    p.bu = {5, 5, 5, 5, kBig, 40};
-    p.x0 = {1, 5, 5, 1};
-    p.f = [](const double *x, double *g) {
-        g[0] = x[3] * (2 * x[0] + x[1] + x[2]);
-        g[1] = x[0] * x[3];
-        g[2] = x[0] * x[3] + 1;
-        g[3] = x[0] * (x[0] + x[1] + x[2]);
-        return x[0] * x[3] * (x[0] + x[1] + x[2]) + x[2];
-    };
-    p.con = [](const double *x, double *c, double *j) {
-        c[0] = x[0] * x[1] * x[2] * x[3];
-        c[1] = x[0] * x[0] + x[1] * x[1] + x[2] * x[2] + x[3] * x[3];
-        j[0] = x[1] * x[2] * x[3];
-        j[2] = x[0] * x[2] * x[3];
-        j[4] = x[0] * x[1] * x[3];
-        j[6] = x[0] * x[1] * x[2];
-        for (int k = 0; k < 4; ++k) j[1 + 2 * k] = 2 * x[k];
-    };
-    p.fstar = 17.0140173, p.xstar = {1.0, 4.7429994, 3.8211503, 1.3794082};
-    return p;
-}
+using zek_test::sqp::hs071;
 
 Nlp hs035() {
     Nlp p;
@@ -322,6 +296,10 @@ TEST(SqpLeastSquares, ConstrainedFitsReachTheirMinimum) {
         int inform = 0;
         E04URF_PLAIN(c.option, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform,
                      static_cast<int>(std::string(c.option).size()));
+        const std::string print = "Major Print Level = 1";
+        E04URF_PLAIN(print.c_str(), s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform,
+                     static_cast<int>(print.size()));
+        zek_test::OutputCapture capture;
         const int m = 2, n = 2, nclin = 0, ncnln = c.ncnln, lda = 1, ldcj = 1, ldfj = 2, ldr = 2;
         const int liwork = 2 * n + 3 + ncnln;
         const int lwork = static_cast<int>(zek_test::sqp::uca_lwork(n, nclin, ncnln, m)) + n;
@@ -339,6 +317,12 @@ TEST(SqpLeastSquares, ConstrainedFitsReachTheirMinimum) {
         EXPECT_NEAR(x[1], c.xstar[1], 1e-6);
         // The active constraint carries the multiplier of the gradient J'(F - Y).
         EXPECT_NEAR(clamda[c.kind == 1 ? 2 : 0], -0.5, 1e-6);
+        // The exit and the solution table name E04USA's rows; the active one is at its upper bound.
+        const std::vector<std::string> &host = capture.host();
+        EXPECT_NE(std::find(host.begin(), host.end(), " Exit E04USA - Optimal solution found."), host.end());
+        const std::string row = c.kind == 1 ? " N   1    UL              2      None                 2        -0.5"
+                                            : " V   1    UL            0.5      None               0.5        -0.5";
+        EXPECT_TRUE(std::any_of(host.begin(), host.end(), [&](const std::string &h) { return h.rfind(row, 0) == 0; }));
     }
 }
 

@@ -23,6 +23,34 @@ struct Nlp {
     std::vector<double> xstar;
 };
 
+// Hock-Schittkowski 71: two nonlinear rows (one an equality), bounds on every variable.
+inline Nlp hs071() {
+    Nlp p;
+    p.n = 4;
+    p.ncnln = 2;
+    p.bl = {1, 1, 1, 1, 25, 40};
+    p.bu = {5, 5, 5, 5, qp::kBig, 40};
+    p.x0 = {1, 5, 5, 1};
+    p.f = [](const double *x, double *g) {
+        g[0] = x[3] * (2 * x[0] + x[1] + x[2]);
+        g[1] = x[0] * x[3];
+        g[2] = x[0] * x[3] + 1;
+        g[3] = x[0] * (x[0] + x[1] + x[2]);
+        return x[0] * x[3] * (x[0] + x[1] + x[2]) + x[2];
+    };
+    p.con = [](const double *x, double *c, double *j) {
+        c[0] = x[0] * x[1] * x[2] * x[3];
+        c[1] = x[0] * x[0] + x[1] * x[1] + x[2] * x[2] + x[3] * x[3];
+        j[0] = x[1] * x[2] * x[3];
+        j[2] = x[0] * x[2] * x[3];
+        j[4] = x[0] * x[1] * x[3];
+        j[6] = x[0] * x[1] * x[2];
+        for (int k = 0; k < 4; ++k) j[1 + 2 * k] = 2 * x[k];
+    };
+    p.fstar = 17.0140173, p.xstar = {1.0, 4.7429994, 3.8211503, 1.3794082};
+    return p;
+}
+
 // Faults the callbacks plant.
 struct Faults {
     int nan_after = -1;       // objective values are NaN from this call on
