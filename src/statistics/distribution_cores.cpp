@@ -173,25 +173,6 @@ BetaDeviate beta_deviate(double p, double a, double b) {
     return {1.0 - s, s, converged};
 }
 
-double normal_deviate(double p) {
-    if (p == 0.5) return 0.0;
-    const double q = p < 0.5 ? p : 1.0 - p;
-    // Start within 4.5e-4 (a rational form in t = sqrt(-2 log q)), then Halley's steps on the upper
-    // tail Q(x) = q with Q from the error function at full relative accuracy.
-    const double t = std::sqrt(-2.0 * std::log(q));
-    double x = t - (2.515517 + t * (0.802853 + t * 0.010328)) / (1.0 + t * (1.432788 + t * (0.189269 + t * 0.001308)));
-    for (int it = 0; it < 8; ++it) {
-        const double phi = std::exp(-0.5 * x * x - kLogRootTwoPi);
-        if (!(phi > 0.0)) break;
-        const double d = (S15_LOWER_TAIL(x) - q) / phi;
-        const double next = x + d / (1.0 - 0.5 * x * d);
-        const bool done = std::fabs(next - x) <= 2.0 * kEps * std::fabs(next);
-        x = next;
-        if (done) break;
-    }
-    return p < 0.5 ? -x : x;
-}
-
 Tails student_t(double t, double nu) {
     const double at = std::fabs(t);
     if (std::isinf(at)) return {1.0, 0.0};
