@@ -70,7 +70,9 @@ ZEK_API double g01efc(int tail, double g, double a, double b, ZekFail *fail) ZEK
  * P(|X| >= x) = p or P(|X| <= x) = p (the two-tailed forms halve the probability first). */
 ZEK_API double g01fac(int tail, double p, ZekFail *fail) ZEK_SYMBOL("q79765");
 /* G01FAZ: the inverse of the standard normal distribution function, p in (0, 1) (0.0 for p = 0.5;
- * outside, 0.0). */
+ * outside, 0.0). Rational minimax forms over |p - 1/2| <= 0.3, <= 0.42 and the tail down to DBL_MIN
+ * (the latter two polished by one Halley step), Newton's method on the log tail below DBL_MIN;
+ * relative error below 5e-16 for p from 1e-300 to 1 - 1e-16. */
 ZEK_API double G01FAZ(const double *p) ZEK_SYMBOL("G01FAZ");
 
 /* g01fbc: Student's t deviate of probability p for the tail, df >= 1. */

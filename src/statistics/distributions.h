@@ -24,7 +24,8 @@ struct BetaDeviate {
 };
 BetaDeviate beta_deviate(double p, double a, double b);
 
-// The inverse of the standard normal distribution function, p in (0, 1).
+// The inverse of the standard normal distribution function, p in (0, 1), to within 5e-16 relative
+// (normal_deviate.cpp).
 double normal_deviate(double p);
 
 // Student's t with nu >= 1 degrees of freedom: P(T >= |t|) as `upper` and 1 - that as `lower`.

@@ -49,6 +49,8 @@ TEST(HostileStatistics, DistributionFunctionsEndInAResultOrTheirFailure) {
         {"beta tiny a", [](ZekFail *f) { double p = 0, q = 0, d = 0; g01eec(0.5, 1e-300, 1, 0, &p, &q, &d, f); return q; }, false, 0, 1e-299},
         {"normal deviate nan", [](ZekFail *f) { return g01fac(L, kNaN, f); }, true, 0, 0},
         {"normal deviate smallest", [](ZekFail *f) { return g01fac(L, DBL_MIN, f); }, false, -38, -37},
+        {"normal deviate subnormal", [](ZekFail *f) { return g01fac(L, 4.9e-324, f); }, false, -38.5, -38.4},
+        {"normal deviate below one", [](ZekFail *f) { return g01fac(L, 1.0 - DBL_EPSILON / 2, f); }, false, 8.2, 8.3},
         {"t deviate tiny", [](ZekFail *f) { return g01fbc(U, 1e-300, 1.0, f); }, false, 1e299, 1e300},
         {"t deviate inf df", [](ZekFail *f) { return g01fbc(L, 0.975, kInf, f); }, false, 1.95, 1.97},
         {"chi deviate tiny df", [](ZekFail *f) { return g01fcc(0.5, 1e-300, f); }, false, 0, 1},
