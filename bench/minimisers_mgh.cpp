@@ -14,7 +14,7 @@
 
 #include <minpack.h>
 
-#include "mgh_problems.h"
+#include "mgh_residuals.h"
 #include "strd_data.h"
 #include "zek2/e04.h"
 

@@ -20,7 +20,7 @@
 #include <gsl/gsl_sf_psi.h>
 #include <nlopt.h>
 
-#include "mgh_problems.h"
+#include "mgh_residuals.h"
 #include "zek2/e04.h"
 
 namespace {

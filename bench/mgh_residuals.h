@@ -2,8 +2,8 @@
 // minimiser benchmarks: the least-squares family fits the residuals, the general minimisers minimise
 // their sum of squares.  Values carry their derivatives as forward-mode dual numbers, so every solver
 // sees the same exact derivatives.
-#ifndef ZEK_BENCH_MGH_PROBLEMS_H
-#define ZEK_BENCH_MGH_PROBLEMS_H
+#ifndef ZEK_BENCH_MGH_RESIDUALS_H
+#define ZEK_BENCH_MGH_RESIDUALS_H
 
 #include <algorithm>
 #include <cmath>
