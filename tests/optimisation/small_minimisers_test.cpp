@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "mgh_problems.h"
@@ -116,29 +117,18 @@ TEST(Simplex, MinimisesTheTestProblemsFromTheirStandardStarts) {
     }
 }
 
-// Chebyquad (sum of squares of the residuals of Gauss-Chebyshev quadrature on [0, 1]), zero at its
-// minimum for N = 7.
+// Chebyquad for N = 7, zero at its minimum: residuals of Gauss-Chebyshev quadrature on [0, 1].
 void chebyquad(const int *n, const double *x, double *fc) {
-    double r[7] = {};
-    for (int j = 0; j < *n; ++j) {
-        const double y = 2.0 * x[j] - 1.0;
-        double t0 = 1.0, t1 = y;
-        for (int i = 0; i < 7; ++i) {
-            r[i] += t1 / *n;
-            const double t2 = 2.0 * y * t1 - t0;
-            t0 = t1, t1 = t2;
-        }
-    }
+    double r[7] = {0, 1.0 / 3, 0, 1.0 / 15, 0, 1.0 / 35, 0};
+    for (int j = 0; j < *n; ++j)
+        for (double y = 2.0 * x[j] - 1.0, t0 = 1.0, t1 = y, i = 0; i < 7; ++i)
+            r[static_cast<int>(i)] += t1 / *n, std::swap(t0, t1), t1 = 2.0 * y * t0 - t1;
     *fc = 0.0;
-    for (int i = 0; i < 7; ++i) {
-        const double e = (i % 2 == 1) ? r[i] + 1.0 / ((i + 1.0) * (i + 1.0) - 1.0) : r[i];
-        *fc += e * e;
-    }
+    for (double e : r) *fc += e * e;
 }
 
 TEST(Simplex, LeavesACollapsedSimplexForTheMinimum) {
-    // From ten times the standard start the simplex flattens onto a subspace and converges at f near
-    // 0.05 unless it is rebuilt.
+    // From ten times its standard start the simplex flattens and converges at f near 0.05 unless rebuilt.
     const int n = 7, iw = 8, maxcal = 20000;
     std::vector<double> x(n), w1(n), w2(n), w3(n), w4(n), w5(n + 1), w6((n + 1) * n);
     for (int j = 0; j < n; ++j) x[j] = 10.0 * (j + 1.0) / (n + 1.0);
