@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "frame/machine.h"
 #include "optimisation/minimiser_support.h"
@@ -87,6 +88,7 @@ private:
     int stop_ = 0;
     bool central_ = false;
     bool estimate_fresh_ = true;
+    std::uint64_t held_ = 0;  // a signature of the set of held variables at the last direction
 };
 
 bool Engine::both(const double *x, double *f, double *g, bool know_f) {
@@ -183,6 +185,15 @@ bool Engine::direction() {
     const double *x = p_.x, *g = p_.g;
     for (int j = 0; j < n_; ++j) dir_[j] = 0.0;
     if (p_.method == Method::QuasiNewton || p_.method == Method::QuasiNewtonValues) {
+        // The free block of the inverse estimate is the inverse of the free block of the Hessian only
+        // when the estimate does not couple free and held variables: when the held set changes the
+        // coupling goes (the diagonal stays), and the updates see only the free variables' changes.
+        std::uint64_t held = 0;
+        for (int j = 0; j < n_; ++j)
+            if (is_fixed(x[j], g[j], p_.bl[j], p_.bu[j])) held += (static_cast<std::uint64_t>(j) + 1) * 0x9E3779B97F4A7C15u;
+        if (held != held_)
+            for (std::ptrdiff_t k = 0; k < lower_cells(n_); ++k) p_.hlower[k] = 0.0;
+        held_ = held;
         for (int i = 0; i < n_; ++i) {
             if (is_fixed(x[i], g[i], p_.bl[i], p_.bu[i])) continue;
             double v = 0.0;
@@ -399,10 +410,11 @@ int Engine::run() {
             result = kNoProgress;
             break;
         }
-        // Step and gradient change, in xold_ and gt_.
+        // Step and gradient change, in xold_ and gt_; the change is dropped on variables that did not
+        // move (held on their bounds), whose curvature the step says nothing about.
         for (int j = 0; j < n_; ++j) {
             xold_[j] = x[j] - hy_[j];
-            gt_[j] = p_.g[j] - gold_[j];
+            gt_[j] = xold_[j] == 0.0 ? 0.0 : p_.g[j] - gold_[j];
         }
         const double snorm = norm2(n_, xold_), xnorm = norm2(n_, x);
         const double fnew = *p_.f;

@@ -4,7 +4,10 @@
 // neighbours at unit offsets: its step, forced in magnitude into [0.1, 5], becomes the edge of the
 // simplex along that axis.  Then reflection (coefficient 1), expansion (2), contraction (0.5) and
 // shrink toward the best vertex (0.5), until the root mean square deviation of the vertex values is at
-// most TOL.  Values that are not finite rank above every finite value.
+// most TOL.  A converged simplex is then tested for descent by short steps along the axes from its
+// best vertex and, where one descends, rebuilt there with a tenth of the start's edges (at most five
+// times, and only while each rebuild lowers the best value by more than TOL).  Values that are not
+// finite rank above every finite value.
 #include <algorithm>
 #include <cmath>
 
@@ -19,6 +22,8 @@ using zek::mini::comparable;
 constexpr double kReflect = 1.0, kExpand = 2.0, kContract = 0.5, kShrink = 0.5;
 constexpr double kMinEdge = 0.1, kMaxEdge = 5.0;
 constexpr double kAxisLimit = 5.0;
+constexpr int kRestarts = 5;
+constexpr double kRestartEdge = 0.1, kProbe = 1e-3;
 
 class Simplex {
 public:
@@ -31,6 +36,12 @@ public:
     int start();
     // One cycle; true when the limit of calls stopped it.
     bool cycle();
+    // Whether a step of a thousandth of the start's edge along some axis, either way, lowers the best value
+    // (at most 2N calls), leaving the calls for a restart.
+    bool descends();
+    // A fresh simplex around the best vertex with a tenth of the start's edges; false when the calls
+    // would not suffice for it.
+    bool restart();
     double deviation() const;
     int best() const;
     int worst() const;
@@ -103,6 +114,8 @@ int Simplex::start() {
         point_[k] = xk + step;
         row_from(k + 1, point_, 0.0);
     }
+    // The start is in row 0 from here on: X keeps the edges for a restart.
+    for (int k = 0; k < n_; ++k) x_[k] = *vertex_element(k + 1, k) - *vertex_element(0, k);
     // The vertices' values, each evaluated once at its place.
     for (int i = 1; i <= n_; ++i) {
         if (calls_ >= maxcal_) return 2;
@@ -110,6 +123,38 @@ int Simplex::start() {
         values_[i] = eval(point_);
     }
     return 0;
+}
+
+bool Simplex::descends() {
+    if (calls_ + 3 * n_ > maxcal_) return false;
+    const int b = best();
+    const double fb = comparable(values_[b]);
+    for (int k = 0; k < n_; ++k)
+        for (double side : {-1.0, 1.0}) {
+            row_to(b, point_);
+            point_[k] += side * kProbe * x_[k];
+            if (comparable(eval(point_)) < fb) return true;
+        }
+    return false;
+}
+
+bool Simplex::restart() {
+    if (calls_ + n_ > maxcal_) return false;
+    const int b = best();
+    row_to(b, point_);
+    int k = 0;
+    for (int i = 0; i <= n_; ++i) {
+        if (i == b) continue;
+        for (int j = 0; j < n_; ++j) *vertex_element(i, j) = point_[j];
+        *vertex_element(i, k) += kRestartEdge * x_[k];
+        ++k;
+    }
+    for (int i = 0; i <= n_; ++i) {
+        if (i == b) continue;
+        row_to(i, trial_);
+        values_[i] = eval(trial_);
+    }
+    return true;
 }
 
 int Simplex::best() const {
@@ -215,12 +260,25 @@ extern "C" void E04CC_CORE(const int *n_, double *x, double *fmin, const double 
     int code = s.start();
     const bool built = code == 0;
     if (code == 0) {
-        for (;;) {
+        // A simplex can collapse onto a subspace and converge away from any minimum.  Once converged,
+        // short steps along the axes from its best vertex test for descent; where one descends the
+        // simplex is rebuilt around that vertex.  The run ends when no axis descends or a rebuilt
+        // simplex no longer lowers the best value by more than TOL; a check that runs out of calls
+        // still ends the run converged.
+        double converged_at = HUGE_VAL;
+        for (int restarts = 0;;) {
             if (monit != nullptr)
                 monit_adapt(monit, s.value(s.best()), s.value(s.worst()), s.sim(), n, n + 1, s.calls());
-            if (s.deviation() <= tol) break;
+            if (s.deviation() <= tol) {
+                const double f = comparable(s.value(s.best()));
+                const bool improved = !(f >= converged_at - tol);
+                converged_at = f;
+                if (!improved || restarts == kRestarts || !s.descends() || !s.restart()) break;
+                ++restarts;
+                continue;
+            }
             if (s.limit_reached() || s.cycle()) {
-                code = 2;
+                code = converged_at < HUGE_VAL ? 0 : 2;
                 break;
             }
         }

@@ -179,10 +179,12 @@ extern "C" void E04BBF(ZekE04Funct1Grad funct, ZekE04AdaptFunct1Grad adapt, doub
     double d = 0.0, e = b - a;
     while (!k.stop()) {
         const Point &x = k.x;
-        // A zero slope is a stationary point; an end whose slope points out of the interval is the
-        // minimum on it.
-        if (x.g == 0.0 || (x.x <= k.a && x.g > 0.0) || (x.x >= k.b && x.g < 0.0)) break;
-        const bool right = x.g < 0.0;
+        // An end whose slope points out of the interval is the minimum on it.  A zero slope inside is
+        // a stationary point below both ends; at an end it may be a maximum or an inflection (x^2 (4x-9)
+        // at 0), so the search goes on into the interval.
+        const bool at_a = x.x <= k.a, at_b = x.x >= k.b;
+        if ((at_a && x.g > 0.0) || (at_b && x.g < 0.0) || (x.g == 0.0 && !at_a && !at_b)) break;
+        const bool right = at_a || (!at_b && x.g < 0.0);
         // The slope puts the minimum between x and that end: when it is that close, x is accurate.
         const double end = right ? k.b : k.a;
         if (std::fabs(end - x.x) <= k.t2) break;

@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "mgh_problems.h"
@@ -25,6 +26,11 @@ const OneDim kOneDim[] = {
     {"exp_linear", [](double x) { return std::exp(x) - 2.0 * x; }, [](double x) { return std::exp(x) - 2.0; }, -1.0,
      3.0, std::log(2.0)},
     {"left_end", [](double x) { return x * x; }, [](double x) { return 2.0 * x; }, 1.0, 4.0, 1.0},
+    // A zero slope at the lower end that is not the minimum: an inflection, then a maximum.
+    {"end_inflection", [](double x) { return x * x * x * (x - 3.0) + 2.0; },
+     [](double x) { return x * x * (4.0 * x - 9.0); }, 0.0, 5.0, 2.25},
+    {"end_maximum", [](double x) { return (x * x - 1.0) * (x * x - 1.0); },
+     [](double x) { return 4.0 * x * (x * x - 1.0); }, 0.0, 3.0, 1.0},
 };
 
 void f1(const double *x, double *fc, int *iuser, double *ruser) {
@@ -109,6 +115,29 @@ TEST(Simplex, MinimisesTheTestProblemsFromTheirStandardStarts) {
         EXPECT_GT(g_monitor_calls, 0);
         EXPECT_LE(g_calls, maxcal);
     }
+}
+
+// Chebyquad for N = 7, zero at its minimum: residuals of Gauss-Chebyshev quadrature on [0, 1].
+void chebyquad(const int *n, const double *x, double *fc) {
+    double r[7] = {0, 1.0 / 3, 0, 1.0 / 15, 0, 1.0 / 35, 0};
+    for (int j = 0; j < *n; ++j)
+        for (double y = 2.0 * x[j] - 1.0, t0 = 1.0, t1 = y, i = 0; i < 7; ++i)
+            r[static_cast<int>(i)] += t1 / *n, std::swap(t0, t1), t1 = 2.0 * y * t0 - t1;
+    *fc = 0.0;
+    for (double e : r) *fc += e * e;
+}
+
+TEST(Simplex, LeavesACollapsedSimplexForTheMinimum) {
+    // From ten times its standard start the simplex flattens and converges at f near 0.05 unless rebuilt.
+    const int n = 7, iw = 8, maxcal = 20000;
+    std::vector<double> x(n), w1(n), w2(n), w3(n), w4(n), w5(n + 1), w6((n + 1) * n);
+    for (int j = 0; j < n; ++j) x[j] = 10.0 * (j + 1.0) / (n + 1.0);
+    double fmin = 0, tol = 1e-12;
+    int ifail = 1;
+    E04CCF(&n, x.data(), &fmin, &tol, &iw, w1.data(), w2.data(), w3.data(), w4.data(), w5.data(), w6.data(),
+           chebyquad, nullptr, &maxcal, &ifail);
+    EXPECT_EQ(ifail, 0);
+    EXPECT_LT(fmin, 1e-9);
 }
 
 void flat_or_line(const int *n, const double *x, double *fc) {
