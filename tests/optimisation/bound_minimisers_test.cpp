@@ -235,3 +235,32 @@ TEST(BoundConstrained, ComprehensiveFormsOnBoxThreeDimensionalWithBounds) {
 }
 
 } // namespace
+
+// Bard's fit (Moré, Garbow and Hillstrom's problem 8) as a sum of squares with its gradient.
+void bard(int *iflag, const int *, const double *x, double *f, double *g, int *, double *) {
+    const double y[] = {0.14, 0.18, 0.22, 0.25, 0.29, 0.32, 0.35, 0.39, 0.37, 0.58, 0.73, 0.96, 1.34, 2.10, 4.39};
+    *f = 0.0;
+    double grad[3] = {};
+    for (int i = 0; i < 15; ++i) {
+        const double u = i + 1.0, v = 15.0 - i, w = std::min(u, v), den = v * x[1] + w * x[2];
+        const double r = y[i] - (x[0] + u / den);
+        *f += r * r;
+        grad[0] -= 2.0 * r;
+        grad[1] += 2.0 * r * u * v / (den * den);
+        grad[2] += 2.0 * r * u * w / (den * den);
+    }
+    if (*iflag == 2)
+        for (int j = 0; j < 3; ++j) g[j] = grad[j];
+}
+
+TEST(BoundConstrained, QuasiNewtonKeepsItsPaceWhenBoundsBecomeActive) {
+    // In the box [0, 2]^3 the minimum (f = 0.00889856) has a variable on a bound.  An inverse estimate
+    // whose free block still carried the held variable's coupling took thousands of evaluations here,
+    // far beyond E04KYF's 100N.
+    int n = 3, ibound = 0, liw = 5, lw = 33, ifail = 1, iuser = 0;
+    double bl[3] = {0, 0, 0}, bu[3] = {2, 2, 2}, x[3] = {1, 1, 1}, f = 0, g[3], w[33], ruser = 0;
+    int iw[5];
+    E04KYF(&n, &ibound, bard, nullptr, bl, bu, x, &f, g, iw, &liw, w, &lw, &iuser, &ruser, &ifail);
+    EXPECT_TRUE(ifail == 0 || (ifail >= 5 && ifail <= 8)) << ifail;
+    EXPECT_NEAR(f, 0.00889856, 1e-7);
+}
