@@ -20,9 +20,9 @@ namespace {
 
 // Reference values computed with mpmath at 40 significant digits, at the double arguments shown
 // (branch boundaries of each routine and their neighbouring doubles among them): one table a file in
-// tests/data/special, a row a line of numbers, '#' lines naming the expression.
+// tests/data/function_values, a row a line of numbers, '#' lines naming the expression.
 std::vector<std::vector<long double>> rows_of(const char *name) {
-    std::ifstream in(std::string(ZEK_TEST_DATA_DIR) + "/special/" + name + ".txt");
+    std::ifstream in(std::string(ZEK_TEST_DATA_DIR) + "/function_values/" + name + ".txt");
     std::vector<std::vector<long double>> rows;
     for (std::string line; std::getline(in, line);) {
         if (line.empty() || line[0] == '#') continue;
