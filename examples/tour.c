@@ -77,7 +77,7 @@ static void unload_library(void) { FreeLibrary(library); }
  * This host counts the pieces it receives and prints them on its console, stdout. */
 static int host_pieces;
 
-__attribute__((visibility("default"))) int OldTorviPrintf(const char *format, ...) {
+__attribute__((visibility("default"), format(printf, 1, 2))) int OldTorviPrintf(const char *format, ...) {
     va_list args;
     ++host_pieces;
     va_start(args, format);

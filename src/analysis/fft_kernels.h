@@ -258,6 +258,15 @@ template <int P, class T> ZEK_FFT_INLINE void hdft(const T *re, const T *im, T *
 // +-1 to flip a sign is exact.  V4 code is only compiled into functions built for the wider vector
 // registers (fft_wide.cpp).
 using V2 = double __attribute__((vector_size(16)));
+// Lane permutations of one vector and of two: the two compilers spell them differently; Mask, the
+// index vector type, must be in scope where they are used.
+#if defined(__clang__)
+#define ZEK_PERMUTE(x, ...) __builtin_shufflevector(x, x, __VA_ARGS__)
+#define ZEK_INTERLEAVE(x, y, ...) __builtin_shufflevector(x, y, __VA_ARGS__)
+#else
+#define ZEK_PERMUTE(x, ...) __builtin_shuffle(x, Mask{__VA_ARGS__})
+#define ZEK_INTERLEAVE(x, y, ...) __builtin_shuffle(x, y, Mask{__VA_ARGS__})
+#endif
 using V4 = double __attribute__((vector_size(32)));
 using Cv = V2;
 
@@ -266,23 +275,23 @@ template <class V> struct Lanes;
 template <> struct Lanes<V2> {
     using Mask = long long __attribute__((vector_size(16)));
     static constexpr int kComplex = 1;
-    static V2 swap(V2 x) { return __builtin_shuffle(x, Mask{1, 0}); }
+    static V2 swap(V2 x) { return ZEK_PERMUTE(x, 1, 0); }
     static V2 alternate() { return V2{1.0, -1.0}; }
     static V2 splat(double a, double b) { return V2{a, b}; }
     // (c, s) pairs of consecutive twiddles: (c, c ...) and (s, s ...)
-    static V2 dup_even(V2 w) { return __builtin_shuffle(w, Mask{0, 0}); }
-    static V2 dup_odd(V2 w) { return __builtin_shuffle(w, Mask{1, 1}); }
+    static V2 dup_even(V2 w) { return ZEK_PERMUTE(w, 0, 0); }
+    static V2 dup_odd(V2 w) { return ZEK_PERMUTE(w, 1, 1); }
 };
 
 #if defined(ZEK_FFT_WIDE) // functions on V4 exist only where it fits a register (fft_wide.cpp)
 template <> struct Lanes<V4> {
     using Mask = long long __attribute__((vector_size(32)));
     static constexpr int kComplex = 2;
-    static V4 swap(V4 x) { return __builtin_shuffle(x, Mask{1, 0, 3, 2}); }
+    static V4 swap(V4 x) { return ZEK_PERMUTE(x, 1, 0, 3, 2); }
     static V4 alternate() { return V4{1.0, -1.0, 1.0, -1.0}; }
     static V4 splat(double a, double b) { return V4{a, b, a, b}; }
-    static V4 dup_even(V4 w) { return __builtin_shuffle(w, Mask{0, 0, 2, 2}); }
-    static V4 dup_odd(V4 w) { return __builtin_shuffle(w, Mask{1, 1, 3, 3}); }
+    static V4 dup_even(V4 w) { return ZEK_PERMUTE(w, 0, 0, 2, 2); }
+    static V4 dup_odd(V4 w) { return ZEK_PERMUTE(w, 1, 1, 3, 3); }
 };
 #endif
 

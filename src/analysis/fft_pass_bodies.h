@@ -72,7 +72,7 @@ struct TwoBlocks {
 struct FourGroups {
     using T = V4;
     using Mask = long long __attribute__((vector_size(32)));
-    static V4 reversed(V4 v) { return __builtin_shuffle(v, Mask{3, 2, 1, 0}); }
+    static V4 reversed(V4 v) { return ZEK_PERMUTE(v, 3, 2, 1, 0); }
     V4 up(const double *p) const { return load<V4>(p); }
     V4 down(const double *p) const { return reversed(load<V4>(p - 3)); }
     void put_up(double *p, V4 v) const { store(p, v); }

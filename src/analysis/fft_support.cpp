@@ -589,14 +589,14 @@ void C06_TRANSPOSE_REAL_TILE(int m, int n, const double *a, int lda, double *b, 
         [&](Index ib, Index jb) {
             // 2 by 2 squares: two values of two columns in, two of two rows out.
             using zek::fft::V2;
-            using Mask = long long __attribute__((vector_size(16)));
+            using Mask [[maybe_unused]] = long long __attribute__((vector_size(16)));
             for (Index j = 0; j < kTileBlock; j += 2) {
                 const double *a0 = a + ib + (jb + j) * lda, *a1 = a0 + lda;
                 double *b0 = b + jb + j + ib * ldb;
                 for (Index i = 0; i < kTileBlock; i += 2) {
                     const V2 c0 = zek::fft::load<V2>(a0 + i), c1 = zek::fft::load<V2>(a1 + i);
-                    zek::fft::store(b0 + i * ldb, __builtin_shuffle(c0, c1, Mask{0, 2}));
-                    zek::fft::store(b0 + (i + 1) * ldb, __builtin_shuffle(c0, c1, Mask{1, 3}));
+                    zek::fft::store(b0 + i * ldb, ZEK_INTERLEAVE(c0, c1, 0, 2));
+                    zek::fft::store(b0 + (i + 1) * ldb, ZEK_INTERLEAVE(c0, c1, 1, 3));
                 }
             }
         },

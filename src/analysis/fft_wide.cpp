@@ -35,7 +35,10 @@ void allow(bool a) { allowed.store(a, std::memory_order_relaxed); }
 
 // Everything below is compiled for AVX2.  The headers it includes define only functions of internal
 // linkage, so none of these copies can be picked for code that runs without AVX2.
-#if ZEK_FFT_AVX2
+#if ZEK_FFT_AVX2 && defined(__clang__)
+#pragma clang attribute push(__attribute__((target("avx2"))), apply_to = function)
+#define ZEK_FFT_WIDE 1
+#elif ZEK_FFT_AVX2
 #pragma GCC push_options
 #pragma GCC target("avx2")
 #define ZEK_FFT_WIDE 1
@@ -99,6 +102,8 @@ void real_pass_rows(bool forward, int p, int m, int n, Index k, double *x, RealT
 
 } // namespace zek::fft::wide
 
-#if ZEK_FFT_AVX2
+#if ZEK_FFT_AVX2 && defined(__clang__)
+#pragma clang attribute pop
+#elif ZEK_FFT_AVX2
 #pragma GCC pop_options
 #endif

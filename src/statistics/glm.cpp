@@ -82,7 +82,6 @@ const FamilyRow kFamilies[] = {
 };
 
 constexpr int kHalvings = 30;
-constexpr int kColumns = 7;  // of v
 
 struct Problem {
     const FamilyRow *fam;
