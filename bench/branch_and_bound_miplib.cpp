@@ -20,6 +20,7 @@
 #include "frame/input_units.h"
 #include "zek2/h02.h"
 #include "zek2/x04.h"
+#include "bench_timing.h"
 
 // The library's console text comes here: the node count is read off the final block, the rest is
 // dropped.
@@ -76,18 +77,6 @@ bool load(const std::string &path, Model &model) {
     return true;
 }
 
-template <class F> double best_time(F solve, double budget) {
-    double best = 1e30, spent = 0.0;
-    for (int k = 0; k < 1000 && (k < 3 || spent < budget); ++k) {
-        const auto t0 = std::chrono::steady_clock::now();
-        solve();
-        const double s = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
-        best = std::min(best, s);
-        spent += s;
-    }
-    return best;
-}
-
 struct Outcome {
     double seconds = 0.0, objective = 0.0;
     long nodes = 0;
@@ -129,7 +118,7 @@ Outcome run_zek(const Model &model, double budget) {
     }
     if (null != nullptr) std::fclose(null);
     o.nodes = g_nodes;
-    o.seconds = best_time([&] { solve(0); }, budget);
+    o.seconds = zek_bench::best_time([&] { solve(0); }, budget);
     return o;
 }
 
@@ -164,7 +153,7 @@ Outcome run_glpk(const std::string &path, double budget) {
     g_glpk_nodes = 0;
     solve(true);
     o.nodes = g_glpk_nodes;
-    o.seconds = best_time([&] { solve(false); }, budget);
+    o.seconds = zek_bench::best_time([&] { solve(false); }, budget);
     glp_delete_prob(original);
     return o;
 }

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "zek2/e04.h"
+#include "bench_timing.h"
 
 namespace {
 
@@ -59,25 +60,13 @@ struct Outcome {
     int status = 0;
 };
 
-template <class F> double best_time(F solve, double budget) {
-    double best = 1e30, spent = 0.0;
-    for (int k = 0; k < 1000 && (k < 3 || spent < budget); ++k) {
-        const auto t0 = std::chrono::steady_clock::now();
-        solve();
-        const double s = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
-        best = std::min(best, s);
-        spent += s;
-    }
-    return best;
-}
-
 Outcome run_glpk(glp_prob *original, double budget) {
     Outcome o;
     glp_prob *lp = glp_create_prob();
     glp_smcp parm;
     glp_init_smcp(&parm);
     parm.msg_lev = GLP_MSG_OFF;
-    o.seconds = best_time(
+    o.seconds = zek_bench::best_time(
         [&] {
             glp_copy_prob(lp, original, GLP_OFF);
             o.status = glp_simplex(lp, &parm);
@@ -102,7 +91,7 @@ Outcome run_e04mfa(const Model &p, double budget) {
     std::vector<double> rwsav(475);
     int lc = 1, ll = 120, li = 610, lr = 475, ifail = 0;
     E04WBA("E04MFA", cwsav.data(), &lc, lwsav.data(), &ll, iwsav.data(), &li, rwsav.data(), &lr, &ifail, 6, 80);
-    o.seconds = best_time(
+    o.seconds = zek_bench::best_time(
         [&] {
             std::fill(x.begin(), x.end(), 0.0);
             o.status = 1;

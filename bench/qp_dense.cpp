@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "zek2/e04.h"
+#include "bench_timing.h"
 
 namespace {
 
@@ -87,18 +88,6 @@ struct Outcome {
     int status = 0;
 };
 
-template <class F> double best_time(F solve, double budget) {
-    double best = 1e30, spent = 0.0;
-    for (int k = 0; k < 1000 && (k < 1 || spent < budget); ++k) {
-        const auto t0 = std::chrono::steady_clock::now();
-        solve();
-        const double s = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
-        best = std::min(best, s);
-        spent += s;
-    }
-    return best;
-}
-
 struct Session {
     std::vector<char> cwsav = std::vector<char>(80, ' ');
     std::vector<int> lwsav = std::vector<int>(120, 0), iwsav = std::vector<int>(610, 0);
@@ -124,7 +113,7 @@ Outcome run_e04nfa(const Problem &p, double budget) {
         clamda(static_cast<std::size_t>(n + nclin)), work(static_cast<std::size_t>(lwork));
     int iuser[1] = {0};
     double ruser[1] = {0.0};
-    o.seconds = best_time(
+    o.seconds = zek_bench::best_time(
         [&] {
             std::fill(x.begin(), x.end(), 0.0);
             o.status = 1;
@@ -133,7 +122,7 @@ Outcome run_e04nfa(const Problem &p, double budget) {
                    iwork.data(), &liwork, work.data(), &lwork, iuser, ruser, s.lwsav.data(), s.iwsav.data(),
                    s.rwsav.data(), &o.status);
         },
-        budget);
+        budget, 1);
     return o;
 }
 
@@ -146,7 +135,7 @@ Outcome run_e04nca(const Problem &p, double budget) {
         iwork(static_cast<std::size_t>(liwork));
     std::vector<double> x(static_cast<std::size_t>(n)), clamda(static_cast<std::size_t>(n + nclin)),
         work(static_cast<std::size_t>(lwork)), a(p.data), b(p.rhs);
-    o.seconds = best_time(
+    o.seconds = zek_bench::best_time(
         [&] {
             std::fill(x.begin(), x.end(), 0.0);
             a = p.data;
@@ -156,7 +145,7 @@ Outcome run_e04nca(const Problem &p, double budget) {
                    kx.data(), x.data(), a.data(), b.data(), &o.iterations, &o.objective, clamda.data(), iwork.data(),
                    &liwork, work.data(), &lwork, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &o.status);
         },
-        budget);
+        budget, 1);
     return o;
 }
 
@@ -183,7 +172,7 @@ Outcome run_clp(const Problem &p, double budget) {
     astart[n] = static_cast<CoinBigIndex>(arow.size());
     hstart[n] = static_cast<CoinBigIndex>(hrow.size());
     const std::vector<double> rowlb(p.bl.begin() + n, p.bl.end()), rowub(p.bu.begin() + n, p.bu.end());
-    o.seconds = best_time(
+    o.seconds = zek_bench::best_time(
         [&] {
             ClpSimplex model;
             model.setLogLevel(0);
@@ -195,7 +184,7 @@ Outcome run_clp(const Problem &p, double budget) {
             o.objective = model.objectiveValue() + p.constant;
             o.status = model.status();
         },
-        budget);
+        budget, 1);
     return o;
 }
 

@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "zek2/f11.h"
+#include "bench_timing.h"
 
 namespace {
 
@@ -80,10 +81,6 @@ bool read_market(const std::string &name, Matrix &m) {
     return true;
 }
 
-double seconds_since(std::chrono::steady_clock::time_point t) {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - t).count();
-}
-
 double relative_residual(const Matrix &m, const std::vector<double> &x, const std::vector<double> &b) {
     std::vector<double> r = b;
     for (std::size_t k = 0; k < m.a.size(); ++k) r[m.irow[k] - 1] -= m.a[k] * x[m.icol[k] - 1];
@@ -116,7 +113,7 @@ Outcome ours(const Matrix &m, const std::vector<double> &b, const char *strategy
         auto t = std::chrono::steady_clock::now();
         F11DAF(&n, &nnz, fa.data(), &la, fr.data(), fc.data(), &lfill, &dtol, strategy, "N", ipivp.data(), ipivq.data(),
                istr.data(), idiag.data(), &nnzc, &npivm, iwork.data(), &liwork, &ifail, 1, 1);
-        o.setup = std::min(o.setup, seconds_since(t));
+        o.setup = std::min(o.setup, zek_bench::seconds_since(t));
         if (ifail != 0) {
             o.status = 100 + ifail;
             return o;
@@ -128,7 +125,7 @@ Outcome ours(const Matrix &m, const std::vector<double> &b, const char *strategy
         F11DCF("RGMRES", &n, &nnz, fa.data(), &la, fr.data(), fc.data(), ipivp.data(), ipivq.data(), istr.data(),
                idiag.data(), b.data(), &kRestart, &kTol, &kMaxitn, x.data(), &rnorm, &o.iterations, work.data(),
                &lwork, &ifail, 6);
-        o.solve = std::min(o.solve, seconds_since(t));
+        o.solve = std::min(o.solve, zek_bench::seconds_since(t));
         o.status = ifail;
     }
     o.residual = relative_residual(m, x, b);
@@ -150,10 +147,10 @@ Outcome peer(const Matrix &m, const std::vector<double> &b) {
         gmres.setMaxIterations(kMaxitn);
         auto t = std::chrono::steady_clock::now();
         gmres.compute(a);
-        o.setup = std::min(o.setup, seconds_since(t));
+        o.setup = std::min(o.setup, zek_bench::seconds_since(t));
         t = std::chrono::steady_clock::now();
         x = gmres.solve(rhs);
-        o.solve = std::min(o.solve, seconds_since(t));
+        o.solve = std::min(o.solve, zek_bench::seconds_since(t));
         o.iterations = static_cast<int>(gmres.iterations());
         o.status = gmres.info() == Eigen::Success ? 0 : 1;
     }
