@@ -1,7 +1,7 @@
 // The test problems of Moré, Garbow and Hillstrom (ACM TOMS 7, 1981) as residual vectors, shared by the
 // minimiser benchmarks: the least-squares family fits the residuals, the general minimisers minimise
-// their sum of squares.  Values carry their derivatives as forward-mode dual numbers, so every solver
-// sees the same exact derivatives.
+// their sum of squares.  Values carry their derivatives as forward-mode dual numbers (tests'
+// dual.h), so every solver sees the same exact derivatives.
 #ifndef ZEK_BENCH_MGH_RESIDUALS_H
 #define ZEK_BENCH_MGH_RESIDUALS_H
 
@@ -10,47 +10,12 @@
 #include <string>
 #include <vector>
 
+#include "dual.h"
+
 namespace mgh {
 
-// A value with its derivatives with respect to the (at most kMax) variables.
-constexpr int kMax = 11;
-struct Dual {
-    double v = 0.0;
-    double d[kMax] = {};
-    Dual() = default;
-    Dual(double c) : v(c) {}  // NOLINT: constants mix freely with variables
-};
-inline Dual lift(double v, const Dual &a, double da) {  // a function of A with derivative DA
-    Dual r(v);
-    for (int k = 0; k < kMax; ++k) r.d[k] = da * a.d[k];
-    return r;
-}
-inline Dual operator+(const Dual &a, const Dual &b) {
-    Dual r(a.v + b.v);
-    for (int k = 0; k < kMax; ++k) r.d[k] = a.d[k] + b.d[k];
-    return r;
-}
-inline Dual operator-(const Dual &a, const Dual &b) {
-    Dual r(a.v - b.v);
-    for (int k = 0; k < kMax; ++k) r.d[k] = a.d[k] - b.d[k];
-    return r;
-}
-inline Dual operator-(const Dual &a) { return lift(-a.v, a, -1.0); }
-inline Dual operator*(const Dual &a, const Dual &b) {
-    Dual r(a.v * b.v);
-    for (int k = 0; k < kMax; ++k) r.d[k] = a.d[k] * b.v + a.v * b.d[k];
-    return r;
-}
-inline Dual operator/(const Dual &a, const Dual &b) {
-    Dual r(a.v / b.v);
-    for (int k = 0; k < kMax; ++k) r.d[k] = (a.d[k] - r.v * b.d[k]) / b.v;
-    return r;
-}
-inline Dual exp(const Dual &a) { return lift(std::exp(a.v), a, std::exp(a.v)); }
-inline Dual sqrt(const Dual &a) { return lift(std::sqrt(a.v), a, 0.5 / std::sqrt(a.v)); }
-inline Dual atan(const Dual &a) { return lift(std::atan(a.v), a, 1.0 / (1.0 + a.v * a.v)); }
-inline Dual log(const Dual &a) { return lift(std::log(a.v), a, 1.0 / a.v); }
-inline Dual pow(const Dual &a, const Dual &b) { return exp(b * log(a)); }
+using zek_test::dual::Dual;
+using zek_test::dual::lift;
 
 using Residuals = void (*)(int m, int n, const Dual *x, Dual *f);
 
