@@ -252,7 +252,6 @@ void simplex_table() {
 }
 
 // ---- One variable ----
-Dual sin(const Dual &a) { return mgh::lift(std::sin(a.v), a, std::cos(a.v)); }
 Dual cosh(const Dual &a) { return mgh::lift(std::cosh(a.v), a, std::sinh(a.v)); }
 Dual fabs(const Dual &a) { return mgh::lift(std::fabs(a.v), a, a.v < 0.0 ? -1.0 : 1.0); }
 Dual tgamma(const Dual &a) { return mgh::lift(std::tgamma(a.v), a, std::tgamma(a.v) * gsl_sf_psi(a.v)); }

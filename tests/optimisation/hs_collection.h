@@ -9,58 +9,14 @@
 #include <cmath>
 #include <vector>
 
+#include "dual.h"
 #include "sqp_test_support.h"
 
 namespace zek_test::hs {
 
 constexpr int kMaxN = 10;
-
-// A value with its gradient in up to kMaxN variables.
-struct Dual {
-    double v = 0.0;
-    std::array<double, kMaxN> d{};
-    Dual() = default;
-    Dual(double value) : v(value) {}  // NOLINT: constants mix freely with variables
-};
-
-inline Dual operator+(Dual a, const Dual &b) {
-    a.v += b.v;
-    for (int k = 0; k < kMaxN; ++k) a.d[k] += b.d[k];
-    return a;
-}
-inline Dual operator-(Dual a, const Dual &b) {
-    a.v -= b.v;
-    for (int k = 0; k < kMaxN; ++k) a.d[k] -= b.d[k];
-    return a;
-}
-inline Dual operator-(Dual a) {
-    a.v = -a.v;
-    for (double &e : a.d) e = -e;
-    return a;
-}
-inline Dual operator*(const Dual &a, const Dual &b) {
-    Dual r(a.v * b.v);
-    for (int k = 0; k < kMaxN; ++k) r.d[k] = a.d[k] * b.v + a.v * b.d[k];
-    return r;
-}
-inline Dual operator/(const Dual &a, const Dual &b) {
-    Dual r(a.v / b.v);
-    for (int k = 0; k < kMaxN; ++k) r.d[k] = (a.d[k] - r.v * b.d[k]) / b.v;
-    return r;
-}
-// The chain rule for a function of one argument with value fv and derivative dv at a.
-inline Dual chain(const Dual &a, double fv, double dv) {
-    Dual r(fv);
-    for (int k = 0; k < kMaxN; ++k) r.d[k] = dv * a.d[k];
-    return r;
-}
-inline Dual sin(const Dual &a) { return chain(a, std::sin(a.v), std::cos(a.v)); }
-inline Dual cos(const Dual &a) { return chain(a, std::cos(a.v), -std::sin(a.v)); }
-inline Dual exp(const Dual &a) { return chain(a, std::exp(a.v), std::exp(a.v)); }
-inline Dual log(const Dual &a) { return chain(a, std::log(a.v), 1.0 / a.v); }
-inline Dual sqrt(const Dual &a) { return chain(a, std::sqrt(a.v), 0.5 / std::sqrt(a.v)); }
-inline Dual pow(const Dual &a, double p) { return chain(a, std::pow(a.v, p), p * std::pow(a.v, p - 1.0)); }
-inline Dual sq(const Dual &a) { return a * a; }
+using dual::Dual;
+using dual::sq;
 
 using Objective = Dual (*)(const Dual *x);
 using Constraints = void (*)(const Dual *x, Dual *c);
