@@ -56,8 +56,7 @@ TEST(BranchAndBoundReference, RandomMixedProgramsMatchGlpk) {
         double reference = -7.0;
         const bool has_optimum = k < 0 || glpk_optimum(p, &reference);
         BranchCall call;
-        call.maxdpt = 60;
-        call.extra_iwork = 20000;
+        call.maxdpt = 60, call.extra_iwork = 20000;
         const int ifail = call.run(p);
         if (!has_optimum) {
             EXPECT_TRUE(ifail == 1 || ifail == 3) << "program " << k << ": IFAIL " << ifail;
@@ -92,8 +91,7 @@ TEST(BranchAndBoundReference, MiplibModelsSolveToTheirOptima) {
         IntegerProgram p;
         ASSERT_TRUE(IntegerProgram::from_file(dir + name + ".mps", p)) << name;
         BranchCall call;
-        call.maxdpt = 200;
-        call.extra_iwork = 200000;
+        call.maxdpt = 200, call.extra_iwork = 200000;
         EXPECT_EQ(call.run(p), 0) << name;
         EXPECT_NEAR(call.objective, optimum, 1e-6 * std::max(1.0, std::fabs(optimum))) << name;
         ++models;
@@ -164,11 +162,7 @@ TEST(BranchAndBoundSearch, LimitsAndTolerances) {
     };
     for (const auto &c : cases) {
         BranchCall call;
-        call.maxnod = c.maxnod;
-        call.maxdpt = c.maxdpt;
-        call.intfst = c.intfst;
-        call.toliv = c.toliv;
-        call.msglvl = 1;
+        call.maxnod = c.maxnod, call.maxdpt = c.maxdpt, call.intfst = c.intfst, call.toliv = c.toliv, call.msglvl = 1;
         OutputCapture out;
         EXPECT_EQ(call.run(c.p), c.ifail) << c.what;
         EXPECT_EQ(call.objective, c.objective) << c.what;
@@ -205,9 +199,7 @@ TEST(BranchAndBoundSearch, RootOutcomes) {
     };
     for (const auto &c : cases) {
         BranchCall call;
-        call.itmax = c.itmax;
-        call.ifail_in = -13;
-        call.msglvl = 2;
+        call.itmax = c.itmax, call.ifail_in = -13, call.msglvl = 2;
         OutputCapture out;
         EXPECT_EQ(call.run(*c.p), c.ifail) << c.record;
         EXPECT_EQ(count_lines(out.host(), c.record), 1) << c.record;
@@ -231,11 +223,7 @@ TEST(BranchAndBoundSearch, IterationLimitDoubledOnceAwayFromTheRoot) {
     namespace e04 = zek::e04;
     for (int itmax = 1; itmax <= 8; ++itmax) {
         BranchCall call;
-        call.x0 = lp.x;
-        call.itmax = itmax;
-        call.msglvl = 2;
-        call.maxdpt = 100;
-        call.extra_iwork = 20000;
+        call.x0 = lp.x, call.itmax = itmax, call.msglvl = 2, call.maxdpt = 100, call.extra_iwork = 20000;
         OutputCapture out;
         const int ifail = call.run(p);
         const int doublings = count_lines(out.host(), "** Doubling iteration limit");
@@ -262,8 +250,7 @@ TEST(BranchAndBoundSearch, DefaultsAndTraceRequest) {
     // -11111 asks for a trace: print level 0 below 5, 15 at 5, 20 above; the limit takes its default.
     for (const auto &[msglvl, level] : {std::pair<int, const char *>{4, nullptr}, {5, "        15"}, {6, "        20"}}) {
         BranchCall trace;
-        trace.itmax = -11111;
-        trace.msglvl = msglvl;
+        trace.itmax = -11111, trace.msglvl = msglvl;
         OutputCapture out;
         EXPECT_EQ(trace.run(two_ties()), 0);
         EXPECT_EQ(trace.itmax, 50);
@@ -282,16 +269,13 @@ IntegerProgram logged_program() {
     IntegerProgram p = IntegerProgram::box(3, 1, 1.0);
     p.cvec = {-1.0, -1.0, 1.0};
     p.at(1, 1) = p.at(1, 2) = 1.0;
-    p.bu[3] = 1.5;
-    p.bl[2] = 0.5;
-    p.bu[2] = 10.0;
+    p.bu[3] = 1.5, p.bl[2] = 0.5, p.bu[2] = 10.0;
     return p;
 }
 
 TEST(BranchAndBoundPrint, WholeRunAtLevelTwo) {
     BranchCall call;
-    call.msglvl = 2;
-    call.maxdpt = 4;
+    call.msglvl = 2, call.maxdpt = 4;
     OutputCapture out;
     ASSERT_EQ(call.run(logged_program()), 0);
     const std::string heading1 = "  Node  Parent    Obj       Varbl  Value      Lower     Upper     Value    Depth";
@@ -331,8 +315,7 @@ TEST(BranchAndBoundPrint, WholeRunAtLevelTwo) {
     EXPECT_EQ(call.x, (std::vector<double>{0.0, 1.0, 1.0}));
     // At level 10 the root LP's block follows its banner, without a closing line; the final block has one.
     BranchCall ten;
-    ten.msglvl = 10;
-    ten.maxdpt = 4;
+    ten.msglvl = 10, ten.maxdpt = 4;
     OutputCapture out10;
     ASSERT_EQ(ten.run(logged_program()), 0);
     const std::vector<std::string> &host = out10.host();
@@ -402,15 +385,11 @@ TEST(BranchAndBoundFailures, BadInputIsReportedAndChangesNothing) {
         IntegerProgram p = IntegerProgram::box(2, 2, 4.0);
         p.cvec = {-1.0, -1.0};
         p.a = {2.0, 1.0, 1.0, 3.0};
-        p.bu[2] = 5.5;
-        p.bu[3] = 7.5;
+        p.bu[2] = 5.5, p.bu[3] = 7.5;
         if (c.spoil != nullptr) c.spoil(p);
-        p.n = c.n;
-        p.m = c.m;
+        p.n = c.n, p.m = c.m;
         BranchCall call;
-        call.maxdpt = c.maxdpt;
-        call.msglvl = c.msglvl;
-        call.ifail_in = -13;
+        call.maxdpt = c.maxdpt, call.msglvl = c.msglvl, call.ifail_in = -13;
         call.x0 = {0.25, 0.75};
         call.objective = 42.0;
         if (c.liwork_delta != 0) call.liwork = static_cast<int>(zek_test::minimum_liwork(2, 2, c.maxdpt)) + c.liwork_delta;

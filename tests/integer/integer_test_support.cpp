@@ -26,8 +26,7 @@ std::vector<std::string> trimmed(std::vector<std::string> lines) {
 
 IntegerProgram IntegerProgram::box(int n, int m, double upper) {
     IntegerProgram p;
-    p.n = n;
-    p.m = m;
+    p.n = n, p.m = m;
     p.a.assign(static_cast<std::size_t>(p.lda()) * static_cast<std::size_t>(n), 0.0);
     p.bl.assign(static_cast<std::size_t>(n), 0.0);
     p.bl.resize(static_cast<std::size_t>(n + m), -1e20);
@@ -196,8 +195,7 @@ bool glpk_optimum(const IntegerProgram &p, double *objective) {
     glp_load_matrix(lp, static_cast<int>(ia.size()) - 1, ia.data(), ja.data(), ar.data());
     glp_iocp parm;
     glp_init_iocp(&parm);
-    parm.msg_lev = GLP_MSG_OFF;
-    parm.presolve = GLP_ON;
+    parm.msg_lev = GLP_MSG_OFF, parm.presolve = GLP_ON;
     const bool solved = glp_intopt(lp, &parm) == 0 && glp_mip_status(lp) == GLP_OPT;
     *objective = glp_mip_obj_val(lp);
     glp_delete_prob(lp);

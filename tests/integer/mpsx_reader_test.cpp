@@ -132,8 +132,7 @@ TEST(MpsxReader, RangesOnEachRowType) {
 TEST(MpsxReader, SetSelectionDefaultsAndColumnRules) {
     const std::string rhs = mps("", "FIRST", "R1", "4.0") + mps("", "SECOND", "R1", "8.0") + mps("", "FIRST", "R2", "1.0");
     MpsxRead first(5, 5), second(5, 5);
-    first.xbldef = -1.0;
-    first.xbudef = 3.0;
+    first.xbldef = -1.0, first.xbudef = 3.0;
     EXPECT_EQ(first.read_text(model("", rhs)), 0);
     EXPECT_EQ(first.rhs + first.ranges, "FIRST           ");
     EXPECT_TRUE(first.bu[2] == 4.0 && first.bl[3] == 1.0);
@@ -273,11 +272,7 @@ TEST(MpsxReaderFailures, ArgumentsAreCheckedInOrderAndTouchNoFile) {
     };
     for (const auto &c : cases) {
         MpsxRead r(std::max(c.maxm, 1), std::max(c.maxn, 1));
-        r.maxm = c.maxm;
-        r.maxn = c.maxn;
-        r.xbldef = c.xbldef;
-        r.xbudef = 1.0;
-        r.optim = c.optim;
+        r.maxm = c.maxm, r.maxn = c.maxn, r.xbldef = c.xbldef, r.xbudef = 1.0, r.optim = c.optim;
         OutputCapture out;
         EXPECT_EQ(r.read_text(mps("N", "COST"), -13), 14) << c.optim;
         EXPECT_EQ(zek_test::trimmed(out.host()), c.records) << c.optim;
