@@ -1,8 +1,8 @@
 // The reporters: what IFAIL's digits make them print, return or end.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "frame/ifail.h"
@@ -21,51 +21,36 @@ const std::string kHard = " ** ZEK hard failure - execution terminated";
 // A record as the builder leaves it: blank padded to one less than the record width.
 std::string padded(const std::string &text, std::size_t width) { return text + std::string(width - 1 - text.size(), ' '); }
 
-zek::Records one_record(const char *text) {
+zek::Records one_record(const char *text) {  // a builder with one record
     zek::Records r;
     r.add(text);
     return r;
 }
 
-struct ReportCase {
-    int ifail;
-    int ierror;
-    bool records;
-    bool abnormal;
-    bool soft_line;
-};
-
-void PrintTo(const ReportCase &c, std::ostream *os) { *os << "IFAIL " << c.ifail << ", IERROR " << c.ierror; }
-
-class ReturningReport : public testing::TestWithParam<ReportCase> {};
-
-TEST_P(ReturningReport, PrintsWhatTheDigitsAskAndReturnsIerror) {
-    const ReportCase c = GetParam();
+TEST(ReturningReport, PrintsWhatTheDigitsAskAndReturnsIerror) {
+    // Each row: IFAIL, then whether the records, the abnormal-exit line and the soft line are printed.
+    const struct {
+        int ifail;
+        bool records, abnormal, soft_line;
+    } cases[] = {
+        {0, false, false, false},  {1, false, false, false}, {2, false, false, false},  // silent: tens digit 0
+        {101, false, false, false}, {-2, false, false, false},                            // hundreds digit ignored
+        {-1, true, true, true},     {11, true, true, true},   {111, true, true, true}, {-13, true, false, false},
+    };
     const zek::Records rec = one_record(" ** On entry, N .le. 1: N =               0.");
-    OutputCapture out;
-    const int result = P01_REPORT(c.ifail, c.ierror, "C05AGF", rec.count(), rec.data(), 6, rec.width());
-    EXPECT_EQ(result, c.ierror);
-    std::vector<std::string> expected;
-    if (c.records) expected.push_back(rec.record(0));
-    if (c.abnormal) expected.push_back(kAbnormal3);
-    if (c.soft_line) expected.push_back(kSoft);
-    EXPECT_EQ(out.host(), expected);
-    // Each host line ends with a newline on stdout, and the abnormal-exit line is preceded by one more.
-    const std::size_t newlines = expected.size() + (c.abnormal ? 1 : 0);
-    EXPECT_EQ(out.stdout_text(), std::string(newlines, '\n'));
+    for (const auto &c : cases) {
+        const int ierror = c.ifail == 0 ? 0 : 3;  // success prints nothing whatever IFAIL says
+        OutputCapture out;
+        EXPECT_EQ(P01_REPORT(c.ifail, ierror, "C05AGF", rec.count(), rec.data(), 6, rec.width()), ierror);
+        std::vector<std::string> expected;
+        if (c.records) expected.push_back(rec.record(0));
+        if (c.abnormal) expected.push_back(kAbnormal3);
+        if (c.soft_line) expected.push_back(kSoft);
+        EXPECT_EQ(out.host(), expected) << c.ifail;
+        // Each host line ends with a newline on stdout, and the abnormal-exit line is preceded by one more.
+        EXPECT_EQ(out.stdout_text(), std::string(expected.size() + (c.abnormal ? 1 : 0), '\n')) << c.ifail;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    IfailDigits, ReturningReport,
-    testing::Values(ReportCase{0, 0, false, false, false},    // success prints nothing whatever IFAIL says
-                    ReportCase{1, 3, false, false, false},    // soft and silent
-                    ReportCase{2, 3, false, false, false},    // silent: tens digit 0 keeps it quiet
-                    ReportCase{101, 3, false, false, false},  // hundreds digit has no effect
-                    ReportCase{-2, 3, false, false, false},   // other negative values are silent
-                    ReportCase{-1, 3, true, true, true},      // soft and noisy
-                    ReportCase{11, 3, true, true, true},      // tens digit opens the noisy path
-                    ReportCase{111, 3, true, true, true},
-                    ReportCase{-13, 3, true, false, false})); // records only
 
 TEST(ReportDeath, HardRequestsEndTheProcessWithStatusZero) {
     const zek::Records rec = one_record(" ** record");
@@ -92,17 +77,12 @@ TEST(ReportErrorUnit, NegativeUnitSilencesHostLinesButNotTheBlankLine) {
 }
 
 TEST(ReportNamed, NamesTheVariableOrLeavesItOut) {
-    {
+    for (const auto &[routine, name, line] :
+         {std::tuple{"F07ADF", "INFO", " ** ABNORMAL EXIT from ZEK Library routine F07ADF: INFO =    -3"},
+          {"F06PAF", "    ", " ** ABNORMAL EXIT from ZEK Library routine F06PAF"}}) {
         OutputCapture out;
-        EXPECT_EQ(P01_REPORT_NAMED(-1, -3, "F07ADF", "INFO", 0, nullptr, 6, 4, 80), -3);
-        ASSERT_EQ(out.host().size(), 2u);
-        EXPECT_EQ(out.host()[0], " ** ABNORMAL EXIT from ZEK Library routine F07ADF: INFO =    -3");
-    }
-    {
-        OutputCapture out;
-        P01_REPORT_NAMED(-1, -1, "F06PAF", "    ", 0, nullptr, 6, 4, 80);
-        ASSERT_EQ(out.host().size(), 2u);
-        EXPECT_EQ(out.host()[0], " ** ABNORMAL EXIT from ZEK Library routine F06PAF");
+        EXPECT_EQ(P01_REPORT_NAMED(-1, -3, routine, name, 0, nullptr, 6, 4, 80), -3);
+        EXPECT_EQ(out.host(), (std::vector<std::string>{line, kSoft}));
     }
 }
 
@@ -120,47 +100,26 @@ TEST(KernelParameter, StreamFormReportsAndReturns) {
     OutputCapture out;
     testing::internal::CaptureStderr();
     F06_BAD_PARAMETER_STREAM("F07ADF       ", 3, 13);
-    const std::string err = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(err, " ** On entry to F07ADF        parameter number  3 had an illegal value\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), " ** On entry to F07ADF        parameter number  3 had an illegal value\n");
     EXPECT_EQ(out.stdout_text(), " ** ABNORMAL EXIT from ZEK Library routine F07ADF: INFO =     -3\n" + kHard + "\n");
 }
 
-struct ParameterCase {
-    int ifail;
-    bool prints;
-};
-
-void PrintTo(const ParameterCase &c, std::ostream *os) { *os << "IFAIL " << c.ifail; }
-
-class ParameterReport : public testing::TestWithParam<ParameterCase> {};
-
-TEST_P(ParameterReport, CountsAlwaysAndPrintsUnlessSoftAndSilent) {
-    const ParameterCase c = GetParam();
-    int errors = 0;
-    OutputCapture out;
-    zek::P01_BAD_INTEGER(-5, "N     ", c.ifail, &errors, "F01QCF", 1, 6);
-    zek::P01_BAD_CHARACTER("X  ", "TRANS", c.ifail, &errors, "F01QDF", 1, 5, 6);
-    EXPECT_EQ(errors, 2);
-    if (!c.prints) {
-        EXPECT_TRUE(out.host().empty());
-        return;
-    }
+TEST(ParameterReport, CountsAlwaysAndPrintsUnlessSoftAndSilent) {
     const std::vector<std::string> expected = {
-        "",
-        padded(" *****  Parameter  N  is invalid in routine  F01QCF  ***** ", 65),
-        padded("        Value supplied is     -5", 65),
-        "",
+        "", padded(" *****  Parameter  N  is invalid in routine  F01QCF  ***** ", 65),
+        padded("        Value supplied is     -5", 65), "",
         padded(" *****  Parameter  TRANS  is invalid in routine  F01QDF  ***** ", 65),
-        padded("        Value supplied is", 65),
-        padded("        X", 65),
-    };
-    EXPECT_EQ(out.host(), expected);
+        padded("        Value supplied is", 65), padded("        X", 65)};
+    // Unlike P01_REPORT, IFAIL 2 prints here; 1 and 101 only count.
+    for (const auto &[ifail, prints] : {std::pair{1, false}, {101, false}, {2, true}, {-1, true}, {11, true}, {0, true}}) {
+        int errors = 0;
+        OutputCapture out;
+        zek::P01_BAD_INTEGER(-5, "N     ", ifail, &errors, "F01QCF", 1, 6);
+        zek::P01_BAD_CHARACTER("X  ", "TRANS", ifail, &errors, "F01QDF", 1, 5, 6);
+        EXPECT_EQ(errors, 2);
+        EXPECT_EQ(out.host(), prints ? expected : std::vector<std::string>{}) << ifail;
+    }
 }
-
-// Unlike P01_REPORT, IFAIL 2 prints here; 1 and 101 only count.
-INSTANTIATE_TEST_SUITE_P(IfailDigits, ParameterReport,
-                         testing::Values(ParameterCase{1, false}, ParameterCase{101, false}, ParameterCase{2, true},
-                                         ParameterCase{-1, true}, ParameterCase{11, true}, ParameterCase{0, true}));
 
 TEST(ParameterReportStream, PrintsOnlyFirstCharacters) {
     int errors = 0;

@@ -13,10 +13,8 @@
 
 namespace {
 
-const double kNaN = std::numeric_limits<double>::quiet_NaN();
 const double kBig = std::numeric_limits<double>::max();
-const double kTiny = std::numeric_limits<double>::denorm_min();
-const double kValues[] = {kNaN, HUGE_VAL, -HUGE_VAL, kBig, -kBig, kTiny, 0.0, 1.0};
+const double kValues[] = {NAN, HUGE_VAL, -HUGE_VAL, kBig, -kBig, std::numeric_limits<double>::denorm_min(), 0.0, 1.0};
 
 class HostileFrame : public ::testing::TestWithParam<double> {};
 
@@ -25,15 +23,10 @@ TEST_P(HostileFrame, ComplexHelpersEndAndStayFiniteOnFiniteData) {
     for (double w : kValues) {
         const bool finite = std::isfinite(v) && std::isfinite(w);
         const double modulus = A02_MODULUS(v, w);
-        if (finite) {
-            EXPECT_TRUE(std::isfinite(modulus) || modulus == HUGE_VAL) << v << " " << w;
-        }
+        EXPECT_TRUE(!finite || std::isfinite(modulus) || modulus == HUGE_VAL) << v << " " << w;
         double re = 0.0, im = 0.0;
         A02_SQRT(v, w, &re, &im);
-        if (finite) {
-            EXPECT_TRUE(std::isfinite(re) && std::isfinite(im)) << v << " " << w;
-            EXPECT_GE(re, 0.0);
-        }
+        EXPECT_TRUE(!finite || (std::isfinite(re) && std::isfinite(im) && re >= 0.0)) << v << " " << w;
         A02_DIVIDE(1.0, 1.0, v, w, &re, &im);
         if (finite && (v != 0.0 || w != 0.0) && std::fabs(v) < kBig / 4 && std::fabs(w) < kBig / 4) {
             EXPECT_FALSE(std::isnan(re) || std::isnan(im)) << v << " " << w;
@@ -48,9 +41,7 @@ TEST_P(HostileFrame, InnerProductEnds) {
     ZekFail fail{};
     x03aac(a.data(), 7, b.data(), 7, 7, 1, 1, GetParam(), 0.0, &d1, &d2, 1, &fail);
     EXPECT_EQ(fail.code, 0);
-    if (std::isfinite(GetParam()) && std::fabs(GetParam()) < 1e300) {
-        EXPECT_TRUE(std::isfinite(d1 + d2));
-    }
+    EXPECT_TRUE(!(std::fabs(GetParam()) < 1e300) || std::isfinite(d1 + d2));
 }
 
 INSTANTIATE_TEST_SUITE_P(Values, HostileFrame, ::testing::ValuesIn(kValues));

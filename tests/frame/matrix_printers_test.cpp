@@ -44,17 +44,14 @@ TEST(MatrixPrinter, GeneralDefaultFormatsWidenWithTheData) {
                                                       "         1       2       3\n"
                                                       "1   1.0000  2.5000 -3.0000\n"
                                                       "2   4.0000  5.0000  6.2500\n")));
-    c.a[3] = 12345.678;
-    c.title = "";
+    c.a[3] = 12345.678, c.title = "";
     EXPECT_EQ(print(c).second, "            1          2          3\n"
                                "1      1.0000     2.5000    -3.0000\n"
                                "2      4.0000 12345.6780     6.2500\n");
-    c.a[3] = -1e10;
-    c.labcol = "N";
+    c.a[3] = -1e10, c.labcol = "N";
     EXPECT_EQ(print(c).second, "1    1.0000E+00   2.5000E+00  -3.0000E+00\n"
                                "2    4.0000E+00  -1.0000E+10   6.2500E+00\n");
-    c.n = 0;  // an empty matrix prints only the title
-    c.title = "T";
+    c.n = 0, c.title = "T";  // an empty matrix prints only the title
     EXPECT_EQ(print(c).second, "T\n");
 }
 
@@ -65,27 +62,20 @@ TEST(MatrixPrinter, UpperTriangleUnitDiagonalInBlocks) {
     c.a.clear();
     for (int k = 0; k < 16; ++k) c.a.push_back(k + 0.5);
     c.form = "f6.2";
-    c.labrow = "N";
-    c.title = "";
-    c.ncols = 15;
+    c.labrow = "N", c.title = "", c.ncols = 15;
     EXPECT_EQ(print(c).second, "     1     2\n  1.00  4.50\n        1.00\n\n     3     4\n"
                                "  8.50 12.50\n  9.50 13.50\n  1.00 14.50\n        1.00\n");
 }
 
 TEST(MatrixPrinter, LowerTriangleBlankDiagonalCharacterLabelsIndent) {
     Call c;
-    c.matrix = "L";
-    c.diag = "B";
-    c.m = c.n = 3;
-    c.lda = 4;
+    c.matrix = "L", c.diag = "B", c.m = c.n = 3, c.lda = 4;
     c.a = {1, 2, 3, 0, 4, 5, 6, 0, 7, 8, 9, 0};
     c.form = "1PE11.3";
     c.labrow = c.labcol = "C";
     c.rlabs = "Alpha Beta  Gamma ";
     c.clabs = "x     yy    zzz   ";
-    c.label_len = 6;
-    c.indent = 4;
-    c.title = "Lower";
+    c.label_len = 6, c.indent = 4, c.title = "Lower";
     EXPECT_EQ(print(c).second, "    Lower\n                    x         yy        zzz\n    Alpha\n"
                                "    Beta    2.000E+00\n    Gamma   3.000E+00  6.000E+00\n");
 }
@@ -96,8 +86,7 @@ TEST(MatrixPrinter, WidthsAndIndents) {
     c.m = c.lda = 1;
     c.n = 12;
     c.a.assign(12, 0.5);
-    c.labrow = c.labcol = "N";
-    c.title = "";
+    c.labrow = c.labcol = "N", c.title = "";
     std::string ten;
     for (int k = 0; k < 10; ++k) ten += "  0.5000";
     for (int ncols : {200, 132}) {
@@ -121,40 +110,28 @@ TEST(MatrixPrinter, PackedTriangles) {
                            "3   3.0000  5.0000  6.0000\n");
 }
 
-struct FailureRow {
-    const char *label;
-    std::function<void(Call &)> change;
-    int ifail;
-    std::string text;
-};
-
-const FailureRow kFailures[] = {
-    {"matrix", [](Call &c) { c.matrix = "X"; }, 1, " ** On entry, MATRIX is not valid: MATRIX = 'X'.\n"},
-    {"diag", [](Call &c) { c.matrix = "U", c.diag = "q"; }, 2, " ** On entry, DIAG is not valid: DIAG = 'q'.\n"},
-    {"labels", [](Call &c) { c.labcol = "Z"; }, 3,
-     " ** On entry, either LABROW or LABCOL is not valid:\n    LABROW = 'I', LABCOL = 'Z'.\n"},
-    {"form_star", [](Call &c) { c.form = " * "; }, 4, " ** FORM=* not supported by this version of X04CDF\n"},
-    {"form_long", [](Call &c) { c.form = "F8.4" + std::string(77, 'x'); }, 5,
-     " ** On entry, FORM has more than 80 characters: the first 75 are\n    F8.4" + std::string(71, 'x') + "\n.\n"},
-    {"form_integer", [](Call &c) { c.form = "I5"; }, 6,
-     " ** The format specifier in FORM cannot be used to print a number: FORM =\n    I5.\n"},
-    {"columns", [](Call &c) { c.ncols = 10, c.indent = 5; }, 7,
-     " ** On entry, NCOLS-INDENT is not wide enough to hold at least one matrix\n"
-     "    column: NCOLS =               10, INDENT =               5.\n"},
-};
-
-class MatrixPrinterFailures : public ::testing::TestWithParam<FailureRow> {};
-
-TEST_P(MatrixPrinterFailures, TextAndNothingPrinted) {
-    Call c;
-    GetParam().change(c);
-    EXPECT_EQ(print(c, -13), std::make_pair(GetParam().ifail, GetParam().text));
-}
-
-INSTANTIATE_TEST_SUITE_P(Rows, MatrixPrinterFailures, ::testing::ValuesIn(kFailures),
-                         [](const ::testing::TestParamInfo<FailureRow> &i) { return std::string(i.param.label); });
-
-TEST(MatrixPrinterFailures, PackedUploIsNamed) {
+TEST(MatrixPrinterFailures, TextAndNothingPrinted) {
+    const struct {
+        std::function<void(Call &)> change;
+        int ifail;
+        std::string text;
+    } cases[] = {
+        {[](Call &c) { c.matrix = "X"; }, 1, " ** On entry, MATRIX is not valid: MATRIX = 'X'.\n"},
+        {[](Call &c) { c.matrix = "U", c.diag = "q"; }, 2, " ** On entry, DIAG is not valid: DIAG = 'q'.\n"},
+        {[](Call &c) { c.labcol = "Z"; }, 3, " ** On entry, either LABROW or LABCOL is not valid:\n    LABROW = 'I', LABCOL = 'Z'.\n"},
+        {[](Call &c) { c.form = " * "; }, 4, " ** FORM=* not supported by this version of X04CDF\n"},
+        {[](Call &c) { c.form = "F8.4" + std::string(77, 'x'); }, 5,
+         " ** On entry, FORM has more than 80 characters: the first 75 are\n    F8.4" + std::string(71, 'x') + "\n.\n"},
+        {[](Call &c) { c.form = "I5"; }, 6, " ** The format specifier in FORM cannot be used to print a number: FORM =\n    I5.\n"},
+        {[](Call &c) { c.ncols = 10, c.indent = 5; }, 7,
+         " ** On entry, NCOLS-INDENT is not wide enough to hold at least one matrix\n"
+         "    column: NCOLS =               10, INDENT =               5.\n"},
+    };
+    for (const auto &row : cases) {
+        Call c;
+        row.change(c);
+        EXPECT_EQ(print(c, -13), std::make_pair(row.ifail, row.text));
+    }
     const int n = 2;
     const double a[] = {1, 2, 3};
     int ifail = -13;

@@ -16,13 +16,10 @@
 #include "integer_test_support.h"
 #include "optimisation/options.h"
 
-#if defined(ZEK_HAVE_GLPK)
-#include <glpk.h>
-#endif
-
 namespace {
 
 using zek_test::BranchCall;
+using zek_test::glpk_optimum;
 using zek_test::IntegerProgram;
 using zek_test::OutputCapture;
 
@@ -32,38 +29,6 @@ int count_lines(const std::vector<std::string> &lines, const std::string &text) 
 }
 
 #if defined(ZEK_HAVE_GLPK)
-// GLPK's optimum of P; false when it finds no integer point.
-bool glpk_optimum(const IntegerProgram &p, double *objective) {
-    glp_prob *lp = glp_create_prob();
-    if (p.m > 0) glp_add_rows(lp, p.m);
-    glp_add_cols(lp, p.n);
-    const auto set = [&](int k, auto setter, double l, double u) {
-        const int type = l <= -1e20 ? (u >= 1e20 ? GLP_FR : GLP_UP) : u >= 1e20 ? GLP_LO : l == u ? GLP_FX : GLP_DB;
-        setter(lp, k, type, l, u);
-    };
-    std::vector<int> ia(1), ja(1);
-    std::vector<double> ar(1);
-    for (int j = 1; j <= p.n; ++j) {
-        set(j, glp_set_col_bnds, p.bl[j - 1], p.bu[j - 1]);
-        glp_set_obj_coef(lp, j, p.cvec[j - 1]);
-        glp_set_col_kind(lp, j, p.intvar[j - 1] == 1 ? GLP_IV : GLP_CV);
-        for (int i = 1; i <= p.m; ++i) {
-            const double v = p.a[(i - 1) + (j - 1) * p.lda()];
-            if (v != 0.0) ia.push_back(i), ja.push_back(j), ar.push_back(v);
-        }
-    }
-    for (int i = 1; i <= p.m; ++i) set(i, glp_set_row_bnds, p.bl[p.n + i - 1], p.bu[p.n + i - 1]);
-    glp_load_matrix(lp, static_cast<int>(ia.size()) - 1, ia.data(), ja.data(), ar.data());
-    glp_iocp parm;
-    glp_init_iocp(&parm);
-    parm.msg_lev = GLP_MSG_OFF;
-    parm.presolve = GLP_ON;
-    const bool solved = glp_intopt(lp, &parm) == 0 && glp_mip_status(lp) == GLP_OPT;
-    *objective = glp_mip_obj_val(lp);
-    glp_delete_prob(lp);
-    return solved;
-}
-
 TEST(BranchAndBoundReference, RandomMixedProgramsMatchGlpk) {
     std::mt19937 gen(7151);
     std::uniform_real_distribution<double> coef(-3.0, 5.0), cost(-4.0, 4.0), rhs(0.0, 6.0);
@@ -91,8 +56,7 @@ TEST(BranchAndBoundReference, RandomMixedProgramsMatchGlpk) {
         double reference = -7.0;
         const bool has_optimum = k < 0 || glpk_optimum(p, &reference);
         BranchCall call;
-        call.maxdpt = 60;
-        call.extra_iwork = 20000;
+        call.maxdpt = 60, call.extra_iwork = 20000;
         const int ifail = call.run(p);
         if (!has_optimum) {
             EXPECT_TRUE(ifail == 1 || ifail == 3) << "program " << k << ": IFAIL " << ifail;
@@ -127,8 +91,7 @@ TEST(BranchAndBoundReference, MiplibModelsSolveToTheirOptima) {
         IntegerProgram p;
         ASSERT_TRUE(IntegerProgram::from_file(dir + name + ".mps", p)) << name;
         BranchCall call;
-        call.maxdpt = 200;
-        call.extra_iwork = 200000;
+        call.maxdpt = 200, call.extra_iwork = 200000;
         EXPECT_EQ(call.run(p), 0) << name;
         EXPECT_NEAR(call.objective, optimum, 1e-6 * std::max(1.0, std::fabs(optimum))) << name;
         ++models;
@@ -199,11 +162,7 @@ TEST(BranchAndBoundSearch, LimitsAndTolerances) {
     };
     for (const auto &c : cases) {
         BranchCall call;
-        call.maxnod = c.maxnod;
-        call.maxdpt = c.maxdpt;
-        call.intfst = c.intfst;
-        call.toliv = c.toliv;
-        call.msglvl = 1;
+        call.maxnod = c.maxnod, call.maxdpt = c.maxdpt, call.intfst = c.intfst, call.toliv = c.toliv, call.msglvl = 1;
         OutputCapture out;
         EXPECT_EQ(call.run(c.p), c.ifail) << c.what;
         EXPECT_EQ(call.objective, c.objective) << c.what;
@@ -240,9 +199,7 @@ TEST(BranchAndBoundSearch, RootOutcomes) {
     };
     for (const auto &c : cases) {
         BranchCall call;
-        call.itmax = c.itmax;
-        call.ifail_in = -13;
-        call.msglvl = 2;
+        call.itmax = c.itmax, call.ifail_in = -13, call.msglvl = 2;
         OutputCapture out;
         EXPECT_EQ(call.run(*c.p), c.ifail) << c.record;
         EXPECT_EQ(count_lines(out.host(), c.record), 1) << c.record;
@@ -266,11 +223,7 @@ TEST(BranchAndBoundSearch, IterationLimitDoubledOnceAwayFromTheRoot) {
     namespace e04 = zek::e04;
     for (int itmax = 1; itmax <= 8; ++itmax) {
         BranchCall call;
-        call.x0 = lp.x;
-        call.itmax = itmax;
-        call.msglvl = 2;
-        call.maxdpt = 100;
-        call.extra_iwork = 20000;
+        call.x0 = lp.x, call.itmax = itmax, call.msglvl = 2, call.maxdpt = 100, call.extra_iwork = 20000;
         OutputCapture out;
         const int ifail = call.run(p);
         const int doublings = count_lines(out.host(), "** Doubling iteration limit");
@@ -297,8 +250,7 @@ TEST(BranchAndBoundSearch, DefaultsAndTraceRequest) {
     // -11111 asks for a trace: print level 0 below 5, 15 at 5, 20 above; the limit takes its default.
     for (const auto &[msglvl, level] : {std::pair<int, const char *>{4, nullptr}, {5, "        15"}, {6, "        20"}}) {
         BranchCall trace;
-        trace.itmax = -11111;
-        trace.msglvl = msglvl;
+        trace.itmax = -11111, trace.msglvl = msglvl;
         OutputCapture out;
         EXPECT_EQ(trace.run(two_ties()), 0);
         EXPECT_EQ(trace.itmax, 50);
@@ -317,16 +269,13 @@ IntegerProgram logged_program() {
     IntegerProgram p = IntegerProgram::box(3, 1, 1.0);
     p.cvec = {-1.0, -1.0, 1.0};
     p.at(1, 1) = p.at(1, 2) = 1.0;
-    p.bu[3] = 1.5;
-    p.bl[2] = 0.5;
-    p.bu[2] = 10.0;
+    p.bu[3] = 1.5, p.bl[2] = 0.5, p.bu[2] = 10.0;
     return p;
 }
 
 TEST(BranchAndBoundPrint, WholeRunAtLevelTwo) {
     BranchCall call;
-    call.msglvl = 2;
-    call.maxdpt = 4;
+    call.msglvl = 2, call.maxdpt = 4;
     OutputCapture out;
     ASSERT_EQ(call.run(logged_program()), 0);
     const std::string heading1 = "  Node  Parent    Obj       Varbl  Value      Lower     Upper     Value    Depth";
@@ -366,8 +315,7 @@ TEST(BranchAndBoundPrint, WholeRunAtLevelTwo) {
     EXPECT_EQ(call.x, (std::vector<double>{0.0, 1.0, 1.0}));
     // At level 10 the root LP's block follows its banner, without a closing line; the final block has one.
     BranchCall ten;
-    ten.msglvl = 10;
-    ten.maxdpt = 4;
+    ten.msglvl = 10, ten.maxdpt = 4;
     OutputCapture out10;
     ASSERT_EQ(ten.run(logged_program()), 0);
     const std::vector<std::string> &host = out10.host();
@@ -437,15 +385,11 @@ TEST(BranchAndBoundFailures, BadInputIsReportedAndChangesNothing) {
         IntegerProgram p = IntegerProgram::box(2, 2, 4.0);
         p.cvec = {-1.0, -1.0};
         p.a = {2.0, 1.0, 1.0, 3.0};
-        p.bu[2] = 5.5;
-        p.bu[3] = 7.5;
+        p.bu[2] = 5.5, p.bu[3] = 7.5;
         if (c.spoil != nullptr) c.spoil(p);
-        p.n = c.n;
-        p.m = c.m;
+        p.n = c.n, p.m = c.m;
         BranchCall call;
-        call.maxdpt = c.maxdpt;
-        call.msglvl = c.msglvl;
-        call.ifail_in = -13;
+        call.maxdpt = c.maxdpt, call.msglvl = c.msglvl, call.ifail_in = -13;
         call.x0 = {0.25, 0.75};
         call.objective = 42.0;
         if (c.liwork_delta != 0) call.liwork = static_cast<int>(zek_test::minimum_liwork(2, 2, c.maxdpt)) + c.liwork_delta;

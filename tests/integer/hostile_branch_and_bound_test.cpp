@@ -22,8 +22,7 @@ const double kValues[] = {std::numeric_limits<double>::quiet_NaN(), HUGE_VAL, -H
 IntegerProgram base() {
     IntegerProgram p = IntegerProgram::box(2, 2, 10.0);
     p.a = {6.0, 1.0, 4.0, 2.0};
-    p.bu[2] = 24.0;
-    p.bu[3] = 6.0;
+    p.bu[2] = 24.0, p.bu[3] = 6.0;
     p.cvec = {-5.0, -4.0};
     return p;
 }

@@ -58,13 +58,10 @@ TEST(HostileIntegerQp, SizesAndWorkspace) {
         Iqp p = base();
         p.intvar.assign(static_cast<std::size_t>(std::max(c.n, 2)), 0);
         IqpCall call;
-        call.n = c.n;
-        call.m = c.m;
-        call.maxdpt = c.maxdpt;
+        call.n = c.n, call.m = c.m, call.maxdpt = c.maxdpt;
         call.liwork = c.liwork == -2 ? IqpCall::min_liwork(c.n, c.m, c.maxdpt) - 1 : c.liwork;
         call.lrwork = c.lrwork == -2 ? IqpCall::min_lrwork(c.n, c.m, c.maxdpt) - 1 : c.lrwork;
-        call.callback = c.nan_from > 0;
-        call.iuser[1] = c.nan_from;
+        call.callback = c.nan_from > 0, call.iuser[1] = c.nan_from;
         EXPECT_EQ(call.run(p), c.ifail) << c.n << " " << c.m << " " << c.maxdpt << "\n" << call.captured;
     }
 }

@@ -140,10 +140,7 @@ TEST(IntegerQp, ExitsOfItsOwn) {
         IqpCall call;
         if (c.maxdeg > 0) call.options = {"Maximum Degrees of Freedom = " + std::to_string(c.maxdeg)};
         if (c.on_rows) call.x = {0.2, 0.4, 0.4};
-        call.ldh = c.ldh;
-        call.callback = c.callback != 0;
-        call.iuser[1] = c.nan_from;
-        call.msglvl = c.msglvl;
+        call.ldh = c.ldh, call.callback = c.callback != 0, call.iuser[1] = c.nan_from, call.msglvl = c.msglvl;
         EXPECT_EQ(call.run(*c.p), c.ifail) << c.text;
         EXPECT_NE(call.captured.find(c.text), std::string::npos) << call.captured;
         EXPECT_EQ(call.captured.find("H02BBF"), std::string::npos);

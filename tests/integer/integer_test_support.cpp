@@ -6,6 +6,10 @@
 #include "optimisation/option_test_support.h"
 #include "zek2/e04.h"
 
+#if defined(ZEK_HAVE_GLPK)
+#include <glpk.h>
+#endif
+
 namespace zek_test {
 
 void prepare_store(const char *solver, std::vector<int> &lwsav, std::vector<int> &iwsav, Vec &rwsav) {
@@ -22,8 +26,7 @@ std::vector<std::string> trimmed(std::vector<std::string> lines) {
 
 IntegerProgram IntegerProgram::box(int n, int m, double upper) {
     IntegerProgram p;
-    p.n = n;
-    p.m = m;
+    p.n = n, p.m = m;
     p.a.assign(static_cast<std::size_t>(p.lda()) * static_cast<std::size_t>(n), 0.0);
     p.bl.assign(static_cast<std::size_t>(n), 0.0);
     p.bl.resize(static_cast<std::size_t>(n + m), -1e20);
@@ -166,5 +169,38 @@ int MpsxRead::read_text(const std::string &text, int ifail, bool listing) {
     InputFile file(text);
     return read(file.unit(), ifail, listing);
 }
+
+#if defined(ZEK_HAVE_GLPK)
+// GLPK's optimum of P; false when it finds no integer point.
+bool glpk_optimum(const IntegerProgram &p, double *objective) {
+    glp_prob *lp = glp_create_prob();
+    if (p.m > 0) glp_add_rows(lp, p.m);
+    glp_add_cols(lp, p.n);
+    const auto set = [&](int k, auto setter, double l, double u) {
+        const int type = l <= -1e20 ? (u >= 1e20 ? GLP_FR : GLP_UP) : u >= 1e20 ? GLP_LO : l == u ? GLP_FX : GLP_DB;
+        setter(lp, k, type, l, u);
+    };
+    std::vector<int> ia(1), ja(1);
+    std::vector<double> ar(1);
+    for (int j = 1; j <= p.n; ++j) {
+        set(j, glp_set_col_bnds, p.bl[j - 1], p.bu[j - 1]);
+        glp_set_obj_coef(lp, j, p.cvec[j - 1]);
+        glp_set_col_kind(lp, j, p.intvar[j - 1] == 1 ? GLP_IV : GLP_CV);
+        for (int i = 1; i <= p.m; ++i) {
+            const double v = p.a[(i - 1) + (j - 1) * p.lda()];
+            if (v != 0.0) ia.push_back(i), ja.push_back(j), ar.push_back(v);
+        }
+    }
+    for (int i = 1; i <= p.m; ++i) set(i, glp_set_row_bnds, p.bl[p.n + i - 1], p.bu[p.n + i - 1]);
+    glp_load_matrix(lp, static_cast<int>(ia.size()) - 1, ia.data(), ja.data(), ar.data());
+    glp_iocp parm;
+    glp_init_iocp(&parm);
+    parm.msg_lev = GLP_MSG_OFF, parm.presolve = GLP_ON;
+    const bool solved = glp_intopt(lp, &parm) == 0 && glp_mip_status(lp) == GLP_OPT;
+    *objective = glp_mip_obj_val(lp);
+    glp_delete_prob(lp);
+    return solved;
+}
+#endif
 
 } // namespace zek_test

@@ -56,6 +56,9 @@ struct BranchCall {
     int run(const IntegerProgram &p);
 };
 
+// GLPK's optimum of P; false when it finds no integer point.
+bool glpk_optimum(const IntegerProgram &p, double *objective);
+
 // The minimum workspace lengths of H02BBF.
 long long minimum_liwork(int n, int m, int maxdpt);
 long long minimum_lrwork(int n, int m, int maxdpt);

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
@@ -133,8 +132,7 @@ TEST(MpsxReader, RangesOnEachRowType) {
 TEST(MpsxReader, SetSelectionDefaultsAndColumnRules) {
     const std::string rhs = mps("", "FIRST", "R1", "4.0") + mps("", "SECOND", "R1", "8.0") + mps("", "FIRST", "R2", "1.0");
     MpsxRead first(5, 5), second(5, 5);
-    first.xbldef = -1.0;
-    first.xbudef = 3.0;
+    first.xbldef = -1.0, first.xbudef = 3.0;
     EXPECT_EQ(first.read_text(model("", rhs)), 0);
     EXPECT_EQ(first.rhs + first.ranges, "FIRST           ");
     EXPECT_TRUE(first.bu[2] == 4.0 && first.bl[3] == 1.0);
@@ -199,89 +197,65 @@ std::string with_text_at(std::string line, std::size_t column) {
     return line + "\n";
 }
 
-struct ErrorCase {
-    const char *what;
-    std::string text;
-    int ifail;
-    std::vector<std::string> records;
-    int maxm = 5, maxn = 5;
-    const char *rhs = "        ";
-    int count = -1;  // the rows (IFAIL 1) or columns (IFAIL 2) counted, when the case checks them
-};
-
-class ParserErrors : public testing::TestWithParam<ErrorCase> {};
-
-TEST_P(ParserErrors, ReportTheFirstErrorWithItsRecord) {
-    const ErrorCase &c = GetParam();
-    MpsxRead r(c.maxm, c.maxn);
-    r.rhs = c.rhs;
-    OutputCapture out;
-    EXPECT_EQ(r.read_text(c.text, -13), c.ifail);
-    EXPECT_EQ(out.host(), c.records);
-    if (c.count >= 0) { EXPECT_EQ(c.ifail == 1 ? r.m : r.n, c.count); }
+TEST(MpsxReader, ErrorsReportTheFirstWithItsRecord) {
+    const std::string x2 = mps("", "X2", "R1", "1.0"), x3 = mps("", "X3", "R1", "1.0"), end = "ENDATA\n";
+    const std::string intorg = mps("", "M", "'MARKER'", "", "'INTORG'"), line11 = " ** Line    7   is not a comment nor a valid line.";
+    const std::string rows = " ** Row name with leading blank or non-alphanumeric character ";
+    const std::string columns = " ** Column name with leading blank or non-alphanumeric character ";
+    // Each row: the file, IFAIL and the records; then MAXM, MAXN, the RHS set asked for, and the rows
+    // (IFAIL 1) or columns (IFAIL 2) counted, when the row checks them.
+    const struct {
+        std::string text;
+        int ifail;
+        std::vector<std::string> records;
+        int maxm = 5, maxn = 5;
+        const char *rhs = "        ";
+        int count = -1;
+    } cases[] = {
+        {kRows + mps("G", "R2") + kColumns + end, 1,
+         {" ** Too many rows. Limit is    2, but the actual number required is", "    3."}, 2, 5, "        ", 3},
+        {kRows + kColumns + x2 + x3 + mps("", "X3", "COST", "2.0") + mps("", "X4", "R1", "1.0") + end, 2,
+         {" ** Too many columns. Limit is    2, but the actual number required is", "    4."}, 5, 2, "        ", 4},
+        // Columns are counted up to text in columns 1 to 4.
+        {kRows + kColumns + x2 + x3 + " X  X4\n" + mps("", "X5", "R1", "1.0") + end, 2,
+         {" ** Too many columns. Limit is    1, but the actual number required is", "    3."}, 5, 1, "        ", 3},
+        {"NAME\nROWS\n" + mps("L", "R1") + kColumns + end, 3, {" ** No objective function found."}},
+        {"NAME\nROWS\n" + kColumns + end, 4, {" ** No rows specified."}},
+        {kRows + mps("X", "R2") + kColumns + end, 5, {" ** Illegal constraint type -- (  X  )."}},
+        {kRows + " LE R2\n" + kColumns + end, 5, {" ** Illegal constraint type -- (  LE )."}},
+        {kRows + mps("G", "R#2") + kColumns + end, 6, {rows + " R#2     ."}},
+        {kRows + mps("G", " R2") + kColumns + end, 6, {rows + "  R2     ."}},
+        {kRows + kColumns + mps("", "X/2", "R1", "1.0") + end, 7, {columns + " X/2     ."}},
+        {kRows + kColumns + mps("", "X_2", "R1", "1.0") + end, 7, {columns + " X_2     ."}},
+        {kRows + kColumns + "BOUNDS\n" + mps("XX", "B", "X1", "1.0") + end, 8, {" ** Illegal bound type ( XX )."}},
+        {kRows + kColumns + "BOUNDS\n" + mps("UP", "B", "X9", "1.0") + end, 9,
+         {" ** Column name (X9      ) is not defined in the COLUMNS section."}},
+        {kRows + kColumns, 10, {" ** The last line must be the ENDATA indicator line."}},
+        {"", 10, {" ** The last line must be the ENDATA indicator line."}},
+        {"* comment\nROWS\n", 11, {" ** Line    2   is not a comment nor a valid line."}},
+        {kRows + kColumns + with_text_at(x2, 24) + end, 11, {line11}},  // text between the fields
+        {kRows + kColumns + with_text_at(x2, 72) + end, 11, {line11}},
+        {kRows + kColumns + " X  X2        R1\n" + end, 11, {line11}},  // text in columns 1 to 4 of COLUMNS
+        {kRows + kColumns + "BOUNDS\nRHS\n" + end, 11, {" ** Line    8   is not a comment nor a valid line."}},
+        {kRows + kColumns + mps("", "X2", "R7", "1.0") + end, 12, {" ** Row name  R7       not defined in ROWS section."}},
+        {kRows + kColumns + "RHS\n" + mps("", "RHS", "R1", "1.0", "R8", "1.0") + end, 12,
+         {" ** Row name  R8       not defined in ROWS section."}},
+        {kRows + "COLUMNS\n" + end, 13, {" ** No columns specified."}},
+        {kRows + kColumns + "RHS\n" + mps("", "RHS", "R1", "1.0") + end, 14, {" ** RHS name was not found  OTHER   "}, 5, 5,
+         "OTHER   "},
+        {kRows + kColumns + mps("", "M", "'MARKER'", "", "'INTEND'") + end, 15,
+         {" ** Integer marker is not in a correct position."}},
+        {kRows + kColumns + intorg + intorg + end, 15, {" ** Integer marker is not in a correct position."}},
+    };
+    for (const auto &c : cases) {
+        MpsxRead r(c.maxm, c.maxn);
+        r.rhs = c.rhs;
+        OutputCapture out;
+        EXPECT_EQ(r.read_text(c.text, -13), c.ifail) << c.text;
+        EXPECT_EQ(out.host(), c.records) << c.text;
+        if (c.count >= 0) { EXPECT_EQ(c.ifail == 1 ? r.m : r.n, c.count) << c.text; }
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Files, ParserErrors,
-    testing::Values(
-        ErrorCase{"too many rows", kRows + mps("G", "R2") + kColumns + "ENDATA\n", 1,
-                  {" ** Too many rows. Limit is    2, but the actual number required is", "    3."}, 2, 5, "        ", 3},
-        ErrorCase{"too many columns",
-                  kRows + kColumns + mps("", "X2", "R1", "1.0") + mps("", "X3", "R1", "1.0") + mps("", "X3", "COST", "2.0") +
-                      mps("", "X4", "R1", "1.0") + "ENDATA\n",
-                  2, {" ** Too many columns. Limit is    2, but the actual number required is", "    4."}, 5, 2,
-                  "        ", 4},
-        ErrorCase{"too many columns counted up to text in columns 1 to 4",
-                  kRows + kColumns + mps("", "X2", "R1", "1.0") + mps("", "X3", "R1", "1.0") + " X  X4\n" +
-                      mps("", "X5", "R1", "1.0") + "ENDATA\n",
-                  2, {" ** Too many columns. Limit is    1, but the actual number required is", "    3."}, 5, 1,
-                  "        ", 3},
-        ErrorCase{"no objective", "NAME\nROWS\n" + mps("L", "R1") + kColumns + "ENDATA\n", 3, {" ** No objective function found."}},
-        ErrorCase{"no rows", "NAME\nROWS\n" + kColumns + "ENDATA\n", 4, {" ** No rows specified."}},
-        ErrorCase{"bad row type", kRows + mps("X", "R2") + kColumns + "ENDATA\n", 5, {" ** Illegal constraint type -- (  X  )."}},
-        ErrorCase{"row type in columns 2 to 3", kRows + " LE R2\n" + kColumns + "ENDATA\n", 5,
-                  {" ** Illegal constraint type -- (  LE )."}},
-        ErrorCase{"bad row name", kRows + mps("G", "R#2") + kColumns + "ENDATA\n", 6,
-                  {" ** Row name with leading blank or non-alphanumeric character  R#2     ."}},
-        ErrorCase{"row name with a leading blank", kRows + mps("G", " R2") + kColumns + "ENDATA\n", 6,
-                  {" ** Row name with leading blank or non-alphanumeric character   R2     ."}},
-        ErrorCase{"bad column name", kRows + kColumns + mps("", "X/2", "R1", "1.0") + "ENDATA\n", 7,
-                  {" ** Column name with leading blank or non-alphanumeric character  X/2     ."}},
-        ErrorCase{"column name with an underscore", kRows + kColumns + mps("", "X_2", "R1", "1.0") + "ENDATA\n", 7,
-                  {" ** Column name with leading blank or non-alphanumeric character  X_2     ."}},
-        ErrorCase{"bad bound type", kRows + kColumns + "BOUNDS\n" + mps("XX", "B", "X1", "1.0") + "ENDATA\n", 8,
-                  {" ** Illegal bound type ( XX )."}},
-        ErrorCase{"bound on an unknown column", kRows + kColumns + "BOUNDS\n" + mps("UP", "B", "X9", "1.0") + "ENDATA\n",
-                  9, {" ** Column name (X9      ) is not defined in the COLUMNS section."}},
-        ErrorCase{"no ENDATA", kRows + kColumns, 10, {" ** The last line must be the ENDATA indicator line."}},
-        ErrorCase{"empty file", "", 10, {" ** The last line must be the ENDATA indicator line."}},
-        ErrorCase{"no NAME", "* comment\nROWS\n", 11, {" ** Line    2   is not a comment nor a valid line."}},
-        ErrorCase{"text between the fields", kRows + kColumns + with_text_at(mps("", "X2", "R1", "1.0"), 24) + "ENDATA\n",
-                  11, {" ** Line    7   is not a comment nor a valid line."}},
-        ErrorCase{"text in column 72", kRows + kColumns + with_text_at(mps("", "X2", "R1", "1.0"), 72) + "ENDATA\n", 11,
-                  {" ** Line    7   is not a comment nor a valid line."}},
-        ErrorCase{"text in columns 1 to 4 of COLUMNS", kRows + kColumns + " X  X2        R1\nENDATA\n", 11,
-                  {" ** Line    7   is not a comment nor a valid line."}},
-        ErrorCase{"sections out of order", kRows + kColumns + "BOUNDS\nRHS\nENDATA\n", 11,
-                  {" ** Line    8   is not a comment nor a valid line."}},
-        ErrorCase{"unknown row", kRows + kColumns + mps("", "X2", "R7", "1.0") + "ENDATA\n", 12,
-                  {" ** Row name  R7       not defined in ROWS section."}},
-        ErrorCase{"unknown row in RHS", kRows + kColumns + "RHS\n" + mps("", "RHS", "R1", "1.0", "R8", "1.0") + "ENDATA\n",
-                  12, {" ** Row name  R8       not defined in ROWS section."}},
-        ErrorCase{"no columns", kRows + "COLUMNS\nENDATA\n", 13, {" ** No columns specified."}},
-        ErrorCase{"RHS set not found", kRows + kColumns + "RHS\n" + mps("", "RHS", "R1", "1.0") + "ENDATA\n", 14,
-                  {" ** RHS name was not found  OTHER   "}, 5, 5, "OTHER   "},
-        ErrorCase{"INTEND outside a block", kRows + kColumns + mps("", "M", "'MARKER'", "", "'INTEND'") + "ENDATA\n", 15,
-                  {" ** Integer marker is not in a correct position."}},
-        ErrorCase{"INTORG inside a block",
-                  kRows + kColumns + mps("", "M", "'MARKER'", "", "'INTORG'") + mps("", "M", "'MARKER'", "", "'INTORG'") +
-                      "ENDATA\n",
-                  15, {" ** Integer marker is not in a correct position."}}),
-    [](const testing::TestParamInfo<ErrorCase> &info) {
-        std::string name;
-        for (const char *p = info.param.what; *p; ++p) name += std::isalnum(static_cast<unsigned char>(*p)) ? *p : '_';
-        return name;
-    });
 
 TEST(MpsxReaderFailures, ArgumentsAreCheckedInOrderAndTouchNoFile) {
     const struct {
@@ -298,11 +272,7 @@ TEST(MpsxReaderFailures, ArgumentsAreCheckedInOrderAndTouchNoFile) {
     };
     for (const auto &c : cases) {
         MpsxRead r(std::max(c.maxm, 1), std::max(c.maxn, 1));
-        r.maxm = c.maxm;
-        r.maxn = c.maxn;
-        r.xbldef = c.xbldef;
-        r.xbudef = 1.0;
-        r.optim = c.optim;
+        r.maxm = c.maxm, r.maxn = c.maxn, r.xbldef = c.xbldef, r.xbudef = 1.0, r.optim = c.optim;
         OutputCapture out;
         EXPECT_EQ(r.read_text(mps("N", "COST"), -13), 14) << c.optim;
         EXPECT_EQ(zek_test::trimmed(out.host()), c.records) << c.optim;

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <numeric>
 #include <vector>
 
 #include "zek2/m01.h"
@@ -17,10 +18,8 @@
 
 namespace {
 
-const double kValues[] = {std::numeric_limits<double>::quiet_NaN(),     HUGE_VAL, -HUGE_VAL,
-                          std::numeric_limits<double>::max(),           -std::numeric_limits<double>::max(),
-                          std::numeric_limits<double>::denorm_min(),    -std::numeric_limits<double>::denorm_min(),
-                          0.0};
+const double kBig = std::numeric_limits<double>::max(), kTiny = std::numeric_limits<double>::denorm_min();
+const double kValues[] = {NAN, HUGE_VAL, -HUGE_VAL, kBig, -kBig, kTiny, -kTiny, 0.0};
 
 ZekFail quiet() {
     ZekFail fail{};
@@ -37,10 +36,9 @@ std::vector<std::uint64_t> bit_multiset(const std::vector<double> &v) {
 }
 
 bool is_permutation_of(std::vector<int> p, int first) {
-    std::sort(p.begin(), p.end());
-    for (std::size_t i = 0; i < p.size(); ++i)
-        if (p[i] != first + static_cast<int>(i)) return false;
-    return true;
+    std::vector<int> identity(p.size());
+    std::iota(identity.begin(), identity.end(), first);
+    return std::is_permutation(p.begin(), p.end(), identity.begin());
 }
 
 class HostileSorting : public ::testing::TestWithParam<double> {};
@@ -110,14 +108,11 @@ INSTANTIATE_TEST_SUITE_P(Values, HostileSorting, ::testing::ValuesIn(kValues));
 // Sizes: an empty section, and strides whose products overflow an int, end in their exits.
 TEST(HostileSortingSizes, EmptySectionsAndOverflowingStridesEndInTheirExits) {
     double cell[2] = {1.0, 2.0};
-    int rank[2] = {0, 0};
+    int rank[2] = {0, 0}, ifail = 1, ifail2 = 1;
     const int m1 = 2, m2 = 1;
-    int ifail = 1;
     M01DAF(cell, &m1, &m2, "A", rank, &ifail, 1);
-    EXPECT_EQ(ifail, 1);
-    ifail = 1;
-    M01EAF(cell, &m1, &m2, rank, &ifail);
-    EXPECT_EQ(ifail, 1);
+    M01EAF(cell, &m1, &m2, rank, &ifail2);
+    EXPECT_TRUE(ifail == 1 && ifail2 == 1);
     ZekFail fail = quiet();
     m01cac(cell, -1, Zek_Ascending, &fail);
     EXPECT_NE(fail.code, 0);
