@@ -96,6 +96,16 @@ void simplex_monitor(const double *fmin, const double *fmax, const double *, con
     ++g_monitor_calls;
 }
 
+// E04CCF from X with its documented workspace; returns IFAIL, FMIN and X on return.
+int simplex(std::vector<double> &x, double *fmin, double tol, ZekE04FunctSimplex f, ZekE04MonitSimplex monitor) {
+    const int n = static_cast<int>(x.size()), iw = n + 1, maxcal = 20000;
+    std::vector<double> w1(n), w2(n), w3(n), w4(n), w5(n + 1), w6((n + 1) * n);
+    int ifail = 1;
+    E04CCF(&n, x.data(), fmin, &tol, &iw, w1.data(), w2.data(), w3.data(), w4.data(), w5.data(), w6.data(), f, monitor,
+           &maxcal, &ifail);
+    return ifail;
+}
+
 TEST(Simplex, MinimisesTheTestProblemsFromTheirStandardStarts) {
     for (const char *name : {"Rosenbrock", "Beale", "HelicalValley", "PowellSingular", "Wood"}) {
         SCOPED_TRACE(name);
@@ -103,17 +113,13 @@ TEST(Simplex, MinimisesTheTestProblemsFromTheirStandardStarts) {
         g_problem = &p;
         g_calls = 0;
         g_monitor_calls = 0;
-        const int n = p.n, iw = n + 1, maxcal = 20000;
-        std::vector<double> x = p.start, w1(n), w2(n), w3(n), w4(n), w5(n + 1), w6((n + 1) * n);
-        double fmin = 0, tol = 1e-14;
-        int ifail = 1;
-        E04CCF(&n, x.data(), &fmin, &tol, &iw, w1.data(), w2.data(), w3.data(), w4.data(), w5.data(), w6.data(),
-               simplex_f, simplex_monitor, &maxcal, &ifail);
-        EXPECT_EQ(ifail, 0);
+        std::vector<double> x = p.start;
+        double fmin = 0;
+        EXPECT_EQ(simplex(x, &fmin, 1e-14, simplex_f, simplex_monitor), 0);
         EXPECT_LT(fmin, 1e-9);
         EXPECT_EQ(fmin, mgh::value(p, x.data()));
         EXPECT_GT(g_monitor_calls, 0);
-        EXPECT_LE(g_calls, maxcal);
+        EXPECT_LE(g_calls, 20000);
     }
 }
 
@@ -129,14 +135,10 @@ void chebyquad(const int *n, const double *x, double *fc) {
 
 TEST(Simplex, LeavesACollapsedSimplexForTheMinimum) {
     // From ten times its standard start the simplex flattens and converges at f near 0.05 unless rebuilt.
-    const int n = 7, iw = 8, maxcal = 20000;
-    std::vector<double> x(n), w1(n), w2(n), w3(n), w4(n), w5(n + 1), w6((n + 1) * n);
-    for (int j = 0; j < n; ++j) x[j] = 10.0 * (j + 1.0) / (n + 1.0);
-    double fmin = 0, tol = 1e-12;
-    int ifail = 1;
-    E04CCF(&n, x.data(), &fmin, &tol, &iw, w1.data(), w2.data(), w3.data(), w4.data(), w5.data(), w6.data(),
-           chebyquad, nullptr, &maxcal, &ifail);
-    EXPECT_EQ(ifail, 0);
+    std::vector<double> x(7);
+    for (int j = 0; j < 7; ++j) x[j] = 10.0 * (j + 1.0) / 8.0;
+    double fmin = 0;
+    EXPECT_EQ(simplex(x, &fmin, 1e-12, chebyquad, nullptr), 0);
     EXPECT_LT(fmin, 1e-9);
 }
 
@@ -146,12 +148,10 @@ void flat_or_line(const int *n, const double *x, double *fc) {
 }
 
 TEST(Simplex, OneVariableUsesATwoVertexSimplex) {
-    const int n = 1, iw = 2, maxcal = 500;
-    double x = 0.0, fmin = 0, tol = 1e-12, w1, w2, w3, w4, w5[2], w6[2];
-    int ifail = 1;
-    E04CCF(&n, &x, &fmin, &tol, &iw, &w1, &w2, &w3, &w4, w5, w6, flat_or_line, nullptr, &maxcal, &ifail);
-    EXPECT_EQ(ifail, 0);
-    EXPECT_NEAR(x, 7.0, 1e-5);
+    std::vector<double> x = {0.0};
+    double fmin = 0;
+    EXPECT_EQ(simplex(x, &fmin, 1e-12, flat_or_line, nullptr), 0);
+    EXPECT_NEAR(x[0], 7.0, 1e-5);
 }
 
 // ---- Conjugate gradients --------------------------------------------------------------------------

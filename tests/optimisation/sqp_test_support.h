@@ -26,11 +26,8 @@ struct Nlp {
 // Hock-Schittkowski 71: two nonlinear rows (one an equality), bounds on every variable.
 inline Nlp hs071() {
     Nlp p;
-    p.n = 4;
-    p.ncnln = 2;
-    p.bl = {1, 1, 1, 1, 25, 40};
-    p.bu = {5, 5, 5, 5, qp::kBig, 40};
-    p.x0 = {1, 5, 5, 1};
+    p.n = 4, p.ncnln = 2, p.x0 = {1, 5, 5, 1};
+    p.bl = {1, 1, 1, 1, 25, 40}, p.bu = {5, 5, 5, 5, qp::kBig, 40};
     p.f = [](const double *x, double *g) {
         g[0] = x[3] * (2 * x[0] + x[1] + x[2]);
         g[1] = x[0] * x[3];
