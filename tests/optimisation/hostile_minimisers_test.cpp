@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "lsq_test_support.h"
+#include "option_test_support.h"
 #include "zek2/e04.h"
 
 namespace {
@@ -109,18 +110,14 @@ Outcome simplex(int n, int iw, double tol, int maxcal) {
 }
 
 Outcome cg(int n) {
-    int lwsav[120], iwsav[610], l1 = 1, l2 = 120, l3 = 610, l4 = 475, ifail = 0;
-    double rwsav[475];
-    char cw[80];
-    E04WBA("E04DGA", cw, &l1, lwsav, &l2, iwsav, &l3, rwsav, &l4, &ifail, 6, 80);
+    zek_test::OptionState s("E04DGA");
     const int m = std::max(n, 1);
     std::vector<double> x(m, 0.0), g(m), w(13 * m);
     std::vector<int> iw(m + 1);
-    int iter = 0, iu = 0;
+    int iter = 0, iu = 0, ifail = 1;
     double f = 0, ru = 0;
-    ifail = 1;
-    E04DGA(&n, objfun, nullptr, &iter, &f, g.data(), x.data(), iw.data(), w.data(), &iu, &ru, lwsav, iwsav, rwsav,
-           &ifail);
+    E04DGA(&n, objfun, nullptr, &iter, &f, g.data(), x.data(), iw.data(), w.data(), &iu, &ru, s.lwsav.data(),
+           s.iwsav.data(), s.rwsav.data(), &ifail);
     return {ifail, f};
 }
 

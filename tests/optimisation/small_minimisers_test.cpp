@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "mgh_problems.h"
+#include "option_test_support.h"
 #include "zek2/e04.h"
 
 namespace {
@@ -156,21 +157,6 @@ TEST(Simplex, OneVariableUsesATwoVertexSimplex) {
 
 // ---- Conjugate gradients --------------------------------------------------------------------------
 
-struct CgState {
-    int lwsav[120], iwsav[610];
-    double rwsav[475];
-    char cwsav[80];
-    CgState() {
-        int l1 = 1, l2 = 120, l3 = 610, l4 = 475, ifail = 0;
-        E04WBA("E04DGA", cwsav, &l1, lwsav, &l2, iwsav, &l3, rwsav, &l4, &ifail, 6, 80);
-    }
-    void option(const std::string &s) {
-        int inform = 0;
-        E04DKF_PLAIN(s.c_str(), lwsav, iwsav, rwsav, &inform, static_cast<int>(s.size()));
-        EXPECT_EQ(inform, 0) << s;
-    }
-};
-
 void cg_objfun(int *mode, const int *n, const double *x, double *objf, double *objgrd, const int *nstate,
                int *iuser, double *ruser) {
     (void)n;
@@ -185,16 +171,16 @@ TEST(ConjugateGradients, MinimisesTheTestProblemsWithSmallGradients) {
     for (int k = 0; k < static_cast<int>(mgh::problems().size()); ++k) {
         const mgh::Problem &p = mgh::problems()[k];
         SCOPED_TRACE(p.name);
-        CgState st;
-        st.option("Print Level = 0");
-        st.option("Iteration Limit = 5000");
+        zek_test::OptionState st("E04DGA");
+        for (const char *line : {"Print Level = 0", "Iteration Limit = 5000"})
+            EXPECT_EQ(zek_test::option(st, zek::e04::Family::DGA, line), 0) << line;
         const int n = p.n;
         std::vector<double> x = p.start, g(n), work(13 * n);
         std::vector<int> iwork(n + 1);
         int iter = 0, ifail = 1, iuser[2] = {k, 0};
         double objf = 0, ruser = 0;
         E04DGA(&n, cg_objfun, nullptr, &iter, &objf, g.data(), x.data(), iwork.data(), work.data(), iuser, &ruser,
-               st.lwsav, st.iwsav, st.rwsav, &ifail);
+               st.lwsav.data(), st.iwsav.data(), st.rwsav.data(), &ifail);
         EXPECT_TRUE(ifail == 0 || ifail == 6) << ifail;
         EXPECT_LT(objf, std::string(p.name) == "PowellSingular" ? 1e-6 : 1e-8);
         double gn = 0;
@@ -207,14 +193,14 @@ TEST(ConjugateGradients, MinimisesTheTestProblemsWithSmallGradients) {
 }
 
 TEST(ConjugateGradients, UserStopReturnsTheModeAndAWrongGradientIsCaught) {
-    CgState st;
+    zek_test::OptionState st("E04DGA");
     const int n = 2;
     std::vector<double> x = {-1.2, 1.0}, g(2), work(26);
     std::vector<int> iwork(3);
     int iter = 0, ifail = 1, iuser[2] = {0, 5};
     double objf = 0, ruser = 0;
     E04DGA(&n, cg_objfun, nullptr, &iter, &objf, g.data(), x.data(), iwork.data(), work.data(), iuser, &ruser,
-           st.lwsav, st.iwsav, st.rwsav, &ifail);
+           st.lwsav.data(), st.iwsav.data(), st.rwsav.data(), &ifail);
     EXPECT_EQ(ifail, -7);
     EXPECT_EQ(ruser, 5.0);
 
@@ -225,8 +211,8 @@ TEST(ConjugateGradients, UserStopReturnsTheModeAndAWrongGradientIsCaught) {
     };
     x = {1.0, 1.0};
     ifail = 1;
-    E04DGA(&n, wrong, nullptr, &iter, &objf, g.data(), x.data(), iwork.data(), work.data(), iuser, &ruser, st.lwsav,
-           st.iwsav, st.rwsav, &ifail);
+    E04DGA(&n, wrong, nullptr, &iter, &objf, g.data(), x.data(), iwork.data(), work.data(), iuser, &ruser,
+           st.lwsav.data(), st.iwsav.data(), st.rwsav.data(), &ifail);
     EXPECT_EQ(ifail, 7);
 }
 
