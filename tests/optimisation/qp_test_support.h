@@ -32,9 +32,7 @@ struct Session : OptionState {
     using OptionState::OptionState;
     // One option line through E04NHF (E04NFA) or E04NEF (E04NCA).
     void option(const std::string &s, bool nfa = true) {
-        int inform = 0;
-        (nfa ? E04NHF_PLAIN : E04NEF_PLAIN)(s.c_str(), lwsav.data(), iwsav.data(), rwsav.data(), &inform,
-                                            static_cast<int>(s.size()));
+        zek_test::option(*this, nfa ? zek::e04::Family::NFA : zek::e04::Family::NCA, s);
     }
 };
 

@@ -218,12 +218,8 @@ TEST(SqpLeastSquares, ConstrainedFitsReachTheirMinimum) {
     for (const LsqCase &c : cases) {
         SCOPED_TRACE(c.name);
         zek_test::qp::Session s("E04USA");
-        int inform = 0;
-        E04URF_PLAIN(c.option, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform,
-                     static_cast<int>(std::string(c.option).size()));
-        const std::string print = "Major Print Level = 1";
-        E04URF_PLAIN(print.c_str(), s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform,
-                     static_cast<int>(print.size()));
+        for (const char *line : {c.option, "Major Print Level = 1"})
+            EXPECT_EQ(zek_test::option(s, zek::e04::Family::USA, line), 0) << line;
         zek_test::OutputCapture capture;
         const int m = 2, n = 2, nclin = 0, ncnln = c.ncnln, lda = 1, ldcj = 1, ldfj = 2, ldr = 2;
         const int liwork = 2 * n + 3 + ncnln;

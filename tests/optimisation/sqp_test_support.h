@@ -115,11 +115,7 @@ struct Spoil {
 inline Out run_uca(const Nlp &p, const std::vector<std::string> &options = {}, Faults fl = {}, Spoil s = {},
                    const Out *from = nullptr) {
     qp::Session session("E04UCA");
-    for (const std::string &o : options) {
-        int inform = 0;
-        E04UEF_PLAIN(o.c_str(), session.lwsav.data(), session.iwsav.data(), session.rwsav.data(), &inform,
-                     static_cast<int>(o.size()));
-    }
+    for (const std::string &o : options) zek_test::option(session, zek::e04::Family::UCA, o);
     current = &p;
     faults = fl;
     objective_calls = 0;
