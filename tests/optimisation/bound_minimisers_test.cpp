@@ -2,6 +2,7 @@
 // conditions at the result; the grading of the outcome; the derivative checks.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -157,39 +158,49 @@ void monitor(const int *, const double *, const double *, const double *, const 
     EXPECT_NE(istate[0], 0);
 }
 
+// E04KDF (differenced Hessian) or E04LBF (hess2) on g_p from its start, in [BL, BU].
+struct Comprehensive {
+    int ifail = 1, niter = 0, nf = 0;
+    double f = -1.0;
+    std::vector<double> x, g, hesl, hesd;
+    std::vector<int> istate;
+};
+Comprehensive comprehensive(bool lbf, std::vector<double> bl, std::vector<double> bu, int maxcal, double xtol,
+                            int iprint, ZekE04BoundMonit monit) {
+    const int n = g_p->n, lh = std::max(1, n * (n - 1) / 2), liw = 1, lw = 7 * n + lh, ibound = 0, icheck = 1;
+    const double eta = 0.5, delta = 0.0, stepmx = 10.0, fest = 0.0;
+    Comprehensive o;
+    o.x = g_p->start, o.g.assign(n, 0.0), o.hesl.assign(lh, 0.0), o.hesd.assign(n, 0.0), o.istate.assign(n, 0);
+    std::vector<double> w(lw);
+    double ruser = 0;
+    int iw[1], iuser = 0;
+    if (!lbf)
+        E04KDF(&n, funct2, nullptr, monit, nullptr, &iprint, &maxcal, &eta, &xtol, &delta, &stepmx, &fest, &ibound,
+               bl.data(), bu.data(), o.x.data(), o.hesl.data(), &lh, o.hesd.data(), o.istate.data(), &o.f, o.g.data(),
+               &o.niter, &o.nf, &icheck, iw, &liw, w.data(), &lw, &iuser, &ruser, &o.ifail);
+    else
+        E04LBF(&n, funct2, nullptr, hess2, nullptr, monit, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx, &ibound,
+               bl.data(), bu.data(), o.x.data(), o.hesl.data(), &lh, o.hesd.data(), o.istate.data(), &o.f, o.g.data(),
+               &o.niter, &o.nf, &icheck, iw, &liw, w.data(), &lw, &iuser, &ruser, &o.ifail);
+    return o;
+}
+
 TEST(BoundConstrained, ComprehensiveFormsTakeTheirSettingsAndMonitor) {
     g_p = &mgh::find("Rosenbrock");
     g_wrong = 0;
-    const int n = 2, lh = 1, liw = 1, lw = 15, iprint = 1, maxcal = 400, ibound = 0, icheck = 1;
-    const double eta = 0.5, xtol = 1e-10, delta = 0.0, stepmx = 10.0, fest = 0.0;
-    for (int which = 0; which < 2; ++which) {
-        std::vector<double> bl = {-2.0, -2.0}, bu = {2.0, 2.0}, x = g_p->start, w(lw), g(2);
-        double hesl[1], hesd[2], f;
-        int istate[2], niter = 0, nf = 0, iw[1], ifail = 1, iuser = 0;
-        double ruser = 0;
+    for (bool lbf : {false, true}) {
         g_monitor = 0;
-        if (which == 0)
-            E04KDF(&n, funct2, nullptr, monitor, nullptr, &iprint, &maxcal, &eta, &xtol, &delta, &stepmx, &fest,
-                   &ibound, bl.data(), bu.data(), x.data(), hesl, &lh, hesd, istate, &f, g.data(), &niter, &nf,
-                   &icheck, iw, &liw, w.data(), &lw, &iuser, &ruser, &ifail);
-        else
-            E04LBF(&n, funct2, nullptr, hess2, nullptr, monitor, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx,
-                   &ibound, bl.data(), bu.data(), x.data(), hesl, &lh, hesd, istate, &f, g.data(), &niter, &nf,
-                   &icheck, iw, &liw, w.data(), &lw, &iuser, &ruser, &ifail);
-        EXPECT_TRUE(ifail == 0 || ifail == 5) << ifail;
-        EXPECT_NEAR(x[0], 1.0, 1e-6);
-        EXPECT_NEAR(x[1], 1.0, 1e-6);
-        EXPECT_EQ(g_monitor, niter + 1);
-        EXPECT_LE(nf, maxcal + 2 * n);
+        const Comprehensive o = comprehensive(lbf, {-2.0, -2.0}, {2.0, 2.0}, 400, 1e-10, 1, monitor);
+        EXPECT_TRUE(o.ifail == 0 || o.ifail == 5) << o.ifail;
+        EXPECT_NEAR(o.x[0], 1.0, 1e-6);
+        EXPECT_NEAR(o.x[1], 1.0, 1e-6);
+        EXPECT_EQ(g_monitor, o.niter + 1);
+        EXPECT_LE(o.nf, 400 + 2 * 2);
         // The final Hessian at (1, 1): [[802, -400], [-400, 200]].
-        EXPECT_NEAR(hesd[0], 802.0, 1.0);
-        EXPECT_NEAR(hesl[0], -400.0, 1.0);
+        EXPECT_NEAR(o.hesd[0], 802.0, 1.0);
+        EXPECT_NEAR(o.hesl[0], -400.0, 1.0);
     }
 }
-
-} // namespace
-
-namespace {
 
 // Box's three-dimensional function under the comprehensive routines, the start (0, 10, 20) pulled into
 // the bounds: with the zero (1, 10, 1) inside them, and with x3 >= 1.2 cutting it off, where the
@@ -197,44 +208,28 @@ namespace {
 TEST(BoundConstrained, ComprehensiveFormsOnBoxThreeDimensionalWithBounds) {
     g_p = &mgh::find("Box3");
     g_wrong = 0;
-    const int n = 3, lh = 3, liw = 1, lw = 7 * 3 + 3, iprint = -1, maxcal = 2000, ibound = 0, icheck = 1;
-    const double eta = 0.5, xtol = 1e-12, delta = 0.0, stepmx = 10.0, fest = 0.0;
-    struct Bounds {
-        double bl3;
-        bool on_bound;
-    };
-    for (const Bounds &b : {Bounds{0.5, false}, Bounds{1.2, true}}) {
-        for (int which = 0; which < 2; ++which) {
-            SCOPED_TRACE(std::string(which ? "E04LBF" : "E04KDF") + (b.on_bound ? " x3 >= 1.2" : " inside"));
-            std::vector<double> bl = {0.5, 5.0, b.bl3}, bu = {2.0, 15.0, 3.0}, x = g_p->start, w(lw), g(n);
-            double hesl[3], hesd[3], f = -1, ruser = 0;
-            int istate[3], niter = 0, nf = 0, iw[1], ifail = 1, iuser = 0;
-            if (which == 0)
-                E04KDF(&n, funct2, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &delta, &stepmx, &fest,
-                       &ibound, bl.data(), bu.data(), x.data(), hesl, &lh, hesd, istate, &f, g.data(), &niter, &nf,
-                       &icheck, iw, &liw, w.data(), &lw, &iuser, &ruser, &ifail);
-            else
-                E04LBF(&n, funct2, nullptr, hess2, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx,
-                       &ibound, bl.data(), bu.data(), x.data(), hesl, &lh, hesd, istate, &f, g.data(), &niter, &nf,
-                       &icheck, iw, &liw, w.data(), &lw, &iuser, &ruser, &ifail);
-            EXPECT_TRUE(ifail == 0 || ifail == 5) << ifail;
-            for (int j = 0; j < n; ++j) EXPECT_TRUE(x[j] >= bl[j] && x[j] <= bu[j]) << j;
-            if (!b.on_bound) {
-                EXPECT_LT(f, 1e-14);
+    for (const double bl3 : {0.5, 1.2}) {
+        for (bool lbf : {false, true}) {
+            SCOPED_TRACE(std::string(lbf ? "E04LBF" : "E04KDF") + " x3 >= " + std::to_string(bl3));
+            const std::vector<double> bl = {0.5, 5.0, bl3}, bu = {2.0, 15.0, 3.0};
+            const Comprehensive o = comprehensive(lbf, bl, bu, 2000, 1e-12, -1, nullptr);
+            const std::vector<double> &x = o.x, &g = o.g;
+            EXPECT_TRUE(o.ifail == 0 || o.ifail == 5) << o.ifail;
+            for (int j = 0; j < 3; ++j) EXPECT_TRUE(x[j] >= bl[j] && x[j] <= bu[j]) << j;
+            if (bl3 < 1.0) {
+                EXPECT_LT(o.f, 1e-14);
                 EXPECT_NEAR(x[0], 1.0, 1e-5);
                 EXPECT_NEAR(x[1], 10.0, 1e-4);
                 EXPECT_NEAR(x[2], 1.0, 1e-5);
             } else {
                 EXPECT_EQ(x[2], 1.2);
-                EXPECT_EQ(istate[2], -1);
+                EXPECT_EQ(o.istate[2], -1);
                 EXPECT_GT(g[2], 0.0);
                 EXPECT_LT(std::hypot(g[0], g[1]), 1e-7 * (1.0 + std::fabs(g[2])));
             }
         }
     }
 }
-
-} // namespace
 
 // Bard's fit (Moré, Garbow and Hillstrom's problem 8) as a sum of squares with its gradient.
 void bard(int *iflag, const int *, const double *x, double *f, double *g, int *, double *) {
@@ -264,3 +259,4 @@ TEST(BoundConstrained, QuasiNewtonKeepsItsPaceWhenBoundsBecomeActive) {
     EXPECT_TRUE(ifail == 0 || (ifail >= 5 && ifail <= 8)) << ifail;
     EXPECT_NEAR(f, 0.00889856, 1e-7);
 }
+} // namespace

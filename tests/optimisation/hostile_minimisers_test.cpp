@@ -3,16 +3,21 @@
 // at a finite point.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <limits>
 #include <string>
 #include <vector>
 
+#include "lsq_test_support.h"
+#include "option_test_support.h"
 #include "zek2/e04.h"
 
 namespace {
 
+using zek_test::lsq::kFC;
+using zek_test::lsq::kGB;
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 const double kInf = std::numeric_limits<double>::infinity();
 const double kBig = std::numeric_limits<double>::max();
@@ -105,18 +110,14 @@ Outcome simplex(int n, int iw, double tol, int maxcal) {
 }
 
 Outcome cg(int n) {
-    int lwsav[120], iwsav[610], l1 = 1, l2 = 120, l3 = 610, l4 = 475, ifail = 0;
-    double rwsav[475];
-    char cw[80];
-    E04WBA("E04DGA", cw, &l1, lwsav, &l2, iwsav, &l3, rwsav, &l4, &ifail, 6, 80);
+    zek_test::OptionState s("E04DGA");
     const int m = std::max(n, 1);
     std::vector<double> x(m, 0.0), g(m), w(13 * m);
     std::vector<int> iw(m + 1);
-    int iter = 0, iu = 0;
+    int iter = 0, iu = 0, ifail = 1;
     double f = 0, ru = 0;
-    ifail = 1;
-    E04DGA(&n, objfun, nullptr, &iter, &f, g.data(), x.data(), iw.data(), w.data(), &iu, &ru, lwsav, iwsav, rwsav,
-           &ifail);
+    E04DGA(&n, objfun, nullptr, &iter, &f, g.data(), x.data(), iw.data(), w.data(), &iu, &ru, s.lwsav.data(),
+           s.iwsav.data(), s.rwsav.data(), &ifail);
     return {ifail, f};
 }
 
@@ -157,9 +158,7 @@ Outcome comprehensive(double eta, double xtol, double stepmx, int lh) {
     return {ifail, f};
 }
 
-void check(const Row &r, const std::string &prefix = "");
-
-void check(const Row &r, const std::string &prefix) {
+void check(const Row &r, const std::string &prefix = "") {
     SCOPED_TRACE(prefix + r.name);
     g_mode = r.mode;
     g_calls = 0;
@@ -169,27 +168,7 @@ void check(const Row &r, const std::string &prefix) {
     EXPECT_TRUE(o.ifail != 0 || std::isfinite(o.f)) << o.f;
 }
 
-// E04GYF (easy) or E04GBF on M residuals of N variables; LW short by LW_SHORT.
-Outcome least_squares(bool easy, int m, int n, int lw_short = 0, int maxcal = 100, double eta = 0.5) {
-    const int mm = std::max(m, 1), nn = std::max(n, 1);
-    const int need = n > 1 ? (easy ? 8 * n + 2 * n * n + 2 * m * n + 3 * m : 7 * n + m * n + 2 * m + n * n)
-                           : (easy ? 11 + 5 * m : 9 + 3 * m);
-    const int lw = need - lw_short, lj = mm, lv = nn, iprint = -1, liw = 1;
-    const double xtol = 1e-10, stepmx = 10.0;
-    std::vector<double> x(nn, 3.0), w(std::max(lw, 1)), fvec(mm), fjac(mm * nn), s(nn), v(nn * nn);
-    double fsumsq = 0, ru = 0;
-    int ifail = 1, iu = 0, niter, nf, igrade, iw[1];
-    if (easy) E04GYF(&m, &n, lsq, nullptr, x.data(), &fsumsq, w.data(), &lw, &iu, &ru, &ifail);
-    else
-        E04GBF(&m, &n, lsq, nullptr, nullptr, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx,
-               x.data(), &fsumsq, fvec.data(), fjac.data(), &lj, s.data(), v.data(), &lv, &niter, &nf, &igrade, iw,
-               &liw, w.data(), &lw, &iu, &ru, &ifail);
-    return {ifail, fsumsq};
-}
-
-// E04GBF with a start for its estimate (NaN entries, or a stop, by g_mode 1 and 5), or E04FCF with
-// LW short by LW_SHORT.
-int g_term_mode = 0;
+int g_term_mode = 0;  // the start of E04GBF's estimate: NaN entries (1) or a stop (5)
 void hostile_term(int *iflag, const int *, const int *, const double *, const double *, double *b, const int *lb,
                   int *, double *) {
     for (int k = 0; k < *lb; ++k) b[k] = g_term_mode == 1 ? kNaN : 0.0;
@@ -198,41 +177,32 @@ void hostile_term(int *iflag, const int *, const int *, const double *, const do
 void lsq_values(int *iflag, const int *m, const int *n, const double *x, double *f, int *iu, double *ru) {
     lsq(iflag, m, n, x, f, nullptr, m, iu, ru);
 }
-Outcome comprehensive_lsq(bool differences, int mode_of_term, int lw_short = 0) {
-    const int m = 3, n = 2, lj = 3, lv = 2, iprint = -1, maxcal = 100, liw = 1;
-    const int lw = (differences ? 6 * n + m * n + 2 * m + 1 : 7 * n + m * n + 2 * m + n * n) - lw_short;
-    const double eta = 0.5, xtol = 1e-10, stepmx = 10.0;
-    std::vector<double> x(n, 3.0), w(lw), fvec(m), fjac(m * n), s(n), v(n * n);
-    double fsumsq = 0, ru = 0;
-    int ifail = 1, iu = 0, niter, nf, igrade, iw[1];
-    if (differences) {
-        E04FCF(&m, &n, lsq_values, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx, x.data(),
-               &fsumsq, fvec.data(), fjac.data(), &lj, s.data(), v.data(), &lv, &niter, &nf, &igrade, iw, &liw,
-               w.data(), &lw, &iu, &ru, &ifail);
-    } else {
-        g_term_mode = mode_of_term;
-        E04GBF(&m, &n, lsq, nullptr, hostile_term, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx,
-               x.data(), &fsumsq, fvec.data(), fjac.data(), &lj, s.data(), v.data(), &lv, &niter, &nf, &igrade, iw,
-               &liw, w.data(), &lw, &iu, &ru, &ifail);
-    }
-    return {ifail, fsumsq};
+// E04GBF (its estimate started by hostile_term under TERM_MODE) or E04FCF, LW short by LW_SHORT.
+Outcome comprehensive_lsq(zek_test::lsq::Routine r, int m, int n, int lw_short = 0, int maxcal = 100,
+                          double eta = 0.5, int term_mode = 0) {
+    zek_test::lsq::Settings s;
+    s.maxcal = maxcal, s.eta = eta, s.xtol = 1e-10, s.stepmx = 10.0, s.lw_short = lw_short;
+    if (term_mode != 0) s.hes = hostile_term;
+    g_term_mode = term_mode;
+    const zek_test::lsq::Fit o =
+        zek_test::lsq::fit(r, m, n, lsq, lsq_values, std::vector<double>(std::max(n, 1), 3.0), s);
+    return {o.ifail, o.fsumsq};
 }
 
-// The modified Newton easy forms: E04GZF, or E04HYF with a zero second-order term (or none).
+// The easy forms: E04GYF (0), E04GZF (1), E04HYF with a zero second-order term (2) or none (3).
 void no_curvature(int *, const int *, const int *, const double *, const double *, double *b, const int *lb, int *,
                   double *) {
     for (int k = 0; k < *lb; ++k) b[k] = 0.0;
 }
-Outcome newton_easy(bool user_term, bool give_term, int m, int n) {
-    const int lw = n > 1 ? 8 * n + 2 * n * n + 2 * m * n + 3 * m : 11 + 5 * m;
-    std::vector<double> x(std::max(n, 1), 3.0), w(lw);
+Outcome easy(int which, int m, int n, int lw_short = 0) {
+    const int lw = (n > 1 ? 8 * n + 2 * n * n + 2 * m * n + 3 * m : 11 + 5 * m) - lw_short;
+    std::vector<double> x(std::max(n, 1), 3.0), w(std::max(lw, 1));
     double fsumsq = 0, ru = 0;
     int ifail = 1, iu = 0;
-    if (user_term)
-        E04HYF(&m, &n, lsq, nullptr, give_term ? no_curvature : nullptr, nullptr, x.data(), &fsumsq, w.data(), &lw,
-               &iu, &ru, &ifail);
-    else
-        E04GZF(&m, &n, lsq, nullptr, x.data(), &fsumsq, w.data(), &lw, &iu, &ru, &ifail);
+    if (which == 0) E04GYF(&m, &n, lsq, nullptr, x.data(), &fsumsq, w.data(), &lw, &iu, &ru, &ifail);
+    else if (which == 1) E04GZF(&m, &n, lsq, nullptr, x.data(), &fsumsq, w.data(), &lw, &iu, &ru, &ifail);
+    else E04HYF(&m, &n, lsq, nullptr, which == 2 ? no_curvature : nullptr, nullptr, x.data(), &fsumsq, w.data(), &lw,
+                &iu, &ru, &ifail);
     return {ifail, fsumsq};
 }
 
@@ -245,32 +215,32 @@ Outcome covariance(int job, int m, int n, double fsumsq, double s1, int lv, int 
 
 TEST(HostileMinimisers, LeastSquaresRowsEndInTheirIfail) {
     const Row rows[] = {
-        {"E04GYF N 0", 0, [] { return least_squares(true, 3, 0); }, 1, true},
-        {"E04GYF M < N", 0, [] { return least_squares(true, 1, 2); }, 1, true},
-        {"E04GYF LW short", 0, [] { return least_squares(true, 3, 2, 1); }, 1, true},
-        {"E04GYF N 1 LW short", 0, [] { return least_squares(true, 3, 1, 1); }, 1, true},
-        {"E04GBF LW short", 0, [] { return least_squares(false, 3, 2, 1); }, 1, true},
-        {"E04GBF MAXCAL 0", 0, [] { return least_squares(false, 3, 2, 0, 0); }, 1, true},
-        {"E04GBF ETA 1", 0, [] { return least_squares(false, 3, 2, 0, 100, 1.0); }, 1, true},
-        {"E04GBF ETA NaN", 0, [] { return least_squares(false, 3, 2, 0, 100, kNaN); }, 1, true},
-        {"E04GBF MAXCAL 2", 0, [] { return least_squares(false, 3, 2, 0, 2); }, 2, false},
-        {"E04GYF NaN residuals", 1, [] { return least_squares(true, 3, 2); }, 5, false},
-        {"E04GYF +Inf residuals", 2, [] { return least_squares(true, 3, 2); }, 5, false},
-        {"E04GYF stop", 5, [] { return least_squares(true, 3, 2); }, -3, false},
-        {"E04GYF good", 0, [] { return least_squares(true, 3, 2); }, 0, false},
-        {"E04GZF M < N", 0, [] { return newton_easy(false, true, 1, 2); }, 1, true},
-        {"E04GZF NaN residuals", 1, [] { return newton_easy(false, true, 3, 2); }, 5, false},
-        {"E04GZF stop", 5, [] { return newton_easy(false, true, 3, 2); }, -3, false},
-        {"E04GZF good", 0, [] { return newton_easy(false, true, 3, 2); }, 0, false},
-        {"E04HYF no LSQHES", 0, [] { return newton_easy(true, false, 3, 2); }, 1, true},
-        {"E04HYF -Inf residuals", 3, [] { return newton_easy(true, true, 3, 2); }, 5, false},
-        {"E04HYF good", 0, [] { return newton_easy(true, true, 3, 2); }, 0, false},
-        {"E04GBF NaN estimate start", 0, [] { return comprehensive_lsq(false, 1); }, 0, false},
-        {"E04GBF stop in LSQHES", 0, [] { return comprehensive_lsq(false, 5); }, -4, false},
-        {"E04FCF LW short", 0, [] { return comprehensive_lsq(true, 0, 1); }, 1, true},
-        {"E04FCF NaN residuals", 1, [] { return comprehensive_lsq(true, 0); }, 5, false},
-        {"E04FCF stop", 5, [] { return comprehensive_lsq(true, 0); }, -3, false},
-        {"E04FCF good", 0, [] { return comprehensive_lsq(true, 0); }, 0, false},
+        {"E04GYF N 0", 0, [] { return easy(0, 3, 0); }, 1, true},
+        {"E04GYF M < N", 0, [] { return easy(0, 1, 2); }, 1, true},
+        {"E04GYF LW short", 0, [] { return easy(0, 3, 2, 1); }, 1, true},
+        {"E04GYF N 1 LW short", 0, [] { return easy(0, 3, 1, 1); }, 1, true},
+        {"E04GBF LW short", 0, [] { return comprehensive_lsq(kGB, 3, 2, 1); }, 1, true},
+        {"E04GBF MAXCAL 0", 0, [] { return comprehensive_lsq(kGB, 3, 2, 0, 0); }, 1, true},
+        {"E04GBF ETA 1", 0, [] { return comprehensive_lsq(kGB, 3, 2, 0, 100, 1.0); }, 1, true},
+        {"E04GBF ETA NaN", 0, [] { return comprehensive_lsq(kGB, 3, 2, 0, 100, kNaN); }, 1, true},
+        {"E04GBF MAXCAL 2", 0, [] { return comprehensive_lsq(kGB, 3, 2, 0, 2); }, 2, false},
+        {"E04GYF NaN residuals", 1, [] { return easy(0, 3, 2); }, 5, false},
+        {"E04GYF +Inf residuals", 2, [] { return easy(0, 3, 2); }, 5, false},
+        {"E04GYF stop", 5, [] { return easy(0, 3, 2); }, -3, false},
+        {"E04GYF good", 0, [] { return easy(0, 3, 2); }, 0, false},
+        {"E04GZF M < N", 0, [] { return easy(1, 1, 2); }, 1, true},
+        {"E04GZF NaN residuals", 1, [] { return easy(1, 3, 2); }, 5, false},
+        {"E04GZF stop", 5, [] { return easy(1, 3, 2); }, -3, false},
+        {"E04GZF good", 0, [] { return easy(1, 3, 2); }, 0, false},
+        {"E04HYF no LSQHES", 0, [] { return easy(3, 3, 2); }, 1, true},
+        {"E04HYF -Inf residuals", 3, [] { return easy(2, 3, 2); }, 5, false},
+        {"E04HYF good", 0, [] { return easy(2, 3, 2); }, 0, false},
+        {"E04GBF NaN estimate start", 0, [] { return comprehensive_lsq(kGB, 3, 2, 0, 100, 0.5, 1); }, 0, false},
+        {"E04GBF stop in LSQHES", 0, [] { return comprehensive_lsq(kGB, 3, 2, 0, 100, 0.5, 5); }, -4, false},
+        {"E04FCF LW short", 0, [] { return comprehensive_lsq(kFC, 3, 2, 1); }, 1, true},
+        {"E04FCF NaN residuals", 1, [] { return comprehensive_lsq(kFC, 3, 2); }, 5, false},
+        {"E04FCF stop", 5, [] { return comprehensive_lsq(kFC, 3, 2); }, -3, false},
+        {"E04FCF good", 0, [] { return comprehensive_lsq(kFC, 3, 2); }, 0, false},
         {"E04YCF JOB -2", 0, [] { return covariance(-2, 3, 2, 1.0, 1.0, 2); }, 1, false},
         {"E04YCF JOB 3", 0, [] { return covariance(3, 3, 2, 1.0, 1.0, 2); }, 1, false},
         {"E04YCF M < N", 0, [] { return covariance(0, 1, 2, 1.0, 1.0, 2); }, 1, false},

@@ -24,14 +24,7 @@ struct Row {
 
 TEST(HostileQp, E04nfaRows) {
     // Two variables in [-1, 1] and one row x1 + x2 <= 1; the documented workspace is 47 reals.
-    Qp base;
-    base.n = 2;
-    base.m = 1;
-    base.a = {1, 1};
-    base.bl = {-1, -1, -kInf};
-    base.bu = {1, 1, 1};
-    base.c = {-1, 0.5};
-    base.h = {2, 0, 0, 1};
+    const Qp base{2, 1, {1, 1}, {-1, -1, -kInf}, {1, 1, 1}, {-1, 0.5}, {2, 0, 0, 1}};
     const Row rows[] = {
         {"honest", [](Qp &, std::vector<double> &, Dims &) {}, 0},
         {"nan_x", [](Qp &, std::vector<double> &x, Dims &) { x[0] = kNaN; }, 6},
@@ -78,12 +71,7 @@ TEST(HostileQp, E04nfaRows) {
 
 TEST(HostileQp, E04ncaRows) {
     // 2 by 2 data, no general rows: the documented workspace is 52 reals.
-    Ls base;
-    base.m = base.n = 2;
-    base.a = {1, 0, 1, 1};
-    base.b = {1, 2};
-    base.bl = {-1, -1};
-    base.bu = {1, 1};
+    const Ls base{2, 2, 0, {1, 0, 1, 1}, {1, 2}, {}, {-1, -1}, {1, 1}, {}};
     struct NcaRow {
         const char *name;
         std::function<void(Ls &, int &lwork)> spoil;

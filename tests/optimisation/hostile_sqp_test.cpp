@@ -23,28 +23,16 @@ const double kInf = std::numeric_limits<double>::infinity();
 // min (x1-1)^2 + (x2-2)^2 + x3  s.t.  x1 + x2 <= 2.5,  x1^2 + x2^2 <= 4,  x1 x3 >= 0.5,  0 <= x <= 3.
 Nlp small() {
     Nlp p;
-    p.n = 3;
-    p.nclin = 1;
-    p.ncnln = 2;
-    p.a = {1, 1, 0};
-    p.bl = {0, 0, 0, -kBig, -kBig, 0.5};
-    p.bu = {3, 3, 3, 2.5, 4, kBig};
-    p.x0 = {1, 1, 1};
+    p.n = 3, p.nclin = 1, p.ncnln = 2, p.a = {1, 1, 0}, p.x0 = {1, 1, 1};
+    p.bl = {0, 0, 0, -kBig, -kBig, 0.5}, p.bu = {3, 3, 3, 2.5, 4, kBig};
     p.f = [](const double *x, double *g) {
-        g[0] = 2 * (x[0] - 1);
-        g[1] = 2 * (x[1] - 2);
-        g[2] = 1;
+        g[0] = 2 * (x[0] - 1), g[1] = 2 * (x[1] - 2), g[2] = 1;
         return (x[0] - 1) * (x[0] - 1) + (x[1] - 2) * (x[1] - 2) + x[2];
     };
     p.con = [](const double *x, double *c, double *j) {
         c[0] = x[0] * x[0] + x[1] * x[1];
         c[1] = x[0] * x[2];
-        j[0] = 2 * x[0];
-        j[1] = x[2];
-        j[2] = 2 * x[1];
-        j[3] = 0;
-        j[4] = 0;
-        j[5] = x[0];
+        j[0] = 2 * x[0], j[1] = x[2], j[2] = 2 * x[1], j[3] = 0, j[4] = 0, j[5] = x[0];
     };
     return p;
 }
@@ -118,6 +106,20 @@ extern "C" void xaa_objfun(int *mode, const int *, const double *x, double *objf
     *objf = xaa_kind == 2 ? kNan : std::exp(x[0]) + x[1] * x[1] * x[1];
 }
 
+struct Xaa {
+    int ifail = 1, iwarn = 0, info[2] = {0, 0};
+    double g[2] = {0, 0}, hes[4] = {0, 0, 0, 0};
+};
+Xaa xaa(int n, int lhes, int mode, int lwork, int kind) {
+    xaa_kind = kind;
+    Xaa r;
+    int msglvl = 0, nfev[2], iuser[1];
+    double epsrf = 0, e = 0, objf = 0, x[2] = {0.5, 1.0}, hf[2] = {0, 0}, hc[2], work[2], err[2], ruser[1];
+    E04XAA(&msglvl, &n, &epsrf, &e, x, &mode, xaa_objfun, nullptr, &lhes, hf, hc, r.hes, &r.iwarn, work, &lwork, iuser,
+           ruser, r.info, &objf, r.g, err, nfev, &r.ifail);
+    return r;
+}
+
 TEST(HostileE04xaa, ArgumentsAndUserFunctions) {
     struct XRow {
         const char *name;
@@ -128,33 +130,18 @@ TEST(HostileE04xaa, ArgumentsAndUserFunctions) {
         {"MODE out of range", 2, 2, 2, 2, 0, 1}, {"LWORK short", 2, 2, 0, 1, 0, 1},
         {"user stop", 2, 2, 0, 2, 1, -2},      {"NaN at X", 2, 2, 1, 2, 2, 2},
     };
-    for (const XRow &r : rows) {
-        SCOPED_TRACE(r.name);
-        xaa_kind = r.kind;
-        int msglvl = 0, mode = r.mode, iwarn = 0, ifail = 1, info[2], nfev[2];
-        double epsrf = 0, e = 0, objf = 0, x[2] = {0.5, 1.0}, hf[2] = {0, 0}, hc[2], hes[4], work[2], g[2], err[2];
-        int iuser[1];
-        double ruser[1];
-        E04XAA(&msglvl, &r.n, &epsrf, &e, x, &mode, xaa_objfun, nullptr, &r.lhes, hf, hc, hes, &iwarn, work, &r.lwork,
-               iuser, ruser, info, &objf, g, err, nfev, &ifail);
-        EXPECT_EQ(ifail, r.ifail);
-    }
+    for (const XRow &r : rows) EXPECT_EQ(xaa(r.n, r.lhes, r.mode, r.lwork, r.kind).ifail, r.ifail) << r.name;
 }
 
 TEST(E04xaaEstimates, IntervalsGiveGradientAndHessianDiagonal) {
-    xaa_kind = 0;
-    int msglvl = 0, n = 2, lhes = 2, mode = 1, lwork = 2, iwarn = 0, ifail = 1, info[2], nfev[2], iuser[1];
-    double epsrf = 0, e = 0, objf = 0, x[2] = {0.5, 1.0}, hf[2] = {0, 0}, hc[2], hes[4] = {}, work[2], g[2], err[2];
-    double ruser[1];
-    E04XAA(&msglvl, &n, &epsrf, &e, x, &mode, xaa_objfun, nullptr, &lhes, hf, hc, hes, &iwarn, work, &lwork, iuser,
-           ruser, info, &objf, g, err, nfev, &ifail);
-    ASSERT_EQ(ifail, 0);
-    EXPECT_NEAR(g[0], std::exp(0.5), 1e-8);
-    EXPECT_NEAR(g[1], 3.0, 1e-8);
-    EXPECT_NEAR(hes[0], std::exp(0.5), 1e-3);
-    EXPECT_NEAR(hes[3], 6.0, 1e-3);
-    EXPECT_EQ(info[0], 0);
-    EXPECT_EQ(iwarn, 0);
+    const Xaa r = xaa(2, 2, 1, 2, 0);
+    ASSERT_EQ(r.ifail, 0);
+    EXPECT_NEAR(r.g[0], std::exp(0.5), 1e-8);
+    EXPECT_NEAR(r.g[1], 3.0, 1e-8);
+    EXPECT_NEAR(r.hes[0], std::exp(0.5), 1e-3);
+    EXPECT_NEAR(r.hes[3], 6.0, 1e-3);
+    EXPECT_EQ(r.info[0], 0);
+    EXPECT_EQ(r.iwarn, 0);
 }
 
 } // namespace

@@ -1,19 +1,21 @@
-// Nonlinear least squares: the test problems' sums of squares, a certified regression problem with the
-// covariance of its parameters, and the covariance routine's own cases.
+// Nonlinear least squares: the easy forms on the test problems, the covariance routine's own cases,
+// large residuals, and IFAIL 0 only at a stationary point.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <string>
 #include <vector>
 
+#include "lsq_test_support.h"
 #include "mgh_problems.h"
 #include "zek2/e04.h"
 
 namespace {
 
+namespace lsq = zek_test::lsq;
 const mgh::Problem *g_p = nullptr;
 
-void lsq(int *iflag, const int *, const int *, const double *x, double *fvec, double *fjac, const int *lj, int *,
+void lsq_fun(int *iflag, const int *, const int *, const double *x, double *fvec, double *fjac, const int *lj, int *,
          double *) {
     std::vector<double> j(static_cast<std::size_t>(g_p->m) * g_p->n);
     g_p->residuals(x, fvec, j.data());
@@ -57,11 +59,11 @@ TEST(LeastSquares, EasyFormsSolveTheTestProblems) {
             double fsumsq = -1, ruser = 0;
             int ifail = 1, iuser = 0;
             switch (diff) {
-            case 0: E04GYF(&m, &n, lsq, nullptr, x.data(), &fsumsq, w.data(), &lw, &iuser, &ruser, &ifail); break;
+            case 0: E04GYF(&m, &n, lsq_fun, nullptr, x.data(), &fsumsq, w.data(), &lw, &iuser, &ruser, &ifail); break;
             case 1: E04FYF(&m, &n, lsq_diff, nullptr, x.data(), &fsumsq, w.data(), &lw, &iuser, &ruser, &ifail); break;
-            case 2: E04GZF(&m, &n, lsq, nullptr, x.data(), &fsumsq, w.data(), &lw, &iuser, &ruser, &ifail); break;
+            case 2: E04GZF(&m, &n, lsq_fun, nullptr, x.data(), &fsumsq, w.data(), &lw, &iuser, &ruser, &ifail); break;
             default:
-                E04HYF(&m, &n, lsq, nullptr, lsq_hes, nullptr, x.data(), &fsumsq, w.data(), &lw, &iuser, &ruser,
+                E04HYF(&m, &n, lsq_fun, nullptr, lsq_hes, nullptr, x.data(), &fsumsq, w.data(), &lw, &iuser, &ruser,
                        &ifail);
                 break;
             }
@@ -69,59 +71,6 @@ TEST(LeastSquares, EasyFormsSolveTheTestProblems) {
             EXPECT_LT(fsumsq, 1e-10);
             EXPECT_EQ(fsumsq, mgh::value(p, x.data()));
         }
-    }
-}
-
-// Misra1a of the NIST StRD nonlinear regression collection: y = b1 (1 - exp(-b2 x)).
-const double kMisraX[] = {77.6, 114.9, 141.1, 190.8, 239.9, 289.0, 332.8, 378.4, 434.8, 477.3, 536.8, 593.1, 689.1, 760.0};
-const double kMisraY[] = {10.07, 14.73, 17.94, 23.93, 29.61, 35.18, 40.02, 44.82, 50.76, 55.05, 61.01, 66.40, 75.47, 81.78};
-
-void misra(int *iflag, const int *m, const int *, const double *b, double *f, double *j, const int *lj, int *,
-           double *) {
-    for (int i = 0; i < *m; ++i) {
-        const double e = std::exp(-b[1] * kMisraX[i]);
-        f[i] = b[0] * (1.0 - e) - kMisraY[i];
-        if (*iflag == 2) {
-            j[i] = 1.0 - e;
-            j[i + *lj] = b[0] * kMisraX[i] * e;
-        }
-    }
-}
-
-double digits(double value, double certified) {
-    const double rel = std::fabs(value - certified) / std::fabs(certified);
-    return rel == 0.0 ? 16.0 : -std::log10(rel);
-}
-
-TEST(LeastSquares, CertifiedValuesOfMisra1aFromBothStartsWithTheirStandardDeviations) {
-    const double starts[2][2] = {{500.0, 1e-4}, {250.0, 5e-4}};
-    for (int r = 0; r < 4; ++r) {
-        const auto &start = starts[r % 2];
-        SCOPED_TRACE(r < 2 ? "E04GBF" : "E04GDF");
-        const int m = 14, n = 2, lj = 14, lv = 2, iprint = -1, maxcal = 400, liw = 1, lw = 7 * n + m * n + 2 * m + n * n;
-        const double eta = 0.5, xtol = 1e-12, stepmx = 1e4;
-        double b[2] = {start[0], start[1]}, fsumsq, fvec[14], fjac[28], s[2], v[4], w[64], ruser = 0;
-        int niter, nf, igrade, iw[1], ifail = 1, iuser = 0;
-        if (r < 2)
-            E04GBF(&m, &n, misra, nullptr, nullptr, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx,
-                   b, &fsumsq, fvec, fjac, &lj, s, v, &lv, &niter, &nf, &igrade, iw, &liw, w, &lw, &iuser, &ruser,
-                   &ifail);
-        else
-            E04GDF(&m, &n, misra, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx, b, &fsumsq,
-                   fvec, fjac, &lj, s, v, &lv, &niter, &nf, &igrade, iw, &liw, w, &lw, &iuser, &ruser, &ifail);
-        EXPECT_EQ(igrade, 2);
-        EXPECT_EQ(ifail, 0);
-        EXPECT_GE(digits(b[0], 2.3894212918E+02), 8.0);
-        EXPECT_GE(digits(b[1], 5.5015643181E-04), 8.0);
-        EXPECT_GE(digits(fsumsq, 1.2455138894E-01), 9.0);
-        // Standard deviations of the parameters from the covariance's diagonal.
-        const int job = 0;
-        double cj[2], work[2];
-        ifail = 1;
-        E04YCF(&job, &m, &n, &fsumsq, s, v, &lv, cj, work, &n, &ifail);
-        EXPECT_EQ(ifail, 0);
-        EXPECT_GE(digits(std::sqrt(cj[0]), 2.7070075241E+00), 6.0);
-        EXPECT_GE(digits(std::sqrt(cj[1]), 7.2668688436E-06), 6.0);
     }
 }
 
@@ -163,10 +112,6 @@ TEST(LeastSquares, CovarianceJobsAndRankCases) {
     }
 }
 
-} // namespace
-
-namespace {
-
 // Large-residual problems of Moré, Garbow and Hillstrom, where the second-order term stays large at
 // the minimum and Gauss-Newton converges slowly: Brown and Dennis (m 20, n 4) and Jennrich and Sampson
 // (m 10, n 2), with their published starts; the minima were confirmed by solving grad f = 0 with mpmath.
@@ -202,34 +147,20 @@ TEST(LeastSquares, TheQuasiNewtonTermBeatsGaussNewtonOnLargeResiduals) {
     for (const mgh::Problem &p : problems) {
         SCOPED_TRACE(p.name);
         g_p = &p;
-        const int m = p.m, n = p.n, lj = m, lv = n, iprint = -1, maxcal = 4000, liw = 1;
-        const int lw = 7 * n + m * n + 2 * m + n * n;
-        const double eta = 0.5, xtol = 1e-12, stepmx = 100.0;
+        lsq::Settings set;
+        set.stepmx = 100.0;
         int iters[2] = {0, 0};
-        for (int qn = 0; qn < 2; ++qn) {
-            std::vector<double> x = p.start, fvec(m), fjac(m * n), s(n), v(n * n), w(lw);
-            double fsumsq = 0, ruser = 0;
-            int niter = 0, nf = 0, igrade = 0, iw = 0, iuser = 0, ifail = 1;
-            if (qn)
-                E04GBF(&m, &n, lsq, nullptr, nullptr, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol,
-                       &stepmx, x.data(), &fsumsq, fvec.data(), fjac.data(), &lj, s.data(), v.data(), &lv, &niter,
-                       &nf, &igrade, &iw, &liw, w.data(), &lw, &iuser, &ruser, &ifail);
-            else
-                E04FCF(&m, &n, lsq_diff, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx,
-                       x.data(), &fsumsq, fvec.data(), fjac.data(), &lj, s.data(), v.data(), &lv, &niter, &nf,
-                       &igrade, &iw, &liw, w.data(), &lw, &iuser, &ruser, &ifail);
-            EXPECT_EQ(ifail, 0) << (qn ? "E04GBF" : "E04FCF");
-            EXPECT_NEAR(fsumsq, p.fmin, 1e-9 * p.fmin) << (qn ? "E04GBF" : "E04FCF");
-            EXPECT_EQ(igrade, n);
-            iters[qn] = niter;
+        for (lsq::Routine r : {lsq::kFC, lsq::kGB}) {
+            SCOPED_TRACE(lsq::name(r));
+            const lsq::Fit o = lsq::fit(r, p.m, p.n, lsq_fun, lsq_diff, p.start, set);
+            EXPECT_EQ(o.ifail, 0);
+            EXPECT_NEAR(o.fsumsq, p.fmin, 1e-9 * p.fmin);
+            EXPECT_EQ(o.igrade, p.n);
+            iters[r == lsq::kGB] = o.niter;
         }
         EXPECT_LT(iters[1], iters[0]) << "Gauss-Newton " << iters[0] << " iterations, quasi-Newton " << iters[1];
     }
 }
-
-} // namespace
-
-namespace {
 
 // Chebyquad (n = m = 8): f_i = mean over j of the shifted Chebyshev polynomial T_i(x_j) less its
 // integral over [0, 1].  From ten times the standard start f is near 1e24.
@@ -253,21 +184,17 @@ TEST(LeastSquares, IfailZeroOnlyAtAStationaryPoint) {
     for (const mgh::Problem &p : {cheb, mgh::find("Box3"), mgh::find("HelicalValley")}) {
         SCOPED_TRACE(p.name);
         g_p = &p;
-        const int m = p.m, n = p.n, maxcal = 200 * (n + 1) * (n + 1), iprint = -1, liw = 1;
-        const int lw = 7 * n + m * n + 2 * m + n * n;
-        const double eta = 0.5, xtol = 1e-10, stepmx = 1e6;
-        std::vector<double> x = p.start, f(m), j(static_cast<std::size_t>(m) * n), s(n), v(n * n), w(lw);
+        const int m = p.m, n = p.n;
+        lsq::Settings set;
+        set.maxcal = 200 * (n + 1) * (n + 1), set.xtol = 1e-10;
+        std::vector<double> x = p.start;
         for (double &e : x) e *= p.n == 8 ? 10.0 / 9.0 : 10.0;
-        double fsumsq = 0.0, ruser = 0.0;
-        int niter, nf, igrade, iw, iuser = 0, ifail = 1;
-        E04GDF(&m, &n, lsq, nullptr, nullptr, nullptr, &iprint, &maxcal, &eta, &xtol, &stepmx, x.data(), &fsumsq,
-               f.data(), j.data(), &m, s.data(), v.data(), &n, &niter, &nf, &igrade, &iw, &liw, w.data(), &lw, &iuser,
-               &ruser, &ifail);
-        if (ifail != 0 || fsumsq <= p.fmin * (1.0 + 1e-6) + 1e-10) continue;
+        const lsq::Fit o = lsq::fit(lsq::kGD, m, n, lsq_fun, nullptr, x, set);
+        if (o.ifail != 0 || o.fsumsq <= p.fmin * (1.0 + 1e-6) + 1e-10) continue;
         for (int c = 0; c < n; ++c) {
             double g = 0.0, cn = 0.0;
-            for (int i = 0; i < m; ++i) g += j[i + c * m] * f[i], cn = std::hypot(cn, j[i + c * m]);
-            EXPECT_LE(std::fabs(g), 1e-5 * cn * std::sqrt(fsumsq)) << "column " << c;
+            for (int i = 0; i < m; ++i) g += o.j[i + c * m] * o.f[i], cn = std::hypot(cn, o.j[i + c * m]);
+            EXPECT_LE(std::fabs(g), 1e-5 * cn * std::sqrt(o.fsumsq)) << "column " << c;
         }
     }
 }

@@ -55,16 +55,7 @@ LpProblem LpProblem::netlib(const std::string &name) {
     return p;
 }
 
-LpSession::LpSession() {
-    int lc = 1, ll = 120, li = 610, lr = 475, ifail = 0;
-    E04WBA("E04MFA", cwsav_.data(), &lc, lwsav_.data(), &ll, iwsav_.data(), &li, rwsav_.data(), &lr, &ifail, 6, 80);
-}
-
-int LpSession::option(const std::string &line) {
-    int inform = -1, list = 0;
-    E04MHF(line.c_str(), &list, lwsav_.data(), iwsav_.data(), rwsav_.data(), &inform, static_cast<int>(line.size()));
-    return inform;
-}
+int LpSession::option(const std::string &line) { return zek_test::option(state_, zek::e04::Family::MFA, line); }
 
 LpResult LpSession::solve(const LpProblem &p, std::vector<double> x0, std::vector<int> istate0, int ifail,
                           int liwork, int lwork, int lda) {
@@ -85,8 +76,8 @@ LpResult LpSession::solve(const LpProblem &p, std::vector<double> x0, std::vecto
     for (double &v : bu) v = std::min(v, 1e25);
     r.ifail = ifail;
     E04MFA(&n, &m, p.a.data(), &lda, bl.data(), bu.data(), p.c.data(), r.istate.data(), r.x.data(), &r.iter, &r.obj,
-           r.ax.data(), r.clamda.data(), iwork_.data(), &liwork, work_.data(), &lwork, lwsav_.data(), iwsav_.data(),
-           rwsav_.data(), &r.ifail);
+           r.ax.data(), r.clamda.data(), iwork_.data(), &liwork, work_.data(), &lwork, state_.lwsav.data(),
+           state_.iwsav.data(), state_.rwsav.data(), &r.ifail);
     return r;
 }
 

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "option_test_support.h"
+
 namespace zek_test {
 
 constexpr double kInf = std::numeric_limits<double>::infinity();
@@ -35,18 +37,17 @@ struct LpResult {
 // E04WBA once, then E04MHF lines, then runs of E04MFA that share the state arrays and the workspace.
 class LpSession {
 public:
-    LpSession();
     int option(const std::string &line);  // INFORM
     // From X0 and ISTATE0 (zeros when empty); LIWORK, LWORK below 0 ask for the documented minimum.
     LpResult solve(const LpProblem &p, std::vector<double> x0 = {}, std::vector<int> istate0 = {}, int ifail = 1,
                    int liwork = -1, int lwork = -1, int lda = -1);
-    std::vector<int> &iwsav() { return iwsav_; }
+    std::vector<int> &iwsav() { return state_.iwsav; }
     std::vector<int> &iwork() { return iwork_; }
 
 private:
-    std::vector<char> cwsav_ = std::vector<char>(80, ' ');
-    std::vector<int> lwsav_ = std::vector<int>(120, 0), iwsav_ = std::vector<int>(610, 0), iwork_;
-    std::vector<double> rwsav_ = std::vector<double>(475, 0.0), work_;
+    OptionState state_{"E04MFA"};
+    std::vector<int> iwork_;
+    std::vector<double> work_;
 };
 
 // Independent measures of a result: the largest bound violation of (x ; A x) recomputed from the data;

@@ -14,12 +14,12 @@ namespace zek_test {
 Solver solver(zek::e04::Family f) {
     using zek::e04::Family;
     switch (f) {
-    case Family::DGA: return {"E04DGA", E04DKF_PLAIN, E04DKF};
-    case Family::MFA: return {"E04MFA", E04MHF_PLAIN, E04MHF};
-    case Family::NCA: return {"E04NCA", E04NEF_PLAIN, E04NEF};
-    case Family::NFA: return {"E04NFA", E04NHF_PLAIN, E04NHF};
-    case Family::UCA: return {"E04UCA", E04UEF_PLAIN, E04UEF};
-    case Family::USA: return {"E04USA", E04URF_PLAIN, E04URF};
+    case Family::DGA: return {"E04DGA", E04DKF_PLAIN, E04DKF, E04DGA_DECODE};
+    case Family::MFA: return {"E04MFA", E04MHF_PLAIN, E04MHF, E04MFA_DECODE};
+    case Family::NCA: return {"E04NCA", E04NEF_PLAIN, E04NEF, E04NCA_DECODE};
+    case Family::NFA: return {"E04NFA", E04NHF_PLAIN, E04NHF, E04NFA_DECODE};
+    case Family::UCA: return {"E04UCA", E04UEF_PLAIN, E04UEF, E04UCA_DECODE};
+    case Family::USA: return {"E04USA", E04URF_PLAIN, E04URF, E04USA_DECODE};
     }
     return {};
 }

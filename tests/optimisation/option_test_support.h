@@ -11,13 +11,15 @@
 
 namespace zek_test {
 
-// A solver family's name and its two option-string routines (plain, and with a listing flag).
+// A solver family's name, its two option-string routines (plain, and with a listing flag) and its decoder.
 using PlainString = void (*)(const char *, int *, int *, double *, int *, int);
 using ListedString = void (*)(const char *, const int *, int *, int *, double *, int *, int);
+using Decoder = void (*)(const char *, const int *, const int *, int *, int *, double *, int *, int);
 struct Solver {
     const char *name;
     PlainString plain;
     ListedString listed;
+    Decoder decode;
 };
 Solver solver(zek::e04::Family f);
 

@@ -1,7 +1,6 @@
 // The decoders through the string routines: which place a phrase sets, its complaints and their texts.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <string>
 #include <vector>
 
@@ -113,14 +112,7 @@ TEST_P(BadLines, AreReportedAndChangeNothing) {
         const std::string line = c.line;
         const int unit = 6;
         OutputCapture out;
-        using Decoder = void (*)(const char *, const int *, const int *, int *, int *, double *, int *, int);
-        const Decoder decode = c.family == Family::DGA   ? E04DGA_DECODE
-                               : c.family == Family::MFA ? E04MFA_DECODE
-                               : c.family == Family::NCA ? E04NCA_DECODE
-                               : c.family == Family::NFA ? E04NFA_DECODE
-                               : c.family == Family::UCA ? E04UCA_DECODE
-                                                         : E04USA_DECODE;
-        decode(line.data(), &list, &unit, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform,
+        solver(c.family).decode(line.data(), &list, &unit, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform,
                static_cast<int>(line.size()));
         EXPECT_EQ(inform, 5) << c.line;
         EXPECT_EQ(s.iwsav, iwsav) << c.line;

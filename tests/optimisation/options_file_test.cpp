@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstring>
 #include <algorithm>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -76,42 +75,24 @@ TEST(OptionFile, SuccessiveCallsReadSuccessiveSetsOfOneFileAndListThem) {
     OptionState s("E04MFA");
     std::FILE *stream = X04_OPEN_INPUT(data_file("e04mfa_sets.opt").c_str());
     const int unit = zek::input_unit_number(stream);
-    const int on = 1;
-    int inform = -1;
-    {
+    // Each call: its INFORM and what it lists.
+    const auto next = [&](int expected_inform, const std::vector<std::string> &expected_lines) {
+        const int on = 1;
+        int inform = -1;
         OutputCapture out;
         E04MFA_OPTION_FILE(&unit, &on, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform);
-        EXPECT_EQ(inform, 0);
-        const std::vector<std::string> expected = {
-            " OPTIONS file", " ------------", "      Begin",
-            "        Iterations Limit = 30      * the first set", "        Print Level 1", "        Problem Type FP",
-            "      End"};
-        EXPECT_EQ(out.host(), expected);
-    }
+        EXPECT_EQ(inform, expected_inform);
+        EXPECT_EQ(out.host(), expected_lines);
+    };
+    next(0, {" OPTIONS file", " ------------", "      Begin", "        Iterations Limit = 30      * the first set",
+             "        Print Level 1", "        Problem Type FP", "      End"});
     EXPECT_EQ(itns(s), 30);
     EXPECT_EQ(zek::e04::setting(s.iwsav.data(), Block::LC, lc::kProblemType), 1);
-    {
-        OutputCapture out;
-        E04MFA_OPTION_FILE(&unit, &on, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform);
-        EXPECT_EQ(inform, 0);
-        // NOLIST, the first record of the set, is applied before the heading would be written.
-        EXPECT_TRUE(out.host().empty());
-    }
+    next(0, {});  // NOLIST, the first record of the set, is applied before the heading would be written
     EXPECT_EQ(zek::e04::setting(s.iwsav.data(), Block::LC, lc::kCheckFrequency), 7);
-    {
-        OutputCapture out;
-        E04MFA_OPTION_FILE(&unit, &on, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform);
-        EXPECT_EQ(inform, 4);
-        EXPECT_EQ(out.host(), std::vector<std::string>{"      Endrun"});
-    }
-    {
-        OutputCapture out;
-        E04MFA_OPTION_FILE(&unit, &on, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform);
-        EXPECT_EQ(inform, 3);
-        EXPECT_EQ(out.host(), std::vector<std::string>{zek::format(
-                                  " XXX  End-of-file encountered while looking for an OPTIONS file on unit%6ld",
-                                  static_cast<long>(unit))});
-    }
+    next(4, {"      Endrun"});
+    next(3, {zek::format(" XXX  End-of-file encountered while looking for an OPTIONS file on unit%6ld",
+                         static_cast<long>(unit))});
     zek::forget_input_stream(stream);
     std::fclose(stream);
 }

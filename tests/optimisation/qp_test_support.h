@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "option_test_support.h"
 #include "zek2/e04.h"
 
 namespace zek_test::qp {
@@ -27,19 +28,11 @@ struct QpOut {
     std::vector<double> x, ax, clamda;
 };
 
-struct Session {
-    std::vector<char> cwsav = std::vector<char>(80, ' ');
-    std::vector<int> lwsav = std::vector<int>(120, 0), iwsav = std::vector<int>(610, 0);
-    std::vector<double> rwsav = std::vector<double>(475, 0.0);
-    explicit Session(const char *name) {
-        int l1 = 1, l2 = 120, l3 = 610, l4 = 475, ifail = 0;
-        E04WBA_PLAIN(name, cwsav.data(), &l1, lwsav.data(), &l2, iwsav.data(), &l3, rwsav.data(), &l4, &ifail);
-    }
+struct Session : OptionState {
+    using OptionState::OptionState;
     // One option line through E04NHF (E04NFA) or E04NEF (E04NCA).
     void option(const std::string &s, bool nfa = true) {
-        int inform = 0;
-        (nfa ? E04NHF_PLAIN : E04NEF_PLAIN)(s.c_str(), lwsav.data(), iwsav.data(), rwsav.data(), &inform,
-                                            static_cast<int>(s.size()));
+        zek_test::option(*this, nfa ? zek::e04::Family::NFA : zek::e04::Family::NCA, s);
     }
 };
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "mgh_problems.h"
+#include "option_test_support.h"
 #include "zek2/e04.h"
 
 namespace {
@@ -96,6 +97,16 @@ void simplex_monitor(const double *fmin, const double *fmax, const double *, con
     ++g_monitor_calls;
 }
 
+// E04CCF from X with its documented workspace; returns IFAIL, FMIN and X on return.
+int simplex(std::vector<double> &x, double *fmin, double tol, ZekE04FunctSimplex f, ZekE04MonitSimplex monitor) {
+    const int n = static_cast<int>(x.size()), iw = n + 1, maxcal = 20000;
+    std::vector<double> w1(n), w2(n), w3(n), w4(n), w5(n + 1), w6((n + 1) * n);
+    int ifail = 1;
+    E04CCF(&n, x.data(), fmin, &tol, &iw, w1.data(), w2.data(), w3.data(), w4.data(), w5.data(), w6.data(), f, monitor,
+           &maxcal, &ifail);
+    return ifail;
+}
+
 TEST(Simplex, MinimisesTheTestProblemsFromTheirStandardStarts) {
     for (const char *name : {"Rosenbrock", "Beale", "HelicalValley", "PowellSingular", "Wood"}) {
         SCOPED_TRACE(name);
@@ -103,17 +114,13 @@ TEST(Simplex, MinimisesTheTestProblemsFromTheirStandardStarts) {
         g_problem = &p;
         g_calls = 0;
         g_monitor_calls = 0;
-        const int n = p.n, iw = n + 1, maxcal = 20000;
-        std::vector<double> x = p.start, w1(n), w2(n), w3(n), w4(n), w5(n + 1), w6((n + 1) * n);
-        double fmin = 0, tol = 1e-14;
-        int ifail = 1;
-        E04CCF(&n, x.data(), &fmin, &tol, &iw, w1.data(), w2.data(), w3.data(), w4.data(), w5.data(), w6.data(),
-               simplex_f, simplex_monitor, &maxcal, &ifail);
-        EXPECT_EQ(ifail, 0);
+        std::vector<double> x = p.start;
+        double fmin = 0;
+        EXPECT_EQ(simplex(x, &fmin, 1e-14, simplex_f, simplex_monitor), 0);
         EXPECT_LT(fmin, 1e-9);
         EXPECT_EQ(fmin, mgh::value(p, x.data()));
         EXPECT_GT(g_monitor_calls, 0);
-        EXPECT_LE(g_calls, maxcal);
+        EXPECT_LE(g_calls, 20000);
     }
 }
 
@@ -129,14 +136,10 @@ void chebyquad(const int *n, const double *x, double *fc) {
 
 TEST(Simplex, LeavesACollapsedSimplexForTheMinimum) {
     // From ten times its standard start the simplex flattens and converges at f near 0.05 unless rebuilt.
-    const int n = 7, iw = 8, maxcal = 20000;
-    std::vector<double> x(n), w1(n), w2(n), w3(n), w4(n), w5(n + 1), w6((n + 1) * n);
-    for (int j = 0; j < n; ++j) x[j] = 10.0 * (j + 1.0) / (n + 1.0);
-    double fmin = 0, tol = 1e-12;
-    int ifail = 1;
-    E04CCF(&n, x.data(), &fmin, &tol, &iw, w1.data(), w2.data(), w3.data(), w4.data(), w5.data(), w6.data(),
-           chebyquad, nullptr, &maxcal, &ifail);
-    EXPECT_EQ(ifail, 0);
+    std::vector<double> x(7);
+    for (int j = 0; j < 7; ++j) x[j] = 10.0 * (j + 1.0) / 8.0;
+    double fmin = 0;
+    EXPECT_EQ(simplex(x, &fmin, 1e-12, chebyquad, nullptr), 0);
     EXPECT_LT(fmin, 1e-9);
 }
 
@@ -146,30 +149,13 @@ void flat_or_line(const int *n, const double *x, double *fc) {
 }
 
 TEST(Simplex, OneVariableUsesATwoVertexSimplex) {
-    const int n = 1, iw = 2, maxcal = 500;
-    double x = 0.0, fmin = 0, tol = 1e-12, w1, w2, w3, w4, w5[2], w6[2];
-    int ifail = 1;
-    E04CCF(&n, &x, &fmin, &tol, &iw, &w1, &w2, &w3, &w4, w5, w6, flat_or_line, nullptr, &maxcal, &ifail);
-    EXPECT_EQ(ifail, 0);
-    EXPECT_NEAR(x, 7.0, 1e-5);
+    std::vector<double> x = {0.0};
+    double fmin = 0;
+    EXPECT_EQ(simplex(x, &fmin, 1e-12, flat_or_line, nullptr), 0);
+    EXPECT_NEAR(x[0], 7.0, 1e-5);
 }
 
 // ---- Conjugate gradients --------------------------------------------------------------------------
-
-struct CgState {
-    int lwsav[120], iwsav[610];
-    double rwsav[475];
-    char cwsav[80];
-    CgState() {
-        int l1 = 1, l2 = 120, l3 = 610, l4 = 475, ifail = 0;
-        E04WBA("E04DGA", cwsav, &l1, lwsav, &l2, iwsav, &l3, rwsav, &l4, &ifail, 6, 80);
-    }
-    void option(const std::string &s) {
-        int inform = 0;
-        E04DKF_PLAIN(s.c_str(), lwsav, iwsav, rwsav, &inform, static_cast<int>(s.size()));
-        EXPECT_EQ(inform, 0) << s;
-    }
-};
 
 void cg_objfun(int *mode, const int *n, const double *x, double *objf, double *objgrd, const int *nstate,
                int *iuser, double *ruser) {
@@ -185,16 +171,16 @@ TEST(ConjugateGradients, MinimisesTheTestProblemsWithSmallGradients) {
     for (int k = 0; k < static_cast<int>(mgh::problems().size()); ++k) {
         const mgh::Problem &p = mgh::problems()[k];
         SCOPED_TRACE(p.name);
-        CgState st;
-        st.option("Print Level = 0");
-        st.option("Iteration Limit = 5000");
+        zek_test::OptionState st("E04DGA");
+        for (const char *line : {"Print Level = 0", "Iteration Limit = 5000"})
+            EXPECT_EQ(zek_test::option(st, zek::e04::Family::DGA, line), 0) << line;
         const int n = p.n;
         std::vector<double> x = p.start, g(n), work(13 * n);
         std::vector<int> iwork(n + 1);
         int iter = 0, ifail = 1, iuser[2] = {k, 0};
         double objf = 0, ruser = 0;
         E04DGA(&n, cg_objfun, nullptr, &iter, &objf, g.data(), x.data(), iwork.data(), work.data(), iuser, &ruser,
-               st.lwsav, st.iwsav, st.rwsav, &ifail);
+               st.lwsav.data(), st.iwsav.data(), st.rwsav.data(), &ifail);
         EXPECT_TRUE(ifail == 0 || ifail == 6) << ifail;
         EXPECT_LT(objf, std::string(p.name) == "PowellSingular" ? 1e-6 : 1e-8);
         double gn = 0;
@@ -207,14 +193,14 @@ TEST(ConjugateGradients, MinimisesTheTestProblemsWithSmallGradients) {
 }
 
 TEST(ConjugateGradients, UserStopReturnsTheModeAndAWrongGradientIsCaught) {
-    CgState st;
+    zek_test::OptionState st("E04DGA");
     const int n = 2;
     std::vector<double> x = {-1.2, 1.0}, g(2), work(26);
     std::vector<int> iwork(3);
     int iter = 0, ifail = 1, iuser[2] = {0, 5};
     double objf = 0, ruser = 0;
     E04DGA(&n, cg_objfun, nullptr, &iter, &objf, g.data(), x.data(), iwork.data(), work.data(), iuser, &ruser,
-           st.lwsav, st.iwsav, st.rwsav, &ifail);
+           st.lwsav.data(), st.iwsav.data(), st.rwsav.data(), &ifail);
     EXPECT_EQ(ifail, -7);
     EXPECT_EQ(ruser, 5.0);
 
@@ -225,8 +211,8 @@ TEST(ConjugateGradients, UserStopReturnsTheModeAndAWrongGradientIsCaught) {
     };
     x = {1.0, 1.0};
     ifail = 1;
-    E04DGA(&n, wrong, nullptr, &iter, &objf, g.data(), x.data(), iwork.data(), work.data(), iuser, &ruser, st.lwsav,
-           st.iwsav, st.rwsav, &ifail);
+    E04DGA(&n, wrong, nullptr, &iter, &objf, g.data(), x.data(), iwork.data(), work.data(), iuser, &ruser,
+           st.lwsav.data(), st.iwsav.data(), st.rwsav.data(), &ifail);
     EXPECT_EQ(ifail, 7);
 }
 

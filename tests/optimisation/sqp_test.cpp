@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "frame/host_capture.h"
+#include "hs_collection.h"
 #include "sqp_test_support.h"
 
 namespace {
@@ -19,12 +21,8 @@ using zek_test::sqp::hs071;
 
 Nlp hs035() {
     Nlp p;
-    p.n = 3;
-    p.nclin = 1;
-    p.a = {1, 1, 2};
-    p.bl = {0, 0, 0, -kBig};
-    p.bu = {kBig, kBig, kBig, 3};
-    p.x0 = {0.5, 0.5, 0.5};
+    p.n = 3, p.nclin = 1, p.a = {1, 1, 2}, p.x0 = {0.5, 0.5, 0.5};
+    p.bl = {0, 0, 0, -kBig}, p.bu = {kBig, kBig, kBig, 3};
     p.f = [](const double *x, double *g) {
         g[0] = -8 + 4 * x[0] + 2 * x[1] + 2 * x[2];
         g[1] = -6 + 4 * x[1] + 2 * x[0];
@@ -38,12 +36,8 @@ Nlp hs035() {
 
 Nlp hs076() {
     Nlp p;
-    p.n = 4;
-    p.nclin = 3;
-    p.a = {1, 3, 0, 2, 1, 1, 1, 2, 4, 1, -1, 0};
-    p.bl = {0, 0, 0, 0, -kBig, -kBig, 1.5};
-    p.bu = {kBig, kBig, kBig, kBig, 5, 4, kBig};
-    p.x0 = {0.5, 0.5, 0.5, 0.5};
+    p.n = 4, p.nclin = 3, p.a = {1, 3, 0, 2, 1, 1, 1, 2, 4, 1, -1, 0}, p.x0 = {0.5, 0.5, 0.5, 0.5};
+    p.bl = {0, 0, 0, 0, -kBig, -kBig, 1.5}, p.bu = {kBig, kBig, kBig, kBig, 5, 4, kBig};
     p.f = [](const double *x, double *g) {
         g[0] = 2 * x[0] - x[2] - 1;
         g[1] = x[1] - 3;
@@ -56,89 +50,20 @@ Nlp hs076() {
     return p;
 }
 
+// Problems of the shared table (every constraint nonlinear there) with their published minimisers.
+Nlp from_table(const char *name, std::vector<double> xstar) {
+    for (const zek_test::hs::Problem &p : zek_test::hs::collection())
+        if (std::string(p.name) == name) {
+            Nlp q = zek_test::hs::as_nlp(p);
+            q.xstar = std::move(xstar);
+            return q;
+        }
+    return {};
+}
+Nlp hs001() { return from_table("HS001", {1, 1}); }
+Nlp hs043() { return from_table("HS043", {0, 1, 2, -1}); }
 Nlp hs100() {
-    Nlp p;
-    p.n = 7;
-    p.ncnln = 4;
-    p.bl = std::vector<double>(7, -kBig);
-    p.bu = std::vector<double>(7, kBig);
-    for (int i = 0; i < 4; ++i) {
-        p.bl.push_back(0.0);
-        p.bu.push_back(kBig);
-    }
-    p.x0 = {1, 2, 0, 4, 0, 1, 1};
-    p.f = [](const double *x, double *g) {
-        g[0] = 2 * (x[0] - 10);
-        g[1] = 10 * (x[1] - 12);
-        g[2] = 4 * std::pow(x[2], 3);
-        g[3] = 6 * (x[3] - 11);
-        g[4] = 60 * std::pow(x[4], 5);
-        g[5] = 14 * x[5] - 4 * x[6] - 10;
-        g[6] = 4 * std::pow(x[6], 3) - 4 * x[5] - 8;
-        return std::pow(x[0] - 10, 2) + 5 * std::pow(x[1] - 12, 2) + std::pow(x[2], 4) + 3 * std::pow(x[3] - 11, 2) +
-               10 * std::pow(x[4], 6) + 7 * x[5] * x[5] + std::pow(x[6], 4) - 4 * x[5] * x[6] - 10 * x[5] - 8 * x[6];
-    };
-    p.con = [](const double *x, double *c, double *j) {
-        c[0] = 127 - 2 * x[0] * x[0] - 3 * std::pow(x[1], 4) - x[2] - 4 * x[3] * x[3] - 5 * x[4];
-        c[1] = 282 - 7 * x[0] - 3 * x[1] - 10 * x[2] * x[2] - x[3] + x[4];
-        c[2] = 196 - 23 * x[0] - x[1] * x[1] - 6 * x[5] * x[5] + 8 * x[6];
-        c[3] = -4 * x[0] * x[0] - x[1] * x[1] + 3 * x[0] * x[1] - 2 * x[2] * x[2] - 5 * x[5] + 11 * x[6];
-        const double rows[4][7] = {
-            {-4 * x[0], -12 * std::pow(x[1], 3), -1, -8 * x[3], -5, 0, 0},
-            {-7, -3, -20 * x[2], -1, 1, 0, 0},
-            {-23, -2 * x[1], 0, 0, 0, -12 * x[5], 8},
-            {-8 * x[0] + 3 * x[1], -2 * x[1] + 3 * x[0], -4 * x[2], 0, 0, -5, 11},
-        };
-        for (int i = 0; i < 4; ++i)
-            for (int k = 0; k < 7; ++k) j[i + 4 * k] = rows[i][k];
-    };
-    p.fstar = 680.6300573, p.xstar = {2.330499, 1.951372, -0.4775414, 4.365726, -0.6244870, 1.038131, 1.594227};
-    return p;
-}
-
-Nlp hs001() {
-    Nlp p;
-    p.n = 2;
-    p.bl = {-kBig, -1.5};
-    p.bu = {kBig, kBig};
-    p.x0 = {-2, 1};
-    p.f = [](const double *x, double *g) {
-        g[0] = -400 * x[0] * (x[1] - x[0] * x[0]) - 2 * (1 - x[0]);
-        g[1] = 200 * (x[1] - x[0] * x[0]);
-        return 100 * (x[1] - x[0] * x[0]) * (x[1] - x[0] * x[0]) + (1 - x[0]) * (1 - x[0]);
-    };
-    p.fstar = 0.0;
-    p.xstar = {1, 1};
-    return p;
-}
-
-Nlp hs043() {
-    Nlp p;
-    p.n = 4;
-    p.ncnln = 3;
-    p.bl = {-kBig, -kBig, -kBig, -kBig, 0, 0, 0};
-    p.bu = {kBig, kBig, kBig, kBig, kBig, kBig, kBig};
-    p.x0 = {0, 0, 0, 0};
-    p.f = [](const double *x, double *g) {
-        g[0] = 2 * x[0] - 5;
-        g[1] = 2 * x[1] - 5;
-        g[2] = 4 * x[2] - 21;
-        g[3] = 2 * x[3] + 7;
-        return x[0] * x[0] + x[1] * x[1] + 2 * x[2] * x[2] + x[3] * x[3] - 5 * x[0] - 5 * x[1] - 21 * x[2] + 7 * x[3];
-    };
-    p.con = [](const double *x, double *c, double *j) {
-        c[0] = 8 - x[0] * x[0] - x[1] * x[1] - x[2] * x[2] - x[3] * x[3] - x[0] + x[1] - x[2] + x[3];
-        c[1] = 10 - x[0] * x[0] - 2 * x[1] * x[1] - x[2] * x[2] - 2 * x[3] * x[3] + x[0] + x[3];
-        c[2] = 5 - 2 * x[0] * x[0] - x[1] * x[1] - x[2] * x[2] - 2 * x[0] + x[1] + x[3];
-        const double rows[3][4] = {{-2 * x[0] - 1, -2 * x[1] + 1, -2 * x[2] - 1, -2 * x[3] + 1},
-                                   {-2 * x[0] + 1, -4 * x[1], -2 * x[2], -4 * x[3] + 1},
-                                   {-4 * x[0] - 2, -2 * x[1] + 1, -2 * x[2], 1}};
-        for (int i = 0; i < 3; ++i)
-            for (int k = 0; k < 4; ++k) j[i + 3 * k] = rows[i][k];
-    };
-    p.fstar = -44.0;
-    p.xstar = {0, 1, 2, -1};
-    return p;
+    return from_table("HS100", {2.330499, 1.951372, -0.4775414, 4.365726, -0.6244870, 1.038131, 1.594227});
 }
 
 struct Case {
@@ -293,12 +218,8 @@ TEST(SqpLeastSquares, ConstrainedFitsReachTheirMinimum) {
     for (const LsqCase &c : cases) {
         SCOPED_TRACE(c.name);
         zek_test::qp::Session s("E04USA");
-        int inform = 0;
-        E04URF_PLAIN(c.option, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform,
-                     static_cast<int>(std::string(c.option).size()));
-        const std::string print = "Major Print Level = 1";
-        E04URF_PLAIN(print.c_str(), s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform,
-                     static_cast<int>(print.size()));
+        for (const char *line : {c.option, "Major Print Level = 1"})
+            EXPECT_EQ(zek_test::option(s, zek::e04::Family::USA, line), 0) << line;
         zek_test::OutputCapture capture;
         const int m = 2, n = 2, nclin = 0, ncnln = c.ncnln, lda = 1, ldcj = 1, ldfj = 2, ldr = 2;
         const int liwork = 2 * n + 3 + ncnln;

@@ -26,11 +26,8 @@ struct Nlp {
 // Hock-Schittkowski 71: two nonlinear rows (one an equality), bounds on every variable.
 inline Nlp hs071() {
     Nlp p;
-    p.n = 4;
-    p.ncnln = 2;
-    p.bl = {1, 1, 1, 1, 25, 40};
-    p.bu = {5, 5, 5, 5, qp::kBig, 40};
-    p.x0 = {1, 5, 5, 1};
+    p.n = 4, p.ncnln = 2, p.x0 = {1, 5, 5, 1};
+    p.bl = {1, 1, 1, 1, 25, 40}, p.bu = {5, 5, 5, 5, qp::kBig, 40};
     p.f = [](const double *x, double *g) {
         g[0] = x[3] * (2 * x[0] + x[1] + x[2]);
         g[1] = x[0] * x[3];
@@ -118,11 +115,7 @@ struct Spoil {
 inline Out run_uca(const Nlp &p, const std::vector<std::string> &options = {}, Faults fl = {}, Spoil s = {},
                    const Out *from = nullptr) {
     qp::Session session("E04UCA");
-    for (const std::string &o : options) {
-        int inform = 0;
-        E04UEF_PLAIN(o.c_str(), session.lwsav.data(), session.iwsav.data(), session.rwsav.data(), &inform,
-                     static_cast<int>(o.size()));
-    }
+    for (const std::string &o : options) zek_test::option(session, zek::e04::Family::UCA, o);
     current = &p;
     faults = fl;
     objective_calls = 0;
