@@ -780,15 +780,32 @@ int major_loop(Run &run) {
                 sv2 += v * v;
                 sv4 += v * v * v * v;
             }
-            // Least penalties that make the slope at most -1/2 p'Hp; never lowered.
-            if (k > 0.0 && sv4 > 0.0) {
-                const double old = norm2(ncnln, run.rho);
+            // The least penalties (in norm) that make the slope at most -1/2 p'Hp, with the margin
+            // 2 RHODMP.  Penalties that fall short are raised to them; penalties well above them are
+            // lowered to the geometric mean, as long as the slope stays as steep.  Penalties that only
+            // ever rose would grow like 1/|c - s|^2 as the violation shrinks, and the merit
+            // function's curvature along p would then throttle every step.  A reversal of the
+            // penalty norm's trend doubles RHODMP, so the penalties settle.
+            const double old = norm2(ncnln, run.rho);
+            double have = 0.0, lowered = 0.0;
+            for (int i = 0; i < ncnln; ++i) {
+                const double v = run.c[i] - run.slack[i];
+                const double want = sv4 > 0.0 ? std::min(rhomax, 2.0 * run.rhodmp * std::max(k, 0.0) * v * v / sv4) : 0.0;
+                have += run.rho[i] * v * v;
+                run.cs2[i] = run.rho[i] > 4.0 * want ? std::sqrt(run.rho[i] * want) : std::max(run.rho[i], want);
+                lowered += run.cs2[i] * v * v;
+            }
+            if (k > have && sv4 > 0.0) {
                 for (int i = 0; i < ncnln; ++i) {
                     const double v = run.c[i] - run.slack[i];
                     const double want = std::min(rhomax, 2.0 * run.rhodmp * k * v * v / sv4);
                     run.rho[i] = std::max(run.rho[i], want);
                 }
-                const double now = norm2(ncnln, run.rho);
+            } else if (lowered >= k) {
+                for (int i = 0; i < ncnln; ++i) run.rho[i] = run.cs2[i];
+            }
+            const double now = norm2(ncnln, run.rho);
+            if (now != old) {
                 const int sign = now > old ? 1 : -1;
                 if (run.merit_sign != 0 && sign != run.merit_sign) run.rhodmp *= 2.0;
                 run.merit_sign = sign;

@@ -14,7 +14,7 @@ namespace {
 namespace hs = zek_test::hs;
 
 // Floors measured on this table; raise them when the solver improves.
-constexpr int kSolvedAtLeast = 76;
+constexpr int kSolvedAtLeast = 77;
 constexpr int kMedianEvaluationsAtMost = 12;
 
 TEST(SqpHockSchittkowskiTable, ExitZeroOnlyAtFirstOrderPointsAndSolvedCountHolds) {
