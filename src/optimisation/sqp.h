@@ -106,6 +106,9 @@ struct Run {
     double f0 = 0.0;
     int ldac = 1;
     int *qpiwork = nullptr;
+    // The last QP subproblem's working-set triangle T (its diagonals), a view into qpwork.
+    const double *t = nullptr;
+    int ldt = 1, nactiv = 0;
 };
 
 // Lays the run's vectors over work (real_work_needed reals) and iwork.

@@ -501,6 +501,9 @@ int qp_subproblem(Run &run, bool first) {
     for (int j = 0; j < n; ++j) run.p[j] = run.xq[j] - run.x[j];
     run.cond_hz = res.rz_min > 0.0 ? (res.rz_max / res.rz_min) * (res.rz_max / res.rz_min) : 0.0;
     run.cond_t = res.t_min > 0.0 ? res.t_max / res.t_min : 0.0;
+    run.t = res.t;
+    run.ldt = res.ldt;
+    run.nactiv = res.nactiv;
     return 0;
 }
 
