@@ -145,19 +145,11 @@ extern "C" void E04NCA(const int *m_, const int *n_, const int *nclin_, const in
         need = layout.lwork + n + m + nclin + static_cast<std::ptrdiff_t>(std::max(m, n)) * n + 3 * static_cast<std::ptrdiff_t>(n);
         if (liwork < layout.liwork || lwork < need) {
             ++errors;
-            records.add(format(" Workspace provided is     IWORK(%8ld),  WORK(%8ld).", static_cast<long>(liwork),
-                               static_cast<long>(lwork)));
-            records.add(format(" To solve problem we need  IWORK(%8ld),  WORK(%8ld).",
-                               static_cast<long>(layout.liwork), static_cast<long>(need)));
-            records.add(" ** Not enough workspace to solve problem.");
+            zek::active_set::short_workspace(liwork, lwork, layout.liwork, need, records);
         }
     }
     if (errors > 0) {
-        say("");
-        say(format(" Exit E04NCA - %7ld errors found in the input parameters.  Problem abandoned.",
-                   static_cast<long>(errors)));
-        records.add(format(" ** %7ld errors found in the input parameters.  Problem abandoned.",
-                           static_cast<long>(errors)));
+        zek::active_set::abandon(say, "E04NCA", errors, records);
         finish();
         exit.fail_with_records(6, 99999, records, {static_cast<long>(errors)});
         return;
@@ -212,17 +204,7 @@ extern "C" void E04NCA(const int *m_, const int *n_, const int *nclin_, const in
     p.rank_tolerance = zek::e04::real_setting(rwsav, Block::LS, ls::kRankTolerance);
 
     zek::active_set::Core core;
-    core.n = n;
-    core.nclin = nclin;
-    core.a = c;
-    core.lda = ldc;
-    core.bl = bl;
-    core.bu = bu;
-    core.set = set;
-    core.istate = istate;
-    core.x = x;
-    core.ax = cx;
-    core.clamda = clamda;
+    zek::active_set::attach(core, n, nclin, c, ldc, bl, bu, set, istate, x, cx, clamda);
     zek::active_set::bind(core, layout.core, iwork, work);
     const zek::qp::Result r = zek::qp::solve_bound(core, layout, p, start, work);
     const Word word = r.word;

@@ -282,20 +282,12 @@ void run_driver(Problem &p) {
             const std::ptrdiff_t liw = zek::sqp::integer_work_needed(n) + ncnln;
             if (p.liwork < liw || p.lwork < lw) {
                 ++errors;
-                records.add(format(" Workspace provided is     IWORK(%8ld),  WORK(%8ld).", static_cast<long>(p.liwork),
-                                   static_cast<long>(p.lwork)));
-                records.add(format(" To solve problem we need  IWORK(%8ld),  WORK(%8ld).", static_cast<long>(liw),
-                                   static_cast<long>(lw)));
-                records.add(" ** Not enough workspace to solve problem.");
+                zek::active_set::short_workspace(p.liwork, p.lwork, liw, lw, records);
             }
         }
     }
     if (errors > 0) {
-        say("");
-        say(format(" Exit %s - %7ld errors found in the input parameters.  Problem abandoned.", name,
-                   static_cast<long>(errors)));
-        records.add(format(" ** %7ld errors found in the input parameters.  Problem abandoned.",
-                           static_cast<long>(errors)));
+        zek::active_set::abandon(say, name, errors, records);
         finish();
         exit.fail_with_records(9, 99999, records, {static_cast<long>(errors)});
         return;
