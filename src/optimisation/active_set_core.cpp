@@ -496,10 +496,19 @@ int check_input(const char *start_word, int n, int nclin, int lda, const double 
     return errors;
 }
 
-void short_workspace(long liwork, long lwork, long need_iwork, long need_work, Records &records) {
+int check_workspace(long liwork, long lwork, long need_iwork, long need_work, Records &records) {
+    if (liwork >= need_iwork && lwork >= need_work) return 0;
     records.add(format(" Workspace provided is     IWORK(%8ld),  WORK(%8ld).", liwork, lwork));
     records.add(format(" To solve problem we need  IWORK(%8ld),  WORK(%8ld).", need_iwork, need_work));
     records.add(" ** Not enough workspace to solve problem.");
+    return 1;
+}
+
+void print_run_end(const std::function<void(const std::string &)> &say, Core &core, long iterations) {
+    say("");
+    say(format(" Exit from %2.2s problem after %5ld iterations.", core.set.kind, iterations));
+    if (core.set.print_level == 1 || core.set.print_level >= 10) print_solution(core);
+    say("");
 }
 
 void abandon(const std::function<void(const std::string &)> &say, const char *solver, long errors,

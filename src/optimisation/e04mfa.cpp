@@ -143,10 +143,7 @@ extern "C" void E04MFA(const int *n_, const int *nclin_, const double *a, const 
         maxact = std::clamp(maxact, 1, std::max(1, mn));
         maxfree = std::clamp(maxfree, nclin < n ? nclin + 1 : n, n);
         layout = zek::active_set::work_layout(n, nclin, maxact, maxfree);
-        if (liwork < layout.liwork || lwork < layout.lwork) {
-            ++errors;
-            zek::active_set::short_workspace(liwork, lwork, layout.liwork, layout.lwork, records);
-        }
+        errors += zek::active_set::check_workspace(liwork, lwork, layout.liwork, layout.lwork, records);
     }
     if (errors > 0) {
         zek::active_set::abandon(say, "E04MFA", errors, records);
@@ -167,10 +164,7 @@ extern "C" void E04MFA(const int *n_, const int *nclin_, const double *a, const 
 
     const char *kind = set.kind;
     if (set.print_level >= 1) {
-        say("");
-        say(format(" Exit from %2.2s problem after %5ld iterations.", kind, static_cast<long>(core.itn)));
-        if (set.print_level == 1 || set.print_level >= 10) zek::active_set::print_solution(core);
-        say("");
+        zek::active_set::print_run_end(say, core, core.itn);
         if (const RunExit *e = run_exit(word)) {
             const std::string text = " Exit E04MFA - " + with_kind(e->text, kind);
             const std::size_t cut = text.find('\n');

@@ -143,10 +143,7 @@ extern "C" void E04NCA(const int *m_, const int *n_, const int *nclin_, const in
         if (uses_data && lda >= m && !zek::qp::matrix_finite("A", m, n, a, lda, records)) ++errors;
         layout = zek::qp::run_layout(n, nclin, std::max(1, std::min(n, nclin)), n);
         need = layout.lwork + n + m + nclin + static_cast<std::ptrdiff_t>(std::max(m, n)) * n + 3 * static_cast<std::ptrdiff_t>(n);
-        if (liwork < layout.liwork || lwork < need) {
-            ++errors;
-            zek::active_set::short_workspace(liwork, lwork, layout.liwork, need, records);
-        }
+        errors += zek::active_set::check_workspace(liwork, lwork, layout.liwork, need, records);
     }
     if (errors > 0) {
         zek::active_set::abandon(say, "E04NCA", errors, records);
@@ -220,10 +217,7 @@ extern "C" void E04NCA(const int *m_, const int *n_, const int *nclin_, const in
     const char *kind = set.kind;
 
     if (set.print_level >= 1) {
-        say("");
-        say(format(" Exit from %2.2s problem after %5ld iterations.", kind, static_cast<long>(r.iterations)));
-        if (set.print_level == 1 || set.print_level >= 10) zek::active_set::print_solution(core);
-        say("");
+        zek::active_set::print_run_end(say, core, r.iterations);
         switch (word) {
         case Word::Optimal: say(format(" Exit E04NCA - Optimal %2.2s solution.", kind)); break;
         case Word::Feasible: say(" Exit E04NCA - Feasible point found."); break;

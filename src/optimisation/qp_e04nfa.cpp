@@ -130,10 +130,7 @@ extern "C" void E04NFA(const int *n_, const int *nclin_, const double *a, const 
             ++errors;
         const int maxact = std::max(1, std::min(n, nclin));
         layout = zek::qp::run_layout(n, nclin, maxact, n);
-        if (liwork < layout.liwork || lwork < layout.lwork) {
-            ++errors;
-            zek::active_set::short_workspace(liwork, lwork, layout.liwork, layout.lwork, records);
-        }
+        errors += zek::active_set::check_workspace(liwork, lwork, layout.liwork, layout.lwork, records);
     }
     if (errors > 0) {
         zek::active_set::abandon(say, "E04NFA", errors, records);
@@ -167,10 +164,7 @@ extern "C" void E04NFA(const int *n_, const int *nclin_, const double *a, const 
     const int maxdeg = p.max_degrees > 0 ? p.max_degrees : n;
 
     if (set.print_level >= 1 && word != Word::Errors) {
-        say("");
-        say(format(" Exit from %2.2s problem after %5ld iterations.", kind, static_cast<long>(r.iterations)));
-        if (set.print_level == 1 || set.print_level >= 10) zek::active_set::print_solution(core);
-        say("");
+        zek::active_set::print_run_end(say, core, r.iterations);
         switch (word) {
         case Word::Optimal: say(format(" Exit E04NFA - Optimal %2.2s solution.", kind)); break;
         case Word::Feasible: say(" Exit E04NFA - Feasible point found."); break;

@@ -280,10 +280,7 @@ void run_driver(Problem &p) {
             // E04USA keeps the gradient of its sum of squares behind the engine's reals.
             const std::ptrdiff_t lw = zek::sqp::real_work_needed(n, nclin, ncnln, nobj) + (lsq ? n : 0);
             const std::ptrdiff_t liw = zek::sqp::integer_work_needed(n) + ncnln;
-            if (p.liwork < liw || p.lwork < lw) {
-                ++errors;
-                zek::active_set::short_workspace(p.liwork, p.lwork, liw, lw, records);
-            }
+            errors += zek::active_set::check_workspace(p.liwork, p.lwork, liw, lw, records);
         }
     }
     if (errors > 0) {
