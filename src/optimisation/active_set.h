@@ -26,6 +26,7 @@
 #define ZEK_OPTIMISATION_ACTIVE_SET_H
 
 #include <cstddef>
+#include <functional>
 #include <string>
 
 #include "frame/ifail.h"
@@ -218,6 +219,19 @@ int check_input(const char *start_word, int n, int nclin, int lda, const double 
 // The data check: the first element of A (NCLIN rows) and of the objective vector C (may be null when
 // it is not read) that is not a finite number is one input error each, with its position and value.
 int check_data(int n, int nclin, const double *a, int lda, const double *c, const char *c_name, Records &records);
+// The workspace check of a driver: 1 and three records (what was given, what is needed) when either
+// array is short, else 0.
+int check_workspace(long liwork, long lwork, long need_iwork, long need_work, Records &records);
+// The close of a run's printout: the iteration count and, at print levels 1 and 10 and above, the
+// solution table.
+void print_run_end(const std::function<void(const std::string &)> &say, Core &core, long iterations);
+// The end of a run abandoned for input errors, before the driver's failure exit: the " Exit <solver>"
+// line through `say` and the closing record.
+void abandon(const std::function<void(const std::string &)> &say, const char *solver, long errors,
+             Records &records);
+// Points the core at a problem's data and at the caller's x, ax, istate and clamda.
+void attach(Core &core, int n, int nclin, const double *a, int lda, const double *bl, const double *bu,
+            const Settings &set, int *istate, double *x, double *ax, double *clamda);
 
 // ---- Steps of a run -----------------------------------------------------------------------------
 // Per-constraint tolerances and weights, row norms, anti-cycling state.

@@ -496,6 +496,43 @@ int check_input(const char *start_word, int n, int nclin, int lda, const double 
     return errors;
 }
 
+int check_workspace(long liwork, long lwork, long need_iwork, long need_work, Records &records) {
+    if (liwork >= need_iwork && lwork >= need_work) return 0;
+    records.add(format(" Workspace provided is     IWORK(%8ld),  WORK(%8ld).", liwork, lwork));
+    records.add(format(" To solve problem we need  IWORK(%8ld),  WORK(%8ld).", need_iwork, need_work));
+    records.add(" ** Not enough workspace to solve problem.");
+    return 1;
+}
+
+void print_run_end(const std::function<void(const std::string &)> &say, Core &core, long iterations) {
+    say("");
+    say(format(" Exit from %2.2s problem after %5ld iterations.", core.set.kind, iterations));
+    if (core.set.print_level == 1 || core.set.print_level >= 10) print_solution(core);
+    say("");
+}
+
+void abandon(const std::function<void(const std::string &)> &say, const char *solver, long errors,
+             Records &records) {
+    say("");
+    say(format(" Exit %s - %7ld errors found in the input parameters.  Problem abandoned.", solver, errors));
+    records.add(format(" ** %7ld errors found in the input parameters.  Problem abandoned.", errors));
+}
+
+void attach(Core &core, int n, int nclin, const double *a, int lda, const double *bl, const double *bu,
+            const Settings &set, int *istate, double *x, double *ax, double *clamda) {
+    core.n = n;
+    core.nclin = nclin;
+    core.a = a;
+    core.lda = lda;
+    core.bl = bl;
+    core.bu = bu;
+    core.set = set;
+    core.istate = istate;
+    core.x = x;
+    core.ax = ax;
+    core.clamda = clamda;
+}
+
 int check_data(int n, int nclin, const double *a, int lda, const double *c, const char *c_name, Records &records) {
     int errors = 0;
     if (n <= 0 || nclin < 0 || lda < std::max(1, nclin)) return errors;

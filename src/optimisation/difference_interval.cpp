@@ -6,7 +6,7 @@
 namespace zek::fd {
 
 IntervalSearch::IntervalSearch(double fx, double h, double epsrf, double e)
-    : fx_(fx), h_(h), fa_(epsrf * (1.0 + std::fabs(fx))), hfac_(0.25 * std::pow(e, -0.16)) {
+    : fx_(fx), h_(h), h0_(h), fa_(epsrf * (1.0 + std::fabs(fx))), hfac_(0.25 * std::pow(e, -0.16)) {
     // A step that is not a positive finite number, or a value that is not finite, leaves nothing to
     // search: the search ends at once with the step as given.
     if (!(h > 0.0) || !std::isfinite(h) || !std::isfinite(fx) || !(epsrf >= 0.0) || !(e > 0.0 && e < 1.0)) {
@@ -57,10 +57,13 @@ bool IntervalSearch::cycle(double f1, double f2) {
         return true;
     }
     if (itn_ >= max_cycles) {
+        // A constant, linear or flat function gives no curvature to balance against cancellation: the
+        // second difference is noise, and an interval drawn from it would be arbitrarily long.  Any
+        // interval differences such a function well, so the start step stands.
         if (want < 0) finish(h, sdest_, 3);
-        else if (f1 == fx_ && f2 == fx_) finish(h, 0.0, 1);
-        else if (fdcerr <= 0.1) finish(h, sdest_, 2);
-        else finish(h, sdest_, 4);
+        else if (f1 == fx_ && f2 == fx_) finish(h0_, 0.0, 1);
+        else if (fdcerr <= 0.1) finish(h0_, 0.0, 2);
+        else finish(h0_, 0.0, 4);
         return true;
     }
     prev_h_ = h;

@@ -49,7 +49,7 @@ public:
 private:
     void finish(double h, double sdest, int info);
 
-    double fx_, h_, fa_, hfac_;
+    double fx_, h_, h0_, fa_, hfac_;
     double fdest_ = 0, sdest_ = 0, cdest_ = 0;
     double prev_h_ = 0, prev_sdest_ = 0;
     int itn_ = 0, moved_ = 0, info_ = 0;  // moved_: +1 after growing h, -1 after shrinking it

@@ -143,38 +143,17 @@ extern "C" void E04MFA(const int *n_, const int *nclin_, const double *a, const 
         maxact = std::clamp(maxact, 1, std::max(1, mn));
         maxfree = std::clamp(maxfree, nclin < n ? nclin + 1 : n, n);
         layout = zek::active_set::work_layout(n, nclin, maxact, maxfree);
-        if (liwork < layout.liwork || lwork < layout.lwork) {
-            ++errors;
-            records.add(format(" Workspace provided is     IWORK(%8ld),  WORK(%8ld).", static_cast<long>(liwork),
-                               static_cast<long>(lwork)));
-            records.add(format(" To solve problem we need  IWORK(%8ld),  WORK(%8ld).",
-                               static_cast<long>(layout.liwork), static_cast<long>(layout.lwork)));
-            records.add(" ** Not enough workspace to solve problem.");
-        }
+        errors += zek::active_set::check_workspace(liwork, lwork, layout.liwork, layout.lwork, records);
     }
     if (errors > 0) {
-        say("");
-        say(format(" Exit E04MFA - %7ld errors found in the input parameters.  Problem abandoned.",
-                   static_cast<long>(errors)));
-        records.add(format(" ** %7ld errors found in the input parameters.  Problem abandoned.",
-                           static_cast<long>(errors)));
+        zek::active_set::abandon(say, "E04MFA", errors, records);
         zek::e04::end_run(Family::MFA, lwsav, iwsav, rwsav);
         exit.fail_with_records(6, 99998, records, {static_cast<long>(errors)});
         return;
     }
 
     Core core;
-    core.n = n;
-    core.nclin = nclin;
-    core.a = a;
-    core.lda = lda;
-    core.bl = bl;
-    core.bu = bu;
-    core.set = set;
-    core.istate = istate;
-    core.x = x;
-    core.ax = ax;
-    core.clamda = clamda;
+    zek::active_set::attach(core, n, nclin, a, lda, bl, bu, set, istate, x, ax, clamda);
     zek::active_set::bind(core, layout, iwork, work);
     zek::active_set::LinearStep step(type == 2 ? cvec : nullptr);
     const Word word = finite_or_failed(zek::active_set::solve(core, step, start), core, type == 2);
@@ -185,10 +164,7 @@ extern "C" void E04MFA(const int *n_, const int *nclin_, const double *a, const 
 
     const char *kind = set.kind;
     if (set.print_level >= 1) {
-        say("");
-        say(format(" Exit from %2.2s problem after %5ld iterations.", kind, static_cast<long>(core.itn)));
-        if (set.print_level == 1 || set.print_level >= 10) zek::active_set::print_solution(core);
-        say("");
+        zek::active_set::print_run_end(say, core, core.itn);
         if (const RunExit *e = run_exit(word)) {
             const std::string text = " Exit E04MFA - " + with_kind(e->text, kind);
             const std::size_t cut = text.find('\n');

@@ -123,6 +123,9 @@ struct Result {
     int rank = 0;                 // size of the reduced Hessian's factor at the end
     double rz_max = 0.0, rz_min = 0.0;  // extreme diagonals of the reduced Hessian's factor
     double t_max = 0.0, t_min = 0.0;    // extreme diagonals of the working set's triangle T
+    // The diagonals of T (nactiv of them, t[k (ldt + 1)]): a view into work, valid until work is next used.
+    const double *t = nullptr;
+    int ldt = 1, nactiv = 0;
 };
 // Reals and integers of workspace run() needs.
 std::ptrdiff_t real_work_needed(int n, int nclin);

@@ -143,21 +143,10 @@ extern "C" void E04NCA(const int *m_, const int *n_, const int *nclin_, const in
         if (uses_data && lda >= m && !zek::qp::matrix_finite("A", m, n, a, lda, records)) ++errors;
         layout = zek::qp::run_layout(n, nclin, std::max(1, std::min(n, nclin)), n);
         need = layout.lwork + n + m + nclin + static_cast<std::ptrdiff_t>(std::max(m, n)) * n + 3 * static_cast<std::ptrdiff_t>(n);
-        if (liwork < layout.liwork || lwork < need) {
-            ++errors;
-            records.add(format(" Workspace provided is     IWORK(%8ld),  WORK(%8ld).", static_cast<long>(liwork),
-                               static_cast<long>(lwork)));
-            records.add(format(" To solve problem we need  IWORK(%8ld),  WORK(%8ld).",
-                               static_cast<long>(layout.liwork), static_cast<long>(need)));
-            records.add(" ** Not enough workspace to solve problem.");
-        }
+        errors += zek::active_set::check_workspace(liwork, lwork, layout.liwork, need, records);
     }
     if (errors > 0) {
-        say("");
-        say(format(" Exit E04NCA - %7ld errors found in the input parameters.  Problem abandoned.",
-                   static_cast<long>(errors)));
-        records.add(format(" ** %7ld errors found in the input parameters.  Problem abandoned.",
-                           static_cast<long>(errors)));
+        zek::active_set::abandon(say, "E04NCA", errors, records);
         finish();
         exit.fail_with_records(6, 99999, records, {static_cast<long>(errors)});
         return;
@@ -212,17 +201,7 @@ extern "C" void E04NCA(const int *m_, const int *n_, const int *nclin_, const in
     p.rank_tolerance = zek::e04::real_setting(rwsav, Block::LS, ls::kRankTolerance);
 
     zek::active_set::Core core;
-    core.n = n;
-    core.nclin = nclin;
-    core.a = c;
-    core.lda = ldc;
-    core.bl = bl;
-    core.bu = bu;
-    core.set = set;
-    core.istate = istate;
-    core.x = x;
-    core.ax = cx;
-    core.clamda = clamda;
+    zek::active_set::attach(core, n, nclin, c, ldc, bl, bu, set, istate, x, cx, clamda);
     zek::active_set::bind(core, layout.core, iwork, work);
     const zek::qp::Result r = zek::qp::solve_bound(core, layout, p, start, work);
     const Word word = r.word;
@@ -238,10 +217,7 @@ extern "C" void E04NCA(const int *m_, const int *n_, const int *nclin_, const in
     const char *kind = set.kind;
 
     if (set.print_level >= 1) {
-        say("");
-        say(format(" Exit from %2.2s problem after %5ld iterations.", kind, static_cast<long>(r.iterations)));
-        if (set.print_level == 1 || set.print_level >= 10) zek::active_set::print_solution(core);
-        say("");
+        zek::active_set::print_run_end(say, core, r.iterations);
         switch (word) {
         case Word::Optimal: say(format(" Exit E04NCA - Optimal %2.2s solution.", kind)); break;
         case Word::Feasible: say(" Exit E04NCA - Feasible point found."); break;

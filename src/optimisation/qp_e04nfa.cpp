@@ -130,21 +130,10 @@ extern "C" void E04NFA(const int *n_, const int *nclin_, const double *a, const 
             ++errors;
         const int maxact = std::max(1, std::min(n, nclin));
         layout = zek::qp::run_layout(n, nclin, maxact, n);
-        if (liwork < layout.liwork || lwork < layout.lwork) {
-            ++errors;
-            records.add(format(" Workspace provided is     IWORK(%8ld),  WORK(%8ld).", static_cast<long>(liwork),
-                               static_cast<long>(lwork)));
-            records.add(format(" To solve problem we need  IWORK(%8ld),  WORK(%8ld).",
-                               static_cast<long>(layout.liwork), static_cast<long>(layout.lwork)));
-            records.add(" ** Not enough workspace to solve problem.");
-        }
+        errors += zek::active_set::check_workspace(liwork, lwork, layout.liwork, layout.lwork, records);
     }
     if (errors > 0) {
-        say("");
-        say(format(" Exit E04NFA - %7ld errors found in the input parameters.  Problem abandoned.",
-                   static_cast<long>(errors)));
-        records.add(format(" ** %7ld errors found in the input parameters.  Problem abandoned.",
-                           static_cast<long>(errors)));
+        zek::active_set::abandon(say, "E04NFA", errors, records);
         finish();
         exit.fail_with_records(6, 99998, records, {static_cast<long>(errors)});
         return;
@@ -165,17 +154,7 @@ extern "C" void E04NFA(const int *n_, const int *nclin_, const double *a, const 
     p.rank_tolerance = zek::e04::real_setting(rwsav, Block::LC, lc::kRankTolerance);
 
     zek::active_set::Core core;
-    core.n = n;
-    core.nclin = nclin;
-    core.a = a;
-    core.lda = lda;
-    core.bl = bl;
-    core.bu = bu;
-    core.set = set;
-    core.istate = istate;
-    core.x = x;
-    core.ax = ax;
-    core.clamda = clamda;
+    zek::active_set::attach(core, n, nclin, a, lda, bl, bu, set, istate, x, ax, clamda);
     zek::active_set::bind(core, layout.core, iwork, work);
     const zek::qp::Result r = zek::qp::solve_bound(core, layout, p, start, work);
     Word word = r.word;
@@ -185,10 +164,7 @@ extern "C" void E04NFA(const int *n_, const int *nclin_, const double *a, const 
     const int maxdeg = p.max_degrees > 0 ? p.max_degrees : n;
 
     if (set.print_level >= 1 && word != Word::Errors) {
-        say("");
-        say(format(" Exit from %2.2s problem after %5ld iterations.", kind, static_cast<long>(r.iterations)));
-        if (set.print_level == 1 || set.print_level >= 10) zek::active_set::print_solution(core);
-        say("");
+        zek::active_set::print_run_end(say, core, r.iterations);
         switch (word) {
         case Word::Optimal: say(format(" Exit E04NFA - Optimal %2.2s solution.", kind)); break;
         case Word::Feasible: say(" Exit E04NFA - Feasible point found."); break;

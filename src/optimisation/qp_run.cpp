@@ -52,6 +52,9 @@ Result solve_bound(Core &core, const RunLayout &layout, const Problem &p, Start 
     active_set::factor_diagonals(core);
     r.t_max = core.dtmax;
     r.t_min = core.dtmin;
+    r.t = core.t;
+    r.ldt = core.ldt;
+    r.nactiv = core.nactiv;
     return r;
 }
 

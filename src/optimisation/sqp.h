@@ -106,6 +106,9 @@ struct Run {
     double f0 = 0.0;
     int ldac = 1;
     int *qpiwork = nullptr;
+    // The last QP subproblem's working-set triangle T (its diagonals), a view into qpwork.
+    const double *t = nullptr;
+    int ldt = 1, nactiv = 0;
 };
 
 // Lays the run's vectors over work (real_work_needed reals) and iwork.
@@ -114,6 +117,9 @@ void bind(Run &run, double *work, int *iwork);
 // Values (and with `derivatives` the Jacobians, missing elements estimated) at run.x, then the
 // objective and its gradient: 0, a negative user mode, or 1 when something is not finite.
 int evaluate(Run &run, bool derivatives, int nstate);
+// The signed difference step for variable j: h or -h, whichever keeps x(j) + reach*step inside the
+// bounds of x(j) (forward first), or the side with more room, shortened to fit it.
+double step_inside_bounds(const Run &run, int j, double h, double reach);
 // The factor at the start of a run (identity, or E04USA's J'J start) and its condition (R's diagonal
 // ratio squared).
 void start_factor(Run &run);

@@ -72,13 +72,19 @@ int compute_intervals(Run &run) {
         bool usable = true;
         while (!search.done()) {
             double f1 = 0.0, f2 = 0.0;
+            // The search's points stay inside the bounds: backward when forward has no room, and a
+            // step that fits neither side ends the search.
             const double h = search.step();
-            run.xq[j] = 0.0;
+            if (xj + 2.0 * h > run.bu[j] && xj - 2.0 * h < run.bl[j]) {
+                usable = false;
+                break;
+            }
+            const double hs = step_inside_bounds(run, j, h, 2.0);
             for (int k = 0; k < n; ++k) run.xq[k] = run.x[k];
-            run.xq[j] = xj + h;
+            run.xq[j] = xj + hs;
             int st = objective_value(run, run.xq, &f1);
             if (st < 0) return st;
-            run.xq[j] = xj + 2.0 * h;
+            run.xq[j] = xj + 2.0 * hs;
             st = objective_value(run, run.xq, &f2);
             if (st < 0) return st;
             if (!std::isfinite(f1) || !std::isfinite(f2)) {

@@ -280,22 +280,11 @@ void run_driver(Problem &p) {
             // E04USA keeps the gradient of its sum of squares behind the engine's reals.
             const std::ptrdiff_t lw = zek::sqp::real_work_needed(n, nclin, ncnln, nobj) + (lsq ? n : 0);
             const std::ptrdiff_t liw = zek::sqp::integer_work_needed(n) + ncnln;
-            if (p.liwork < liw || p.lwork < lw) {
-                ++errors;
-                records.add(format(" Workspace provided is     IWORK(%8ld),  WORK(%8ld).", static_cast<long>(p.liwork),
-                                   static_cast<long>(p.lwork)));
-                records.add(format(" To solve problem we need  IWORK(%8ld),  WORK(%8ld).", static_cast<long>(liw),
-                                   static_cast<long>(lw)));
-                records.add(" ** Not enough workspace to solve problem.");
-            }
+            errors += zek::active_set::check_workspace(p.liwork, p.lwork, liw, lw, records);
         }
     }
     if (errors > 0) {
-        say("");
-        say(format(" Exit %s - %7ld errors found in the input parameters.  Problem abandoned.", name,
-                   static_cast<long>(errors)));
-        records.add(format(" ** %7ld errors found in the input parameters.  Problem abandoned.",
-                           static_cast<long>(errors)));
+        zek::active_set::abandon(say, name, errors, records);
         finish();
         exit.fail_with_records(9, 99999, records, {static_cast<long>(errors)});
         return;

@@ -108,33 +108,46 @@ int values_at(Run &run, const double *x, double *fv, double *c) {
     return 0;
 }
 
-// The missing Jacobian elements at x by forward or central differences.
+// The missing Jacobian elements at x by forward or central differences.  Difference points stay inside
+// the bounds: a forward step turns backward at an upper bound, and a central pair that does not fit is
+// replaced by the one-sided second-order difference (4 f(x+h) - 3 f(x) - f(x+2h)) / 2h on the side
+// that does.
 int estimate_missing(Run &run) {
     for (int j = 0; j < run.n; ++j) {
         if (!column_missing(run, j)) continue;
         const double xj = run.x[j];
-        const double h = (run.central ? run.hcen[j] : run.hfwd[j]) * (1.0 + std::fabs(xj));
+        const double h0 = (run.central ? run.hcen[j] : run.hfwd[j]) * (1.0 + std::fabs(xj));
+        const bool pair = run.central && (xj - h0 < run.bl[j] || xj + h0 > run.bu[j]);
+        const double h = run.central && !pair ? h0 : step_inside_bounds(run, j, h0, pair ? 2.0 : 1.0);
         run.x[j] = xj + h;
         int st = values_at(run, run.x, run.fs, run.cs);
         if (st == 0 && run.central) {
-            run.x[j] = xj - h;
+            run.x[j] = pair ? xj + 2.0 * h : xj - h;
             st = values_at(run, run.x, run.fs2, run.cs2);
         }
         run.x[j] = xj;
         if (st < 0) return st;
+        auto diff = [&](double f0, double f1, double f2) {
+            if (!run.central) return (f1 - f0) / h;
+            return pair ? (4.0 * f1 - 3.0 * f0 - f2) / (2.0 * h) : (f1 - f2) / (2.0 * h);
+        };
         for (int i = 0; i < run.nobj; ++i)
-            if (missing_obj(run, i, j))
-                at(run.fjac, run.ldf, i, j) =
-                    run.central ? (run.fs[i] - run.fs2[i]) / (2.0 * h) : (run.fs[i] - run.fv[i]) / h;
+            if (missing_obj(run, i, j)) at(run.fjac, run.ldf, i, j) = diff(run.fv[i], run.fs[i], run.fs2[i]);
         for (int i = 0; i < run.ncnln; ++i)
-            if (missing_con(run, i, j))
-                at(run.cjac, run.ldcj, i, j) =
-                    run.central ? (run.cs[i] - run.cs2[i]) / (2.0 * h) : (run.cs[i] - run.c[i]) / h;
+            if (missing_con(run, i, j)) at(run.cjac, run.ldcj, i, j) = diff(run.c[i], run.cs[i], run.cs2[i]);
     }
     return 0;
 }
 
 } // namespace
+
+double step_inside_bounds(const Run &run, int j, double h, double reach) {
+    const double xj = run.x[j], up = run.bu[j] - xj, down = xj - run.bl[j];
+    if (reach * h <= up) return h;
+    if (reach * h <= down) return -h;
+    if (!(up > 0.0) && !(down > 0.0)) return h;  // a fixed variable: its differences are never used
+    return up >= down ? std::min(h, up / reach) : -std::min(h, down / reach);
+}
 
 int evaluate(Run &run, bool derivatives, int nstate) {
     const int mode = derivatives ? 2 : 0;
@@ -378,9 +391,65 @@ void start_factor(Run &run) {
 
 // ---- QP subproblem ----------------------------------------------------------------------------------
 
+namespace {
+
+// Bounds on the linearised nonlinear rows in the shifted variable xq = x + p: c + J p within [bl, bu],
+// each violated bound moved towards c(x) by the fraction theta of its violation.  theta 1 admits p = 0.
+void linearised_bounds(Run &run, double theta) {
+    const int n = run.n, nclin = run.nclin;
+    const double inf = run.cfg.qp.infinite_bound;
+    for (int i = 0; i < run.ncnln; ++i) {
+        double jx = 0.0;
+        for (int j = 0; j < n; ++j) jx += at(run.cjac, run.ldcj, i, j) * run.x[j];
+        const double shift = jx - run.c[i];
+        const int k = n + nclin + i;
+        run.qbl[k] = run.bl[k] <= -inf ? run.bl[k] : run.bl[k] + shift + theta * std::min(0.0, run.c[i] - run.bl[k]);
+        run.qbu[k] = run.bu[k] >= inf ? run.bu[k] : run.bu[k] + shift + theta * std::max(0.0, run.c[i] - run.bu[k]);
+    }
+}
+
+void sanitise_states(Run &run) {
+    for (int j = 0; j < run.n + run.nclin + run.ncnln; ++j)
+        if (run.istate[j] < 0 || run.istate[j] > 3) run.istate[j] = 0;
+}
+
+// Whether some xq within the bounds and linear rows meets the linearised rows relaxed by theta.
+bool relaxed_feasible(Run &run, const qp::Problem &pr, double theta) {
+    linearised_bounds(run, theta);
+    active_set::Settings set = run.cfg.qp;
+    set.kind[0] = 'F';
+    set.kind[1] = 'P';
+    set.feasible_point_only = true;
+    set.print_level = 0;
+    for (int j = 0; j < run.n; ++j) run.xq[j] = run.x[j];
+    sanitise_states(run);
+    const qp::Result res =
+        qp::run(pr, set, Start::Warm, run.istate, run.xq, run.axq, run.clamda, run.qpiwork, run.qpwork);
+    run.minor += res.iterations;
+    return res.ninf == 0 && res.word != Word::Infeasible && res.word != Word::RowError;
+}
+
+// The fraction of the nonlinear violation the linearisation must keep: the least theta in [0, 1] for
+// which the relaxed rows are consistent with the bounds and linear constraints, to kTheta.  The bounds
+// and linear rows stay hard (x meets them), so the step never buys feasibility of the linearisation
+// by leaving them.  Returns 1 when even p = 0 is refused or less than kThetaProgress can be removed:
+// x is then a stationary point of the violation.
+constexpr double kTheta = 1.0 / 1024.0, kThetaProgress = 0.99;
+
+double least_relaxation(Run &run, const qp::Problem &pr) {
+    if (!relaxed_feasible(run, pr, 1.0)) return 1.0;
+    double lo = 0.0, hi = 1.0;
+    while (hi - lo > kTheta) {
+        const double mid = 0.5 * (lo + hi);
+        (relaxed_feasible(run, pr, mid) ? hi : lo) = mid;
+    }
+    return hi;
+}
+
+} // namespace
+
 int qp_subproblem(Run &run, bool first) {
     const int n = run.n, nclin = run.nclin, ncnln = run.ncnln, m = nclin + ncnln;
-    const double inf = run.cfg.qp.infinite_bound;
     for (int j = 0; j < n; ++j) {
         for (int i = 0; i < nclin; ++i) at(run.acomb, run.ldac, i, j) = at(run.a, run.lda, i, j);
         for (int i = 0; i < ncnln; ++i) at(run.acomb, run.ldac, nclin + i, j) = at(run.cjac, run.ldcj, i, j);
@@ -389,22 +458,14 @@ int qp_subproblem(Run &run, bool first) {
         run.qbl[j] = run.bl[j];
         run.qbu[j] = run.bu[j];
     }
-    for (int i = 0; i < ncnln; ++i) {
-        double jx = 0.0;
-        for (int j = 0; j < n; ++j) jx += at(run.cjac, run.ldcj, i, j) * run.x[j];
-        const double shift = jx - run.c[i];
-        const int k = n + nclin + i;
-        run.qbl[k] = run.bl[k] <= -inf ? run.bl[k] : run.bl[k] + shift;
-        run.qbu[k] = run.bu[k] >= inf ? run.bu[k] : run.bu[k] + shift;
-    }
+    linearised_bounds(run, 0.0);
     // In the shifted variable xq = x + p the linear term is g - H x.
     hessian_times(n, run.r, run.ldr, run.x, run.cvec, run.yv);
     for (int j = 0; j < n; ++j) {
         run.cvec[j] = run.g[j] - run.cvec[j];
         run.xq[j] = run.x[j];
     }
-    for (int j = 0; j < n + m; ++j)
-        if (run.istate[j] < 0 || run.istate[j] > 3) run.istate[j] = 0;
+    sanitise_states(run);
     FactorHessian hess(n, run.r, run.ldr, run.yv);
     qp::Problem pr;
     pr.n = n;
@@ -423,17 +484,13 @@ int qp_subproblem(Run &run, bool first) {
     qp::Result res = qp::run(pr, set, start, run.istate, run.xq, run.axq, run.clamda, run.qpiwork, run.qpwork);
     run.minor += res.iterations;
     if (res.word == Word::Infeasible && ncnln > 0) {
-        // Elastic re-solve: the linearised rows are relaxed to admit the least-infeasible point.
+        // Elastic re-solve: the linearised rows are relaxed as little as the bounds and linear rows allow.
         say(run, 5, format(" Mnr itn %4ld -- Re-solve QP subproblem.", static_cast<long>(run.minor)));
-        const double tol = run.cfg.qp.feasibility_tolerance;
-        for (int i = 0; i < ncnln; ++i) {
-            const int k = n + nclin + i;
-            const double v = run.axq[nclin + i];
-            if (v < run.qbl[k]) run.qbl[k] = v - tol;
-            if (v > run.qbu[k]) run.qbu[k] = v + tol;
-        }
-        for (int j = 0; j < n + m; ++j)
-            if (run.istate[j] < 0 || run.istate[j] > 3) run.istate[j] = 0;
+        const double theta = least_relaxation(run, pr);
+        if (theta >= kThetaProgress) return 1;
+        linearised_bounds(run, theta);
+        for (int j = 0; j < n; ++j) run.xq[j] = run.x[j];
+        sanitise_states(run);
         res = qp::run(pr, set, Start::Warm, run.istate, run.xq, run.axq, run.clamda, run.qpiwork, run.qpwork);
         run.minor += res.iterations;
     }
@@ -444,6 +501,9 @@ int qp_subproblem(Run &run, bool first) {
     for (int j = 0; j < n; ++j) run.p[j] = run.xq[j] - run.x[j];
     run.cond_hz = res.rz_min > 0.0 ? (res.rz_max / res.rz_min) * (res.rz_max / res.rz_min) : 0.0;
     run.cond_t = res.t_min > 0.0 ? res.t_max / res.t_min : 0.0;
+    run.t = res.t;
+    run.ldt = res.ldt;
+    run.nactiv = res.nactiv;
     return 0;
 }
 
@@ -723,15 +783,32 @@ int major_loop(Run &run) {
                 sv2 += v * v;
                 sv4 += v * v * v * v;
             }
-            // Least penalties that make the slope at most -1/2 p'Hp; never lowered.
-            if (k > 0.0 && sv4 > 0.0) {
-                const double old = norm2(ncnln, run.rho);
+            // The least penalties (in norm) that make the slope at most -1/2 p'Hp, with the margin
+            // 2 RHODMP.  Penalties that fall short are raised to them; penalties well above them are
+            // lowered to the geometric mean, as long as the slope stays as steep.  Penalties that only
+            // ever rose would grow like 1/|c - s|^2 as the violation shrinks, and the merit
+            // function's curvature along p would then throttle every step.  A reversal of the
+            // penalty norm's trend doubles RHODMP, so the penalties settle.
+            const double old = norm2(ncnln, run.rho);
+            double have = 0.0, lowered = 0.0;
+            for (int i = 0; i < ncnln; ++i) {
+                const double v = run.c[i] - run.slack[i];
+                const double want = sv4 > 0.0 ? std::min(rhomax, 2.0 * run.rhodmp * std::max(k, 0.0) * v * v / sv4) : 0.0;
+                have += run.rho[i] * v * v;
+                run.cs2[i] = run.rho[i] > 4.0 * want ? std::sqrt(run.rho[i] * want) : std::max(run.rho[i], want);
+                lowered += run.cs2[i] * v * v;
+            }
+            if (k > have && sv4 > 0.0) {
                 for (int i = 0; i < ncnln; ++i) {
                     const double v = run.c[i] - run.slack[i];
                     const double want = std::min(rhomax, 2.0 * run.rhodmp * k * v * v / sv4);
                     run.rho[i] = std::max(run.rho[i], want);
                 }
-                const double now = norm2(ncnln, run.rho);
+            } else if (lowered >= k) {
+                for (int i = 0; i < ncnln; ++i) run.rho[i] = run.cs2[i];
+            }
+            const double now = norm2(ncnln, run.rho);
+            if (now != old) {
                 const int sign = now > old ? 1 : -1;
                 if (run.merit_sign != 0 && sign != run.merit_sign) run.rhodmp *= 2.0;
                 run.merit_sign = sign;

@@ -82,6 +82,11 @@ void print_page(Run &run) {
     write_states(run, " Variables                  ", n, run.x, run.istate);
     write_states(run, " General linear constraints ", nclin, run.axq, run.istate + n);
     write_states(run, " Nonlinear constraints      ", run.ncnln, run.axq + nclin, run.istate + n + nclin);
+    if (run.nactiv > 0 && run.t != nullptr) {
+        write(run, kPrintPages, "");
+        write(run, kPrintPages, " Diagonals of  T  =         ");
+        write_rows(run, run.nactiv, run.t, run.ldt + 1);
+    }
     write(run, kPrintPages, "");
     write(run, kPrintPages, " Diagonals of  R  =         ");
     write_rows(run, n, run.r, run.ldr + 1);

@@ -175,8 +175,9 @@ inline Kkt kkt(const Nlp &p, const Out &r) {
             for (int q = 0; q < n; ++q) v += p.a[(j - n) + q * l] * r.x[q];
         } else v = c[j - n - l];
         const double lam = r.clamda[j];
-        if (lam > 0.0) k.complementarity = std::max(k.complementarity, lam * std::fabs(v - p.bl[j]));
-        if (lam < 0.0) k.complementarity = std::max(k.complementarity, -lam * std::fabs(v - p.bu[j]));
+        // A multiplier on an infinite bound is a sign fault (below), not a complementarity one.
+        if (lam > 0.0 && p.bl[j] > -qp::kBig) k.complementarity = std::max(k.complementarity, lam * std::fabs(v - p.bl[j]));
+        if (lam < 0.0 && p.bu[j] < qp::kBig) k.complementarity = std::max(k.complementarity, -lam * std::fabs(v - p.bu[j]));
         if (p.bl[j] <= -qp::kBig && lam > 0.0) k.sign = std::max(k.sign, lam);
         if (p.bu[j] >= qp::kBig && lam < 0.0) k.sign = std::max(k.sign, -lam);
         k.violation = std::max({k.violation, p.bl[j] - v, v - p.bu[j]});
