@@ -52,10 +52,8 @@ TEST(DistributionTails, AgreeWithHighPrecisionValuesDownToTheFarTails) {
 }
 
 TEST(DistributionTails, NormalTableAtZeroAndByCharacter) {
-    EXPECT_EQ(g01eac(L, 0.0, nullptr), 0.5);
-    EXPECT_EQ(g01eac(U, 0.0, nullptr), 0.5);
-    EXPECT_EQ(g01eac(S, 0.0, nullptr), 1.0);
-    EXPECT_EQ(g01eac(C, 0.0, nullptr), 0.0);
+    const struct { int tail; double value; } at_zero[] = {{L, 0.5}, {U, 0.5}, {S, 1.0}, {C, 0.0}};
+    for (const auto &r : at_zero) EXPECT_EQ(g01eac(r.tail, 0.0, nullptr), r.value) << r.tail;
     const double x = 1.7;
     int ifail = 0;
     EXPECT_EQ(G01EAF("u", &x, &ifail, 1), g01eac(U, x, nullptr));

@@ -1,8 +1,8 @@
 // Hostile arguments for the statistics routines: each row ends in its failure or in a result the
 // contract allows (finite, or a documented limit), in bounded time.
-#include <algorithm>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <functional>
@@ -119,10 +119,6 @@ TEST(HostileStatistics, GeneratorsAndSmallChaptersStayBounded) {
     G03ZAF(&n, &m, data, &ld, &none, &isx, &s_nan, &e, z, &ld, &ifail);
     EXPECT_EQ(ifail, 1);
 }
-
-} // namespace
-
-namespace {
 
 TEST(HostileStatistics, RegressionRejectsNonFiniteDataAndOddSizes) {
     const int n = 4, m = 1, ip = 2, ld = 4, big = 2147483647;
