@@ -139,8 +139,7 @@ TEST(DistributionFailures, RaiseTheirCodesAndReturnZero) {
         {"p nan", [] { return g01fcc(NAN, 3.0, &fail); }, 6, nullptr},
         {"chi x", [] { return g01ecc(L, -1.0, 2.0, &fail); }, 5, nullptr},
         {"gamma b", [] { return g01efc(L, 1.0, 2.0, 0.0, &fail); }, 6, nullptr},
-        {"beta a", [] { return g01fec(0.5, 2e6, 1.0, 0.0, &fail); }, 9,
-         "ZE_REAL_ARG_CONS:\n  On entry, a = 2e+06. \n  This parameter must satisfy 0.0 < a <= 1.0e6."},
+        {"beta a", [] { return g01fec(0.5, 2e6, 1.0, 0.0, &fail); }, 9, "ZE_REAL_ARG_CONS:\n  On entry, a = 2e+06. \n  This parameter must satisfy 0.0 < a <= 1.0e6."},
         {"F df2", [] { return g01edc(U, 1.0, 2.0, -3.0, &fail); }, 6, nullptr},
     };
     for (const CFailure &c : cases) {
