@@ -230,10 +230,7 @@ TEST(DurbinWatson, BoundsMatchTheFivePercentTableAndClosedForms) {
     const double pi = 3.14159265358979323846;
     const auto lambda = [pi](int j, int n) { return 4.0 * std::pow(std::sin(pi * j / (2.0 * n)), 2); };
     const double two = 1.3;
-    struct Case {
-        int n, ip;
-        double d, pdl, pdu;
-    } cases[] = {
+    struct Case { int n, ip; double d, pdl, pdu; } cases[] = {
         {15, 2, 1.08, 0.05075246151477614, 0.010670611983010558},
         {15, 2, 1.36, 0.1577789652858369, 0.049875107960067167},
         {30, 4, 1.5, 0.21813514380561994, 0.01840937216091787},
@@ -303,12 +300,7 @@ TEST(Descriptive, CStyleTwinsOfTheUpdateAndTheDurbinWatsonStatistic) {
 }
 
 // One failure exit: the worker's IFAIL and ERRBUF line.
-struct ExitCase {
-    const char *what;
-    std::function<void(char *, int *)> call;
-    int ifail;
-    const char *errbuf;
-};
+struct ExitCase { const char *what; std::function<void(char *, int *)> call; int ifail; const char *errbuf; };
 
 TEST(DescriptiveFailures, ExitsReportTheirNumberAndValues) {
     const double x[] = {1, 2, 3, 4}, same[] = {2, 2, 2, 2}, bad[] = {1, NAN, 3, 4}, negw[] = {1, -1, 1, 1};

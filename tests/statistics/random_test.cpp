@@ -86,10 +86,7 @@ TEST(ExplicitGenerator, LimbStateFollowsTheRecurrenceAndDefaultResets) {
 }
 
 TEST(ExplicitGenerator, WichmannHillRowsMatchTheRecurrence) {
-    struct Row {
-        int igen;
-        std::uint64_t m[4], p[4];
-    };
+    struct Row { int igen; std::uint64_t m[4], p[4]; };
     const Row rows[] = {{1, {125, 117, 127, 126}, {16770647, 16770643, 16770623, 16770617}},
                         {3, {125, 119, 123, 126}, {16769807, 16769771, 16769749, 16769663}},
                         {273, {126, 127, 125, 124}, {16766363, 16766359, 16766327, 16766231}}};
@@ -130,11 +127,7 @@ TEST(Deviates, DistributionsPassKolmogorovSmirnovAtAFixedSeed) {
     const double critical = 1.95 / std::sqrt(static_cast<double>(n));  // 0.1 per cent level
     constexpr double pi = 3.141592653589793;
     G05_SEED(2026);
-    struct Case {
-        const char *name;
-        std::function<double()> draw;
-        std::function<double(double)> cdf;
-    };
+    struct Case { const char *name; std::function<double()> draw; std::function<double(double)> cdf; };
     const Case cases[] = {
         {"normal", [] { return G05_NORMAL(1.0, 2.0); }, [](double x) { return 0.5 * std::erfc(-(x - 1.0) / 2.0 / std::sqrt(2.0)); }},
         {"cauchy", [] { return G05_CAUCHY(-3.0, 0.5); }, [=](double x) { return 0.5 + std::atan((x + 3.0) / 0.5) / pi; }},

@@ -126,12 +126,7 @@ bool read_strd(const char *name, int m, std::vector<double> &x, std::vector<doub
 TEST(Regression, CertifiedStrdDatasets) {
     // Certified values of the collection (each confirmed by an mpmath solution of the normal equations
     // at 40 digits): coefficients, their standard deviations, residual standard deviation, R^2.
-    struct Case {
-        const char *file, *mean;
-        int m;
-        std::vector<double> b, sd;
-        double res_sd, r2, digits;
-    };
+    struct Case { const char *file, *mean; int m; std::vector<double> b, sd; double res_sd, r2, digits; };
     const Case cases[] = {
         {"longley.dat", "M", 6,
          {-3482258.63459582, 15.0618722713733, -0.358191792925910e-01, -2.02022980381683, -1.03322686717359,
@@ -164,12 +159,7 @@ TEST(Regression, CertifiedPolynomialStrdDatasets) {
     // of x as columns and the mean as the constant term.  The digits asked are what Householder QR in
     // double precision reaches on each (measured: Norris 12.3 (intercept; slope 15), Pontius 11.9,
     // Filip 7.4, whose design the rank test still holds of full rank at tol = 0).
-    struct Case {
-        const char *file;
-        int degree;
-        std::vector<double> b, sd;
-        double rss, digits;
-    };
+    struct Case { const char *file; int degree; std::vector<double> b, sd; double rss, digits; };
     const Case cases[] = {
         {"norris.dat", 1, {-0.262323073774029, 1.00211681802045}, {0.232818234301152, 0.429796848199937e-03},
          26.6173985294224, 12.0},
@@ -306,13 +296,7 @@ TEST(Regression, DependentColumnsFitAsTheReducedDesign) {
 }
 
 TEST(Regression, FailureExits) {
-    struct Case {
-        const char *mean, *weight;
-        std::vector<int> isx;
-        std::vector<double> wt;
-        int ip, ifail;
-        double tol;
-    };
+    struct Case { const char *mean, *weight; std::vector<int> isx; std::vector<double> wt; int ip, ifail; double tol; };
     const std::vector<double> bad_wt = {1, 2, -1, 1, 3, 1, 0.5, 1};
     const std::vector<double> few = {1, 0, 0, 0, 1, 0, 0, 1};  // three positive weights for three parameters
     const Case cases[] = {

@@ -53,12 +53,7 @@ void expect_fit(const Robust &r, const double *want, const double *se, const cha
 }
 
 TEST(Robust, StackLossAgreesWithTheReference) {
-    const struct {
-        const char *name;
-        int psi;
-        std::vector<double> c;
-        const double *want, *se, *rlm;
-    } cases[] = {
+    const struct { const char *name; int psi; std::vector<double> c; const double *want, *se, *rlm; } cases[] = {
         {"Huber", Zek_Huber, {1.345}, kStackHuber, kStackHuberSe, kStackHuberRlm},
         {"Hampel", Zek_Hampel, {2, 4, 8}, kStackHampel, kStackHampelSe, kStackHampelRlm},
         {"bisquare", Zek_Bisquare, {4.685}, kStackBisquare, kStackBisquareSe, kStackBisquareRlm},
