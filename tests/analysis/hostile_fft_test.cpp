@@ -74,11 +74,7 @@ const Row kRows[] = {
     {"C06RDF", [](double v, bool all) { return with(kRealM, kRealWork, v, all, [](double *x, double *w, int *f) { C06RDF("F", &kM, &kN, x, w, f, 1); }); }},
 };
 
-struct Case {
-    const Row *row;
-    double value;
-    bool whole;
-};
+struct Case { const Row *row; double value; bool whole; };
 
 std::vector<Case> all_cases() {
     std::vector<Case> cases;

@@ -26,12 +26,7 @@ double inf_at(double x, void *) { return x > 0.2 ? 1.0 : kInf; }
 double box_smooth(int, const double x[], void *) { return std::cos(x[0]) + x[1]; }
 double box_nan(int, const double x[], void *) { return x[0] > 0.3 ? kNaN : 1.0; }
 
-struct OneDimRow {
-    const char *label;
-    ZekQuadFunction f;
-    double a, b, epsabs, epsrel;
-    int limit, code;
-};
+struct OneDimRow { const char *label; ZekQuadFunction f; double a, b, epsabs, epsrel; int limit, code; };
 
 const OneDimRow kOneDim[] = {
     {"limit_zero", smooth, 0, 1, 1e-8, 1e-8, 0, ZE_INT_ARG_LT},

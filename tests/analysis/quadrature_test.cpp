@@ -16,11 +16,7 @@ const double kPi = 3.14159265358979323846;
 using Fn = std::function<double(double)>;
 double call_fn(double x, void *user) { return (*static_cast<Fn *>(user))(x); }
 
-struct Integral {
-    const char *label;
-    Fn f;
-    double a, b, exact;
-};
+struct Integral { const char *label; Fn f; double a, b, exact; };
 
 const Integral kBattery[] = {
     {"quadratic_one_piece", [](double x) { return x * x; }, 0, 3, 9},
@@ -97,13 +93,7 @@ TEST(Box, ClosedFormsInTwoToSixDimensionsAndDegreeSevenOnOneApplication) {
     }
 }
 
-struct BallCase {
-    const char *label;
-    int ndim, method, icoord;
-    double radius;
-    ZekD01Function f;
-    double exact, tol;
-};
+struct BallCase { const char *label; int ndim, method, icoord; double radius; ZekD01Function f; double exact, tol; };
 
 double r_squared(const int *n, const double x[], int[], double[]) {
     double s = 0;
