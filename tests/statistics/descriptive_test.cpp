@@ -23,18 +23,15 @@ namespace {
 // Longley: 16 observations of y and x1..x6 (columns in file order).
 std::vector<double> longley(int *n, int *m) {
     std::ifstream in(std::string(ZEK_TEST_DATA_DIR) + "/strd/longley.dat");
-    std::vector<std::vector<double>> rows;
+    std::vector<double> v;
     for (std::string line; std::getline(in, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        std::istringstream s(line);
-        rows.emplace_back();
-        for (double v; s >> v;) rows.back().push_back(v);
+        std::istringstream s(line[0] == '#' ? "" : line);
+        for (double d; s >> d;) v.push_back(d);
     }
-    *n = static_cast<int>(rows.size());
-    *m = rows.empty() ? 0 : static_cast<int>(rows[0].size());
-    std::vector<double> x(static_cast<std::size_t>(*n) * *m);
-    for (int i = 0; i < *n; ++i)
-        for (int j = 0; j < *m; ++j) x[i + j * *n] = rows[i][j];
+    *m = 7;
+    *n = static_cast<int>(v.size()) / 7;
+    std::vector<double> x(v.size());
+    for (std::size_t k = 0; k < v.size(); ++k) x[k / 7 + (k % 7) * *n] = v[k];
     return x;
 }
 
