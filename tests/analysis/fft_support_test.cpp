@@ -19,10 +19,7 @@ std::vector<int> squares_list(int n, int *code) {
 }
 
 TEST(FactorSquares, PalindromeOfSquaresAndMergedTwos) {
-    struct Case {
-        int n, code;
-        std::vector<int> list;
-    };
+    struct Case { int n, code; std::vector<int> list; };
     const Case cases[] = {
         {360, 0, {2, 3, 2, 5, 3, 2}},     // squares 2 and 3 mirrored around the rest 2 * 5
         {32, 0, {8, 1, 1, 4, 1}},         // five 2s: one 8 and one 4
@@ -43,10 +40,7 @@ TEST(FactorSquares, PalindromeOfSquaresAndMergedTwos) {
 }
 
 TEST(FactorList, FivesFoursTwosThreesThenTheRest) {
-    struct Case {
-        int n;
-        std::vector<int> list;
-    };
+    struct Case { int n; std::vector<int> list; };
     const Case cases[] = {{1, {1}},           {360, {5, 4, 2, 3, 3}}, {1009, {1009}},      {1024, {4, 4, 4, 4, 4}},
                           {49, {7, 7}},       {286, {2, 11, 13}},     {2 * 1009, {2, 1009}}, {625, {5, 5, 5, 5}},
                           {1 << 30, std::vector<int>(15, 4)}};
@@ -58,10 +52,7 @@ TEST(FactorList, FivesFoursTwosThreesThenTheRest) {
 }
 
 TEST(WorkspaceRule, EachCaseOfTheTable) {
-    struct Case {
-        std::vector<int> nd;
-        int l, need;
-    };
+    struct Case { std::vector<int> nd; int l, need; };
     const Case cases[] = {
         {{4, 1, 6}, 2, 1},              // ND(L) = 1
         {{9}, 1, 18},                   // one dimension

@@ -35,64 +35,46 @@ struct Row {
 
 const int kN = 60;  // factors 2, 2, 3, 5: every pass kind of both engines meets the data
 const int kM = 3;
+const int kNd[2] = {kM, kN}, kNdim = 2, kSecond = 2, kMN = kM * kN;
+const std::size_t kRealM = kM * (kN + 2), kRealWork = (kN + 2) * kM + 2 * kN;
+
+// Hostile data of LENGTH reals and a workspace of WORK, handed to CALL with IFAIL 1.
+template <class F> int with(std::size_t length, std::size_t work, double v, bool whole, F call) {
+    std::vector<double> x = data(length, v, whole), w(work);
+    int ifail = 1;
+    call(x.data(), w.data(), &ifail);
+    return ifail;
+}
+
+int need(int l) {
+    int lwork = 0;
+    C06_WORK_NEED_BYREF(&kNdim, kNd, &l, &lwork);
+    return lwork;
+}
 
 const Row kRows[] = {
-    {"C06FAF", [](double v, bool whole) { auto x = data(kN, v, whole); std::vector<double> w(kN); int ifail = 1;
-         C06FAF(x.data(), &kN, w.data(), &ifail); return ifail; }},
-    {"C06FBF", [](double v, bool whole) { auto x = data(kN, v, whole); std::vector<double> w(kN); int ifail = 1;
-         C06FBF(x.data(), &kN, w.data(), &ifail); return ifail; }},
-    {"C06GBF", [](double v, bool whole) { auto x = data(kN, v, whole); int ifail = 1;
-         C06GBF(x.data(), &kN, &ifail); return ifail; }},
-    {"C06PCF", [](double v, bool whole) { auto x = data(2 * kN, v, whole); std::vector<double> w(4 * kN); int ifail = 1;
-         C06PCF("F", x.data(), &kN, w.data(), &ifail, 1); return ifail; }},
-    {"C06PFF", [](double v, bool whole) {
-         const int ndim = 2, l = 2, nd[2] = {kM, kN}, n = kM * kN;
-         int lwork = 0;
-         C06_WORK_NEED_BYREF(&ndim, nd, &l, &lwork);
-         auto x = data(2 * n, v, whole);
-         std::vector<double> w(2 * static_cast<std::size_t>(lwork));
-         int ifail = 1;
-         C06PFF("B", &ndim, &l, nd, &n, x.data(), w.data(), &lwork, &ifail, 1);
-         return ifail; }},
-    {"C06PJF", [](double v, bool whole) {
-         const int ndim = 2, nd[2] = {kM, kN}, n = kM * kN, lwork = n + kM + kN;
-         auto x = data(2 * n, v, whole);
-         std::vector<double> w(2 * lwork);
-         int ifail = 1;
-         C06PJF("F", &ndim, nd, &n, x.data(), w.data(), &lwork, &ifail, 1);
-         return ifail; }},
-    {"C06PPF", [](double v, bool whole) {
-         auto x = data(kM * (kN + 2), v, whole); std::vector<double> w((kN + 2) * kM + 2 * kN); int ifail = 1;
-         C06PPF("F", &kM, &kN, x.data(), w.data(), &ifail, 1); return ifail; }},
-    {"C06PPF backward", [](double v, bool whole) {
-         auto x = data(kM * (kN + 2), v, whole); std::vector<double> w((kN + 2) * kM + 2 * kN); int ifail = 1;
-         C06PPF("B", &kM, &kN, x.data(), w.data(), &ifail, 1); return ifail; }},
-    {"C06PRF", [](double v, bool whole) {
-         auto x = data(2 * kM * kN, v, whole); std::vector<double> w(2 * (kM + 1) * kN); int ifail = 1;
-         C06PRF("B", &kM, &kN, x.data(), w.data(), &ifail, 1); return ifail; }},
-    {"C06PSF", [](double v, bool whole) {
-         auto x = data(2 * kM * kN, v, whole); std::vector<double> w(2 * (kM + 1) * kN); int ifail = 1;
-         char errbuf[200];
-         C06PSF("F", kM, kN, x.data(), w.data(), errbuf, &ifail, 1, 200); return ifail; }},
-    {"C06RAF", [](double v, bool whole) {
-         auto x = data(kM * (kN + 2), v, whole); std::vector<double> w((kN + 2) * kM + 2 * kN); int ifail = 1;
-         C06RAF(&kM, &kN, x.data(), w.data(), &ifail); return ifail; }},
-    {"C06RBF", [](double v, bool whole) {
-         auto x = data(kM * (kN + 2), v, whole); std::vector<double> w((kN + 2) * kM + 2 * kN); int ifail = 1;
-         C06RBF(&kM, &kN, x.data(), w.data(), &ifail); return ifail; }},
-    {"C06RCF", [](double v, bool whole) {
-         auto x = data(kM * (kN + 2), v, whole); std::vector<double> w((kN + 2) * kM + 2 * kN); int ifail = 1;
-         C06RCF("B", &kM, &kN, x.data(), w.data(), &ifail, 1); return ifail; }},
-    {"C06RDF", [](double v, bool whole) {
-         auto x = data(kM * (kN + 2), v, whole); std::vector<double> w((kN + 2) * kM + 2 * kN); int ifail = 1;
-         C06RDF("F", &kM, &kN, x.data(), w.data(), &ifail, 1); return ifail; }},
+    {"C06FAF", [](double v, bool all) { return with(kN, kN, v, all, [](double *x, double *w, int *f) { C06FAF(x, &kN, w, f); }); }},
+    {"C06FBF", [](double v, bool all) { return with(kN, kN, v, all, [](double *x, double *w, int *f) { C06FBF(x, &kN, w, f); }); }},
+    {"C06GBF", [](double v, bool all) { return with(kN, 0, v, all, [](double *x, double *, int *f) { C06GBF(x, &kN, f); }); }},
+    {"C06PCF", [](double v, bool all) { return with(2 * kN, 4 * kN, v, all, [](double *x, double *w, int *f) { C06PCF("F", x, &kN, w, f, 1); }); }},
+    {"C06PFF", [](double v, bool all) {
+         const int lwork = need(2);
+         return with(2 * kMN, 2 * lwork, v, all, [&](double *x, double *w, int *f) { C06PFF("B", &kNdim, &kSecond, kNd, &kMN, x, w, &lwork, f, 1); }); }},
+    {"C06PJF", [](double v, bool all) {
+         const int lwork = kMN + kM + kN;
+         return with(2 * kMN, 2 * lwork, v, all, [&](double *x, double *w, int *f) { C06PJF("F", &kNdim, kNd, &kMN, x, w, &lwork, f, 1); }); }},
+    {"C06PPF", [](double v, bool all) { return with(kRealM, kRealWork, v, all, [](double *x, double *w, int *f) { C06PPF("F", &kM, &kN, x, w, f, 1); }); }},
+    {"C06PPF backward", [](double v, bool all) { return with(kRealM, kRealWork, v, all, [](double *x, double *w, int *f) { C06PPF("B", &kM, &kN, x, w, f, 1); }); }},
+    {"C06PRF", [](double v, bool all) { return with(2 * kMN, 2 * (kM + 1) * kN, v, all, [](double *x, double *w, int *f) { C06PRF("B", &kM, &kN, x, w, f, 1); }); }},
+    {"C06PSF", [](double v, bool all) {
+         return with(2 * kMN, 2 * (kM + 1) * kN, v, all, [](double *x, double *w, int *f) { char e[200]; C06PSF("F", kM, kN, x, w, e, f, 1, 200); }); }},
+    {"C06RAF", [](double v, bool all) { return with(kRealM, kRealWork, v, all, [](double *x, double *w, int *f) { C06RAF(&kM, &kN, x, w, f); }); }},
+    {"C06RBF", [](double v, bool all) { return with(kRealM, kRealWork, v, all, [](double *x, double *w, int *f) { C06RBF(&kM, &kN, x, w, f); }); }},
+    {"C06RCF", [](double v, bool all) { return with(kRealM, kRealWork, v, all, [](double *x, double *w, int *f) { C06RCF("B", &kM, &kN, x, w, f, 1); }); }},
+    {"C06RDF", [](double v, bool all) { return with(kRealM, kRealWork, v, all, [](double *x, double *w, int *f) { C06RDF("F", &kM, &kN, x, w, f, 1); }); }},
 };
 
-struct Case {
-    const Row *row;
-    double value;
-    bool whole;
-};
+struct Case { const Row *row; double value; bool whole; };
 
 std::vector<Case> all_cases() {
     std::vector<Case> cases;
@@ -141,20 +123,11 @@ const SizeRow kSizeRows[] = {
          C06PJF("F", &ndim, nd, &n, x, w, &lwork, &ifail, 1);
          return ifail; }},
     {"C06PFF workspace one short", 6, [](double *, double *) {
-         const int ndim = 2, l = 2, nd[2] = {3, 60}, n = 180;
-         int lwork = 0;
-         C06_WORK_NEED_BYREF(&ndim, nd, &l, &lwork);
-         --lwork;
-         std::vector<double> x(2 * n, 1.0), w(2 * static_cast<std::size_t>(lwork));
-         int ifail = 1;
-         C06PFF("F", &ndim, &l, nd, &n, x.data(), w.data(), &lwork, &ifail, 1);
-         return ifail; }},
+         const int lwork = need(2) - 1;
+         return with(2 * kMN, 2 * lwork, 1.0, true, [&](double *x, double *w, int *f) { C06PFF("F", &kNdim, &kSecond, kNd, &kMN, x, w, &lwork, f, 1); }); }},
     {"C06PJF workspace one short", 5, [](double *, double *) {
-         const int ndim = 2, nd[2] = {3, 60}, n = 180, lwork = n + 3 + 60 - 1;
-         std::vector<double> x(2 * n, 1.0), w(2 * lwork);
-         int ifail = 1;
-         C06PJF("F", &ndim, nd, &n, x.data(), w.data(), &lwork, &ifail, 1);
-         return ifail; }},
+         const int lwork = kMN + kM + kN - 1;
+         return with(2 * kMN, 2 * lwork, 1.0, true, [&](double *x, double *w, int *f) { C06PJF("F", &kNdim, kNd, &kMN, x, w, &lwork, f, 1); }); }},
 };
 
 class HostileFourierSizes : public ::testing::TestWithParam<SizeRow> {};

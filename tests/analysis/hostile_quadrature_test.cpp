@@ -26,12 +26,7 @@ double inf_at(double x, void *) { return x > 0.2 ? 1.0 : kInf; }
 double box_smooth(int, const double x[], void *) { return std::cos(x[0]) + x[1]; }
 double box_nan(int, const double x[], void *) { return x[0] > 0.3 ? kNaN : 1.0; }
 
-struct OneDimRow {
-    const char *label;
-    ZekQuadFunction f;
-    double a, b, epsabs, epsrel;
-    int limit, code;
-};
+struct OneDimRow { const char *label; ZekQuadFunction f; double a, b, epsabs, epsrel; int limit, code; };
 
 const OneDimRow kOneDim[] = {
     {"limit_zero", smooth, 0, 1, 1e-8, 1e-8, 0, ZE_INT_ARG_LT},
@@ -71,12 +66,9 @@ struct BoxRow {
 };
 
 const BoxRow kBox[] = {
-    {"minpts_above_maxpts", 2, 500, 400, 1e-6, 1, box_smooth, ZE_2_INT_ARG_GT,
-     "ZE_2_INT_ARG_GT:\n  On entry, minpts = 500 while maxpts = 400. These parameters must satisfy minpts <= maxpts."},
+    {"minpts_above_maxpts", 2, 500, 400, 1e-6, 1, box_smooth, ZE_2_INT_ARG_GT, "ZE_2_INT_ARG_GT:\n  On entry, minpts = 500 while maxpts = 400. These parameters must satisfy minpts <= maxpts."},
     // 2^2 + 8 + 4 + 1 = 17: one short fails before any evaluation.
-    {"maxpts_one_short", 2, 0, 16, 1e-6, 1, box_nan, ZE_INT_ARG_CONS,
-     "ZE_INT_ARG_CONS:\n  On entry, maxpts = 16. \n  This parameter must satisfy maxpts >= pow(2, ndim) + "
-     "2*ndim*ndim + 2*ndim + 1."},
+    {"maxpts_one_short", 2, 0, 16, 1e-6, 1, box_nan, ZE_INT_ARG_CONS, "ZE_INT_ARG_CONS:\n  On entry, maxpts = 16. \n  This parameter must satisfy maxpts >= pow(2, ndim) + 2*ndim*ndim + 2*ndim + 1."},
     {"maxpts_exact", 2, 0, 17, 0.5, 1, box_smooth, 0, nullptr},
     {"eps_negative", 2, 0, 1000, -1e-6, 1, box_smooth, ZE_REAL_ARG_LT, nullptr},
     {"bound_inf", 2, 0, 1000, 1e-6, kInf, box_smooth, ZE_REAL, nullptr},
@@ -138,34 +130,15 @@ void simplex(int ndim, int iv1, int iv2, int minord, int maxord, const std::vect
 }
 
 const IfailRow kIfail[] = {
-    {"ball_ndim_5", [](char *e, int *f) { ball(5, 1, 0, 0, 1e-3, e, f); }, 4, "D01JAF     4 99999     1                5",
-     " ** On entry, NDIM .gt. 4: NDIM =               5."},
-    {"ball_method0_icoord2", [](char *e, int *f) { ball(2, 1, 0, 2, 1e-3, e, f); }, 4,
-     "D01JAF     4 99991     1                0",
-     " ** On entry, METHOD .ne. 3 or 4, but ICOORD .eq. 2:\n    METHOD =               0."},
-    {"ball_nan_integrand", [](char *e, int *f) { ball(3, 1, 0, 0, 1e-3, e, f, nan_ball); }, 1,
-     "D01JAF     1 99989     0",
-     " ** The required accuracy could not be achieved.\n    Try setting METHOD .eq. 3 or 4."},
-    {"simplex_iv2_one_short", [](char *e, int *f) { simplex(2, 3, 5, 0, 2, {}, e, f); }, 1,
-     "D01PAF     1 99997     2                5                2",
-     " ** On entry, IV2 .lt. 2*NDIM+2:\n    IV2 =               5, NDIM =               2."},
-    {"simplex_maxord", [](char *e, int *f) { simplex(2, 3, 6, 2, 2, {}, e, f); }, 1,
-     "D01PAF     1 99995     2                2                2",
-     " ** On entry, MAXORD .le. MINORD:\n    MAXORD =               2, MINORD =               2."},
+    {"ball_ndim_5", [](char *e, int *f) { ball(5, 1, 0, 0, 1e-3, e, f); }, 4, "D01JAF     4 99999     1                5", " ** On entry, NDIM .gt. 4: NDIM =               5."},
+    {"ball_method0_icoord2", [](char *e, int *f) { ball(2, 1, 0, 2, 1e-3, e, f); }, 4, "D01JAF     4 99991     1                0", " ** On entry, METHOD .ne. 3 or 4, but ICOORD .eq. 2:\n    METHOD =               0."},
+    {"ball_nan_integrand", [](char *e, int *f) { ball(3, 1, 0, 0, 1e-3, e, f, nan_ball); }, 1, "D01JAF     1 99989     0", " ** The required accuracy could not be achieved.\n    Try setting METHOD .eq. 3 or 4."},
+    {"simplex_iv2_one_short", [](char *e, int *f) { simplex(2, 3, 5, 0, 2, {}, e, f); }, 1, "D01PAF     1 99997     2                5                2", " ** On entry, IV2 .lt. 2*NDIM+2:\n    IV2 =               5, NDIM =               2."},
+    {"simplex_maxord", [](char *e, int *f) { simplex(2, 3, 6, 2, 2, {}, e, f); }, 1, "D01PAF     1 99995     2                2                2", " ** On entry, MAXORD .le. MINORD:\n    MAXORD =               2, MINORD =               2."},
     // Three vertices on one line.
-    {"simplex_flat", [](char *e, int *f) { simplex(2, 3, 6, 0, 3, {0, 1, 2, 0, 1, 2}, e, f); }, 2,
-     "D01PAF     2 99994     0",
-     " ** The volume of the simplex integration region is too\n    large or too small to be represented on the "
-     "machine."},
+    {"simplex_flat", [](char *e, int *f) { simplex(2, 3, 6, 0, 3, {0, 1, 2, 0, 1, 2}, e, f); }, 2, "D01PAF     2 99994     0", " ** The volume of the simplex integration region is too\n    large or too small to be represented on the machine."},
     // A resumed ladder whose count of evaluations is close to the largest integer.
-    {"simplex_count_overflow",
-     [](char *e, int *f) {
-         std::vector<double> rows(18, 0.0);
-         rows[15] = 0.5;
-         rows[16] = 2147483000.0;
-         simplex(2, 3, 6, 1, 60, rows, e, f);
-     },
-     3, "D01PAF     3 99993     1", nullptr},
+    {"simplex_count_overflow", [](char *e, int *f) { std::vector<double> rows(18, 0.0); rows[15] = 0.5; rows[16] = 2147483000.0; simplex(2, 3, 6, 1, 60, rows, e, f); }, 3, "D01PAF     3 99993     1", nullptr},
 };
 
 class HostileIfail : public ::testing::TestWithParam<IfailRow> {};

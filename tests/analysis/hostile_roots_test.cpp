@@ -18,11 +18,7 @@ constexpr double kMax = std::numeric_limits<double>::max();
 constexpr double kMin = std::numeric_limits<double>::min();
 
 TEST(HostileRoots, QuarticCoefficients) {
-    struct Row {
-        const char *name;
-        double e, a, d;
-        int ifail;
-    };
+    struct Row { const char *name; double e, a, d; int ifail; };
     const Row rows[] = {
         {"nan_lead", kNan, 1, 1, 2},    {"nan_coefficient", 1, kNan, 1, 2}, {"inf_coefficient", 1, 1, kInf, 2},
         {"minus_inf", 1, -kInf, 1, 2},  {"largest_over_smallest", kMin, 1, kMax, 2},
@@ -48,12 +44,7 @@ double ZEK_CALLBACK nan_on_right(const double *x, int *, double *) { return *x >
 double ZEK_CALLBACK huge_line(const double *x, int *, double *) { return kMax * (*x - 0.3); }
 
 TEST(HostileRoots, DriverArgumentsAndFunctions) {
-    struct Row {
-        const char *name;
-        ZekC05Function f;
-        double x, h, eps;
-        int ifail;
-    };
+    struct Row { const char *name; ZekC05Function f; double x, h, eps; int ifail; };
     const Row rows[] = {
         {"nan_function", returns_nan, 0, 0.1, 1e-8, 2},  {"nan_beyond", nan_on_right, 0, 0.1, 1e-8, 2},
         {"nan_x", huge_line, kNan, 0.1, 1e-8, 2},        {"nan_h", huge_line, 0, kNan, 1e-8, 1},
@@ -73,11 +64,7 @@ TEST(HostileRoots, DriverArgumentsAndFunctions) {
 
 TEST(HostileRoots, ReverseCommunicationValues) {
     // c05azc with non-finite values from the caller ends the search; so do NaN tolerances and points.
-    struct Row {
-        const char *name;
-        double x, y, tolx, fx, fy;
-        int code;
-    };
+    struct Row { const char *name; double x, y, tolx, fx, fy; int code; };
     const Row rows[] = {
         {"nan_first_value", 0, 1, 1e-8, kNan, 1, ZE_PROBABLE_POLE}, {"inf_second_value", 0, 1, 1e-8, -1, kInf, ZE_PROBABLE_POLE},
         {"nan_tolerance", 0, 1, kNan, -1, 1, ZE_REAL_ARG_LE},       {"largest_ends", -kMax, kMax, 1e-8, -1, 1, 0}, {"largest_one_side", -kMax, 1, 1e-8, -1, 1, 0},

@@ -13,12 +13,7 @@
 
 namespace {
 
-struct Family {
-    const char *label;
-    double (*f)(double, double);
-    double a, b;
-    double params[4];
-};
+struct Family { const char *label; double (*f)(double, double); double a, b; double params[4]; };
 
 double x_pow_log(double x, double p) { return x > 0 ? std::pow(x, p) * std::log(1 / x) : 0.0; }
 double peak(double x, double p) {
@@ -39,10 +34,7 @@ const Family kFamilies[] = {
     {"osc", osc, 0, 10, {1, 10, 30, 60}},
 };
 
-struct Bound {
-    double (*f)(double, double);
-    double p;
-};
+struct Bound { double (*f)(double, double); double p; };
 double zek_f(double x, void *u) {
     const Bound *b = static_cast<const Bound *>(u);
     return b->f(x, b->p);

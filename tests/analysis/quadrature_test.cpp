@@ -16,11 +16,7 @@ const double kPi = 3.14159265358979323846;
 using Fn = std::function<double(double)>;
 double call_fn(double x, void *user) { return (*static_cast<Fn *>(user))(x); }
 
-struct Integral {
-    const char *label;
-    Fn f;
-    double a, b, exact;
-};
+struct Integral { const char *label; Fn f; double a, b, exact; };
 
 const Integral kBattery[] = {
     {"quadratic_one_piece", [](double x) { return x * x; }, 0, 3, 9},
@@ -29,14 +25,11 @@ const Integral kBattery[] = {
     {"inverse_sqrt", [](double x) { return x > 0 ? 1 / std::sqrt(x) : 0.0; }, 0, 1, 2},
     {"log", [](double x) { return x > 0 ? std::log(x) : 0.0; }, 0, 1, -1},
     {"x_pow_m09", [](double x) { return x > 0 ? std::pow(x, -0.9) : 0.0; }, 0, 1, 10},
-    {"interior_abs", [](double x) { return std::pow(std::fabs(x - 1.0 / 3), -0.5); }, 0, 1,
-     2 * (std::sqrt(2.0 / 3) + std::sqrt(1.0 / 3))},
-    {"log_interior", [](double x) { return std::log(std::fabs(x - 0.7)); }, 0, 1,
-     0.3 * std::log(0.3) + 0.7 * std::log(0.7) - 1},
+    {"interior_abs", [](double x) { return std::pow(std::fabs(x - 1.0 / 3), -0.5); }, 0, 1, 2 * (std::sqrt(2.0 / 3) + std::sqrt(1.0 / 3))},
+    {"log_interior", [](double x) { return std::log(std::fabs(x - 0.7)); }, 0, 1, 0.3 * std::log(0.3) + 0.7 * std::log(0.7) - 1},
     {"oscillatory", [](double x) { return std::sin(100 * x); }, 0, 1, (1 - std::cos(100.0)) / 100},
     {"jump", [](double x) { return x < 1.0 / 3 ? 0.0 : 1.0; }, 0, 1, 2.0 / 3},
-    {"peak", [](double x) { return 1e-4 / ((x - kPi / 4) * (x - kPi / 4) + 1e-8); }, 0, 1,
-     std::atan((1 - kPi / 4) * 1e4) + std::atan(kPi / 4 * 1e4)},
+    {"peak", [](double x) { return 1e-4 / ((x - kPi / 4) * (x - kPi / 4) + 1e-8); }, 0, 1, std::atan((1 - kPi / 4) * 1e4) + std::atan(kPi / 4 * 1e4)},
     {"reversed_sqrt", [](double x) { return x > 0 ? 1 / std::sqrt(x) : 0.0; }, 1, 0, -2},
 };
 
@@ -100,13 +93,7 @@ TEST(Box, ClosedFormsInTwoToSixDimensionsAndDegreeSevenOnOneApplication) {
     }
 }
 
-struct BallCase {
-    const char *label;
-    int ndim, method, icoord;
-    double radius;
-    ZekD01Function f;
-    double exact, tol;
-};
+struct BallCase { const char *label; int ndim, method, icoord; double radius; ZekD01Function f; double exact, tol; };
 
 double r_squared(const int *n, const double x[], int[], double[]) {
     double s = 0;

@@ -24,10 +24,7 @@ namespace {
 
 using Cx = std::complex<double>;
 
-struct Quartic {
-    std::vector<double> zr, zi, err;
-    int ifail = -1;
-};
+struct Quartic { std::vector<double> zr, zi, err; int ifail = -1; };
 
 // Real coefficients go to C02ALF, complex ones (any with an imaginary part) to C02ANF; IFAIL -1 prints.
 Quartic quartic(Cx e, Cx a, Cx b, Cx c, Cx d, bool complex) {
@@ -92,13 +89,7 @@ TEST(Quartic, ComplexCoefficients) {
 }
 
 TEST(Quartic, FailureExitsMarkTheOutputs) {
-    struct Row {
-        const char *name;
-        bool complex;
-        double e, d;
-        int ifail;
-        const char *text;
-    };
+    struct Row { const char *name; bool complex; double e, d; int ifail; const char *text; };
     const Row rows[] = {
         {"real_e_zero", false, 0.0, 1.0, 1, " ** On entry, E .eq. 0.0."},
         {"complex_e_zero", true, 0.0, 1.0, 1, " ** On entry, E .eq. (0.0,0.0)."},
@@ -283,12 +274,7 @@ TEST(ScalarZeros, DriverWithUserWords) {
     EXPECT_GE(b, x);
     EXPECT_GT(iuser[0], 3);
     EXPECT_LT(iuser[0], 80);
-    struct Row {
-        ZekC05Function f;
-        double x, h, eps;
-        int ifail;
-        const char *text;
-    };
+    struct Row { ZekC05Function f; double x, h, eps; int ifail; const char *text; };
     const Row rows[] = {
         {cubic, 0, 0.1, 0.0, 1, " ** On entry, EPS .le. 0.0: EPS =  0.0000E+00."},
         {cubic, 1, 1e-20, 1e-8, 1, " ** On entry, X+H .eq. X:"},
@@ -315,10 +301,7 @@ TEST(ScalarZeros, BracketSearchByReverseCommunication) {
     EXPECT_LE((std::exp(x) - 10.0) * (std::exp(y) - 10.0), 0.0);
     EXPECT_LT(evaluations, 20);
     // Bounds reversed, X outside, both trial points outside, H too small, a bad IND.
-    struct Row {
-        double x, h, lo, hi;
-        int ind, ifail;
-    };
+    struct Row { double x, h, lo, hi; int ind, ifail; };
     for (const Row &r : {Row{0, 1, 1, -1, 1, 1}, Row{5, 1, -1, 1, 1, 1}, Row{0, 5, -1, 1, 1, 1},
                          Row{1, 1e-20, -1, 2, 1, 2}, Row{0, 1, -1, 1, 7, 3}}) {
         x = r.x, h = r.h, lo = r.lo, hi = r.hi, ind = r.ind, ifail = 1;

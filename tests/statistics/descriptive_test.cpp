@@ -23,18 +23,15 @@ namespace {
 // Longley: 16 observations of y and x1..x6 (columns in file order).
 std::vector<double> longley(int *n, int *m) {
     std::ifstream in(std::string(ZEK_TEST_DATA_DIR) + "/strd/longley.dat");
-    std::vector<std::vector<double>> rows;
+    std::vector<double> v;
     for (std::string line; std::getline(in, line);) {
-        if (line.empty() || line[0] == '#') continue;
-        std::istringstream s(line);
-        rows.emplace_back();
-        for (double v; s >> v;) rows.back().push_back(v);
+        std::istringstream s(line[0] == '#' ? "" : line);
+        for (double d; s >> d;) v.push_back(d);
     }
-    *n = static_cast<int>(rows.size());
-    *m = rows.empty() ? 0 : static_cast<int>(rows[0].size());
-    std::vector<double> x(static_cast<std::size_t>(*n) * *m);
-    for (int i = 0; i < *n; ++i)
-        for (int j = 0; j < *m; ++j) x[i + j * *n] = rows[i][j];
+    *m = 7;
+    *n = static_cast<int>(v.size()) / 7;
+    std::vector<double> x(v.size());
+    for (std::size_t k = 0; k < v.size(); ++k) x[k / 7 + (k % 7) * *n] = v[k];
     return x;
 }
 
@@ -230,10 +227,7 @@ TEST(DurbinWatson, BoundsMatchTheFivePercentTableAndClosedForms) {
     const double pi = 3.14159265358979323846;
     const auto lambda = [pi](int j, int n) { return 4.0 * std::pow(std::sin(pi * j / (2.0 * n)), 2); };
     const double two = 1.3;
-    struct Case {
-        int n, ip;
-        double d, pdl, pdu;
-    } cases[] = {
+    struct Case { int n, ip; double d, pdl, pdu; } cases[] = {
         {15, 2, 1.08, 0.05075246151477614, 0.010670611983010558},
         {15, 2, 1.36, 0.1577789652858369, 0.049875107960067167},
         {30, 4, 1.5, 0.21813514380561994, 0.01840937216091787},
@@ -303,12 +297,7 @@ TEST(Descriptive, CStyleTwinsOfTheUpdateAndTheDurbinWatsonStatistic) {
 }
 
 // One failure exit: the worker's IFAIL and ERRBUF line.
-struct ExitCase {
-    const char *what;
-    std::function<void(char *, int *)> call;
-    int ifail;
-    const char *errbuf;
-};
+struct ExitCase { const char *what; std::function<void(char *, int *)> call; int ifail; const char *errbuf; };
 
 TEST(DescriptiveFailures, ExitsReportTheirNumberAndValues) {
     const double x[] = {1, 2, 3, 4}, same[] = {2, 2, 2, 2}, bad[] = {1, NAN, 3, 4}, negw[] = {1, -1, 1, 1};

@@ -12,11 +12,7 @@ namespace {
 enum Kind { kNormal, kStudent, kChi, kF, kBeta, kGamma };
 constexpr int L = Zek_LowerTail, U = Zek_UpperTail, S = Zek_TwoTailSignif, C = Zek_TwoTailConfid;
 
-struct Reference {
-    Kind kind;
-    int tail;
-    double x, a, b, value;
-};
+struct Reference { Kind kind; int tail; double x, a, b, value; };
 const Reference kReference[] = {
 #include "distribution_reference.inc"
 };
@@ -52,10 +48,8 @@ TEST(DistributionTails, AgreeWithHighPrecisionValuesDownToTheFarTails) {
 }
 
 TEST(DistributionTails, NormalTableAtZeroAndByCharacter) {
-    EXPECT_EQ(g01eac(L, 0.0, nullptr), 0.5);
-    EXPECT_EQ(g01eac(U, 0.0, nullptr), 0.5);
-    EXPECT_EQ(g01eac(S, 0.0, nullptr), 1.0);
-    EXPECT_EQ(g01eac(C, 0.0, nullptr), 0.0);
+    const struct { int tail; double value; } at_zero[] = {{L, 0.5}, {U, 0.5}, {S, 1.0}, {C, 0.0}};
+    for (const auto &r : at_zero) EXPECT_EQ(g01eac(r.tail, 0.0, nullptr), r.value) << r.tail;
     const double x = 1.7;
     int ifail = 0;
     EXPECT_EQ(G01EAF("u", &x, &ifail, 1), g01eac(U, x, nullptr));
@@ -67,9 +61,7 @@ TEST(Deviates, NormalDeviateAgreesWithHighPrecisionValuesInEveryRange) {
     // mpmath at 50 digits (sqrt(2) erfinv(2p - 1), or Newton on log(erfc(x/sqrt 2)/2) = log min(p, 1 - p)
     // in the tails, as tools/normal_deviate_fit.py does) at the exact doubles below: both sides of
     // |p - 1/2| = 0.3 and 0.42, the tail down to DBL_MIN, and subnormal probabilities.
-    const struct {
-        double p, x;
-    } rows[] = {
+    const struct { double p, x; } rows[] = {
         {0.5000000001, 2.5066284820303539022e-10}, {0.25, -0.6744897501960817432},
         {0.2, -0.84162123357291416552},             {0.7, 0.52440051270804065631},
         {0.8, 0.8416212335729143638},               {0.8000000000000002, 0.84162123357291476037},
@@ -123,12 +115,7 @@ TEST(Deviates, InvertTheDistributionFunctions) {
     EXPECT_NEAR(g01fbc(L, 0.975, 1.0, nullptr), 12.706204736174705, 1e-12);
 }
 
-struct CFailure {
-    const char *name;
-    double (*call)();
-    int code;
-    const char *message;
-};
+struct CFailure { const char *name; double (*call)(); int code; const char *message; };
 
 TEST(DistributionFailures, RaiseTheirCodesAndReturnZero) {
     static ZekFail fail;
@@ -141,8 +128,7 @@ TEST(DistributionFailures, RaiseTheirCodesAndReturnZero) {
         {"p nan", [] { return g01fcc(NAN, 3.0, &fail); }, 6, nullptr},
         {"chi x", [] { return g01ecc(L, -1.0, 2.0, &fail); }, 5, nullptr},
         {"gamma b", [] { return g01efc(L, 1.0, 2.0, 0.0, &fail); }, 6, nullptr},
-        {"beta a", [] { return g01fec(0.5, 2e6, 1.0, 0.0, &fail); }, 9,
-         "ZE_REAL_ARG_CONS:\n  On entry, a = 2e+06. \n  This parameter must satisfy 0.0 < a <= 1.0e6."},
+        {"beta a", [] { return g01fec(0.5, 2e6, 1.0, 0.0, &fail); }, 9, "ZE_REAL_ARG_CONS:\n  On entry, a = 2e+06. \n  This parameter must satisfy 0.0 < a <= 1.0e6."},
         {"F df2", [] { return g01edc(U, 1.0, 2.0, -3.0, &fail); }, 6, nullptr},
     };
     for (const CFailure &c : cases) {
@@ -161,10 +147,7 @@ TEST(DistributionFailures, IfailLayerExits) {
     int ifail = 1;
     EXPECT_EQ(G01EAF("X", &x, &ifail, 1), 0.0);
     EXPECT_EQ(ifail, 1);
-    struct Row {
-        const double *x, *a, *b;
-        int ifail;
-    };
+    struct Row { const double *x, *a, *b; int ifail; };
     for (const Row &r : {Row{&bad, &a, &b, 1}, Row{&x, &bad, &x, 0}, Row{&x, &big, &b, 3}, Row{&x, &q, &b, 2}}) {
         ifail = 1;
         G01EEF(r.x, r.a, r.b, &tol, &p, &q, &pdf, &ifail);

@@ -158,8 +158,7 @@ TEST(Glm, BadInputEndsInItsExit) {
         {"power zero", changed(dobson(), [](Glm &g) { g.link = Zek_Exponent; g.a = 0; }), ZE_EX_POWER_EQ_ZERO, "exponent"},
         {"sx negative", changed(dobson(), [](Glm &g) { g.sx[1] = -1; }), ZE_IP_INCOMP_SX, "sx"},
         {"no convergence", changed(budworm(Zek_Probit), [](Glm &g) { g.max_iter = 2; }), ZE_LSQ_ITER_NOT_CONV, "in 2 iterations"},
-        {"separated data", changed(budworm(Zek_Logistic), [](Glm &g) { g.y = {0, 0, 0, 20, 20, 20, 0, 0, 0, 20, 20, 20}; g.max_iter = 500; }),
-         ZE_VALUE_AT_BOUNDARY_B, "probability"},
+        {"separated data", changed(budworm(Zek_Logistic), [](Glm &g) { g.y = {0, 0, 0, 20, 20, 20, 0, 0, 0, 20, 20, 20}; g.max_iter = 500; }), ZE_VALUE_AT_BOUNDARY_B, "probability"},
         {"scale with no freedom", changed(clotting(kGamma, Zek_Log), [](Glm &g) { g.n = 2; }), ZE_ZERO_DOF_ERROR, "scale"},
     };
     for (const auto &r : rows) {

@@ -15,11 +15,7 @@ constexpr double kNaN = NAN, kInf = INFINITY;
 
 // Refused rows end in an argument exit with the outputs untouched; the others in an exit or finite values.
 TEST(HostileGlm, EveryFamilyEndsInAResultOrItsExit) {
-    const struct {
-        const char *name;
-        std::function<void(Glm &)> edit;
-        bool refused;
-    } rows[] = {
+    const struct { const char *name; std::function<void(Glm &)> edit; bool refused; } rows[] = {
         {"x nan", [](Glm &g) { g.x[3] = kNaN; }, true},
         {"x +inf", [](Glm &g) { g.x[0] = kInf; }, true},
         {"y -inf", [](Glm &g) { g.y[9] = -kInf; }, true},

@@ -1,8 +1,8 @@
 // Hostile arguments for the statistics routines: each row ends in its failure or in a result the
 // contract allows (finite, or a documented limit), in bounded time.
-#include <algorithm>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <functional>
@@ -120,10 +120,6 @@ TEST(HostileStatistics, GeneratorsAndSmallChaptersStayBounded) {
     EXPECT_EQ(ifail, 1);
 }
 
-} // namespace
-
-namespace {
-
 TEST(HostileStatistics, RegressionRejectsNonFiniteDataAndOddSizes) {
     const int n = 4, m = 1, ip = 2, ld = 4, big = 2147483647;
     std::vector<int> isx = {1};
@@ -131,13 +127,7 @@ TEST(HostileStatistics, RegressionRejectsNonFiniteDataAndOddSizes) {
     std::vector<double> b(2), se(2), cov(3), res(4), h(4), q(12), p(8), wk(14);
     double rss = 0, tol = 0;
     int idf = 0, svd = 0, irank = 0;
-    struct Case {
-        const char *name;
-        double *poison;
-        double value;
-        int n, ip;
-        int ifail;
-    };
+    struct Case { const char *name; double *poison; double value; int n, ip; int ifail; };
     const Case cases[] = {
         {"nan x", &x[1], NAN, n, ip, 1},   {"inf y", &y[3], -INFINITY, n, ip, 1}, {"nan weight", &wt[0], NAN, n, ip, 2},
         {"inf weight", &wt[2], INFINITY, n, ip, 2}, {"huge n", nullptr, 0, big, ip, 1}, {"huge ip", nullptr, 0, n, big, 1},

@@ -55,24 +55,16 @@ TEST(MultivariateNormal, ClosedForms) {
     const double orthant3 = 0.125 + (std::asin(0.3) + std::asin(0.3) + std::asin(0.3)) / (4.0 * M_PI);
     const std::vector<double> b5 = {-1.0, 0.5, 2.0, -0.3, 1.1};
     const std::vector<Case> cases = {
-        {"independent lower, scaled", Zek_LowerTail, 3, {}, {1.0, -2.0, 6.0}, {0.0, -1.0, 2.0}, {1.0, 2.0, 4.0}, 0.0,
-         phi(1.0) * phi(-0.5) * phi(1.0), 1e-14},
-        {"independent upper far", Zek_UpperTail, 4, {9.0, 8.0, 8.5, 9.5}, {}, {0, 0, 0, 0}, ones, 0.0,
-         phi(-9.0) * phi(-8.0) * phi(-8.5) * phi(-9.5), 1e-13},
-        {"independent central", Zek_Central, 5, {-1, -2, 0, 0.5, -kInf}, {1, 0, 3, 2, 0.7}, {0, 0, 0, 0, 0}, ones, 0.0,
-         (phi(1) - phi(-1)) * (phi(0) - phi(-2)) * (phi(3) - phi(0)) * (phi(2) - phi(0.5)) * phi(0.7), 1e-13},
+        {"independent lower, scaled", Zek_LowerTail, 3, {}, {1.0, -2.0, 6.0}, {0.0, -1.0, 2.0}, {1.0, 2.0, 4.0}, 0.0, phi(1.0) * phi(-0.5) * phi(1.0), 1e-14},
+        {"independent upper far", Zek_UpperTail, 4, {9.0, 8.0, 8.5, 9.5}, {}, {0, 0, 0, 0}, ones, 0.0, phi(-9.0) * phi(-8.0) * phi(-8.5) * phi(-9.5), 1e-13},
+        {"independent central", Zek_Central, 5, {-1, -2, 0, 0.5, -kInf}, {1, 0, 3, 2, 0.7}, {0, 0, 0, 0, 0}, ones, 0.0, (phi(1) - phi(-1)) * (phi(0) - phi(-2)) * (phi(3) - phi(0)) * (phi(2) - phi(0.5)) * phi(0.7), 1e-13},
         {"orthant of three", Zek_LowerTail, 3, {}, {0, 0, 0}, {0, 0, 0}, ones, 0.3, orthant3, 1e-4},
         {"orthant of three, upper", Zek_UpperTail, 3, {0, 0, 0}, {}, {0, 0, 0}, ones, 0.3, orthant3, 1e-4},
-        {"orthant of six, rho 1/2", Zek_LowerTail, 6, {}, std::vector<double>(6, 0.0), std::vector<double>(6, 0.0), ones,
-         0.5, 1.0 / 7.0, 1e-4},
-        {"orthant of ten, rho 1/2", Zek_UpperTail, 10, std::vector<double>(10, 0.0), {}, std::vector<double>(10, 0.0),
-         ones, 0.5, 1.0 / 11.0, 1e-3},
-        {"equicorrelated five", Zek_LowerTail, 5, {}, b5, std::vector<double>(5, 0.0), ones, 0.7,
-         equicorrelated_lower(b5, 0.7), 1e-4},
-        {"equicorrelated far tail", Zek_LowerTail, 4, {}, {-6, -5.5, -6.5, -5}, {0, 0, 0, 0}, ones, 0.4,
-         equicorrelated_lower({-6, -5.5, -6.5, -5}, 0.4), 1e-2},
-        {"equicorrelated, shifted mean", Zek_UpperTail, 3, {3.0, 4.0, 5.0}, {}, {4, 5, 6}, ones, 0.2,
-         equicorrelated_lower({1.0, 1.0, 1.0}, 0.2), 1e-4},
+        {"orthant of six, rho 1/2", Zek_LowerTail, 6, {}, std::vector<double>(6, 0.0), std::vector<double>(6, 0.0), ones, 0.5, 1.0 / 7.0, 1e-4},
+        {"orthant of ten, rho 1/2", Zek_UpperTail, 10, std::vector<double>(10, 0.0), {}, std::vector<double>(10, 0.0), ones, 0.5, 1.0 / 11.0, 1e-3},
+        {"equicorrelated five", Zek_LowerTail, 5, {}, b5, std::vector<double>(5, 0.0), ones, 0.7, equicorrelated_lower(b5, 0.7), 1e-4},
+        {"equicorrelated far tail", Zek_LowerTail, 4, {}, {-6, -5.5, -6.5, -5}, {0, 0, 0, 0}, ones, 0.4, equicorrelated_lower({-6, -5.5, -6.5, -5}, 0.4), 1e-2},
+        {"equicorrelated, shifted mean", Zek_UpperTail, 3, {3.0, 4.0, 5.0}, {}, {4, 5, 6}, ones, 0.2, equicorrelated_lower({1.0, 1.0, 1.0}, 0.2), 1e-4},
     };
     for (const Case &c : cases) {
         const int n = c.n;

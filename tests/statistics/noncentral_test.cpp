@@ -10,44 +10,34 @@
 
 namespace {
 
-struct Case { double x, a, b, c, want; };
+enum Kind { kT, kChi, kF, kBeta };
 
-void expect_rel(double got, double want, double tol, const std::string &what) {
-    EXPECT_NEAR(got, want, tol * want) << what;
-}
+// x, then the distribution's parameters (df or a, b, lambda), and the mpmath value.
+struct Case { Kind kind; double x, a, b, c, want; };
 
 TEST(NonCentral, AgreesWithHighPrecisionSums) {
-    const Case t[] = {{2.0, 10.0, 1.0, 0, 0.80761156253037526203}, {0.5, 3.0, 2.0, 0, 0.065478985564616801911},
-                      {-1.0, 5.0, 0.5, 0, 0.082444091056723458307}, {4.0, 1.0, 3.0, 0, 0.46677835877261204759},
-                      {15.0, 25.0, 12.0, 0, 0.89048616799410504187}, {1.0, 100.0, 0.0, 0, 0.8401379221079383198}};
-    for (const Case &c : t) {
+    const Case cases[] = {
+        {kT, 2.0, 10.0, 1.0, 0, 0.80761156253037526203},       {kT, 0.5, 3.0, 2.0, 0, 0.065478985564616801911},
+        {kT, -1.0, 5.0, 0.5, 0, 0.082444091056723458307},      {kT, 4.0, 1.0, 3.0, 0, 0.46677835877261204759},
+        {kT, 15.0, 25.0, 12.0, 0, 0.89048616799410504187},     {kT, 1.0, 100.0, 0.0, 0, 0.8401379221079383198},
+        {kChi, 2.0, 3.0, 1.0, 0, 0.30825250766485323554},      {kChi, 10.0, 4.0, 8.0, 0, 0.43001736544548438592},
+        {kChi, 0.5, 0.0, 2.0, 0, 0.45426290113775820691},      {kChi, 150.0, 10.0, 100.0, 0, 0.96719790078303249455},
+        {kChi, 1.0, 1.0, 0.0, 0, 0.68268949213708589717},      {kChi, 800.0, 50.0, 700.0, 0, 0.82413431798004895949},
+        {kF, 2.0, 3.0, 10.0, 1.0, 0.72442475367565285425},     {kF, 0.8, 5.0, 20.0, 4.0, 0.15961271398023212318},
+        {kF, 5.0, 10.0, 2.0, 30.0, 0.4616138117858202628},
+        // beyond 1e6 denominator degrees the chi-squared limit: its own value, 3e-7 from the F
+        {kF, 1.5, 3.0, 2e6, 2.0, 0.54089538922152776828},
+        {kBeta, 0.3, 2.0, 3.0, 1.0, 0.26643631261584927888},   {kBeta, 0.9, 10.0, 1.5, 50.0, 0.065911528639199793579},
+        {kBeta, 0.05, 0.5, 4.0, 0.0, 0.46540785173875506787},  {kBeta, 0.5, 30.0, 30.0, 200.0, 9.3737593995414465404e-13},
+    };
+    for (const Case &c : cases) {
         ZekFail fail{};
-        expect_rel(g01gbc(c.x, c.a, c.b, 0.0, 1000, &fail), c.want, 1e-12, "t " + std::to_string(c.x));
+        const double got = c.kind == kT     ? g01gbc(c.x, c.a, c.b, 0.0, 1000, &fail)
+                           : c.kind == kChi ? g01gcc(c.x, c.a, c.b, 0.0, 1000, &fail)
+                           : c.kind == kF   ? g01gdc(c.x, c.a, c.b, c.c, 0.0, 1000, &fail)
+                                            : g01gec(c.x, c.a, c.b, c.c, 0.0, 1000, &fail);
         EXPECT_EQ(fail.code, 0) << fail.message;
-    }
-    const Case chi[] = {{2.0, 3.0, 1.0, 0, 0.30825250766485323554},    {10.0, 4.0, 8.0, 0, 0.43001736544548438592},
-                        {0.5, 0.0, 2.0, 0, 0.45426290113775820691},    {150.0, 10.0, 100.0, 0, 0.96719790078303249455},
-                        {1.0, 1.0, 0.0, 0, 0.68268949213708589717},    {800.0, 50.0, 700.0, 0, 0.82413431798004895949}};
-    for (const Case &c : chi) {
-        ZekFail fail{};
-        expect_rel(g01gcc(c.x, c.a, c.b, 0.0, 1000, &fail), c.want, 1e-12, "chi " + std::to_string(c.x));
-        EXPECT_EQ(fail.code, 0) << fail.message;
-    }
-    const Case f[] = {{2.0, 3.0, 10.0, 1.0, 0.72442475367565285425}, {0.8, 5.0, 20.0, 4.0, 0.15961271398023212318},
-                      {5.0, 10.0, 2.0, 30.0, 0.4616138117858202628},
-                      // beyond 1e6 denominator degrees the chi-squared limit: its own value, 3e-7 from the F
-                      {1.5, 3.0, 2e6, 2.0, 0.54089538922152776828}};
-    for (const Case &c : f) {
-        ZekFail fail{};
-        expect_rel(g01gdc(c.x, c.a, c.b, c.c, 0.0, 1000, &fail), c.want, 1e-12, "F " + std::to_string(c.x));
-        EXPECT_EQ(fail.code, 0) << fail.message;
-    }
-    const Case beta[] = {{0.3, 2.0, 3.0, 1.0, 0.26643631261584927888}, {0.9, 10.0, 1.5, 50.0, 0.065911528639199793579},
-                         {0.05, 0.5, 4.0, 0.0, 0.46540785173875506787}, {0.5, 30.0, 30.0, 200.0, 9.3737593995414465404e-13}};
-    for (const Case &c : beta) {
-        ZekFail fail{};
-        expect_rel(g01gec(c.x, c.a, c.b, c.c, 0.0, 1000, &fail), c.want, 1e-12, "beta " + std::to_string(c.x));
-        EXPECT_EQ(fail.code, 0) << fail.message;
+        EXPECT_NEAR(got, c.want, 1e-12 * c.want) << c.kind << " x " << c.x << " a " << c.a << " b " << c.b;
     }
 }
 

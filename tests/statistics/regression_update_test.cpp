@@ -4,6 +4,7 @@
 // estimability test on a design of deficient rank (the failure exits are rows of the hostile table).
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -83,11 +84,8 @@ void expect_same_fit(const Model &got, const Model &want) {
 
 std::vector<int> all_but(std::initializer_list<int> gone) {
     std::vector<int> rows;
-    for (int i = 0; i < kRows; ++i) {
-        bool keep = true;
-        for (int g : gone) keep = keep && g != i;
-        if (keep) rows.push_back(i);
-    }
+    for (int i = 0; i < kRows; ++i)
+        if (std::find(gone.begin(), gone.end(), i) == gone.end()) rows.push_back(i);
     return rows;
 }
 

@@ -53,12 +53,7 @@ void expect_fit(const Robust &r, const double *want, const double *se, const cha
 }
 
 TEST(Robust, StackLossAgreesWithTheReference) {
-    const struct {
-        const char *name;
-        int psi;
-        std::vector<double> c;
-        const double *want, *se, *rlm;
-    } cases[] = {
+    const struct { const char *name; int psi; std::vector<double> c; const double *want, *se, *rlm; } cases[] = {
         {"Huber", Zek_Huber, {1.345}, kStackHuber, kStackHuberSe, kStackHuberRlm},
         {"Hampel", Zek_Hampel, {2, 4, 8}, kStackHampel, kStackHampelSe, kStackHampelRlm},
         {"bisquare", Zek_Bisquare, {4.685}, kStackBisquare, kStackBisquareSe, kStackBisquareRlm},
@@ -113,8 +108,7 @@ TEST(Robust, BadInputEndsInItsExit) {
         {"negative GM weight", fit(gwneg, Zek_Mallows, Zek_Huber, Zek_SigmaMAD, {1.345}), ZE_REAL_ARRAY_CONS, "gw[4]"},
         {"collinear design", fit(twin, Zek_MEstimate, Zek_Huber, Zek_SigmaMAD, {1.345}), ZE_WT_LSQ_NOT_FULL_RANK, "full rank"},
         {"exact fit", fit(exact, Zek_MEstimate, Zek_Huber, Zek_SigmaMAD, {1.345}), ZE_ESTIM_SIGMA_ZERO, "sigma is 0.0"},
-        {"no convergence", fit(s, Zek_MEstimate, Zek_Bisquare, Zek_SigmaMAD, {4.685}, 1.5, 0.0, 2), ZE_THETA_ITER_EXCEEDED,
-         "in 2 iterations"},
+        {"no convergence", fit(s, Zek_MEstimate, Zek_Bisquare, Zek_SigmaMAD, {4.685}, 1.5, 0.0, 2), ZE_THETA_ITER_EXCEEDED, "in 2 iterations"},
     };
     for (const auto &r : rows) {
         EXPECT_EQ(r.r.fail.code, r.code) << r.name << ": " << r.r.fail.message;
