@@ -11,6 +11,7 @@
 #include "kernels/svd.h"
 #include "statistics/regression.h"
 #include "zek2/g02.h"
+#include "zek2/x03.h"
 
 namespace zek {
 
@@ -97,6 +98,34 @@ private:
     const FitArgs &a_;
 };
 
+// One step of iterative refinement of the full-rank coefficients B: the weighted residual r = W^1/2 (y - X b),
+// accumulated in double-double form so that its cancellation costs nothing, then b += R^-1 (Q'r)(1:ip).
+// Where the fit is close (Norris, Pontius) this recovers the digits that the rounding of Q'y and of the
+// back substitution lose; RSS, the residuals and Q itself still come from the factorisation as before.
+// R (IP by IP) and the reflectors are in DESIGN with ZETA; R holds N values, ROW and MINUS_B IP each, and
+// QWORK what the reflectors' application to one column needs.
+void refine_coefficients(const FitArgs &a, const Design &d, double *design, int ldq, const double *zeta, double *b,
+                         double *r, double *row, double *minus_b, double *qwork) {
+    const int n = a.n, ip = a.ip;
+    for (ptrdiff_t k = 0; k < ip; ++k) minus_b[k] = -b[k];
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        d.row(i, row);
+        double hi = 0.0, lo = 0.0;
+        ZekFail local = clean_fail();
+        x03aac(row, 0, minus_b, 0, ip, 1, 1, a.y[i], 0.0, &hi, &lo, 1, &local);
+        r[i] = a.weighted ? (hi + lo) * std::sqrt(a.wt[i]) : hi + lo;
+    }
+    qr_apply('T', 'S', n, ip, design, ldq, zeta, 1, r, n, qwork);
+    for (ptrdiff_t i = ip - 1; i >= 0; --i) {
+        double s = r[i];
+        for (ptrdiff_t k = i + 1; k < ip; ++k) s -= design[i + k * static_cast<ptrdiff_t>(ldq)] * r[k];
+        r[i] = s / design[i + i * static_cast<ptrdiff_t>(ldq)];
+    }
+    for (ptrdiff_t k = 0; k < ip; ++k) {
+        if (std::isfinite(r[k])) b[k] += r[k];
+    }
+}
+
 void g02daf_worker(const FitArgs &a, const FitOut &o, char *errbuf, int *ifail) {
     FailureExit exit("G02DAF", errbuf, ifail);
     const int n = a.n, ip = a.ip;
@@ -125,6 +154,12 @@ void g02daf_worker(const FitArgs &a, const FitOut &o, char *errbuf, int *ifail) 
     const int rank = triangle_fit(ip, design, ldq, o.q, a.tol, o.p + ip, o.p + 2 * static_cast<ptrdiff_t>(ip), rinv,
                                   work, o.b, o.res, &full);
     if (rank < 0) return void(exit.fail(5, 99995, " ** SVD solution failed to converge"));
+    if (full) {
+        // RES is free until the residuals are formed; its first IP values are zero for a full-rank fit.
+        // SE and COV are free as well until the statistics are formed.
+        refine_coefficients(a, d, design, o.ldq, zeta, o.b, o.res, o.se, o.cov, work);
+        for (ptrdiff_t i = 0; i < ip; ++i) o.res[i] = 0.0;
+    }
     *o.svd = full ? 0 : 1;
     *o.irank = rank;
     double rss = 0.0;
