@@ -19,39 +19,6 @@ namespace {
 
 using std::ptrdiff_t;
 
-// 1-norm condition of the upper triangular R (IP by IP, LDR) with R^-1 formed in RINV (IP by IP):
-// exact rather than estimated, since the fit needs R^-1 for the covariance anyway.  A product that
-// would pass h = 1/(smallest number) returns h, as does a singular R.
-double triangular_condition(int ip, const double *r, ptrdiff_t ldr, double *rinv) {
-    const double h = 1.0 / safe_minimum();
-    for (ptrdiff_t j = 0; j < ip; ++j) {
-        for (ptrdiff_t i = 0; i < ip; ++i) rinv[i + j * ip] = 0.0;
-    }
-    for (ptrdiff_t j = 0; j < ip; ++j) {
-        if (!(std::fabs(r[j + j * ldr]) > 0.0)) return h;
-        // Column j of R^-1 by back substitution on e_j.
-        rinv[j + j * ip] = 1.0 / r[j + j * ldr];
-        for (ptrdiff_t i = j - 1; i >= 0; --i) {
-            double s = 0.0;
-            for (ptrdiff_t k = i + 1; k <= j; ++k) s += r[i + k * ldr] * rinv[k + j * ip];
-            rinv[i + j * ip] = -s / r[i + i * ldr];
-        }
-    }
-    double nr = 0.0, ni = 0.0;
-    for (ptrdiff_t j = 0; j < ip; ++j) {
-        double cr = 0.0, ci = 0.0;
-        for (ptrdiff_t i = 0; i <= j; ++i) {
-            cr += std::fabs(r[i + j * ldr]);
-            ci += std::fabs(rinv[i + j * ip]);
-        }
-        nr = cr > nr ? cr : nr;
-        ni = ci > ni ? ci : ni;
-    }
-    if (!(ni < h) || !(nr < h)) return h;
-    if (nr > 1.0 && ni > h / nr) return h;
-    return nr * ni;
-}
-
 struct FitArgs {
     bool mean, weighted;
     int n, m, ip;
@@ -333,6 +300,48 @@ void g02dgf_worker(char weight, int n, const double *wt, double *rss, int ip, in
 }
 
 } // namespace
+
+double triangular_condition(int ip, const double *r, std::ptrdiff_t ldr, double *rinv) {
+    using std::ptrdiff_t;
+    const double h = 1.0 / safe_minimum();
+    for (ptrdiff_t j = 0; j < ip; ++j) {
+        for (ptrdiff_t i = 0; i < ip; ++i) rinv[i + j * ip] = 0.0;
+    }
+    for (ptrdiff_t j = 0; j < ip; ++j) {
+        if (!(std::fabs(r[j + j * ldr]) > 0.0)) return h;
+        // Column j of R^-1 by back substitution on e_j.
+        rinv[j + j * ip] = 1.0 / r[j + j * ldr];
+        for (ptrdiff_t i = j - 1; i >= 0; --i) {
+            double s = 0.0;
+            for (ptrdiff_t k = i + 1; k <= j; ++k) s += r[i + k * ldr] * rinv[k + j * ip];
+            rinv[i + j * ip] = -s / r[i + i * ldr];
+        }
+    }
+    double nr = 0.0, ni = 0.0;
+    for (ptrdiff_t j = 0; j < ip; ++j) {
+        double cr = 0.0, ci = 0.0;
+        for (ptrdiff_t i = 0; i <= j; ++i) {
+            cr += std::fabs(r[i + j * ldr]);
+            ci += std::fabs(rinv[i + j * ip]);
+        }
+        nr = cr > nr ? cr : nr;
+        ni = ci > ni ? ci : ni;
+    }
+    if (!(ni < h) || !(nr < h)) return h;
+    if (nr > 1.0 && ni > h / nr) return h;
+    return nr * ni;
+}
+
+bool constraint_args_ok(ZekFail *fail, const char *name, int ip, int iconst, int tdc) {
+    if (ip < 1) return raise_int_arg(fail, name, ZE_INT_ARG_LT, "ip", "1", ip), false;
+    if (iconst < 1) return raise_int_arg(fail, name, ZE_INT_ARG_LT, "iconst", "1", iconst), false;
+    if (iconst >= ip) {
+        raise_formatted(fail, name, ZE_2_INT_ARG_GE, "iconst", static_cast<long>(iconst), "ip", static_cast<long>(ip),
+                        "iconst", "ip");
+        return false;
+    }
+    return !raise_below(fail, name, "tdc", tdc, "ip", ip);
+}
 
 int triangle_fit(int ip, const double *r, ptrdiff_t ldr, const double *c, double tol, double *sv, double *vt,
                  double *wmat, double *work, double *b, double *unexplained, bool *full) {
