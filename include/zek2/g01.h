@@ -77,7 +77,10 @@ ZEK_API double G01FAZ(const double *p) ZEK_SYMBOL("G01FAZ");
 
 /* g01fbc: Student's t deviate of probability p for the tail, df >= 1. */
 ZEK_API double g01fbc(int tail, double p, double df, ZekFail *fail) ZEK_SYMBOL("q16948");
-/* g01fcc: the chi-squared deviate x with P(X <= x) = p, df > 0. */
+/* g01fcc: the chi-squared deviate x with P(X <= x) = p, df > 0 (0.0 where x is below the subnormal
+ * range).  Searched on the smaller tail by the seventh-order Taylor series of the inverse near the root
+ * and Newton's method on the log tail further out; relative error about 1e-14 (the incomplete gamma's
+ * accuracy magnified by the deviate's condition, larger for df well below 1 and tiny p). */
 ZEK_API double g01fcc(double p, double df, ZekFail *fail) ZEK_SYMBOL("q68394");
 /* g01fdc: the F deviate f with P(F <= f) = p, df1, df2 > 0 (limit forms beyond 2e7 as in g01edc). */
 ZEK_API double g01fdc(double p, double df1, double df2, ZekFail *fail) ZEK_SYMBOL("q80561");

@@ -36,7 +36,9 @@ enum { Zek_ObservAdd = 1003, Zek_ObservDel = 1004 };
  * below 1; otherwise R = U S V' by plane rotations and implicit QR, SVD = 1, and IRANK counts the
  * singular values above TOL times the largest.  Then P(IP+1..2IP) holds the singular values, P(2IP+1..)
  * V' (IP by IP, rows the right vectors), R stays in Q, and B is the minimum-norm solution
- * V_r S_r^-1 U_r'Q'y with COV = s^2 V_r S_r^-2 V_r'; IDF counts IRANK.
+ * V_r S_r^-1 U_r'Q'y with COV = s^2 V_r S_r^-2 V_r'; IDF counts IRANK.  At full rank B takes one step
+ * of iterative refinement against the data (residuals accumulated in double-double form), which Q,
+ * RSS and RES do not reflect: they are the factorisation's.
  * The front marks B, SE, COV, RES, H and P first.
  * IFAIL 1: the argument checks (N < 2, M < 1, IP < 1, IP > N, LDX < N, LDQ < N, TOL < 0, MEAN, WEIGHT, an
  * element of ISX < 0); 2: an element of WT < 0; 3: IP not the count of ISX(j) > 0 (plus one with the mean);

@@ -18,6 +18,8 @@ constexpr double kLogRootTwoPi = 0.91893853320467274;
 constexpr double kEps = 1.1102230246251565e-16;
 constexpr int kFractionLimit = 200000;
 constexpr int kSolveLimit = 400;
+// log of the smallest subnormal number, less a margin: a root below it rounds to zero.
+constexpr double kLogSmallestSubnormal = -745.0;
 
 // mu(z) = log Gamma(z) - ((z - 1/2) log z - z + log sqrt(2 pi)), for z >= 20.
 double stirling_mu(double z) { return special::stirling_correction(z) / z; }
@@ -92,9 +94,33 @@ double beta_fraction(double a, double b, double x, bool *converged) {
     return h;
 }
 
+// A point inside the bracket (lo, hi) of a positive root, hi possibly infinite.  The bracket is split
+// geometrically where it spans more than a factor four, so tiny roots are found in a bounded number of
+// steps.
+double bracket_point(double lo, double hi) {
+    if (std::isinf(hi)) return 1e3 * (lo + 1.0);
+    if (lo > 0.0 && hi > 4.0 * lo) return std::sqrt(lo) * std::sqrt(hi);
+    if (lo == 0.0 && hi > 1e-300) return hi * 1e-3;
+    return 0.5 * (lo + hi);
+}
+
+// The change in x that moves P(a, x) by d = dp / pdf(x) (in units of x), from the Taylor series of the
+// inverse of the incomplete gamma ratio about x to the seventh order, with c = a - 1.  The series is
+// the published one of the chi-squared inverse, in ch = 2x and t = 2d.
+double gamma_inverse_step(double d, double x, double c) {
+    const double ch = 2.0 * x, t = 2.0 * d;
+    const double b = t / ch;
+    const double v = 0.5 * t - b * c;
+    const double s1 = (210.0 + v * (140.0 + v * (105.0 + v * (84.0 + v * (70.0 + 60.0 * v))))) / 420.0;
+    const double s2 = (420.0 + v * (735.0 + v * (966.0 + v * (1141.0 + 1278.0 * v)))) / 2520.0;
+    const double s3 = (210.0 + v * (462.0 + v * (707.0 + 932.0 * v))) / 2520.0;
+    const double s4 = (252.0 + v * (672.0 + 1182.0 * v) + c * (294.0 + v * (889.0 + 1740.0 * v))) / 5040.0;
+    const double s5 = (84.0 + 264.0 * v + c * (175.0 + 606.0 * v)) / 2520.0;
+    const double s6 = (120.0 + c * (346.0 + 127.0 * c)) / 5040.0;
+    return 0.5 * t * (1.0 + 0.5 * t * s1 - b * c * (s1 - b * (s2 - b * (s3 - b * (s4 - b * (s5 - b * s6))))));
+}
+
 // Safeguarded Newton on an increasing function g over [lo, hi] (hi may be infinite): STEP(x, &g, &dg).
-// Bisection is geometric where the bracket spans more than a factor four, so tiny roots are found in
-// a bounded number of steps.
 template <class Step>
 double solve_increasing(Step step, double lo, double hi, double x, bool *converged) {
     *converged = false;
@@ -108,12 +134,7 @@ double solve_increasing(Step step, double lo, double hi, double x, bool *converg
         if (g < 0.0) lo = x;
         else hi = x;
         double next = x - g / dg;
-        if (!(next > lo && next < hi) || !std::isfinite(next)) {
-            if (std::isinf(hi)) next = 1e3 * (lo + 1.0);
-            else if (lo > 0.0 && hi > 4.0 * lo) next = std::sqrt(lo) * std::sqrt(hi);
-            else if (lo == 0.0 && hi > 1e-300) next = hi * 1e-3;
-            else next = 0.5 * (lo + hi);
-        }
+        if (!(next > lo && next < hi) || !std::isfinite(next)) next = bracket_point(lo, hi);
         if (std::fabs(next - x) <= 4.0 * kEps * std::fabs(next) || (std::isfinite(hi) && hi - lo <= 4.0 * kEps * hi)) {
             *converged = true;
             return next;
@@ -247,33 +268,71 @@ double student_t_deviate(double s, double c, double nu) {
 }
 
 double gamma_deviate(double p, double a, bool *converged) {
+    *converged = true;
     const bool lower = p <= 0.5;
     const double target = lower ? p : 1.0 - p;
     const double log_target = std::log(target);
     const double lga = log_gamma(a);
-    // Start: Wilson and Hilferty's cube, or the small-x series x^a / Gamma(a + 1) for small p.
+    // The leading term x^a / Gamma(a + 1) of the small-x series bounds P(a, x) from below, so its root
+    // bounds the deviate from above: where even that underflows, so does the deviate.
+    const double log_series = (std::log(p) + lga + std::log(a)) / a;
+    if (lower && log_series < kLogSmallestSubnormal) return 0.0;
+    // Start: Wilson and Hilferty's cube, or that series root where the shape is small against -log p.
     const double z = normal_deviate(p);
     const double h = 1.0 / (9.0 * a);
-    double x0 = a * std::pow(1.0 - h + z * std::sqrt(h), 3.0);
-    const double series = std::exp((std::log(p) + lga + std::log(a)) / a);
-    if (!(x0 > 0.0) || (lower && series < x0)) x0 = series;
-    if (!(x0 > 0.0)) x0 = 1e-300;
-    auto step = [&](double x, double *g, double *dg) {
+    double x = a * std::pow(1.0 - h + z * std::sqrt(h), 3.0);
+    const double series = std::exp(log_series);
+    if (!(x > 0.0) || (lower && a < -0.62 * std::log(p) && series < x)) x = series;
+    if (!(x > 0.0)) x = 1e-300;
+    // Each step evaluates the smaller tail once.  Within a tenth of the target in relative terms the
+    // step is the inverse's Taylor series (error of the order of the residual to the eighth power, so
+    // a residual below 1e-3 needs no further evaluation); further out, Newton on log(tail), which sees
+    // the far tails as nearly linear; outside the bracket, bisection.
+    double lo = 0.0, hi = HUGE_VAL;
+    *converged = false;
+    for (int it = 0; it < kSolveLimit; ++it) {
         double pl = 0.0, qu = 0.0;
         ZekFail local{};
         s14bac(a, x, 0.0, &pl, &qu, &local);
-        const double pdf = std::exp((a - 1.0) * std::log(x) - x - lga);
         const double tail = lower ? pl : qu;
+        double next = -1.0;
+        bool fine = false;
         if (tail <= 0.0) {
-            *g = lower ? -1.0 : 1.0;
-            *dg = HUGE_VAL;
-            return;
+            if (lower) lo = x;
+            else hi = x;
+        } else {
+            // g increases with x for either tail.
+            const double g = lower ? std::log(tail) - log_target : log_target - std::log(tail);
+            if (g == 0.0) {
+                *converged = true;
+                return x;
+            }
+            if (g < 0.0) lo = x;
+            else hi = x;
+            const double pdf = std::exp((a - 1.0) * std::log(x) - x - lga);
+            // p - P(a, x), which equals Q(a, x) - (1 - p).
+            const double residual = lower ? target - tail : tail - target;
+            if (std::fabs(residual) <= 0.1 * tail) {
+                fine = std::fabs(residual) <= 1e-3 * tail;
+                next = x + gamma_inverse_step(residual / pdf, x, a - 1.0);
+            }
+            if (!(next > lo && next < hi) || !std::isfinite(next)) {
+                fine = false;
+                next = x - g * tail / pdf;
+            }
         }
-        // Increasing in x for the lower tail; for the upper tail log Q decreases, so its negative.
-        *g = lower ? std::log(tail) - log_target : log_target - std::log(tail);
-        *dg = pdf / tail;
-    };
-    return solve_increasing(step, 0.0, HUGE_VAL, x0, converged);
+        if (!(next > lo && next < hi) || !std::isfinite(next)) {
+            fine = false;
+            next = bracket_point(lo, hi);
+        }
+        if (fine || std::fabs(next - x) <= 4.0 * kEps * std::fabs(next) ||
+            (std::isfinite(hi) && hi - lo <= 4.0 * kEps * hi)) {
+            *converged = true;
+            return next;
+        }
+        x = next;
+    }
+    return x;
 }
 
 } // namespace zek::dist

@@ -6,6 +6,7 @@
 
 #include "frame/machine.h"
 #include "frame/raise.h"
+#include "statistics/regression.h"
 #include "statistics/weighted_ls.h"
 #include "zek2/g01.h"
 #include "zek2/g02.h"
@@ -447,13 +448,7 @@ void g02gkc(int ip, int iconst, const double p[], const double c[], int tdc, dou
             ZekFail *fail) {
     static const char *const kName = "g02gkc";
     zek::clear_fail(fail);
-    if (ip < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "ip", "1", ip);
-    if (iconst < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "iconst", "1", iconst);
-    if (iconst >= ip) {
-        return zek::raise_formatted(fail, kName, ZE_2_INT_ARG_GE, "iconst", static_cast<long>(iconst), "ip",
-                                    static_cast<long>(ip), "iconst", "ip");
-    }
-    if (zek::raise_below(fail, kName, "tdc", tdc, "ip", ip)) return;
+    if (!zek::constraint_args_ok(fail, kName, ip, iconst, tdc)) return;
     using std::ptrdiff_t;
     const ptrdiff_t n = ip, k = iconst, rank = ip - iconst;
     for (ptrdiff_t j = 0; j < k; ++j) {

@@ -11,45 +11,13 @@
 #include "kernels/svd.h"
 #include "statistics/regression.h"
 #include "zek2/g02.h"
+#include "zek2/x03.h"
 
 namespace zek {
 
 namespace {
 
 using std::ptrdiff_t;
-
-// 1-norm condition of the upper triangular R (IP by IP, LDR) with R^-1 formed in RINV (IP by IP):
-// exact rather than estimated, since the fit needs R^-1 for the covariance anyway.  A product that
-// would pass h = 1/(smallest number) returns h, as does a singular R.
-double triangular_condition(int ip, const double *r, ptrdiff_t ldr, double *rinv) {
-    const double h = 1.0 / safe_minimum();
-    for (ptrdiff_t j = 0; j < ip; ++j) {
-        for (ptrdiff_t i = 0; i < ip; ++i) rinv[i + j * ip] = 0.0;
-    }
-    for (ptrdiff_t j = 0; j < ip; ++j) {
-        if (!(std::fabs(r[j + j * ldr]) > 0.0)) return h;
-        // Column j of R^-1 by back substitution on e_j.
-        rinv[j + j * ip] = 1.0 / r[j + j * ldr];
-        for (ptrdiff_t i = j - 1; i >= 0; --i) {
-            double s = 0.0;
-            for (ptrdiff_t k = i + 1; k <= j; ++k) s += r[i + k * ldr] * rinv[k + j * ip];
-            rinv[i + j * ip] = -s / r[i + i * ldr];
-        }
-    }
-    double nr = 0.0, ni = 0.0;
-    for (ptrdiff_t j = 0; j < ip; ++j) {
-        double cr = 0.0, ci = 0.0;
-        for (ptrdiff_t i = 0; i <= j; ++i) {
-            cr += std::fabs(r[i + j * ldr]);
-            ci += std::fabs(rinv[i + j * ip]);
-        }
-        nr = cr > nr ? cr : nr;
-        ni = ci > ni ? ci : ni;
-    }
-    if (!(ni < h) || !(nr < h)) return h;
-    if (nr > 1.0 && ni > h / nr) return h;
-    return nr * ni;
-}
 
 struct FitArgs {
     bool mean, weighted;
@@ -97,6 +65,34 @@ private:
     const FitArgs &a_;
 };
 
+// One step of iterative refinement of the full-rank coefficients B: the weighted residual r = W^1/2 (y - X b),
+// accumulated in double-double form so that its cancellation costs nothing, then b += R^-1 (Q'r)(1:ip).
+// Where the fit is close (Norris, Pontius) this recovers the digits that the rounding of Q'y and of the
+// back substitution lose; RSS, the residuals and Q itself still come from the factorisation as before.
+// R (IP by IP) and the reflectors are in DESIGN with ZETA; R holds N values, ROW and MINUS_B IP each, and
+// QWORK what the reflectors' application to one column needs.
+void refine_coefficients(const FitArgs &a, const Design &d, double *design, int ldq, const double *zeta, double *b,
+                         double *r, double *row, double *minus_b, double *qwork) {
+    const int n = a.n, ip = a.ip;
+    for (ptrdiff_t k = 0; k < ip; ++k) minus_b[k] = -b[k];
+    for (ptrdiff_t i = 0; i < n; ++i) {
+        d.row(i, row);
+        double hi = 0.0, lo = 0.0;
+        ZekFail local = clean_fail();
+        x03aac(row, 0, minus_b, 0, ip, 1, 1, a.y[i], 0.0, &hi, &lo, 1, &local);
+        r[i] = a.weighted ? (hi + lo) * std::sqrt(a.wt[i]) : hi + lo;
+    }
+    qr_apply('T', 'S', n, ip, design, ldq, zeta, 1, r, n, qwork);
+    for (ptrdiff_t i = ip - 1; i >= 0; --i) {
+        double s = r[i];
+        for (ptrdiff_t k = i + 1; k < ip; ++k) s -= design[i + k * static_cast<ptrdiff_t>(ldq)] * r[k];
+        r[i] = s / design[i + i * static_cast<ptrdiff_t>(ldq)];
+    }
+    for (ptrdiff_t k = 0; k < ip; ++k) {
+        if (std::isfinite(r[k])) b[k] += r[k];
+    }
+}
+
 void g02daf_worker(const FitArgs &a, const FitOut &o, char *errbuf, int *ifail) {
     FailureExit exit("G02DAF", errbuf, ifail);
     const int n = a.n, ip = a.ip;
@@ -125,6 +121,12 @@ void g02daf_worker(const FitArgs &a, const FitOut &o, char *errbuf, int *ifail) 
     const int rank = triangle_fit(ip, design, ldq, o.q, a.tol, o.p + ip, o.p + 2 * static_cast<ptrdiff_t>(ip), rinv,
                                   work, o.b, o.res, &full);
     if (rank < 0) return void(exit.fail(5, 99995, " ** SVD solution failed to converge"));
+    if (full) {
+        // RES is free until the residuals are formed; its first IP values are zero for a full-rank fit.
+        // SE and COV are free as well until the statistics are formed.
+        refine_coefficients(a, d, design, o.ldq, zeta, o.b, o.res, o.se, o.cov, work);
+        for (ptrdiff_t i = 0; i < ip; ++i) o.res[i] = 0.0;
+    }
     *o.svd = full ? 0 : 1;
     *o.irank = rank;
     double rss = 0.0;
@@ -298,6 +300,48 @@ void g02dgf_worker(char weight, int n, const double *wt, double *rss, int ip, in
 }
 
 } // namespace
+
+double triangular_condition(int ip, const double *r, std::ptrdiff_t ldr, double *rinv) {
+    using std::ptrdiff_t;
+    const double h = 1.0 / safe_minimum();
+    for (ptrdiff_t j = 0; j < ip; ++j) {
+        for (ptrdiff_t i = 0; i < ip; ++i) rinv[i + j * ip] = 0.0;
+    }
+    for (ptrdiff_t j = 0; j < ip; ++j) {
+        if (!(std::fabs(r[j + j * ldr]) > 0.0)) return h;
+        // Column j of R^-1 by back substitution on e_j.
+        rinv[j + j * ip] = 1.0 / r[j + j * ldr];
+        for (ptrdiff_t i = j - 1; i >= 0; --i) {
+            double s = 0.0;
+            for (ptrdiff_t k = i + 1; k <= j; ++k) s += r[i + k * ldr] * rinv[k + j * ip];
+            rinv[i + j * ip] = -s / r[i + i * ldr];
+        }
+    }
+    double nr = 0.0, ni = 0.0;
+    for (ptrdiff_t j = 0; j < ip; ++j) {
+        double cr = 0.0, ci = 0.0;
+        for (ptrdiff_t i = 0; i <= j; ++i) {
+            cr += std::fabs(r[i + j * ldr]);
+            ci += std::fabs(rinv[i + j * ip]);
+        }
+        nr = cr > nr ? cr : nr;
+        ni = ci > ni ? ci : ni;
+    }
+    if (!(ni < h) || !(nr < h)) return h;
+    if (nr > 1.0 && ni > h / nr) return h;
+    return nr * ni;
+}
+
+bool constraint_args_ok(ZekFail *fail, const char *name, int ip, int iconst, int tdc) {
+    if (ip < 1) return raise_int_arg(fail, name, ZE_INT_ARG_LT, "ip", "1", ip), false;
+    if (iconst < 1) return raise_int_arg(fail, name, ZE_INT_ARG_LT, "iconst", "1", iconst), false;
+    if (iconst >= ip) {
+        raise_formatted(fail, name, ZE_2_INT_ARG_GE, "iconst", static_cast<long>(iconst), "ip", static_cast<long>(ip),
+                        "iconst", "ip");
+        return false;
+    }
+    return !raise_below(fail, name, "tdc", tdc, "ip", ip);
+}
 
 int triangle_fit(int ip, const double *r, ptrdiff_t ldr, const double *c, double tol, double *sv, double *vt,
                  double *wmat, double *work, double *b, double *unexplained, bool *full) {

@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+#include "zek2/types.h"
+
 namespace zek {
 
 // The least-squares solution of R b = c for the upper triangular R (IP by IP, leading dimension LDR;
@@ -16,6 +18,15 @@ namespace zek {
 // squares.  WORK holds 5 IP reals.  Returns the rank, or -1 when the singular values do not converge.
 int triangle_fit(int ip, const double *r, std::ptrdiff_t ldr, const double *c, double tol, double *sv, double *vt,
                  double *wmat, double *work, double *b, double *unexplained, bool *full);
+
+// 1-norm condition of the upper triangular R (IP by IP, leading dimension LDR) with R^-1 formed in RINV
+// (IP by IP, leading dimension IP): exact rather than estimated, since the callers need R^-1 for the
+// covariance anyway.  A singular R, or a product that would pass 1/(smallest number), gives that bound.
+double triangular_condition(int ip, const double *r, std::ptrdiff_t ldr, double *rinv);
+
+// The argument checks that the estimable-function routines of the linear and generalised linear models
+// share (IP >= 1, 1 <= ICONST < IP, TDC >= IP), raised under NAME; false after a failure.
+bool constraint_args_ok(ZekFail *fail, const char *name, int ip, int iconst, int tdc);
 
 // COV(IP (IP + 1)/2, upper triangle by columns) := s2 W W' for W (IP by RANK, leading dimension IP), and
 // SE the square roots of its diagonal.

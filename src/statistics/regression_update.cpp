@@ -302,13 +302,7 @@ void g02dkc(int ip, int iconst, const double p[], const double c[], int tdc, dou
             double se[], double cov[], ZekFail *fail) {
     static const char *const kName = "g02dkc";
     zek::clear_fail(fail);
-    if (ip < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "ip", "1", ip);
-    if (iconst < 1) return zek::raise_int_arg(fail, kName, ZE_INT_ARG_LT, "iconst", "1", iconst);
-    if (iconst >= ip) {
-        return zek::raise_formatted(fail, kName, ZE_2_INT_ARG_GE, "iconst", static_cast<long>(iconst), "ip",
-                                    static_cast<long>(ip), "iconst", "ip");
-    }
-    if (zek::raise_below(fail, kName, "tdc", tdc, "ip", ip)) return;
+    if (!zek::constraint_args_ok(fail, kName, ip, iconst, tdc)) return;
     if (!(rss > 0.0) || std::isinf(rss)) return zek::raise_real_arg(fail, kName, ZE_REAL_ARG_LE, "rss", "0.0", rss);
     if (!(df > 0.0) || std::isinf(df)) return zek::raise_real_arg(fail, kName, ZE_REAL_ARG_LE, "df", "0.0", df);
     const std::ptrdiff_t np = ip, nc = iconst, rank = np - nc, ldc = tdc;

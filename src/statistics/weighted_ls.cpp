@@ -7,40 +7,11 @@
 #include "frame/machine.h"
 #include "kernels/qr.h"
 #include "kernels/svd.h"
+#include "statistics/regression.h"
 
 namespace zek {
 
-namespace {
-
 using std::ptrdiff_t;
-
-// 1-norm condition of the upper triangular R (P by P, LDR), R^-1 formed in RINV (P by P) since the
-// covariance needs it; a singular R or a product past 1/(smallest number) gives that bound.
-double condition_with_inverse(int p, const double *r, ptrdiff_t ldr, double *rinv) {
-    const double h = 1.0 / safe_minimum();
-    for (ptrdiff_t k = 0; k < static_cast<ptrdiff_t>(p) * p; ++k) rinv[k] = 0.0;
-    double nr = 0.0, ni = 0.0;
-    for (ptrdiff_t j = 0; j < p; ++j) {
-        if (!(std::fabs(r[j + j * ldr]) > 0.0)) return h;
-        rinv[j + j * p] = 1.0 / r[j + j * ldr];
-        for (ptrdiff_t i = j - 1; i >= 0; --i) {
-            double s = 0.0;
-            for (ptrdiff_t k = i + 1; k <= j; ++k) s += r[i + k * ldr] * rinv[k + j * p];
-            rinv[i + j * p] = -s / r[i + i * ldr];
-        }
-        double cr = 0.0, ci = 0.0;
-        for (ptrdiff_t i = 0; i <= j; ++i) {
-            cr += std::fabs(r[i + j * ldr]);
-            ci += std::fabs(rinv[i + j * p]);
-        }
-        nr = cr > nr ? cr : nr;
-        ni = ci > ni ? ci : ni;
-    }
-    if (!(ni < h) || !(nr < h) || (nr > 1.0 && ni > h / nr)) return h;
-    return nr * ni;
-}
-
-} // namespace
 
 WeightedLs::WeightedLs(int n, int p) : n_(n), p_(p) {
     const ptrdiff_t np = static_cast<ptrdiff_t>(n) * p, pp = static_cast<ptrdiff_t>(p) * p;
@@ -69,7 +40,7 @@ int WeightedLs::solve(const double *a, ptrdiff_t lda, const double *w, const dou
     qr_factor(n_, p_, a_, n_, zeta_);
     qr_apply('T', 'S', n_, p_, a_, n_, zeta_, 1, c_, n_, work_);
     const double t = tol > 0.0 ? tol : precision();
-    svd_ = !(condition_with_inverse(p_, a_, n, winv_) * t < 1.0);
+    svd_ = !(triangular_condition(p_, a_, n, winv_) * t < 1.0);
     rank_ = p_;
     const double *coef = c_;
     for (ptrdiff_t k = 0; k < p; ++k) sv_[k] = 0.0;
