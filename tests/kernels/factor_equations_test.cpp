@@ -135,10 +135,8 @@ TEST(LinearEquations, SolutionsWithAndWithoutRefinement) {
 }
 
 TEST(LinearEquationsReference, DeterminantAndSolutionAgreeWithReferenceLapack) {
-    const PeerBlas &lapack = reference_lapack();
-    ASSERT_TRUE(lapack.loaded()) << lapack.error();
     using Gesv = void (*)(const int *, const int *, double *, const int *, int *, double *, const int *, int *);
-    auto dgesv = lapack.get<Gesv>("dgesv");
+    auto dgesv = reference_lapack().get<Gesv>("dgesv");
     ASSERT_NE(dgesv, nullptr);
     const int n = 25, nrhs = 2;
     const Mat a = make_matrix(Kind::Random, n, n, 77);
@@ -370,11 +368,9 @@ TEST(Transpose, RectangularAndSquareInPlace) {
 }
 
 TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheCovariance) {
-    const PeerBlas &lapack = reference_lapack();
-    ASSERT_TRUE(lapack.loaded()) << lapack.error();
     using Gels = void (*)(const char *, const int *, const int *, const int *, double *, const int *, double *,
                           const int *, double *, const int *, int *, int);
-    auto dgels = lapack.get<Gels>("dgels");
+    auto dgels = reference_lapack().get<Gels>("dgels");
     ASSERT_NE(dgels, nullptr);
     const int m = 40, n = 7, one = 1;
     const Mat a = make_matrix(Kind::Graded, m, n, 12);
@@ -406,7 +402,7 @@ TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheC
     // Rank deficient (rank 4 of 8): the minimum-norm solution, as reference LAPACK's SVD solver gives it.
     using Gelss = void (*)(const int *, const int *, const int *, double *, const int *, double *, const int *,
                            double *, const double *, int *, double *, const int *, int *);
-    auto dgelss = lapack.get<Gelss>("dgelss");
+    auto dgelss = reference_lapack().get<Gelss>("dgelss");
     ASSERT_NE(dgelss, nullptr);
     const int dm = 20, dn = 8;
     Mat d = make_matrix(Kind::RankDeficient, dm, dn, 2);

@@ -192,12 +192,10 @@ TEST(LuFactor, ComplexFactorsReproduceTheMatrix) {
 // ---- Against reference LAPACK -----------------------------------------------------------------------
 
 TEST(LuReference, SameFactorsAndPivotsAsReferenceDgetrfAndZgetrf) {
-    const PeerBlas &lapack = reference_lapack();
-    ASSERT_TRUE(lapack.loaded()) << lapack.error();
     using Dgetrf = void (*)(const int *, const int *, double *, const int *, int *, int *);
-    auto dgetrf = lapack.get<Dgetrf>("dgetrf");
-    auto zgetrf = lapack.get<Dgetrf>("zgetrf");
-    ASSERT_NE(dgetrf, nullptr);
+    auto dgetrf = reference_lapack().get<Dgetrf>("dgetrf");
+    auto zgetrf = reference_lapack().get<Dgetrf>("zgetrf");
+    ASSERT_TRUE(dgetrf && zgetrf);
     for (auto [m, n] : {std::pair{50, 50}, std::pair{70, 41}, std::pair{33, 60}}) {
         const Mat a = make_matrix(Kind::Random, m, n, 99);
         const LuResult ours = dgetrf_with(a, 16);
@@ -221,15 +219,6 @@ TEST(LuReference, SameFactorsAndPivotsAsReferenceDgetrfAndZgetrf) {
 }
 
 // ---- The block-size store ---------------------------------------------------------------------------
-
-TEST(BlockSizeStore, IndexOfRoutineNames) {
-    // Either case, the name or its letters turned round; names outside the store have none.
-    const std::pair<const char *, int> names[] = {{"F07ADF", 1}, {"F07ARF", 3},  {"f07fdf", 9},  {"F07FRF", 11},
-                                                  {"ADZF07", 1}, {"F08AEF", 29}, {"F08AGF", 31}, {"F07ZZF", 0},
-                                                  {"G02AAF", 0}};
-    for (const auto &[name, index] : names) EXPECT_EQ(zek::block_size_index(name, 6), index) << name;
-    EXPECT_EQ(zek::block_size_index("F07", 3), 0);
-}
 
 TEST(BlockSizeStore, ReadSetAndRejections) {
     const int get = 0, set = 1;

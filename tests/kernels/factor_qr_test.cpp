@@ -217,16 +217,14 @@ TEST(QrPivoted, NormOrderAndTies) {
 // ---- F08 against reference LAPACK -------------------------------------------------------------------
 
 TEST(QrReference, Dgeqr2DormqrDgeqpfAgreeWithReferenceLapack) {
-    const PeerBlas &lapack = reference_lapack();
-    ASSERT_TRUE(lapack.loaded()) << lapack.error();
     using Geqr2 = void (*)(const int *, const int *, double *, const int *, double *, double *, int *);
     using Ormqr = void (*)(const char *, const char *, const int *, const int *, const int *, const double *,
                            const int *, const double *, double *, const int *, double *, const int *, int *, int,
                            int);
     using Geqpf = void (*)(const int *, const int *, double *, const int *, int *, double *, double *, int *);
-    auto geqr2 = lapack.get<Geqr2>("dgeqr2");
-    auto ormqr = lapack.get<Ormqr>("dormqr");
-    auto geqpf = lapack.get<Geqpf>("dgeqpf");
+    auto geqr2 = reference_lapack().get<Geqr2>("dgeqr2");
+    auto ormqr = reference_lapack().get<Ormqr>("dormqr");
+    auto geqpf = reference_lapack().get<Geqpf>("dgeqpf");
     ASSERT_TRUE(geqr2 && ormqr && geqpf);
     const int m = 60, n = 35, k = 35;
     const Mat a = make_matrix(Kind::Random, m, n, 41);
