@@ -220,6 +220,15 @@ TEST(LuReference, SameFactorsAndPivotsAsReferenceDgetrfAndZgetrf) {
 
 // ---- The block-size store ---------------------------------------------------------------------------
 
+TEST(BlockSizeStore, IndexOfRoutineNames) {
+    // Either case, the name or its letters turned round; names outside the store have none.
+    const std::pair<const char *, int> names[] = {{"F07ADF", 1}, {"F07ARF", 3},  {"f07fdf", 9},  {"F07FRF", 11},
+                                                  {"ADZF07", 1}, {"F08AEF", 29}, {"F08AGF", 31}, {"F07ZZF", 0},
+                                                  {"G02AAF", 0}};
+    for (const auto &[name, index] : names) EXPECT_EQ(zek::block_size_index(name, 6), index) << name;
+    EXPECT_EQ(zek::block_size_index("F07", 3), 0);
+}
+
 TEST(BlockSizeStore, ReadSetAndRejections) {
     const int get = 0, set = 1;
     int value = 99;
