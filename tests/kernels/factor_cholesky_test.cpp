@@ -194,26 +194,6 @@ TEST(CholeskyFactor, PackedSolveReportsAZeroDiagonalBeforeSolving) {
     EXPECT_EQ(info, 0);
 }
 
-TEST(CholeskyFactor, SilentRouteLeavesOnlyInfo) {
-    struct Case {
-        char uplo;
-        int n, lda, info;
-    };
-    const Case cases[] = {{'X', 2, 2, -1}, {'U', -1, 1, -2}, {'l', 3, 2, -4}};
-    for (const Case &c : cases) {
-        StdoutCapture capture;
-        double a[9] = {0};
-        int i1 = 0, i2 = 0, i3 = 0;
-        F07FDF(&c.uplo, &c.n, a, &c.lda, &i1, 1);
-        F07FRF(&c.uplo, &c.n, a, &c.lda, &i2, 1);
-        F07FRZ(&c.uplo, &c.n, a, &c.lda, &i3, 1);
-        EXPECT_EQ(i1, c.info);
-        EXPECT_EQ(i2, c.info);
-        EXPECT_EQ(i3, c.info);
-        EXPECT_EQ(capture.text(), "");
-    }
-}
-
 // The hard route: the report goes to the host channel (sent to stderr here, for the death test to see
 // it) and the process ends with status 0, whatever the caller wanted.
 TEST(CholeskyFactorDeathTest, HardRouteReportsAndEndsTheProcess) {

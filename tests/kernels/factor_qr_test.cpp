@@ -278,25 +278,3 @@ TEST(QrReference, Dgeqr2DormqrDgeqpfAgreeWithReferenceLapack) {
             worst = std::max(worst, std::fabs(std::fabs(p1(i, j)) - std::fabs(p2(i, j))));
     EXPECT_LT(worst, 1e-10);
 }
-
-TEST(QrReference, SilentArgumentErrors) {
-    StdoutCapture capture;
-    double a[4] = {0}, w[4];
-    int jp[2] = {0, 0};
-    int info = 0;
-    const int m = 2, n = 2, bad = -1, k3 = 3;
-    F08AEZ(&bad, &n, a, &m, w, w, &info);
-    EXPECT_EQ(info, -1);
-    F08BEF(&m, &n, a, &bad, jp, w, w, &info);
-    EXPECT_EQ(info, -4);
-    F08AGZ("X", "N", &m, &n, &n, a, &m, w, a, &m, w, &info, 1, 1);
-    EXPECT_EQ(info, -1);
-    F08AGF("L", "C", &m, &n, &n, a, &m, w, a, &m, w, &m, &info, 1, 1);
-    EXPECT_EQ(info, -2);
-    F08AGF("L", "N", &m, &n, &k3, a, &m, w, a, &m, w, &m, &info, 1, 1);
-    EXPECT_EQ(info, -5);
-    const int lw0 = 0;
-    F08AGF("L", "N", &m, &n, &n, a, &m, w, a, &m, w, &lw0, &info, 1, 1);
-    EXPECT_EQ(info, -12);
-    EXPECT_EQ(capture.text(), "");
-}
