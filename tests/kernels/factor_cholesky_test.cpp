@@ -17,17 +17,25 @@ void set_block_size(const char *name, int nb) {
     F07_BLOCK_SIZE(&param, name, &nb, &set, 6);
 }
 
+// Whether (I, J) lies in the UPLO triangle.
+bool stored(char uplo, int i, int j) { return uplo == 'U' ? i <= j : i >= j; }
+
 // U'*U or L*L' from the factor in the UPLO triangle of F.
 Mat cholesky_product(const Mat &f, char uplo) {
-    const int n = f.n;
-    Mat t(n, n);
-    for (int j = 0; j < n; ++j)
-        for (int i = 0; i < n; ++i)
-            if ((uplo == 'U' && i <= j) || (uplo == 'L' && i >= j)) t(i, j) = f(i, j);
-    Mat tt(n, n);
-    for (int j = 0; j < n; ++j)
-        for (int i = 0; i < n; ++i) tt(i, j) = t(j, i);
-    return uplo == 'U' ? multiply(tt, t) : multiply(t, tt);
+    Mat t(f.n, f.n);
+    for (int j = 0; j < f.n; ++j)
+        for (int i = 0; i < f.n; ++i)
+            if (stored(uplo, i, j)) t(i, j) = f(i, j);
+    return uplo == 'U' ? multiply(transposed(t), t) : multiply(t, transposed(t));
+}
+
+// The UPLO triangle of A packed by columns.
+std::vector<double> packed(const Mat &a, char uplo) {
+    std::vector<double> ap;
+    for (int j = 0; j < a.n; ++j)
+        for (int i = 0; i < a.n; ++i)
+            if (stored(uplo, i, j)) ap.push_back(a(i, j));
+    return ap;
 }
 
 // The UPLO triangle of A with the other one copied from it (so that comparisons see a full matrix).
@@ -35,7 +43,7 @@ Mat symmetrised(const Mat &a, char uplo) {
     Mat s = a;
     for (int j = 0; j < a.n; ++j)
         for (int i = 0; i < a.n; ++i)
-            if ((uplo == 'U') ? i > j : i < j) s(i, j) = a(j, i);
+            if (!stored(uplo, i, j)) s(i, j) = a(j, i);
     return s;
 }
 
@@ -63,10 +71,7 @@ TEST_P(CholeskyBackwardError, BlockedEqualsUnblockedAndReproducesTheMatrix) {
     EXPECT_EQ(fz.v, f1.v);
 
     // Packed storage gives the same factor.
-    std::vector<double> ap;
-    for (int j = 0; j < n; ++j)
-        for (int i = 0; i < n; ++i)
-            if ((uplo == 'U' && i <= j) || (uplo == 'L' && i >= j)) ap.push_back(a(i, j));
+    std::vector<double> ap = packed(a, uplo);
     int infop = -1;
     F07GDF(u, &n, ap.data(), &infop, 1);
     EXPECT_EQ(infop, 0);
@@ -74,7 +79,7 @@ TEST_P(CholeskyBackwardError, BlockedEqualsUnblockedAndReproducesTheMatrix) {
     double worst = 0.0;
     for (int j = 0; j < n; ++j)
         for (int i = 0; i < n; ++i)
-            if ((uplo == 'U' && i <= j) || (uplo == 'L' && i >= j))
+            if (stored(uplo, i, j))
                 worst = std::max(worst, std::fabs(ap[k++] - f1(i, j)) / (1.0 + std::fabs(f1(i, j))));
     EXPECT_LT(worst, 1e-12);
 
@@ -113,10 +118,7 @@ TEST(CholeskyFactor, IndefiniteMatrixStopsAtItsMinor) {
             F07FDF(&uplo, &n, f.data(), &f.ld, &info, 1);
             EXPECT_EQ(info, 4) << uplo << nb;
         }
-        std::vector<double> ap;
-        for (int j = 0; j < n; ++j)
-            for (int i = 0; i < n; ++i)
-                if ((uplo == 'U' && i <= j) || (uplo == 'L' && i >= j)) ap.push_back(a(i, j));
+        std::vector<double> ap = packed(a, uplo);
         int info = 0;
         F07GDF(&uplo, &n, ap.data(), &info, 1);
         EXPECT_EQ(info, 4);
