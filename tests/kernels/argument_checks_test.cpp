@@ -17,7 +17,6 @@
 namespace {
 
 std::vector<double> a(64, 1.0), b(64, 2.0), x(16, 3.0), y(16, 4.0);
-const double z[2] = {1.0, 0.0};
 
 struct HardCase {
     const char *what;
@@ -156,7 +155,6 @@ TEST(QuickReturns, AfterTheChecksNothingIsTouched) {
     std::vector<double> yy = {std::nan(""), std::nan("")};
     F06PAF("N", 2, 2, 0.0, a.data(), 2, x.data(), 1, 0.0, yy.data(), 1, 1);
     EXPECT_EQ(yy, std::vector<double>(2, 0.0));
-    (void)z;
 }
 
 } // namespace

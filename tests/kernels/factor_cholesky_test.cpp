@@ -17,17 +17,25 @@ void set_block_size(const char *name, int nb) {
     F07_BLOCK_SIZE(&param, name, &nb, &set, 6);
 }
 
+// Whether (I, J) lies in the UPLO triangle.
+bool stored(char uplo, int i, int j) { return uplo == 'U' ? i <= j : i >= j; }
+
 // U'*U or L*L' from the factor in the UPLO triangle of F.
 Mat cholesky_product(const Mat &f, char uplo) {
-    const int n = f.n;
-    Mat t(n, n);
-    for (int j = 0; j < n; ++j)
-        for (int i = 0; i < n; ++i)
-            if ((uplo == 'U' && i <= j) || (uplo == 'L' && i >= j)) t(i, j) = f(i, j);
-    Mat tt(n, n);
-    for (int j = 0; j < n; ++j)
-        for (int i = 0; i < n; ++i) tt(i, j) = t(j, i);
-    return uplo == 'U' ? multiply(tt, t) : multiply(t, tt);
+    Mat t(f.n, f.n);
+    for (int j = 0; j < f.n; ++j)
+        for (int i = 0; i < f.n; ++i)
+            if (stored(uplo, i, j)) t(i, j) = f(i, j);
+    return uplo == 'U' ? multiply(transposed(t), t) : multiply(t, transposed(t));
+}
+
+// The UPLO triangle of A packed by columns.
+std::vector<double> packed(const Mat &a, char uplo) {
+    std::vector<double> ap;
+    for (int j = 0; j < a.n; ++j)
+        for (int i = 0; i < a.n; ++i)
+            if (stored(uplo, i, j)) ap.push_back(a(i, j));
+    return ap;
 }
 
 // The UPLO triangle of A with the other one copied from it (so that comparisons see a full matrix).
@@ -35,7 +43,7 @@ Mat symmetrised(const Mat &a, char uplo) {
     Mat s = a;
     for (int j = 0; j < a.n; ++j)
         for (int i = 0; i < a.n; ++i)
-            if ((uplo == 'U') ? i > j : i < j) s(i, j) = a(j, i);
+            if (!stored(uplo, i, j)) s(i, j) = a(j, i);
     return s;
 }
 
@@ -63,10 +71,7 @@ TEST_P(CholeskyBackwardError, BlockedEqualsUnblockedAndReproducesTheMatrix) {
     EXPECT_EQ(fz.v, f1.v);
 
     // Packed storage gives the same factor.
-    std::vector<double> ap;
-    for (int j = 0; j < n; ++j)
-        for (int i = 0; i < n; ++i)
-            if ((uplo == 'U' && i <= j) || (uplo == 'L' && i >= j)) ap.push_back(a(i, j));
+    std::vector<double> ap = packed(a, uplo);
     int infop = -1;
     F07GDF(u, &n, ap.data(), &infop, 1);
     EXPECT_EQ(infop, 0);
@@ -74,7 +79,7 @@ TEST_P(CholeskyBackwardError, BlockedEqualsUnblockedAndReproducesTheMatrix) {
     double worst = 0.0;
     for (int j = 0; j < n; ++j)
         for (int i = 0; i < n; ++i)
-            if ((uplo == 'U' && i <= j) || (uplo == 'L' && i >= j))
+            if (stored(uplo, i, j))
                 worst = std::max(worst, std::fabs(ap[k++] - f1(i, j)) / (1.0 + std::fabs(f1(i, j))));
     EXPECT_LT(worst, 1e-12);
 
@@ -113,10 +118,7 @@ TEST(CholeskyFactor, IndefiniteMatrixStopsAtItsMinor) {
             F07FDF(&uplo, &n, f.data(), &f.ld, &info, 1);
             EXPECT_EQ(info, 4) << uplo << nb;
         }
-        std::vector<double> ap;
-        for (int j = 0; j < n; ++j)
-            for (int i = 0; i < n; ++i)
-                if ((uplo == 'U' && i <= j) || (uplo == 'L' && i >= j)) ap.push_back(a(i, j));
+        std::vector<double> ap = packed(a, uplo);
         int info = 0;
         F07GDF(&uplo, &n, ap.data(), &info, 1);
         EXPECT_EQ(info, 4);
@@ -164,10 +166,8 @@ TEST(CholeskyFactor, ComplexHermitianFactorBlockedAndUnblocked) {
 }
 
 TEST(CholeskyReference, SameFactorAsReferenceDpotrf) {
-    const PeerBlas &lapack = reference_lapack();
-    ASSERT_TRUE(lapack.loaded()) << lapack.error();
     using Potrf = void (*)(const char *, const int *, double *, const int *, int *, int);
-    auto dpotrf = lapack.get<Potrf>("dpotrf");
+    auto dpotrf = reference_lapack().get<Potrf>("dpotrf");
     ASSERT_NE(dpotrf, nullptr);
     const int n = 90;
     for (char uplo : {'U', 'L'}) {
@@ -196,53 +196,22 @@ TEST(CholeskyFactor, PackedSolveReportsAZeroDiagonalBeforeSolving) {
     EXPECT_EQ(info, 0);
 }
 
-TEST(CholeskyFactor, SilentRouteLeavesOnlyInfo) {
-    struct Case {
-        char uplo;
-        int n, lda, info;
+// The hard route: the report goes to the host channel (sent to stderr here, for the death test to see
+// it) and the process ends with status 0, whatever the caller wanted.
+TEST(CholeskyFactorDeathTest, HardRouteReportsAndEndsTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    static double a[4] = {1, 0, 0, 1};
+    static int info = 0;
+    static const int n2 = 2, bad = -1, lda1 = 1;
+    const std::pair<void (*)(), const char *> cases[] = {
+        {[] { F07FDZ("Q", &n2, a, &n2, &info, 1); }, "parameter number  1 had an illegal value"},
+        {[] { F07FDZ("U", &n2, a, &lda1, &info, 1); }, "parameter number  4 had an illegal value"},
+        {[] { F07GDF("U", &bad, a, &info, 1); },
+         "On entry to F07GDF/DPPTRF parameter number  2 had an illegal value.*ABNORMAL EXIT from ZEK Library "
+         "routine F07GDF: INFO =    -2"},
+        {[] { F07UEF("U", "N", "N", &n2, &bad, a, a, &n2, &info, 1, 1, 1); }, "parameter number  5 had"},
+        {[] { F07UEF("U", "N", "N", &n2, &n2, a, a, &lda1, &info, 1, 1, 1); }, "parameter number  8 had"},
     };
-    const Case cases[] = {{'X', 2, 2, -1}, {'U', -1, 1, -2}, {'l', 3, 2, -4}};
-    for (const Case &c : cases) {
-        StdoutCapture capture;
-        double a[9] = {0};
-        int i1 = 0, i2 = 0, i3 = 0;
-        F07FDF(&c.uplo, &c.n, a, &c.lda, &i1, 1);
-        F07FRF(&c.uplo, &c.n, a, &c.lda, &i2, 1);
-        F07FRZ(&c.uplo, &c.n, a, &c.lda, &i3, 1);
-        EXPECT_EQ(i1, c.info);
-        EXPECT_EQ(i2, c.info);
-        EXPECT_EQ(i3, c.info);
-        EXPECT_EQ(capture.text(), "");
-    }
-}
-
-// The hard route: the report goes to the host channel and the process ends with status 0, whatever
-// the caller wanted.
-TEST(CholeskyFactorDeathTest, HardRouteEndsTheProcess) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    double a[4] = {1, 0, 0, 1};
-    int info = 0;
-    const int n2 = 2, bad = -1, lda1 = 1;
-    EXPECT_EXIT(F07FDZ("Q", &n2, a, &n2, &info, 1), ::testing::ExitedWithCode(0), "");
-    EXPECT_EXIT(F07FDZ("U", &n2, a, &lda1, &info, 1), ::testing::ExitedWithCode(0), "");
-    EXPECT_EXIT(F07GDF("U", &bad, a, &info, 1), ::testing::ExitedWithCode(0), "");
-    EXPECT_EXIT(F07UEF("U", "N", "N", &n2, &bad, a, a, &n2, &info, 1, 1, 1), ::testing::ExitedWithCode(0), "");
-    EXPECT_EXIT(F07UEF("U", "N", "N", &n2, &n2, a, a, &lda1, &info, 1, 1, 1), ::testing::ExitedWithCode(0), "");
-}
-
-// What the hard route prints, captured in a child that ends.
-TEST(CholeskyFactorDeathTest, HardRouteMessage) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    int info = 0;
-    const int bad = -1;
-    double ap[1] = {1};
-    EXPECT_EXIT(
-        {
-            std::fflush(stdout);
-            dup2(2, 1); // let the death test see stdout
-            F07GDF("U", &bad, ap, &info, 1);
-        },
-        ::testing::ExitedWithCode(0),
-        "On entry to F07GDF/DPPTRF parameter number  2 had an illegal value.*ABNORMAL EXIT from ZEK Library "
-        "routine F07GDF: INFO =    -2");
+    for (const auto &[call, message] : cases)
+        EXPECT_EXIT((std::fflush(stdout), dup2(2, 1), call()), ::testing::ExitedWithCode(0), message);
 }

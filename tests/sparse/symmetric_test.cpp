@@ -24,26 +24,20 @@ template <class T>
 Outcome run(const std::string &method, int n, const std::vector<T> &a, const std::vector<T> &b, char precon,
             bool sigcmp, int maxitn = 2000) {
     std::vector<T> work(static_cast<std::size_t>(12 * n + 4200), T(0.0)), u(b.size(), T(0.0)), v = b;
-    double *w = reinterpret_cast<double *>(work.data());
+    double *w = sparse_test::raw(work);
     const int iterm = 1, maxits = 2000, monit = 0, lwork = static_cast<int>(work.size());
     const double tol = 1e-10, anorm = 0.0, sigmax = 0.0, sigtol = 1e-8;
     int lwreq = 0, ifail = 1, irevcm = 0;
     const char *pc = precon == 'N' ? "N" : "P", *sc = sigcmp ? "S" : "N";
     const int len = static_cast<int>(method.size());
-    if constexpr (std::is_same_v<T, double>)
-        F11GDF(method.c_str(), pc, sc, "I", "N", &iterm, &n, &tol, &maxitn, &anorm, &sigmax, &sigtol, &maxits, &monit,
-               &lwreq, w, &lwork, &ifail, len, 1, 1, 1, 1);
-    else
-        F11GRF(method.c_str(), pc, sc, "I", "N", &iterm, &n, &tol, &maxitn, &anorm, &sigmax, &sigtol, &maxits, &monit,
-               &lwreq, w, &lwork, &ifail, len, 1, 1, 1, 1);
+    sparse_test::twin<T>(F11GDF, F11GRF)(method.c_str(), pc, sc, "I", "N", &iterm, &n, &tol, &maxitn, &anorm, &sigmax,
+                                         &sigtol, &maxits, &monit, &lwreq, w, &lwork, &ifail, len, 1, 1, 1, 1);
     EXPECT_EQ(ifail, 0);
     EXPECT_LE(lwreq, lwork);
     Outcome out;
     for (int calls = 0; calls < 100000; ++calls) {
         ifail = 1;
-        double *du = reinterpret_cast<double *>(u.data()), *dv = reinterpret_cast<double *>(v.data());
-        if constexpr (std::is_same_v<T, double>) F11GEF(&irevcm, du, dv, nullptr, w, &lwork, &ifail);
-        else F11GSF(&irevcm, du, dv, nullptr, w, &lwork, &ifail);
+        sparse_test::twin<T>(F11GEF, F11GSF)(&irevcm, sparse_test::raw(u), sparse_test::raw(v), nullptr, w, &lwork, &ifail);
         if (irevcm == 4) break;
         if (irevcm == 1)
             for (int i = 0; i < n; ++i) {
@@ -59,18 +53,13 @@ Outcome run(const std::string &method, int n, const std::vector<T> &a, const std
     out.ifail = ifail;
     double stplhs, stprhs, an;
     int f = 1;
-    if constexpr (std::is_same_v<T, double>) F11GFF(&out.itn, &stplhs, &stprhs, &an, &out.sigmax, w, &lwork, &f);
-    else F11GTF(&out.itn, &stplhs, &stprhs, &an, &out.sigmax, w, &lwork, &f);
+    sparse_test::twin<T>(F11GFF, F11GTF)(&out.itn, &stplhs, &stprhs, &an, &out.sigmax, w, &lwork, &f);
     EXPECT_EQ(f, 0);
     out.residual = sparse_test::relative_residual(n, a, u, b);
     return out;
 }
 
-std::vector<double> rhs(int n) {
-    std::vector<double> b(static_cast<std::size_t>(n));
-    for (int i = 0; i < n; ++i) b[i] = 1.0 + std::sin(static_cast<double>(i));
-    return b;
-}
+std::vector<double> rhs(int n) { return sparse_test::right_side<double>(n); }
 
 TEST(SymmetricSuite, ConvergesOnDefiniteMatricesAndHermitianForms) {
     for (const char *name : {"gr_30_30", "bcsstk01"}) {
