@@ -71,24 +71,24 @@ bool is_integer_conversion(char c) { return std::strchr("diouxXc", c) != nullptr
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 std::string format_piece(const std::string &piece, const Directive &d, const MessageValue &v) {
-    const std::string spec = piece.substr(0, d.end);
+    const std::string conversion = piece.substr(0, d.end);
     const std::string rest = piece.substr(d.end);
     std::string out;
     if (is_real_conversion(d.conversion)) {
         const double x = v.kind() == MessageValue::Kind::Real      ? v.real()
                          : v.kind() == MessageValue::Kind::Integer ? static_cast<double>(v.integer())
                                                                    : 0.0;
-        out = format(spec.c_str(), x);
+        out = format(conversion.c_str(), x);
     } else if (is_integer_conversion(d.conversion)) {
         const long n = v.kind() == MessageValue::Kind::Integer ? v.integer()
                        : v.kind() == MessageValue::Kind::Real  ? static_cast<long>(v.real())
                                                                : 0L;
-        out = d.long_modifier ? format(spec.c_str(), n) : format(spec.c_str(), static_cast<int>(n));
+        out = d.long_modifier ? format(conversion.c_str(), n) : format(conversion.c_str(), static_cast<int>(n));
     } else if (d.conversion == 's') {
         const std::string text = v.kind() == MessageValue::Kind::Text ? v.text() : std::string();
-        out = format(spec.c_str(), text.c_str());
+        out = format(conversion.c_str(), text.c_str());
     } else {
-        out = spec;  // not a conversion we pass values to: keep the text
+        out = conversion;  // not a conversion we pass values to: keep the text
     }
     // Whatever follows the directive is literal text.
     return out + unescape_percent(rest);
