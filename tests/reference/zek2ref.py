@@ -1,0 +1,54 @@
+"""What the reference scripts share: the built library loaded through ctypes as a host loads it, its
+routines bound by the names the public headers give their export symbols, and arrays passed the way a
+host passes them (column order, 32-bit integers, scalars by address)."""
+import ctypes
+import os
+import pathlib
+import sys
+
+import numpy as np
+
+_root = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(_root / 'cmake'))
+from export_table import scan_headers  # noqa: E402
+
+library = ctypes.CDLL(os.environ['ZEK2_LIBRARY'])
+_symbols = {name: symbol for _, name, symbol in scan_headers(_root / 'include' / 'zek2')}
+
+
+def routine(name, restype=None):
+    """The library's routine NAME (as the headers name it), bound by its export symbol."""
+    function = getattr(library, _symbols[name])
+    function.restype = restype
+    return function
+
+
+def address(name):
+    """The address of routine NAME, for arguments that take a routine of the library (the adaptors)."""
+    return ctypes.cast(getattr(library, _symbols[name]), ctypes.c_void_p)
+
+
+def doubles(values, shape=None):
+    """A column-ordered float64 copy of VALUES that the library may write into."""
+    array = np.array(values, dtype=np.float64, order='F')
+    return array.reshape(shape, order='F') if shape is not None else array
+
+
+def ints(values):
+    return np.array(values, dtype=np.int32)
+
+
+def ptr(array):
+    """The address of ARRAY's data; None passes a null pointer."""
+    return None if array is None else array.ctypes.data_as(ctypes.c_void_p)
+
+
+def scalar(value):
+    """A scalar passed by address: an int for a Python int, a double for a float."""
+    return ctypes.c_int(value) if isinstance(value, int) else ctypes.c_double(value)
+
+
+def relative_difference(ours, theirs):
+    """max |ours - theirs| / max(1, |theirs|) over the elements."""
+    ours, theirs = np.asarray(ours, dtype=float), np.asarray(theirs, dtype=float)
+    return float(np.max(np.abs(ours - theirs) / np.maximum(1.0, np.abs(theirs))))
