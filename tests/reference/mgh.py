@@ -22,7 +22,8 @@ def jennrich_sampson(x):  # 6
 
 
 def helical_valley(x):  # 7
-    theta = np.arctan(x[1] / x[0]) / (2 * np.pi) + (0.5 if np.real(x[0]) < 0 else 0.0)
+    with np.errstate(divide='ignore', invalid='ignore'):  # a search may try x1 = 0
+        theta = np.arctan(x[1] / x[0]) / (2 * np.pi) + (0.5 if np.real(x[0]) < 0 else 0.0)
     return np.array([10 * (x[2] - 10 * theta), 10 * (np.sqrt(x[0] ** 2 + x[1] ** 2) - 1), x[2]])
 
 
