@@ -16,7 +16,7 @@ MAXCAL = 20000
 
 # (problem, the minimum of f reached from the published start, whether SciPy reaches it).  From the
 # published start Freudenstein-Roth leads both to its local minimum.  On Box3 SciPy lets x2 run off to
-# 2311, where exp(-t x2) has vanished and f settles at 0.0756 on the asymptote with a gradient of 1e-8:
+# 2311, where exp(-t x2) has vanished and f settles at 0.0756 on the asymptote with a gradient of 1e-6:
 # stationary only in the limit, while f = 0 at (1, 10, 1), which E04CCF finds.
 CASES = [('Rosenbrock', 0.0, True), ('FreudensteinRoth', 48.9842536792400, True), ('Beale', 0.0, True),
          ('HelicalValley', 0.0, True), ('Box3', 0.0, False), ('Bard', 8.21487730657897e-3, True),
