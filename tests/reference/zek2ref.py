@@ -52,3 +52,11 @@ def relative_difference(ours, theirs):
     """max |ours - theirs| / max(1, |theirs|) over the elements."""
     ours, theirs = np.asarray(ours, dtype=float), np.asarray(theirs, dtype=float)
     return float(np.max(np.abs(ours - theirs) / np.maximum(1.0, np.abs(theirs))))
+
+
+def view(pointer, rows, columns=None):
+    """The caller's array at POINTER seen in place inside a callback: a vector of ROWS, or a column-ordered
+    ROWS by COLUMNS matrix (ROWS the leading dimension)."""
+    if columns is None:
+        return np.ctypeslib.as_array(pointer, (rows,))
+    return np.ctypeslib.as_array(pointer, (columns, rows)).T
