@@ -52,3 +52,28 @@ def relative_difference(ours, theirs):
     """max |ours - theirs| / max(1, |theirs|) over the elements."""
     ours, theirs = np.asarray(ours, dtype=float), np.asarray(theirs, dtype=float)
     return float(np.max(np.abs(ours - theirs) / np.maximum(1.0, np.abs(theirs))))
+
+
+def ref(*values):
+    """Scalars passed by address (see scalar), in order."""
+    return [ctypes.byref(scalar(v)) for v in values]
+
+
+class Options:
+    """The state arrays of comprehensive solver SOLVER ("E04NCA", "E04UCA" ...) as E04WBA leaves them,
+    then each of LINES applied through the solver's option routine SETTER ("E04NEF" ...) with the list
+    flag off.  state() gives the three arrays the solver takes last before IFAIL."""
+
+    def __init__(self, solver, setter, lines=()):
+        self.lwsav, self.iwsav, self.rwsav = ints([0] * 120), ints([0] * 610), doubles([0.0] * 475)
+        cwsav, ifail = ctypes.create_string_buffer(80), ctypes.c_int(0)
+        routine('E04WBA_PLAIN')(solver.encode(), cwsav, *ref(1), ptr(self.lwsav), *ref(120), ptr(self.iwsav),
+                                *ref(610), ptr(self.rwsav), *ref(475), ctypes.byref(ifail))
+        assert ifail.value == 0, (solver, ifail.value)
+        for line in lines:
+            inform = ctypes.c_int(0)
+            routine(setter + '_PLAIN')(line.encode(), *self.state(), ctypes.byref(inform), len(line))
+            assert inform.value == 0, (line, inform.value)
+
+    def state(self):
+        return ptr(self.lwsav), ptr(self.iwsav), ptr(self.rwsav)
