@@ -6,11 +6,10 @@ import ctypes
 import unittest
 
 import numpy as np
-from scipy.optimize import linprog, lsq_linear, minimize, nnls
+from scipy.optimize import linprog, lsq_linear, nnls
 
-from zek2ref import Options, doubles, ints, ptr, ref, relative_difference, routine
+from zek2ref import BIG, FirstOrder, Options, doubles, ints, ptr, ref, relative_difference, routine, slsqp
 
-BIG = 1e20  # a bound at or beyond the infinite bound size counts as absent
 rng = np.random.default_rng(20261124)
 summary = []
 
@@ -32,20 +31,19 @@ def no_rows(n):
     return np.zeros((0, n))
 
 
-def nca(a, b, c, bl, bu, cvec=None):
+def nca(a, b, c, bl, bu):
     m, n = a.shape
     nclin = c.shape[0]
-    options = Options('E04NCA', 'E04NEF', ['Print Level = 0', 'Problem Type = ' + ('LS1' if cvec is None else 'LS2')])
+    options = Options('E04NCA', 'E04NEF', ['Print Level = 0', 'Problem Type = LS1'])
     istate, kx, x, clamda = ints([0] * (n + nclin)), ints([0] * n), doubles(np.zeros(n)), doubles(np.zeros(n + nclin))
     liwork, lwork = 2 * n + 3, 17 * n + 6 * nclin + m + 4 * n * n + max(m, n) * n - (n * n if nclin == 0 else 0)
     iwork, work = ints([0] * liwork), doubles(np.zeros(lwork))
     it, obj, ifail = ctypes.c_int(0), ctypes.c_double(0.0), ctypes.c_int(1)
     routine('E04NCA')(*ref(m, n, nclin, max(1, nclin), m), ptr(doubles(c if nclin else [0.0])), ptr(doubles(bl)),
-                      ptr(doubles(bu)), ptr(doubles(np.zeros(n) if cvec is None else cvec)), ptr(istate), ptr(kx),
+                      ptr(doubles(bu)), ptr(doubles(np.zeros(n))), ptr(istate), ptr(kx),
                       ptr(x), ptr(doubles(a)), ptr(doubles(b)), ctypes.byref(it), ctypes.byref(obj), ptr(clamda),
                       ptr(iwork), *ref(liwork), ptr(work), *ref(lwork), *options.state(), ctypes.byref(ifail))
-    gradient = a.T @ (a @ x - b) + (0 if cvec is None else cvec)
-    return ifail.value, x, obj.value, gradient, clamda, istate
+    return ifail.value, x, obj.value, a.T @ (a @ x - b), clamda, istate
 
 
 def nfa(h, cvec, c, bl, bu):
@@ -62,42 +60,6 @@ def nfa(h, cvec, c, bl, bu):
                       ptr(x), ctypes.byref(it), ctypes.byref(obj), ptr(ax), ptr(clamda), ptr(iwork), *ref(liwork),
                       ptr(work), *ref(lwork), None, None, *options.state(), ctypes.byref(ifail))
     return ifail.value, x, obj.value, h @ x + cvec, clamda, istate
-
-
-def slsqp(f, grad, n, c, bl, bu):
-    """SciPy's SLSQP on  min f  s.t.  BL <= (x ; C x) <= BU, from x = 0."""
-    finite = lambda v: None if abs(v) >= BIG else v
-    cons = []
-    for i, row in enumerate(c):
-        lo, hi = bl[n + i], bu[n + i]
-        if lo == hi:
-            cons.append({'type': 'eq', 'fun': lambda x, r=row, v=lo: r @ x - v, 'jac': lambda x, r=row: r})
-            continue
-        if lo > -BIG:
-            cons.append({'type': 'ineq', 'fun': lambda x, r=row, v=lo: r @ x - v, 'jac': lambda x, r=row: r})
-        if hi < BIG:
-            cons.append({'type': 'ineq', 'fun': lambda x, r=row, v=hi: v - r @ x, 'jac': lambda x, r=-row: r})
-    return minimize(f, np.zeros(n), jac=grad, method='SLSQP', constraints=cons,
-                    bounds=[(finite(lo), finite(hi)) for lo, hi in zip(bl[:n], bu[:n])],
-                    options={'ftol': 1e-15, 'maxiter': 1000})
-
-
-class Checks(unittest.TestCase):
-    def assert_first_order(self, gradient, x, c, bl, bu, clamda, istate, tol=1e-8):
-        """Feasibility, g = (I ; C)' lambda, lambda >= 0 only on lower bounds and <= 0 only on upper
-        bounds (complementarity), and ISTATE naming the bound each active row sits on."""
-        n = x.size
-        rows = np.vstack([np.eye(n), c])
-        v, scale = rows @ x, 1.0 + np.max(np.abs(gradient))
-        lo, hi = np.where(bl <= -BIG, -np.inf, bl), np.where(bu >= BIG, np.inf, bu)
-        slack = tol * (1.0 + np.abs(v))
-        self.assertTrue(np.all(v >= lo - slack) and np.all(v <= hi + slack), 'infeasible')
-        self.assertLess(np.max(np.abs(gradient - rows.T @ clamda)), tol * scale, 'stationarity')
-        self.assertTrue(np.all((v - lo <= slack)[clamda > tol * scale]), 'lower complementarity')
-        self.assertTrue(np.all((hi - v <= slack)[clamda < -tol * scale]), 'upper complementarity')
-        for j, s in enumerate(istate):
-            if s in (1, 2, 3):
-                self.assertLess(abs(v[j] - (hi[j] if s == 2 else lo[j])), slack[j], f'ISTATE({j + 1}) = {s}')
 
 
 # (name, A, b, lower, upper): bounds of the variables only.
@@ -135,7 +97,7 @@ def face_width(a, x, bl, bu):
     """The width of the set of minimisers {x within bounds : A x = A x*} (the residual is unique), by
     linear programs along random directions; the equations are those of the row space of A, which are
     well conditioned where A itself is rank deficient."""
-    u, sv, vt = np.linalg.svd(a, full_matrices=False)
+    _, sv, vt = np.linalg.svd(a, full_matrices=False)
     rows = vt[sv > 1e-10 * sv[0]]
     bounds = [(None if lo <= -BIG else lo, None if hi >= BIG else hi) for lo, hi in zip(bl, bu)]
     width = 0.0
@@ -147,13 +109,13 @@ def face_width(a, x, bl, bu):
     return width
 
 
-class LeastSquares(Checks):
+class LeastSquares(FirstOrder):
     def compare(self, table, name, a, b, bl, bu, obj_theirs, x_theirs):
         ifail, x, obj, g, clamda, istate = nca(a, b, no_rows(a.shape[1]), np.array(bl, float), np.array(bu, float))
         # Where the minimisers form a face, "weak" (IFAIL 1) is the honest word and the points may differ.
         unique = face_width(a, x, bl, bu) < 1e-7
         self.assertEqual(ifail, 0 if unique else 1)
-        self.assert_first_order(g, x, no_rows(a.shape[1]), np.array(bl, float), np.array(bu, float), clamda, istate)
+        self.assert_first_order(g, np.eye(a.shape[1]), x, bl, bu, clamda, istate)
         self.assertAlmostEqual(obj, 0.5 * np.sum((a @ x - b) ** 2), delta=1e-12 * (1 + obj))
         dobj = abs(obj - obj_theirs) / max(1.0, abs(obj_theirs))
         dx = relative_difference(x, x_theirs) if unique else float('nan')
@@ -183,7 +145,7 @@ class LeastSquares(Checks):
                 self.compare('nnls', name, a, b, [0.0] * n, [BIG] * n, 0.5 * rnorm ** 2, x)
 
 
-# (name, A or H, b or cvec, C, lower, upper (n + rows)): general linear rows.
+# (name, C, lower, upper (of x, then of C x)): general linear rows, with bounds on x in the last.
 def constrained_problems(n):
     c_eq = rng.standard_normal((2, n))
     c_in = rng.standard_normal((3, n))
@@ -203,7 +165,7 @@ def equality_optimum(hessian, linear, c, d):
     return np.linalg.solve(kkt, np.concatenate([-linear, d]))[:hessian.shape[0]]
 
 
-class LinearRows(Checks):
+class LinearRows(FirstOrder):
     def against(self, table, name, ours, theirs, f, closed):
         ifail, x, obj, g, clamda, istate = ours
         self.assertEqual(ifail, 0)
@@ -223,11 +185,11 @@ class LinearRows(Checks):
                 a, b = matrix(m, n), 2 * rng.standard_normal(m)
                 bl, bu = np.array(bl, float), np.array(bu, float)
                 f = lambda x: 0.5 * np.sum((a @ x - b) ** 2)
-                theirs = slsqp(f, lambda x: a.T @ (a @ x - b), n, c, bl, bu)
+                theirs = slsqp(f, lambda x: a.T @ (a @ x - b), np.zeros(n), bl, bu, lambda x: c @ x, lambda x: c)
                 closed = equality_optimum(a.T @ a, -a.T @ b, c, bl[n:]) if name == 'equalities' else None
                 ours = nca(a, b, c, bl, bu)
                 x, g, clamda, istate = self.against('E04NCA', name, ours, theirs, f, closed)
-                self.assert_first_order(g, x, c, bl, bu, clamda, istate)
+                self.assert_first_order(g, np.vstack([np.eye(n), c]), x, bl, bu, clamda, istate)
 
     def test_convex_qp(self):
         n = 6
@@ -236,11 +198,11 @@ class LinearRows(Checks):
                 h, cvec = spd(n), 3 * rng.standard_normal(n)
                 bl, bu = np.array(bl, float), np.array(bu, float)
                 f = lambda x: cvec @ x + 0.5 * x @ h @ x
-                theirs = slsqp(f, lambda x: h @ x + cvec, n, c, bl, bu)
+                theirs = slsqp(f, lambda x: h @ x + cvec, np.zeros(n), bl, bu, lambda x: c @ x, lambda x: c)
                 closed = equality_optimum(h, cvec, c, bl[n:]) if name == 'equalities' else None
                 ours = nfa(h, cvec, c, bl, bu)
                 x, g, clamda, istate = self.against('E04NFA', name, ours, theirs, f, closed)
-                self.assert_first_order(g, x, c, bl, bu, clamda, istate)
+                self.assert_first_order(g, np.vstack([np.eye(n), c]), x, bl, bu, clamda, istate)
 
 
 def tearDownModule():

@@ -5,8 +5,10 @@ import ctypes
 import os
 import pathlib
 import sys
+import unittest
 
 import numpy as np
+from scipy.optimize import minimize
 
 _root = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(_root / 'cmake'))
@@ -77,3 +79,40 @@ class Options:
 
     def state(self):
         return ptr(self.lwsav), ptr(self.iwsav), ptr(self.rwsav)
+
+
+BIG = 1e20  # a bound at or beyond the infinite bound size counts as absent
+
+
+class FirstOrder(unittest.TestCase):
+    def assert_first_order(self, gradient, rows, x, bl, bu, clamda, istate, tol=1e-8, values=None):
+        """The first-order conditions at X of  min f  s.t.  BL <= VALUES <= BU  with ROWS the gradients of
+        the constraint values (VALUES = ROWS x when not given): feasibility, g = ROWS' lambda, lambda >= 0
+        only on lower bounds and <= 0 only on upper bounds, and ISTATE 1, 2, 3 naming the bound the row
+        sits on."""
+        v = rows @ x if values is None else values
+        lo, hi = np.where(np.less_equal(bl, -BIG), -np.inf, bl), np.where(np.greater_equal(bu, BIG), np.inf, bu)
+        scale, slack = 1.0 + np.max(np.abs(gradient)), tol * (1.0 + np.abs(v))
+        self.assertTrue(np.all(v >= lo - slack) and np.all(v <= hi + slack), 'infeasible')
+        self.assertLess(np.max(np.abs(gradient - rows.T @ clamda)), tol * scale, 'stationarity')
+        self.assertTrue(np.all((v - lo <= slack)[clamda > tol * scale]), 'lower complementarity')
+        self.assertTrue(np.all((hi - v <= slack)[clamda < -tol * scale]), 'upper complementarity')
+        for j, s in enumerate(istate):
+            if s in (1, 2, 3):
+                self.assertLess(abs(v[j] - (hi[j] if s == 2 else lo[j])), slack[j], f'ISTATE({j + 1}) = {s}')
+
+
+def slsqp(f, gradient, x0, bl, bu, rows, jacobian, ftol=1e-15):
+    """SciPy's SLSQP on  min f  s.t.  BL <= (x ; rows(x)) <= BU  (bounds as the library takes them),
+    rows(x) and jacobian(x) giving the general constraints and their Jacobian."""
+    n, cons = len(x0), []
+    for i in range(len(bl) - n):
+        lo, hi = bl[n + i], bu[n + i]
+        for kind, side, sign in (('eq', lo, 1), ) if lo == hi else (('ineq', lo, 1), ('ineq', hi, -1)):
+            if abs(side) < BIG:
+                cons.append({'type': kind, 'fun': lambda x, i=i, v=side, s=sign: s * (rows(x)[i] - v),
+                             'jac': lambda x, i=i, s=sign: s * jacobian(x)[i]})
+    finite = lambda v: None if abs(v) >= BIG else v
+    return minimize(f, np.array(x0, float), jac=gradient, method='SLSQP', constraints=cons,
+                    bounds=[(finite(lo), finite(hi)) for lo, hi in zip(bl[:n], bu[:n])],
+                    options={'ftol': ftol, 'maxiter': 1000})
