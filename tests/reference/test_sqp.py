@@ -117,28 +117,36 @@ def value(fun, x):
     return np.asarray(fun(np.asarray(x, float)), float)
 
 
-def ours(p):
+def rows_jacobian(p, x):
+    """The gradients of the general rows at X: the linear ones, then the nonlinear ones."""
+    return np.vstack([p['a']] + ([complex_step(p['cons'], x.astype(complex))] if p['cons'] else []))
+
+
+def view(address, shape, ctype=ctypes.c_double):
+    """The caller's array at ADDRESS (column order) as a writable numpy array."""
+    return np.ctypeslib.as_array(ctypes.cast(address, ctypes.POINTER(ctype)), shape[::-1]).T
+
+
+def ours(p, derivatives=True):
     n, nclin, ncnln = p['x0'].size, p['a'].shape[0], p['bl'].size - p['x0'].size - p['a'].shape[0]
     calls = [0]
 
     def objfun(mode, _n, xp, objf, objgrd, _nstate, _iu, _ru):
         calls[0] += 1
-        x = np.ctypeslib.as_array(ctypes.cast(xp, ctypes.POINTER(ctypes.c_double)), (n,)).copy()
-        ctypes.cast(objf, ctypes.POINTER(ctypes.c_double))[0] = float(value(p['f'], x))
-        if ctypes.cast(mode, ctypes.POINTER(ctypes.c_int))[0] == 2:
-            np.ctypeslib.as_array(ctypes.cast(objgrd, ctypes.POINTER(ctypes.c_double)), (n,))[:] = \
-                complex_step(p['f'], x.astype(complex))
+        x = view(xp, (n,)).copy()
+        view(objf, (1,))[0] = value(p['f'], x)
+        if derivatives and view(mode, (1,), ctypes.c_int)[0] == 2:
+            view(objgrd, (n,))[:] = complex_step(p['f'], x.astype(complex))
 
     def confun(mode, _m, _n, ldcj, _needc, xp, cp, cjac, _nstate, _iu, _ru):
-        x = np.ctypeslib.as_array(ctypes.cast(xp, ctypes.POINTER(ctypes.c_double)), (n,)).copy()
-        np.ctypeslib.as_array(ctypes.cast(cp, ctypes.POINTER(ctypes.c_double)), (ncnln,))[:] = value(p['cons'], x)
-        if ctypes.cast(mode, ctypes.POINTER(ctypes.c_int))[0] == 2:
-            ld = ctypes.cast(ldcj, ctypes.POINTER(ctypes.c_int))[0]
-            jac = np.ctypeslib.as_array(ctypes.cast(cjac, ctypes.POINTER(ctypes.c_double)), (n, ld)).T
-            jac[:ncnln, :] = complex_step(p['cons'], x.astype(complex))
+        x = view(xp, (n,)).copy()
+        view(cp, (ncnln,))[:] = value(p['cons'], x)
+        if derivatives and view(mode, (1,), ctypes.c_int)[0] == 2:
+            view(cjac, (view(ldcj, (1,), ctypes.c_int)[0], n))[:ncnln, :] = complex_step(p['cons'], x.astype(complex))
 
     objfun_cb, confun_cb = OBJFUN(objfun), CONFUN(confun)
-    options = Options('E04UCA', 'E04UEF', ['Major Print Level = 0', 'Minor Print Level = 0', 'Verify Level = -1'])
+    options = Options('E04UCA', 'E04UEF', ['Major Print Level = 0', 'Minor Print Level = 0', 'Verify Level = -1',
+                                          'Derivative Level = %d' % (3 if derivatives else 0)])
     lda, ldcj = max(1, nclin), max(1, ncnln)
     l = nclin + ncnln
     lwork = max(1, l) * (n + 1) + 3 * (1 + ncnln) * n + 2 * (n + l) + 8 * ncnln + 3 + 24 * n + 5 * l + \
@@ -154,45 +162,61 @@ def ours(p):
                       ptr(clamda), ctypes.byref(objf), ptr(objgrd), ptr(r), ptr(x), ptr(ints([0] * liwork)),
                       *ref(liwork), ptr(doubles(np.zeros(lwork))), *ref(lwork), None, None, *options.state(),
                       ctypes.byref(ifail))
-    return dict(ifail=ifail.value, x=x, f=objf.value, g=objgrd.copy(), clamda=clamda, istate=istate, calls=calls[0],
-                c=c[:ncnln].copy(), jac=cjac[:ncnln].copy(), iter=it.value)
+    return dict(ifail=ifail.value, x=x, f=objf.value, clamda=clamda, istate=istate, calls=calls[0], c=c[:ncnln],
+                iter=it.value)
 
 
 def theirs(p):
-    a, n = p['a'], p['x0'].size
-    rows = lambda x: np.concatenate([a @ x, value(p['cons'], x) if p['cons'] else []])
-    jacobian = lambda x: np.vstack([a] + ([complex_step(p['cons'], x.astype(complex))] if p['cons'] else []))
+    rows = lambda x: np.concatenate([p['a'] @ x, value(p['cons'], x) if p['cons'] else []])
     return slsqp(lambda x: float(value(p['f'], x)), lambda x: complex_step(p['f'], x.astype(complex)), p['x0'],
-                 p['bl'], p['bu'], rows, jacobian, ftol=1e-10)
+                 p['bl'], p['bu'], rows, lambda x: rows_jacobian(p, x), ftol=1e-10)
 
 
-rows_out = []
+rows_out, estimated_calls = [], []
 
 
 class HockSchittkowski(FirstOrder):
+    def assert_solved(self, p, us, tol):
+        """IFAIL 0 at the published optimum, where the exact derivatives meet the first-order conditions
+        with our multipliers."""
+        self.assertEqual(us['ifail'], 0)
+        self.assertLess(abs(us['f'] - p['fstar']) / max(1.0, abs(p['fstar'])), 1e-6)
+        x = us['x']
+        jac = np.vstack([np.eye(x.size), rows_jacobian(p, x)])
+        values = np.concatenate([x, p['a'] @ x, us['c']])
+        self.assert_first_order(complex_step(p['f'], x.astype(complex)), jac, x, p['bl'], p['bu'], us['clamda'],
+                                us['istate'], tol=tol, values=values)
+
     def test_against_slsqp(self):
         for p in PROBLEMS:
             with self.subTest(problem=p['name']):
                 us, them = ours(p), theirs(p)
-                f_star = p['fstar']
-                gap_star = abs(us['f'] - f_star) / max(1.0, abs(f_star))
+                gap_star = abs(us['f'] - p['fstar']) / max(1.0, abs(p['fstar']))
                 gap_them = abs(us['f'] - them.fun) / max(1.0, abs(them.fun))
                 dx = relative_difference(us['x'], them.x)
                 rows_out.append((p['name'], us['ifail'], us['iter'], us['calls'], int(them.success), them.nit,
                                  them.nfev, them.njev, gap_star, gap_them, dx))
-                self.assertEqual(us['ifail'], 0)
-                self.assertLess(gap_star, 1e-6)
-                n = us['x'].size
-                jac = np.vstack([np.eye(n), p['a'], us['jac']])
-                values = np.concatenate([us['x'], p['a'] @ us['x'], us['c']])
                 # The run stops once the Lagrangian's gradient is within the root of the default optimality
                 # tolerance (about 2e-6) relative to the objective's gradient.
-                self.assert_first_order(us['g'], jac, us['x'], p['bl'], p['bu'], us['clamda'], us['istate'],
-                                        tol=3e-6, values=values)
+                self.assert_solved(p, us, 3e-6)
                 if them.success:
                     self.assertLess(gap_them, 1e-6)
                     self.assertLess(dx, 1e-4)  # the same minimiser, to the accuracy of flat optima
 
+    def test_estimated_derivatives(self):
+        """The same problems with no derivatives given: the library's difference estimates lead to the same
+        optimum.  HS044 is left out: its objective meets x4 only through x4 (x1 - x2), which vanishes at the
+        start, so the interval search there finds f constant along x4 and that gradient element is held at
+        0 for the rest of the run, which then stops at a vertex that is not stationary."""
+        for p in PROBLEMS:
+            if p['name'] == 'HS044':
+                continue
+            with self.subTest(problem=p['name']):
+                us = ours(p, derivatives=False)
+                estimated_calls.append(us['calls'])
+                # Forward differences on intervals sized at the start are good to about 1e-4 where f falls
+                # by orders of magnitude on the way (HS038: from 2e4 to 0); the value is still good to 1e-6.
+                self.assert_solved(p, us, 1e-3)
 
 def tearDownModule():
     print('\n%-6s %5s %5s %5s | %7s %5s %5s %5s | %9s %9s %9s' % ('', 'IFAIL', 'iter', 'calls', 'success', 'nit',
@@ -202,6 +226,9 @@ def tearDownModule():
     if rows_out:
         print('median calls: ours %g, SLSQP %g values + %g gradients' % tuple(
             np.median([row[k] for row in rows_out]) for k in (3, 6, 7)))
+    if estimated_calls:
+        print('estimated derivatives: median calls %g, at most %d' % (np.median(estimated_calls),
+                                                                      max(estimated_calls)))
 
 
 if __name__ == '__main__':
