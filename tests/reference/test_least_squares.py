@@ -8,7 +8,8 @@ import unittest
 import numpy as np
 from scipy.optimize import linprog, lsq_linear, nnls
 
-from zek2ref import BIG, FirstOrder, Options, doubles, ints, ptr, ref, relative_difference, routine, slsqp
+from zek2ref import (BIG, FirstOrder, Options, address, doubles, ints, ptr, ref, relative_difference, routine,
+                     slsqp, view)
 
 rng = np.random.default_rng(20261124)
 summary = []
@@ -46,17 +47,25 @@ def nca(a, b, c, bl, bu):
     return ifail.value, x, obj.value, a.T @ (a @ x - b), clamda, istate
 
 
-def nfa(h, cvec, c, bl, bu):
+QPHESS = ctypes.CFUNCTYPE(None, *[ctypes.c_void_p] * 9)
+
+
+def nfa(h, cvec, c, bl, bu, host_product):
+    """E04NFA with H x formed by the library from H, or by a host routine through the exported adaptor."""
     n, nclin = h.shape[0], c.shape[0]
+
+    def product(_n, _j, _h, _ldh, xp, hxp, _nstate, _iu, _ru):
+        view(hxp, (n,))[:] = h @ view(xp, (n,))
+    qphess = QPHESS(product) if host_product else None
     options = Options('E04NFA', 'E04NHF', ['Print Level = 0'])
     istate, x, ax, clamda = ints([0] * (n + nclin)), doubles(np.zeros(n)), doubles(np.zeros(max(1, nclin))), \
         doubles(np.zeros(n + nclin))
     liwork, lwork = 2 * n + 3, 13 * n + 5 * nclin + 4 * n * n
     iwork, work = ints([0] * liwork), doubles(np.zeros(lwork))
     it, obj, ifail = ctypes.c_int(0), ctypes.c_double(0.0), ctypes.c_int(1)
-    # A null Hessian routine: the library forms H x from H itself.
     routine('E04NFA')(*ref(n, nclin), ptr(doubles(c if nclin else [0.0])), *ref(max(1, nclin)), ptr(doubles(bl)),
-                      ptr(doubles(bu)), ptr(doubles(cvec)), ptr(doubles(h)), *ref(n), None, None, ptr(istate),
+                      ptr(doubles(bu)), ptr(doubles(cvec)), ptr(doubles(h)), *ref(n), qphess,
+                      address('E04NFA_QPHESS_ADAPTOR') if host_product else None, ptr(istate),
                       ptr(x), ctypes.byref(it), ctypes.byref(obj), ptr(ax), ptr(clamda), ptr(iwork), *ref(liwork),
                       ptr(work), *ref(lwork), None, None, *options.state(), ctypes.byref(ifail))
     return ifail.value, x, obj.value, h @ x + cvec, clamda, istate
@@ -194,15 +203,16 @@ class LinearRows(FirstOrder):
     def test_convex_qp(self):
         n = 6
         for name, c, bl, bu in constrained_problems(n):
-            with self.subTest(problem=name):
-                h, cvec = spd(n), 3 * rng.standard_normal(n)
-                bl, bu = np.array(bl, float), np.array(bu, float)
-                f = lambda x: cvec @ x + 0.5 * x @ h @ x
-                theirs = slsqp(f, lambda x: h @ x + cvec, np.zeros(n), bl, bu, lambda x: c @ x, lambda x: c)
-                closed = equality_optimum(h, cvec, c, bl[n:]) if name == 'equalities' else None
-                ours = nfa(h, cvec, c, bl, bu)
-                x, g, clamda, istate = self.against('E04NFA', name, ours, theirs, f, closed)
-                self.assert_first_order(g, np.vstack([np.eye(n), c]), x, bl, bu, clamda, istate)
+            h, cvec = spd(n), 3 * rng.standard_normal(n)
+            bl, bu = np.array(bl, float), np.array(bu, float)
+            f = lambda x: cvec @ x + 0.5 * x @ h @ x
+            theirs = slsqp(f, lambda x: h @ x + cvec, np.zeros(n), bl, bu, lambda x: c @ x, lambda x: c)
+            closed = equality_optimum(h, cvec, c, bl[n:]) if name == 'equalities' else None
+            for host in (False, True):
+                with self.subTest(problem=name, host_product=host):
+                    ours = nfa(h, cvec, c, bl, bu, host)
+                    x, g, clamda, istate = self.against('E04NFA' + ' host' * host, name, ours, theirs, f, closed)
+                    self.assert_first_order(g, np.vstack([np.eye(n), c]), x, bl, bu, clamda, istate)
 
 
 def tearDownModule():

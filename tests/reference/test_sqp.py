@@ -9,7 +9,7 @@ import unittest
 import numpy as np
 
 from zek2ref import (BIG, FirstOrder, Options, address, doubles, ints, ptr, ref, relative_difference, routine,
-                     slsqp)
+                     slsqp, view)
 
 R2 = np.sqrt(2.0)
 OBJFUN = ctypes.CFUNCTYPE(None, *[ctypes.c_void_p] * 8)
@@ -120,11 +120,6 @@ def value(fun, x):
 def rows_jacobian(p, x):
     """The gradients of the general rows at X: the linear ones, then the nonlinear ones."""
     return np.vstack([p['a']] + ([complex_step(p['cons'], x.astype(complex))] if p['cons'] else []))
-
-
-def view(address, shape, ctype=ctypes.c_double):
-    """The caller's array at ADDRESS (column order) as a writable numpy array."""
-    return np.ctypeslib.as_array(ctypes.cast(address, ctypes.POINTER(ctype)), shape[::-1]).T
 
 
 def ours(p, derivatives=True):

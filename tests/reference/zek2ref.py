@@ -45,6 +45,11 @@ def ptr(array):
     return None if array is None else array.ctypes.data_as(ctypes.c_void_p)
 
 
+def view(address, shape, ctype=ctypes.c_double):
+    """The array of SHAPE (column order) at ADDRESS, as a callback receives it, writable in place."""
+    return np.ctypeslib.as_array(ctypes.cast(address, ctypes.POINTER(ctype)), shape[::-1]).T
+
+
 def scalar(value):
     """A scalar passed by address: an int for a Python int, a double for a float."""
     return ctypes.c_int(value) if isinstance(value, int) else ctypes.c_double(value)
