@@ -47,10 +47,10 @@ def ours(name, value, gradient, bl, bu, start):
     head = (ctypes.byref(ni), ctypes.byref(scalar(0)))
     if name != 'E04JYF':
         def body(iflag, _n, xc, fc, gc, _iu, _ru):
-            point = view(xc, n).copy()
+            point = view(xc, (n,)).copy()
             fc[0] = value(point)
             if iflag[0] == 2:
-                view(gc, n)[:] = gradient(point)
+                view(gc, (n,))[:] = gradient(point)
         callback = FUNCT2(body)
         lw = 10 * n + max(1, n * (n - 1) // 2) if name == 'E04KYF' else 2 * (4 * n + max(1, n * (n - 1) // 2))
         w, g = doubles(np.zeros(lw)), doubles(np.zeros(n))
@@ -59,7 +59,7 @@ def ours(name, value, gradient, bl, bu, start):
                       ctypes.byref(scalar(lw)), None, None, ctypes.byref(ifail))
     else:
         def body(_iflag, _n, xc, fc, _iu, _ru):
-            fc[0] = value(view(xc, n).copy())
+            fc[0] = value(view(xc, (n,)).copy())
         callback = FUNCT1(body)
         lw = 12 * n + max(1, n * (n - 1) // 2)
         w = doubles(np.zeros(lw))

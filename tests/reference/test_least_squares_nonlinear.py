@@ -63,10 +63,10 @@ def ours(residuals, start, with_jacobian):
 
     def fill(iflag, xc, fvec, fjac, lj):
         calls[0] += 1
-        point = view(xc, n).copy()
-        view(fvec, m)[:] = residuals(point)
+        point = view(xc, (n,)).copy()
+        view(fvec, (m,))[:] = residuals(point)
         if fjac is not None and iflag[0] == 2:
-            view(fjac, lj[0], n)[:m, :] = mgh.jacobian(residuals, point)
+            view(fjac, (lj[0], n))[:m, :] = mgh.jacobian(residuals, point)
 
     fsumsq, ifail, mi, ni = scalar(0.0), scalar(1), scalar(m), scalar(n)
     if with_jacobian:

@@ -31,7 +31,7 @@ def ours(value, start):
 
     def body(_n, xc, fc):
         calls[0] += 1
-        fc[0] = value(view(xc, n).copy())
+        fc[0] = value(view(xc, (n,)).copy())
     callback = FUNCT(body)
     work = [doubles(np.zeros(size)) for size in (n, n, n, n, n + 1, (n + 1) * n)]
     fmin, ifail = scalar(0.0), scalar(1)

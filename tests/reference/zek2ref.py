@@ -5,8 +5,10 @@ import ctypes
 import os
 import pathlib
 import sys
+import unittest
 
 import numpy as np
+from scipy.optimize import minimize
 
 _root = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(_root / 'cmake'))
@@ -43,6 +45,11 @@ def ptr(array):
     return None if array is None else array.ctypes.data_as(ctypes.c_void_p)
 
 
+def view(address, shape, ctype=ctypes.c_double):
+    """The array of SHAPE (column order) at ADDRESS, as a callback receives it, writable in place."""
+    return np.ctypeslib.as_array(ctypes.cast(address, ctypes.POINTER(ctype)), shape[::-1]).T
+
+
 def scalar(value):
     """A scalar passed by address: an int for a Python int, a double for a float."""
     return ctypes.c_int(value) if isinstance(value, int) else ctypes.c_double(value)
@@ -54,9 +61,63 @@ def relative_difference(ours, theirs):
     return float(np.max(np.abs(ours - theirs) / np.maximum(1.0, np.abs(theirs))))
 
 
-def view(pointer, rows, columns=None):
-    """The caller's array at POINTER seen in place inside a callback: a vector of ROWS, or a column-ordered
-    ROWS by COLUMNS matrix (ROWS the leading dimension)."""
-    if columns is None:
-        return np.ctypeslib.as_array(pointer, (rows,))
-    return np.ctypeslib.as_array(pointer, (columns, rows)).T
+def ref(*values):
+    """Scalars passed by address (see scalar), in order."""
+    return [ctypes.byref(scalar(v)) for v in values]
+
+
+class Options:
+    """The state arrays of comprehensive solver SOLVER ("E04NCA", "E04UCA" ...) as E04WBA leaves them,
+    then each of LINES applied through the solver's option routine SETTER ("E04NEF" ...) with the list
+    flag off.  state() gives the three arrays the solver takes last before IFAIL."""
+
+    def __init__(self, solver, setter, lines=()):
+        self.lwsav, self.iwsav, self.rwsav = ints([0] * 120), ints([0] * 610), doubles([0.0] * 475)
+        cwsav, ifail = ctypes.create_string_buffer(80), ctypes.c_int(0)
+        routine('E04WBA_PLAIN')(solver.encode(), cwsav, *ref(1), ptr(self.lwsav), *ref(120), ptr(self.iwsav),
+                                *ref(610), ptr(self.rwsav), *ref(475), ctypes.byref(ifail))
+        assert ifail.value == 0, (solver, ifail.value)
+        for line in lines:
+            inform = ctypes.c_int(0)
+            routine(setter + '_PLAIN')(line.encode(), *self.state(), ctypes.byref(inform), len(line))
+            assert inform.value == 0, (line, inform.value)
+
+    def state(self):
+        return ptr(self.lwsav), ptr(self.iwsav), ptr(self.rwsav)
+
+
+BIG = 1e20  # a bound at or beyond the infinite bound size counts as absent
+
+
+class FirstOrder(unittest.TestCase):
+    def assert_first_order(self, gradient, rows, x, bl, bu, clamda, istate, tol=1e-8, values=None):
+        """The first-order conditions at X of  min f  s.t.  BL <= VALUES <= BU  with ROWS the gradients of
+        the constraint values (VALUES = ROWS x when not given): feasibility, g = ROWS' lambda, lambda >= 0
+        only on lower bounds and <= 0 only on upper bounds, and ISTATE 1, 2, 3 naming the bound the row
+        sits on."""
+        v = rows @ x if values is None else values
+        lo, hi = np.where(np.less_equal(bl, -BIG), -np.inf, bl), np.where(np.greater_equal(bu, BIG), np.inf, bu)
+        scale, slack = 1.0 + np.max(np.abs(gradient)), tol * (1.0 + np.abs(v))
+        self.assertTrue(np.all(v >= lo - slack) and np.all(v <= hi + slack), 'infeasible')
+        self.assertLess(np.max(np.abs(gradient - rows.T @ clamda)), tol * scale, 'stationarity')
+        self.assertTrue(np.all((v - lo <= slack)[clamda > tol * scale]), 'lower complementarity')
+        self.assertTrue(np.all((hi - v <= slack)[clamda < -tol * scale]), 'upper complementarity')
+        for j, s in enumerate(istate):
+            if s in (1, 2, 3):
+                self.assertLess(abs(v[j] - (hi[j] if s == 2 else lo[j])), slack[j], f'ISTATE({j + 1}) = {s}')
+
+
+def slsqp(f, gradient, x0, bl, bu, rows, jacobian, ftol=1e-15):
+    """SciPy's SLSQP on  min f  s.t.  BL <= (x ; rows(x)) <= BU  (bounds as the library takes them),
+    rows(x) and jacobian(x) giving the general constraints and their Jacobian."""
+    n, cons = len(x0), []
+    for i in range(len(bl) - n):
+        lo, hi = bl[n + i], bu[n + i]
+        for kind, side, sign in (('eq', lo, 1), ) if lo == hi else (('ineq', lo, 1), ('ineq', hi, -1)):
+            if abs(side) < BIG:
+                cons.append({'type': kind, 'fun': lambda x, i=i, v=side, s=sign: s * (rows(x)[i] - v),
+                             'jac': lambda x, i=i, s=sign: s * jacobian(x)[i]})
+    finite = lambda v: None if abs(v) >= BIG else v
+    return minimize(f, np.array(x0, float), jac=gradient, method='SLSQP', constraints=cons,
+                    bounds=[(finite(lo), finite(hi)) for lo, hi in zip(bl[:n], bu[:n])],
+                    options={'ftol': ftol, 'maxiter': 1000})
