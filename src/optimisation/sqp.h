@@ -31,6 +31,9 @@
 namespace zek::sqp {
 
 constexpr double kMissing = -11111.0;
+// The mask of derivative elements (Run::miss): given by the user, estimated by differences, or found
+// constant by the interval search and held at zero.
+constexpr double kElementGiven = 0.0, kElementEstimated = 1.0, kElementConstant = -1.0;
 
 // The user's routines behind their adaptors.  mode 0 asks for values, 2 for values and Jacobian; the
 // returned mode is what the user's routine left (negative: stop).  Outputs go where the caller says.

@@ -98,9 +98,9 @@ int compute_intervals(Run &run) {
             hf = search.hopt() / scale;
             err = search.error_bound();
         }
-        if (usable && search.info() == 1 && run.nobj == 1 && miss_obj(run, 0, j) != 0.0) {
+        if (usable && search.info() == 1 && run.nobj == 1 && miss_obj(run, 0, j) == kElementEstimated) {
             // Constant along x(j): the element is zero and needs no differences.
-            miss_obj(run, 0, j) = 0.0;
+            miss_obj(run, 0, j) = kElementConstant;
             at(run.fjac, run.ldf, 0, j) = 0.0;
             --run.missing_obj;
             ++constants;
@@ -131,21 +131,21 @@ int first_evaluation(Run &run) {
     for (int j = 0; j < n; ++j) {
         for (int i = 0; i < run.nobj; ++i) {
             const bool m = at(run.fjac, run.ldf, i, j) == kMissing;
-            miss_obj(run, i, j) = m ? 1.0 : 0.0;
+            miss_obj(run, i, j) = m ? kElementEstimated : kElementGiven;
             run.missing_obj += m ? 1 : 0;
         }
         for (int i = 0; i < run.ncnln; ++i) {
             const bool m = at(run.cjac, run.ldcj, i, j) == kMissing;
-            miss_con(run, i, j) = m ? 1.0 : 0.0;
+            miss_con(run, i, j) = m ? kElementEstimated : kElementGiven;
             run.missing_con += m ? 1 : 0;
         }
     }
     // Missing elements stand at zero until they are estimated.
     for (int j = 0; j < n; ++j) {
         for (int i = 0; i < run.nobj; ++i)
-            if (miss_obj(run, i, j) != 0.0) at(run.fjac, run.ldf, i, j) = 0.0;
+            if (miss_obj(run, i, j) == kElementEstimated) at(run.fjac, run.ldf, i, j) = 0.0;
         for (int i = 0; i < run.ncnln; ++i)
-            if (miss_con(run, i, j) != 0.0) at(run.cjac, run.ldcj, i, j) = 0.0;
+            if (miss_con(run, i, j) == kElementEstimated) at(run.cjac, run.ldcj, i, j) = 0.0;
     }
     return st;
 }
@@ -205,8 +205,8 @@ int derivative_checks(Run &run) {
         bool any = false;
         for (int j = 0; j < n; ++j) {
             bool given = true;
-            for (int i = 0; i < nobj && given; ++i) given = miss_obj(run, i, j) == 0.0;
-            for (int i = 0; i < ncnln && given; ++i) given = miss_con(run, i, j) == 0.0;
+            for (int i = 0; i < nobj && given; ++i) given = miss_obj(run, i, j) == kElementGiven;
+            for (int i = 0; i < ncnln && given; ++i) given = miss_con(run, i, j) == kElementGiven;
             d[j] = given ? (1.0 + std::fabs(run.x[j])) * (j % 2 == 0 ? 1.0 : -0.7) * (1.0 + 0.1 * (j % 5)) : 0.0;
             any = any || given;
         }

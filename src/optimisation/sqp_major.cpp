@@ -81,11 +81,11 @@ private:
 
 // The column of a missing-element mask: objective rows first, then the constraint rows.
 inline bool missing_obj(const Run &run, int i, int j) {
-    return run.miss[i + static_cast<std::ptrdiff_t>(j) * run.nobj] != 0.0;
+    return run.miss[i + static_cast<std::ptrdiff_t>(j) * run.nobj] == kElementEstimated;
 }
 inline bool missing_con(const Run &run, int i, int j) {
-    return run.miss[static_cast<std::ptrdiff_t>(run.nobj) * run.n + i + static_cast<std::ptrdiff_t>(j) * run.ncnln] !=
-           0.0;
+    return run.miss[static_cast<std::ptrdiff_t>(run.nobj) * run.n + i + static_cast<std::ptrdiff_t>(j) * run.ncnln] ==
+           kElementEstimated;
 }
 bool column_missing(const Run &run, int j) {
     for (int i = 0; i < run.nobj; ++i)
@@ -716,6 +716,26 @@ bool forward_too_coarse(const Run &run) {
     return (std::fabs(merit) + std::fabs(*run.objf) + 1.0) * run.cfg.epsrf / h >= run.gz_norm;
 }
 
+// An objective element the interval search found constant at the start is zero only if f is constant
+// along that variable everywhere, and a term such as x4 (x1 - x2) vanishes at some points only.  Before
+// an optimal exit such elements are estimated at the point reached and from then on: 1 when there were
+// any (the subproblem is then solved again with them), 0 when there were none, 2 when the difference
+// points gave values that are not finite, a negative mode when the user stopped.
+int estimate_assigned_constants(Run &run) {
+    bool any = false;
+    for (int j = 0; j < run.n; ++j) {
+        double &cell = run.miss[static_cast<std::ptrdiff_t>(j) * run.nobj];
+        if (run.nobj != 1 || cell != kElementConstant) continue;
+        cell = kElementEstimated;
+        ++run.missing_obj;
+        any = true;
+    }
+    if (!any) return 0;
+    const int st = evaluate(run, true, 0);
+    if (st < 0) run.user_mode = st;
+    return st < 0 ? st : (st > 0 ? 2 : 1);
+}
+
 // Central differences from here on, the derivatives redone at the current point.
 int switch_to_central(Run &run) {
     run.central = true;
@@ -822,7 +842,13 @@ int major_loop(Run &run) {
             }
         }
         print_major(run, phi0, o.violation, {o.step_ok, o.grad_ok, o.feas_ok});
-        if (o.grad_ok && o.feas_ok) return kOptimal;
+        if (o.grad_ok && o.feas_ok) {
+            const int st = estimate_assigned_constants(run);
+            if (st < 0) return st;
+            if (st == 0) return kOptimal;
+            if (st == 2) return kCannotImprove;
+            continue;
+        }
         if (run.major >= run.cfg.major_limit) return kMajorLimit;
 
         copy_point(run, true);
