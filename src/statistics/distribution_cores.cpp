@@ -54,7 +54,7 @@ dd::DD log_power_factor(double a, double b, double x, double y, double lx, doubl
     const bool normal = std::fmin(x, y) >= DBL_MIN;
     const dd::DD s = dd::two_sum(a, b);
     if (a >= 20.0 && b >= 20.0) {
-        // A variable below the normal range to a power of at least 20 underflows.
+        // A variable below the normal range to a power of at least 20 underflows (so below, v for d).
         if (!normal) return {-HUGE_VAL, 0.0};
         const dd::DD x0 = dd::div({a, 0.0}, s), y0 = dd::div({b, 0.0}, s);
         const dd::DD e = dd::neg(dd::add(dd::scaled_log1pmx(a, xs, x0), dd::scaled_log1pmx(b, ys, y0)));
@@ -72,6 +72,7 @@ dd::DD log_power_factor(double a, double b, double x, double y, double lx, doubl
     const bool a_small = a < b;
     const double c = a_small ? a : b, d = a_small ? b : a;
     const dd::DD u = a_small ? xs : ys, v = a_small ? ys : xs;
+    if (v.hi < DBL_MIN) return {-HUGE_VAL, 0.0};
     // With u below the normal range, c phi(su/c - 1) = su - c - c log(su/c) from its logarithm, and
     // d phi(-u) vanishes.
     const double lu = a_small ? lx : ly;

