@@ -23,6 +23,7 @@
 #include <boost/math/distributions/gamma.hpp>
 #include <boost/math/distributions/normal.hpp>
 #include <boost/math/distributions/students_t.hpp>
+#include <boost/multiprecision/cpp_bin_float.hpp>
 #include <cfloat>
 #include <cmath>
 #include <cstdio>
@@ -52,6 +53,33 @@ struct Family {
 };
 
 double pow10(double e) { return std::pow(10.0, e); }
+
+// The offset m = x/a - 1 (negative for the lower tail) at which a (m - log(1 + m)) = y, by bisection:
+// the argument at which the gamma factor is about e^-y.
+double tail_offset(double a, double y, bool lower) {
+    double lo = lower ? -1.0 : 0.0, hi = lower ? 0.0 : 1.0;
+    auto phi = [a](double m) { return a * (m - std::log1p(m)); };
+    if (!lower) while (phi(hi) < y) hi *= 2.0;
+    for (int it = 0; it < 200; ++it) {
+        const double mid = 0.5 * (lo + hi);
+        if ((phi(mid) < y) == lower) hi = mid;
+        else lo = mid;
+    }
+    return 0.5 * (lo + hi);
+}
+
+// The x on the chosen side of the mode a/(a + b) at which x^a (1 - x)^b falls e^-y below its peak.
+double beta_tail_point(double a, double b, double y, bool lower) {
+    const double x0 = a / (a + b);
+    auto drop = [&](double x) { return -(a * std::log(x / x0) + b * std::log1p(-x) - b * std::log1p(-x0)); };
+    double lo = lower ? 0.0 : x0, hi = lower ? x0 : 1.0;
+    for (int it = 0; it < 200; ++it) {
+        const double mid = 0.5 * (lo + hi);
+        if ((drop(mid) < y) == lower) hi = mid;
+        else lo = mid;
+    }
+    return 0.5 * (lo + hi);
+}
 
 std::vector<Family> families() {
     std::mt19937_64 gen(20261124);
@@ -124,6 +152,62 @@ std::vector<Family> families() {
                  [](const Args &a) { return g01fec(a.a, a.b, a.c, 0.0, nullptr); },
                  [](const Args &a) { return bm::quantile(bm::beta_distribution<>(a.b, a.c), a.a); },
                  [](const Args &a) { return gsl_cdf_beta_Pinv(a.a, a.b, a.c); }});
+    // The far tails: the smaller tail at 10^-u, u in [0, 300], where the exponent y of the factor
+    // exp(-y) reaches 690, with shapes and degrees of freedom up to 1e6.  C is 1 for the lower tail.
+    // Boost.Math's long double is itself off by up to 1e-13 there, so the reference is its 50-digit
+    // evaluation.
+    using Wide = boost::multiprecision::cpp_bin_float_50;
+    f.push_back({"gamma smaller tail to 1e-300, a in [1, 1e6]", make([&] {
+                     const double a = pow10(u(0.0, 6.0));
+                     const bool lower = u(0.0, 1.0) < 0.5;
+                     return Args{a * (1.0 + tail_offset(a, u(0.0, 690.0), lower)), a, lower ? 1.0 : 0.0};
+                 }),
+                 [](const Args &a) {
+                     const Wide p = a.c > 0.0 ? bm::gamma_p(Wide(a.b), Wide(a.a)) : bm::gamma_q(Wide(a.b), Wide(a.a));
+                     return p.convert_to<LD>();
+                 },
+                 [](const Args &a) { return g01efc(a.c > 0.0 ? Zek_LowerTail : Zek_UpperTail, a.a, a.b, 1.0, nullptr); },
+                 [](const Args &a) {
+                     const bm::gamma_distribution<> d(a.b, 1.0);
+                     return a.c > 0.0 ? bm::cdf(d, a.a) : bm::cdf(bm::complement(d, a.a));
+                 },
+                 [](const Args &a) { return a.c > 0.0 ? gsl_cdf_gamma_P(a.a, a.b, 1.0) : gsl_cdf_gamma_Q(a.a, a.b, 1.0); }});
+    f.push_back({"chi-squared smaller tail to 1e-300, df in [1, 1e6]", make([&] {
+                     const double df = pow10(u(0.0, 6.0));
+                     const bool lower = u(0.0, 1.0) < 0.5;
+                     return Args{df * (1.0 + tail_offset(0.5 * df, u(0.0, 690.0), lower)), df, lower ? 1.0 : 0.0};
+                 }),
+                 [](const Args &a) {
+                     const Wide h = Wide(a.b) / 2, x = Wide(a.a) / 2;
+                     return (a.c > 0.0 ? bm::gamma_p(h, x) : bm::gamma_q(h, x)).convert_to<LD>();
+                 },
+                 [](const Args &a) { return g01ecc(a.c > 0.0 ? Zek_LowerTail : Zek_UpperTail, a.a, a.b, nullptr); },
+                 [](const Args &a) {
+                     const bm::chi_squared d(a.b);
+                     return a.c > 0.0 ? bm::cdf(d, a.a) : bm::cdf(bm::complement(d, a.a));
+                 },
+                 [](const Args &a) { return a.c > 0.0 ? gsl_cdf_chisq_P(a.a, a.b) : gsl_cdf_chisq_Q(a.a, a.b); }});
+    f.push_back({"beta smaller tail to 1e-300, a, b in [1, 1e6]", make([&] {
+                     const double a = pow10(u(0.0, 6.0)), b = pow10(u(0.0, 6.0));
+                     return Args{beta_tail_point(a, b, u(0.0, 690.0), u(0.0, 1.0) < 0.5), a, b};
+                 }),
+                 [](const Args &a) {
+                     const Wide x(a.a), p(a.b), q(a.c);
+                     return (a.a < a.b / (a.b + a.c) ? bm::ibeta(p, q, x) : bm::ibetac(p, q, x)).convert_to<LD>();
+                 },
+                 [](const Args &a) {
+                     ZekFail quiet{};
+                     double p = 0, q = 0, pdf = 0;
+                     g01eec(a.a, a.b, a.c, 0.0, &p, &q, &pdf, &quiet);
+                     return a.a < a.b / (a.b + a.c) ? p : q;
+                 },
+                 [](const Args &a) {
+                     const bm::beta_distribution<> d(a.b, a.c);
+                     return a.a < a.b / (a.b + a.c) ? bm::cdf(d, a.a) : bm::cdf(bm::complement(d, a.a));
+                 },
+                 [](const Args &a) {
+                     return a.a < a.b / (a.b + a.c) ? gsl_cdf_beta_P(a.a, a.b, a.c) : gsl_cdf_beta_Q(a.a, a.b, a.c);
+                 }});
     f.push_back({"F upper tail, df in [1, 1e3], f in [0, 10]",
                  make([&] { return Args{u(0.0, 10.0), pow10(u(0.0, 3.0)), pow10(u(0.0, 3.0))}; }),
                  [](const Args &a) { return bm::cdf(bm::complement(bm::fisher_f_distribution<LD>(a.b, a.c), LD(a.a))); },

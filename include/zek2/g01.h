@@ -11,11 +11,16 @@
  * so it keeps its relative accuracy down to the underflow threshold (about 1e-307):
  *  - normal tails: a few units of the last place (the error function with the argument carried as an
  *    unevaluated pair);
- *  - incomplete beta, Student's t and F: about 1e-14 relative for parameters up to 1e3, degrading
- *    like sqrt(a + b) 1e-16 beyond (about 1e-12 at 1e6): the power factor is formed about the mode, the
- *    ratio by its continued fraction; Student's t above 1e7 degrees of freedom goes through Hill's
- *    expansion of the normal deviate, F with a parameter above 2e7 through its limit forms (see g01edc);
- *  - chi-squared and gamma: the accuracy of s14bac (about 1e-14 relative);
+ *  - incomplete beta, Student's t and F: the power factor x^a (1-x)^b / B(a, b) is the exponential of
+ *    an exponent carried in double-double, so it has full relative accuracy (a few units of 1e-16)
+ *    however far the tail; the ratio's continued fraction adds its own rounding, which grows with the
+ *    number of its terms: about 4e-14 relative for parameters up to 1e3 (measured worst over the
+ *    whole unit interval), up to 2e-14 in tails down to 1e-300 with both parameters near 1e6, and up to
+ *    6e-12 just past the mode with one parameter near 1e6 and the other small.  Student's t above 1e7
+ *    degrees of freedom goes through Hill's expansion of the normal deviate, F with a parameter above
+ *    2e7 through its limit forms (see g01edc);
+ *  - chi-squared and gamma: the accuracy of s14bac, about 1.5e-15 relative (measured worst) for tails
+ *    down to 1e-300 and shapes or degrees of freedom up to 1e6;
  *  - deviates: Newton's method on the logarithm of the smaller tail, safeguarded by bisection, to a
  *    relative change of 4.4e-16 (so deviate(prob(x)) = x to about that, times the condition of the
  *    inverse), in at most 400 steps.
@@ -41,7 +46,9 @@ ZEK_API double G01EAF(const char *tail, const double *x, int *ifail, int tail_le
  * expansion, whose error there is below the rounding. */
 ZEK_API double g01ebc(int tail, double t, double df, ZekFail *fail) ZEK_SYMBOL("q75436");
 
-/* g01ecc: chi-squared tail (Zek_LowerTail or Zek_UpperTail) of x >= 0 with df > 0 degrees of freedom. */
+/* g01ecc: chi-squared tail (Zek_LowerTail or Zek_UpperTail) of x >= 0 with df > 0 degrees of freedom.
+ * Accuracy: the smaller tail to about 1.5e-15 relative down to 1e-300, df up to 1e6 (s14bac at x/2,
+ * df/2; an x or df that is not even loses nothing in the halving). */
 ZEK_API double g01ecc(int tail, double x, double df, ZekFail *fail) ZEK_SYMBOL("q45320");
 
 /* g01edc: F tail (lower or upper) of f >= 0 with df1, df2 > 0.  Up to 2e7 degrees of freedom through
@@ -54,7 +61,10 @@ ZEK_API double g01edc(int tail, double f, double df1, double df2, ZekFail *fail)
  * *pdf the density, for 0 <= x <= 1 and 0 < a, b <= 1e6 (ZE_REAL_ARG_CONS with "0.0 <= x <= 1.0",
  * "0.0 < a <= 1.0e6", "0.0 < b <= 1.0e6").  TOL is accepted as the requested relative accuracy; the
  * results are always to full accuracy.  ZE_PROBAB_CLOSE_TO_TAIL when the smaller tail underflows to
- * 0 inside (0, 1), ZE_NOT_REQ_ACC when the continued fraction does not settle (results returned). */
+ * 0 inside (0, 1), ZE_NOT_REQ_ACC when the continued fraction does not settle (results returned).
+ * Accuracy of the smaller tail: about 4e-14 relative with a, b up to 1e3; in tails down to 1e-300,
+ * 2e-14 with both near 1e6 and up to 6e-12 just past the mode with one near 1e6 and the other small
+ * (the continued fraction's rounding; the power factor itself is exact to a few units of 1e-16). */
 ZEK_API void g01eec(double x, double a, double b, double tol, double *p, double *q, double *pdf, ZekFail *fail)
     ZEK_SYMBOL("q19879");
 /* G01EEF: the same by reference.  IFAIL 1 " ** On entry X.lt.0.0 or X.gt.1.0: X = ...", 2 " ** On entry
@@ -63,7 +73,9 @@ ZEK_API void g01eec(double x, double a, double b, double tol, double *p, double 
 ZEK_API void G01EEF(const double *x, const double *a, const double *b, const double *tol, double *p, double *q,
                     double *pdf, int *ifail) ZEK_SYMBOL("G01EEF");
 
-/* g01efc: gamma tail (lower or upper) of g >= 0 for shape a > 0 and scale b > 0. */
+/* g01efc: gamma tail (lower or upper) of g >= 0 for shape a > 0 and scale b > 0.  Accuracy: the
+ * smaller tail to about 1.5e-15 relative down to 1e-300, a up to 1e6, for g/b exact (a scale that is
+ * not a power of 2 rounds x = g/b, and the far tail magnifies that rounding about |x - a| times). */
 ZEK_API double g01efc(int tail, double g, double a, double b, ZekFail *fail) ZEK_SYMBOL("q88614");
 
 /* g01fac: the normal deviate x of probability p for the tail: P(X <= x) = p, P(X >= x) = p,

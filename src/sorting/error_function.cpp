@@ -20,39 +20,20 @@ double clenshaw(const double (&c)[N], double twice_u) {
     return (b0 - b2) * 0.5;
 }
 
-// a + b = hi + lo exactly (Knuth's two-sum).
-inline void two_sum(double a, double b, double &hi, double &lo) {
-    hi = a + b;
-    const double bb = hi - a;
-    lo = (a - (hi - bb)) + (b - bb);
-}
-
-// a b = hi + lo exactly (Dekker's product, with Veltkamp's split).
-inline void two_product(double a, double b, double &hi, double &lo) {
-    constexpr double kSplit = 134217729.0; // 2^27 + 1
-    hi = a * b;
-    const double ta = kSplit * a, tb = kSplit * b;
-    const double ah = ta - (ta - a), al = a - ah;
-    const double bh = tb - (tb - b), bl = b - bh;
-    lo = ((ah * bh - hi) + ah * bl + al * bh) + al * bl;
-}
-
 // exp(-(hi + lo)^2), with the square split exactly (Dekker's product) so that the rounding of x^2,
 // which would cost x^2 units of the last place in the far tail, costs nothing.
 double exp_minus_square(double hi, double lo) {
-    double p, e;
-    two_product(hi, hi, p, e);
-    const double low = e + 2.0 * hi * lo;
-    const double r = std::exp(-p);
+    const dd::DD sq = dd::two_product(hi, hi);
+    const double low = sq.lo + 2.0 * hi * lo;
+    const double r = std::exp(-sq.hi);
     return r - r * low;
 }
 
 // erf(x) for |x| < 2: x times a Chebyshev series in x^2/2 - 1.
 // The variable x^2 - 2 is formed from the exact square, so that it carries one rounding.
 double erf_small(double x) {
-    double p, e;
-    two_product(x, x, p, e);
-    return x * clenshaw(kErfSmall, (p - 2.0) + e);
+    const dd::DD sq = dd::two_product(x, x);
+    return x * clenshaw(kErfSmall, (sq.hi - 2.0) + sq.lo);
 }
 
 // The Chebyshev variable of kErfc: u = (2t - t0 - t1)/(t1 - t0) with t = 1 - 7.5/(x + 3.75), that is
@@ -64,14 +45,13 @@ constexpr double kGamma = 15.0 / (kT1 - kT0);
 
 // erfc(x) for 1/2 <= x < 26.6: exp(-x^2) H(u) / (x + 1/2).  H varies by a fifth over the interval, so
 // the rounding of u costs little; the rounding of d = x + 1/2 (and the low part of x) is taken back by
-// the factor 1 - dd/d.
+// the factor 1 - d_lo/d.
 double erfc_positive(double hi, double lo) {
-    double d, dd;
-    two_sum(hi, 0.5, d, dd);
-    dd += lo;
+    const dd::DD sum = dd::two_sum(hi, 0.5);
+    const double d = sum.hi, d_lo = sum.lo + lo;
     const double u = kAlpha - kGamma / (hi + 3.75);
     const double value = exp_minus_square(hi, lo) * clenshaw(kErfc, 2.0 * u) / d;
-    return value - value * (dd / d);
+    return value - value * (d_lo / d);
 }
 
 } // namespace
@@ -89,7 +69,11 @@ double erfc_pair(double hi, double lo) {
 namespace {
 
 // x/sqrt(2) as an unevaluated pair: the product with the double 0.7071067811865475 and its exact error.
-void times_root_half(double x, double &hi, double &lo) { two_product(0.7071067811865475, x, hi, lo); }
+void times_root_half(double x, double &hi, double &lo) {
+    const dd::DD p = dd::two_product(0.7071067811865475, x);
+    hi = p.hi;
+    lo = p.lo;
+}
 
 } // namespace
 

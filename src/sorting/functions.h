@@ -3,6 +3,7 @@
 #ifndef ZEK_SORTING_SPECIAL_H
 #define ZEK_SORTING_SPECIAL_H
 
+#include "sorting/double_double.h"
 #include "zek2/s.h"
 #include "zek2/types.h"
 
@@ -30,6 +31,9 @@ double log1p_ratio(double m);
 // One incomplete gamma ratio by the uniform expansion, for a >= 20 and x near a: Q(a, x), or P(a, x)
 // when LOWER.  TINY is the underflow bound.
 double S14_UNIFORM(double a, double x, bool lower, double tol, double tiny);
+// y = a (m - log(1 + m)) with m = (x - a)/a, in double-double: the exponent of the factor
+// x^a e^-x / Gamma(a + 1) = exp(-y) a^a e^-a / Gamma(a + 1), and of the uniform expansion.
+dd::DD gamma_exponent(double a, double x);
 // m - log(1 + m) by the two polynomials of |m| <= 1/2.
 double S14_RATIO_FUNCTION(double m);
 // x log Gamma*(x): the Stirling correction 1/12 - 1/(360 x^2) + ..., for x >= 15.

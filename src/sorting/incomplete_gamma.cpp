@@ -5,6 +5,7 @@
 #include "frame/machine.h"
 #include "frame/output.h"
 #include "frame/raise.h"
+#include "sorting/double_double.h"
 #include "sorting/functions.h"
 #include "sorting/function_tables.h"
 
@@ -24,6 +25,13 @@ double polynomial(const double (&c)[N], double v) {
 } // namespace
 
 namespace special {
+
+dd::DD gamma_exponent(double a, double x) {
+    // Beyond 1e290 the exact products could overflow in their splitting; the factor underflows there
+    // unless x is close to a, which the uniform expansion takes.
+    if (a > 1e290 || x > 1e290) return {(x - a) - a * (std::log(x) - std::log(a)), 0.0};
+    return dd::scaled_log1pmx(a, {x, 0.0}, {a, 0.0});
+}
 
 double S14_RATIO_FUNCTION(double m) {
     const double r = m <= 0.0 ? polynomial(kRatioNegative, 4.0 * m + 1.0) : polynomial(kRatioPositive, 4.0 * m - 1.0);
@@ -57,20 +65,19 @@ double uniform_sum(double eta, double a) {
 } // namespace
 
 double S14_UNIFORM(double a, double x, bool lower, double /*tol*/, double tiny) {
-    // x - a is exact for x within a factor two of a; y = a (m - log(1 + m)) with m = (x - a)/a.
-    const double d = x - a;
-    double y = d * (d / a) * log1p_ratio(d / a);
-    if (y < 0.0) y = 0.0;
-    double z = std::sqrt(y);
-    double eta = std::sqrt(2.0 * y / a);
+    // y = a (m - log(1 + m)), m = (x - a)/a, in double-double: both erfc(sqrt(y)) and exp(-y) turn an
+    // absolute error in y into the same relative error, and y reaches 700 before they underflow.
+    const dd::DD y = gamma_exponent(a, x);
+    dd::DD z = y.hi > 0.0 ? dd::root(y) : dd::DD{0.0, 0.0};
+    double eta = std::sqrt(2.0 * y.hi / a);
     if (x < a) {
-        z = -z;
+        z = dd::neg(z);
         eta = -eta;
     }
     const double s = lower ? -1.0 : 1.0;
-    const double v = 0.5 * erfc_pair(s * z, 0.0);
-    if (-y < std::log(tiny)) return v;
-    return v + s * std::exp(-y) * uniform_sum(eta, a) / (std::sqrt(a) * 2.5066282746310007);
+    const double v = 0.5 * erfc_pair(s * z.hi, s * z.lo);
+    if (-y.hi < std::log(tiny)) return v;
+    return v + s * dd::exp_minus(y) * uniform_sum(eta, a) / (std::sqrt(a) * 2.5066282746310007);
 }
 
 } // namespace special
@@ -78,17 +85,12 @@ double S14_UNIFORM(double a, double x, bool lower, double /*tol*/, double tiny) 
 namespace {
 
 // x^a e^-x / Gamma(a + 1) = exp(-y) B(a), where y = a phi(m), phi(m) = m - log(1 + m), m = (x - a)/a,
-// and B(a) = a^a e^-a / Gamma(a + 1).  Formed so, the factor keeps the accuracy of y, which is what
-// the ratios' own sensitivity to x and a allows, where a log x - x - log Gamma(a + 1) would lose
-// about a log x + x units of the last place to cancellation.  B comes from the Stirling correction
-// from a = 20 on, and from a^a e^-a and Gamma below.
-double power_factor(double a, double x, double lx, double tiny) {
-    const double d = x - a;
-    const double m = d / a;
-    // Below m = -7/8 the rounding of m would dominate log(1 + m); there log(x/a) is taken directly.  So it
-    // is for a far below x, where m*m in the ratio would overflow (m is infinite for a subnormal a) and
-    // d outweighs the logarithmic term anyway.
-    const double y = m < -0.875 || m > 1e100 ? d - a * (lx - std::log(a)) : d * m * special::log1p_ratio(m);
+// and B(a) = a^a e^-a / Gamma(a + 1).  Formed so, the factor has the accuracy of y, which is carried in
+// double-double (gamma_exponent), where a log x - x - log Gamma(a + 1) would lose about a log x + x
+// units of the last place to cancellation.  B comes from the Stirling correction from a = 20 on, and
+// from a^a e^-a and Gamma below.
+double power_factor(double a, double x, double tiny) {
+    const dd::DD y = special::gamma_exponent(a, x);
     double log_b;
     if (a >= 20.0) {
         log_b = -(special::stirling_correction(a) / a + 0.5 * std::log(a) + 0.9189385332046727);
@@ -97,10 +99,11 @@ double power_factor(double a, double x, double lx, double tiny) {
     } else {
         log_b = (a - 1.0) * std::log(a) - a - std::log(gamma_value(a));
     }
-    if (log_b - y < std::log(tiny)) return 0.0;
-    if (a >= 20.0) return std::exp(-y) / (std::sqrt(a) * 2.5066282746310002 * std::exp(special::stirling_correction(a) / a));
-    if (a < 1.0) return std::exp(-y) * (std::pow(a, a) * std::exp(-a) / gamma_value(1.0 + a));
-    return std::exp(-y) * (std::pow(a, a - 1.0) * std::exp(-a) / gamma_value(a));
+    if (log_b - y.hi < std::log(tiny)) return 0.0;
+    const double e = dd::exp_minus(y);
+    if (a >= 20.0) return e / (std::sqrt(a) * 2.5066282746310002 * std::exp(special::stirling_correction(a) / a));
+    if (a < 1.0) return e * (std::pow(a, a) * std::exp(-a) / gamma_value(1.0 + a));
+    return e * (std::pow(a, a - 1.0) * std::exp(-a) / gamma_value(a));
 }
 
 } // namespace
@@ -165,7 +168,7 @@ extern "C" void s14bac(double a, double x, double tol, double *p, double *q, Zek
             sum += term;
             converged = std::fabs(term) <= sum * eps;
         }
-        *p = sum * zek::power_factor(a, x, lx, tiny);
+        *p = sum * zek::power_factor(a, x, tiny);
         *q = 1.0 - *p;
     } else if (x > 1.5) {
         if (x + 1.0 - a >= 1.0 / std::sqrt(tiny)) {
@@ -187,7 +190,7 @@ extern "C" void s14bac(double a, double x, double tol, double *p, double *q, Zek
             sum += delta;
             converged = std::fabs(delta) <= sum * eps;
         }
-        *q = sum * a / b1 * zek::power_factor(a, x, lx, tiny);
+        *q = sum * a / b1 * zek::power_factor(a, x, tiny);
         *p = 1.0 - *q;
     } else {
         // Small a and x: Q = (x^(a+1) S / (a + 1) + h) a / Gamma(a + 1), h = (Gamma(a + 1) - x^a) / a and

@@ -3,6 +3,7 @@
 //
 // Every tail is computed directly where it is the smaller one, never as 1 minus the other, so tails
 // keep their relative accuracy down to the underflow threshold.
+#include <cfloat>
 #include <cmath>
 
 #include "frame/machine.h"
@@ -26,35 +27,62 @@ double stirling_mu(double z) { return special::stirling_correction(z) / z; }
 
 double log_gamma(double z) { return s14abc(z, nullptr); }
 
-// log(x^a y^b / B(a, b)).  With both parameters large the powers are taken about the mode
-// x0 = a / (a + b): a log(x/x0) + b log(y/y0) = (a + b)((x - x0) + (y - y0)) - a m1^2 r(m1) - b m2^2 r(m2)
-// with m = (x - x0)/x0, r(m) = (m - log(1 + m))/m^2, and the gamma functions by Stirling's series, so
-// nothing of size a or b cancels.  With one parameter small and the other large, log Gamma(b)/Gamma(a+b)
-// by the same series keeps the cancellation to the size of the small one.
-double log_power_factor(double a, double b, double x, double y, double lx, double ly) {
+// log(a^a e^-a / Gamma(a)) for 0 < a < 20, from the factor itself, so its logarithm has the factor's
+// few units of relative error as absolute error, where a log a - a - log Gamma(a) would lose a log a.
+double log_scaled_gamma(double a) {
+    const double f = a < 1.0 ? std::pow(a, a) * a / gamma_value(1.0 + a) : std::pow(a, a - 1.0) * a / gamma_value(a);
+    return std::log(f) - a;
+}
+
+// log(x^a y^b / B(a, b)) as an unevaluated sum.  Its large parts are exponents of the form
+// c phi(m), phi(m) = m - log(1 + m), carried in double-double, since exp turns an absolute error in them
+// into the same relative error of the factor, and they reach 700 before it underflows.  The smaller of
+// x and y is taken as exact and the other as 1 less it.
+// - Both parameters large: about the mode x0 = a/s, s = a + b, a log(x/x0) + b log(y/y0) =
+//   -a phi(m1) - b phi(m2), m1 = (x - x0)/x0, m2 = (y - y0)/y0 (a m1 + b m2 = s (x + y - 1) vanishes),
+//   and the gamma functions by Stirling's series, so nothing of size a or b cancels.
+// - One small (c, variable u) and one large (d, variable v = 1 - u): with t = s u,
+//   c log u + d log v + log Gamma(s)/Gamma(d) = log(c^c e^-c) - c phi(t/c - 1) + c u - d phi(-u)
+//   - c/(2d) - (d - 1/2) phi(c/d) + mu(s) - mu(d), the gamma-like exponent of t and the
+//   normal-like one of u both exact to the double-double.
+// - Both small: the logarithms in double-double and B(a, b) from the gamma function.
+// Where the smaller variable is below the normal range (callers pass t^2/(nu + t^2) and the like, whose
+// logarithm they know better than the underflowed value) its given logarithm LX or LY stands instead.
+dd::DD log_power_factor(double a, double b, double x, double y, double lx, double ly) {
+    const dd::DD xs = x <= y ? dd::DD{x, 0.0} : dd::two_sum(1.0, -y);
+    const dd::DD ys = x <= y ? dd::two_sum(1.0, -x) : dd::DD{y, 0.0};
+    const bool normal = std::fmin(x, y) >= DBL_MIN;
+    const dd::DD s = dd::two_sum(a, b);
     if (a >= 20.0 && b >= 20.0) {
-        const double s = a + b;
-        const double x0 = a / s, y0 = b / s;
-        const double d1 = x - x0, d2 = y - y0;
-        const double m1 = d1 / x0, m2 = d2 / y0;
-        double e;
-        if (std::fabs(m1) <= 0.5 && std::fabs(m2) <= 0.5) {
-            e = s * (d1 + d2) - a * m1 * m1 * special::log1p_ratio(m1) - b * m2 * m2 * special::log1p_ratio(m2);
-        } else {
-            e = a * (lx - std::log(x0)) + b * (ly - std::log(y0));
-        }
-        return 0.5 * (std::log(a) + std::log(b) - std::log(s)) - kLogRootTwoPi + e + stirling_mu(s) - stirling_mu(a) -
-               stirling_mu(b);
+        // A variable below the normal range to a power of at least 20 underflows (so below, v for d).
+        if (!normal) return {-HUGE_VAL, 0.0};
+        const dd::DD x0 = dd::div({a, 0.0}, s), y0 = dd::div({b, 0.0}, s);
+        const dd::DD e = dd::neg(dd::add(dd::scaled_log1pmx(a, xs, x0), dd::scaled_log1pmx(b, ys, y0)));
+        return dd::add(e, {0.5 * (std::log(a) + std::log(b) - std::log(s.hi)) - kLogRootTwoPi + stirling_mu(s.hi) -
+                               stirling_mu(a) - stirling_mu(b),
+                           0.0});
     }
-    if (a < 20.0 && b < 20.0) return a * lx + b * ly - (log_gamma(a) + log_gamma(b) - log_gamma(a + b));
-    // One small (sm, with log lsm of its variable), one large (lg, with llg).
+    if (a < 20.0 && b < 20.0) {
+        const double lb = a > 1e-300 && b > 1e-300 ? std::log(gamma_value(a) * (gamma_value(b) / gamma_value(a + b)))
+                                                   : log_gamma(a) + log_gamma(b) - log_gamma(a + b);
+        const dd::DD logx = xs.hi >= DBL_MIN ? dd::logarithm(xs) : dd::DD{lx, 0.0};
+        const dd::DD logy = ys.hi >= DBL_MIN ? dd::logarithm(ys) : dd::DD{ly, 0.0};
+        return dd::add(dd::add(dd::mul(logx, a), dd::mul(logy, b)), {-lb, 0.0});
+    }
     const bool a_small = a < b;
-    const double sm = a_small ? a : b, lg = a_small ? b : a;
-    const double lsm = a_small ? lx : ly, llg = a_small ? ly : lx;
-    // log Gamma(sm + lg) - log Gamma(lg) = (lg - 1/2) log1p(sm/lg) + sm log(sm + lg) - sm + mu(sm+lg) - mu(lg).
-    const double ratio = (lg - 0.5) * std::log1p(sm / lg) + sm * std::log(sm + lg) - sm + stirling_mu(sm + lg) -
-                         stirling_mu(lg);
-    return sm * lsm + lg * llg - log_gamma(sm) + ratio;
+    const double c = a_small ? a : b, d = a_small ? b : a;
+    const dd::DD u = a_small ? xs : ys, v = a_small ? ys : xs;
+    if (v.hi < DBL_MIN) return {-HUGE_VAL, 0.0};
+    // With u below the normal range, c phi(su/c - 1) = su - c - c log(su/c) from its logarithm, and
+    // d phi(-u) vanishes.
+    const double lu = a_small ? lx : ly;
+    const dd::DD big = u.hi >= DBL_MIN ? dd::add(dd::scaled_log1pmx(c, dd::mul(u, s), {c, 0.0}),
+                                                 dd::scaled_log1pmx(d, v, {1.0, 0.0}))
+                                       : dd::DD{s.hi * u.hi - c - c * (lu + std::log(s.hi) - std::log(c)), 0.0};
+    const double cd = c / d;
+    const double rest = log_scaled_gamma(c) - 0.5 * cd - (d - 0.5) * cd * cd * special::log1p_ratio(cd) +
+                        stirling_mu(s.hi) - stirling_mu(d);
+    return dd::add(dd::sub(dd::mul(u, c), big), {rest, 0.0});
 }
 
 // The continued fraction of I_x(a, b) (Lentz's evaluation), which converges fast for
@@ -149,9 +177,9 @@ double solve_increasing(Step step, double lo, double hi, double x, bool *converg
 BetaTails incomplete_beta(double a, double b, double x, double y, double lx, double ly) {
     if (x <= 0.0 && !(lx > -HUGE_VAL)) return {0.0, 1.0, a < 1.0 ? largest() : (a == 1.0 ? b : 0.0), true};
     if (y <= 0.0 && !(ly > -HUGE_VAL)) return {1.0, 0.0, b < 1.0 ? largest() : (b == 1.0 ? a : 0.0), true};
-    const double lf = log_power_factor(a, b, x, y, lx, ly);
-    const double factor = std::exp(lf);
-    double pdf = std::exp(lf - lx - ly);
+    const dd::DD lf = log_power_factor(a, b, x, y, lx, ly);
+    const double factor = dd::exp_minus(dd::neg(lf));
+    double pdf = std::exp(lf.hi - lx - ly);
     if (!(pdf <= largest())) pdf = largest();
     bool converged = true;
     if (x < (a + 1.0) / (a + b + 2.0)) {
