@@ -6,11 +6,14 @@
 // shrink toward the best vertex (0.5), until the root mean square deviation of the vertex values is at
 // most TOL.  A converged simplex is then tested for descent from its best vertex: steps of 1e-3 of
 // each start edge either way along the axes, then one step to the minimiser of the parabola through
-// the axis whose three values predict the largest fall; the same again with steps of 1e-5 (at most
-// 2(2N + 1) calls).  Where a point lower by more than TOL is found, the simplex is rebuilt around it
-// with a tenth of the start's edges and runs on.  Convergence is reported only when the test finds
-// no such point; a test that does not fit in the calls left ends the run with IFAIL 2, the best
-// vertex returned.  Values that are not finite rank above every finite value.
+// the axis whose three values predict the largest fall, then the steps along two axes at once that
+// complete a quadratic model around the vertex and up to six points along the model's Newton step;
+// the same again with steps of 1e-5 (at most 2((N+1)(N+2)/2 + 6) calls).  Where the model's own
+// step lands lower by more than TOL the test is made again from there at once; where another point
+// lower by more than TOL is found, the simplex is rebuilt around it with a tenth of the start's edges
+// and runs on.  Convergence is reported only when the test finds no such point; a test that does not
+// fit in the calls left ends the run with IFAIL 2, the best vertex returned.  Values that are not
+// finite rank above every finite value.
 #include <algorithm>
 #include <cmath>
 #include <new>
@@ -421,9 +424,10 @@ extern "C" void E04CC_CORE(const int *n_, double *x, double *fmin, const double 
     if (code == 0) {
         // A simplex can collapse onto a subspace, or into a valley narrower than its edges, and
         // converge away from any minimum.  Once converged, the best vertex is tested for descent along
-        // the axes; where one descends by more than TOL the simplex is rebuilt there and runs on, so
-        // the rebuilds end with the calls at the latest.  The run is converged only when no axis
-        // descends: a test or rebuild that does not fit in the calls left ends the run at the limit,
+        // the axes and by a quadratic model; where the test finds a point lower by more than TOL it is
+        // tested again from there (the model's step) or the simplex is rebuilt there and runs on, so
+        // either ends with the calls at the latest.  The run is converged only when the test finds no
+        // descent: a test or rebuild that does not fit in the calls left ends the run at the limit,
         // since the point has not been shown to be a minimum.
         for (;;) {
             if (monit != nullptr)
