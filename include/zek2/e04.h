@@ -286,7 +286,9 @@ ZEK_API void E04BBF(ZekE04Funct1Grad funct, ZekE04AdaptFunct1Grad adapt, double 
  * of its function values is at most TOL (TOL at least EPS).  IW must be N+1.  W1 (N), W2 (N), W3 (N),
  * W4 (N), W5 (N+1), W6 (IW*N) workspace; on exit W6 holds the final simplex (vertex per row, leading
  * dimension N+1) and W5 its values.  MONIT (may be null) is called once per cycle.  MAXCAL: most calls
- * of FUNCT.
+ * of FUNCT, including those of the test that a converged simplex's best vertex must pass: probes along
+ * the axes and a quadratic model's Newton step, at most 2(N^2 + N + 7) calls, finding nothing
+ * lower by more than TOL (else the search goes on from the lower point).
  * IFAIL: 1 N < 1, TOL < EPS, IW not N+1 or MAXCAL < 1 (no call of FUNCT); 2 MAXCAL calls made; 3 no
  * vertex with a finite value. */
 ZEK_API void E04CCF(const int *n, double *x, double *fmin, const double *tol, const int *iw, double *w1,
