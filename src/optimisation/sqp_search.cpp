@@ -314,18 +314,22 @@ private:
 
 } // namespace
 
-int search_with_gradient(Run &run, double alfmax, double phi0, double g0) {
-    return Search(run, true, alfmax, phi0, g0).run();
+namespace {
+
+// A search needs a descent direction and room to move; without them it fails at once.
+int search(Run &run, bool slope, double alfmax, double phi0, double g0) {
+    if (!(g0 < 0.0) || !(alfmax > 0.0) || !std::isfinite(phi0)) return 1;
+    return Search(run, slope, alfmax, phi0, g0).run();
 }
 
-int search_no_gradient(Run &run, double alfmax, double phi0, double g0) {
-    return Search(run, false, alfmax, phi0, g0).run();
-}
+} // namespace
+
+int search_with_gradient(Run &run, double alfmax, double phi0, double g0) { return search(run, true, alfmax, phi0, g0); }
+int search_no_gradient(Run &run, double alfmax, double phi0, double g0) { return search(run, false, alfmax, phi0, g0); }
 
 // With every derivative given the merit function's slope costs nothing at a trial; otherwise it would
 // cost a difference per estimated column, and the search uses values alone.
 int line_search(Run &run, double alfmax, double phi0, double dphi0, double /*curvature*/) {
-    if (!(dphi0 < 0.0) || !(alfmax > 0.0)) return 1;
     return run.missing_obj + run.missing_con == 0 ? search_with_gradient(run, alfmax, phi0, dphi0)
                                                   : search_no_gradient(run, alfmax, phi0, dphi0);
 }
