@@ -709,6 +709,13 @@ ZEK_API void E04_NL_MAJOR(void *state, int *inform) ZEK_SYMBOL("q19873");
 ZEK_API void E04_QP_SUBPROBLEM(void *state, const int *first, int *inform) ZEK_SYMBOL("q49086");
 ZEK_API void E04_LINE_SEARCH(void *state, const double *alfmax, const double *merit, const double *slope,
                              const double *curvature, int *inform) ZEK_SYMBOL("q12390");
+/* The two step-length searches that E04_LINE_SEARCH dispatches to (with every derivative given, the
+ * first; with some estimated, the second), from the saved point with the upper step, merit value and
+ * slope; INFORM as E04_LINE_SEARCH's.  The host's table gives them no symbol. */
+ZEK_API void E04_SEARCH_WITH_GRADIENT(void *state, const double *alfmax, const double *merit, const double *slope,
+                                      int *inform) ZEK_SYMBOL("E04_SEARCH_WITH_GRADIENT");
+ZEK_API void E04_SEARCH_NO_GRADIENT(void *state, const double *alfmax, const double *merit, const double *slope,
+                                    int *inform) ZEK_SYMBOL("E04_SEARCH_NO_GRADIENT");
 ZEK_API void E04_NP_CHECKS(void *state, int *inform) ZEK_SYMBOL("q18954");
 ZEK_API void E04_HESSIAN_UPDATE(const int *n, double *r, const int *ldr, const double *s, double *y, double *work,
                                 int *inform) ZEK_SYMBOL("q64600");

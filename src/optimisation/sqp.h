@@ -152,15 +152,36 @@ void print_major(Run &run, double merit, double violation, Convergence conv);
 void print_major_start(const Run &run);
 void print_central_switch(const Run &run);
 void print_solution(Run &run);
-// The line-search trace (print level kPrintDebug).  `slope`: the search with gradients.
-struct SearchTrace {
-    bool slope;
-    double g0, tolabs, alfmax, targtg, tolrel;
+// The state of the two safeguarded step-length searches, as their traces print it.  Function values
+// are those of the merit function less the sufficient-decrease line F0 + MU ALFA G0, slopes less MU G0:
+// a trial with FTRY <= 0 gives sufficient decrease, and the search looks for a point whose shifted
+// slope is within TARGTG of zero.  [A, B] holds the minimiser of the shifted function and the best
+// point ALFBST; W and V are the points of the previous comparisons (V only without gradients).
+struct SearchState {
+    bool slope = false;                                    // the search with gradients
+    double g0 = 0, tolabs = 0, alfmax = 0, targtg = 0, tolrel = 0, epsaf = 0, alfmin = 0;
+    bool crampd = false;                                   // the first trial is the largest step allowed
+    double alfa = 0, ftry = 0, gtry = 0, a = 0, b = 0, tol = 0;
+    int nsamea = 0, nsameb = 0, numf = 0;
+    bool braktd = false, extrap = false, closef = false, imprvd = false;
+    bool found = false, quiti = false, quitfz = false, quits = false;
+    double alfbst = 0, fbest = 0, gbest = 0, alfaw = 0, fw = 0, gw = 0, alfav = 0, fv = 0;
 };
-void trace_search_start(const Run &run, const SearchTrace &t);
-void trace_search_trial(const Run &run, bool slope, double alfa, double ftry, double gtry, double a, double b,
-                        double tol, const char *kind);
-void trace_search_end(const Run &run, bool slope, bool found, bool quit, double alfa, double f, double g);
+// How the next trial step was chosen, for the trace.
+enum class StepKind { Cubic, Parabola, Bisection, GeoBisection, TwoPoints, ThreePoints, ExponentReduced };
+
+// The line-search trace (print level kPrintDebug): the constants at the start, the state after every
+// trial with the kind of the next step (geometric bisection also prints its points), the end.
+void trace_search_start(const Run &run, const SearchState &s);
+void trace_search_trial(const Run &run, const SearchState &s);
+void trace_search_step(const Run &run, const SearchState &s, StepKind kind, double xtry, double daux, double dtry);
+void trace_search_end(const Run &run, const SearchState &s);
+
+// The two searches behind line_search: 0 accepted with the derivatives evaluated at the step, 2
+// accepted with values only (x is at the step), 1 no acceptable step (x back at the start), negative:
+// the user's stop.
+int search_with_gradient(Run &run, double alfmax, double phi0, double g0);
+int search_no_gradient(Run &run, double alfmax, double phi0, double g0);
 
 } // namespace zek::sqp
 

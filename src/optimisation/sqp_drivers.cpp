@@ -375,6 +375,14 @@ extern "C" void E04_LINE_SEARCH(void *state, const double *alfmax, const double 
                                 const double *curvature, int *inform) {
     *inform = zek::sqp::line_search(run_of(state), *alfmax, *merit, *slope, *curvature);
 }
+extern "C" void E04_SEARCH_WITH_GRADIENT(void *state, const double *alfmax, const double *merit, const double *slope,
+                                         int *inform) {
+    *inform = zek::sqp::search_with_gradient(run_of(state), *alfmax, *merit, *slope);
+}
+extern "C" void E04_SEARCH_NO_GRADIENT(void *state, const double *alfmax, const double *merit, const double *slope,
+                                       int *inform) {
+    *inform = zek::sqp::search_no_gradient(run_of(state), *alfmax, *merit, *slope);
+}
 extern "C" void E04_NP_CHECKS(void *state, int *inform) { *inform = zek::sqp::derivative_checks(run_of(state)); }
 extern "C" void E04_HESSIAN_UPDATE(const int *n, double *r, const int *ldr, const double *s, double *y, double *work,
                                    int *inform) {

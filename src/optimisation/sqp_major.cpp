@@ -1,5 +1,5 @@
 // The SQP engine: workspace, evaluations with difference estimates of missing derivatives, the QP
-// subproblem, the merit function and its penalties, the two line searches, the BFGS update of R and
+// subproblem, the merit function and its penalties, the BFGS update of R and
 // the major loop.
 #include <algorithm>
 #include <cmath>
@@ -17,8 +17,6 @@ namespace {
 using active_set::Start;
 using active_set::Word;
 
-constexpr double kMu = 0.0001;  // sufficient decrease of the merit function
-constexpr int kSearchLimit = 20;  // trial points per line search
 
 inline double &at(double *m, int ld, int i, int j) { return m[i + static_cast<std::ptrdiff_t>(j) * ld]; }
 inline double at(const double *m, int ld, int i, int j) { return m[i + static_cast<std::ptrdiff_t>(j) * ld]; }
@@ -505,129 +503,6 @@ int qp_subproblem(Run &run, bool first) {
     run.ldt = res.ldt;
     run.nactiv = res.nactiv;
     return 0;
-}
-
-// ---- Line search ---------------------------------------------------------------------------------------
-
-namespace {
-
-// The merit function at x0 + a p (and its slope when `slope`); x and the model rows move there.
-int merit_at(Run &run, double a, bool slope, double *phi, double *dphi) {
-    const int n = run.n, ncnln = run.ncnln;
-    for (int j = 0; j < n; ++j) run.x[j] = run.x0[j] + a * run.p[j];
-    const int st = evaluate(run, slope, 0);
-    if (st < 0) return st;
-    if (st > 0) {
-        *phi = std::numeric_limits<double>::infinity();
-        *dphi = 0.0;
-        return 0;
-    }
-    double f = *run.objf, d = slope ? dot(n, run.g, run.p) : 0.0;
-    for (int i = 0; i < ncnln; ++i) {
-        const double lam = run.lambda[i] + a * run.dlam[i];
-        const double v = run.c[i] - (run.slack[i] + a * run.dslk[i]);
-        f += -lam * v + 0.5 * run.rho[i] * v * v;
-        if (slope) {
-            double jp = 0.0;
-            for (int j = 0; j < n; ++j) jp += at(run.cjac, run.ldcj, i, j) * run.p[j];
-            const double dv = jp - run.dslk[i];
-            d += -run.dlam[i] * v - lam * dv + run.rho[i] * v * dv;
-        }
-    }
-    *phi = f;
-    *dphi = d;
-    return 0;
-}
-
-// Minimiser of the cubic through (a, fa, da) and (b, fb, db), or of the parabola through (a, fa, da)
-// and (b, fb) when the cubic has none; NaN when neither exists.  *kind names the fit for the trace.
-double interpolate(double a, double fa, double da, double b, double fb, double db, bool cubic, bool slope,
-                   const char **kind) {
-    if (cubic) {
-        const double d1 = da + db - 3.0 * (fa - fb) / (a - b);
-        const double disc = d1 * d1 - da * db;
-        if (disc >= 0.0) {
-            const double d2 = std::copysign(std::sqrt(disc), b - a);
-            const double t = b - (b - a) * (db + d2 - d1) / (db - da + 2.0 * d2);
-            *kind = "Cubic.";
-            if (std::isfinite(t)) return t;
-        }
-    }
-    const double h = b - a;
-    const double den = 2.0 * (fb - fa - da * h);
-    *kind = slope ? "Parabola." : " Parabolic fit,    two points.";
-    if (den > 0.0) return a - da * h * h / den;
-    // No fit: the trial comes from the interval alone.
-    *kind = slope ? "Bisection." : nullptr;
-    return std::numeric_limits<double>::quiet_NaN();
-}
-
-} // namespace
-
-int line_search(Run &run, double alfmax, double phi0, double dphi0, double /*curvature*/) {
-    const int n = run.n;
-    const bool slope = run.missing_obj + run.missing_con == 0;  // gradients cost no extra evaluations
-    double pmax = 0.0;
-    for (int j = 0; j < n; ++j) pmax = std::max(pmax, std::fabs(run.p[j]) / (1.0 + std::fabs(run.x0[j])));
-    const double alfmin = pmax > 0.0 ? run.cfg.qp.e80 / pmax : alfmax;
-    double lo = 0.0, flo = phi0, dlo = dphi0, hi = -1.0, fhi = 0.0, dhi = 0.0;
-    double a = alfmax;
-    const double eta = run.cfg.eta;
-    bool accepted = false, have_derivs = false;
-    const bool tracing = run.cfg.major_print >= kPrintDebug;
-    if (tracing)
-        trace_search_start(run, {slope, dphi0, (1.0 + std::fabs(phi0)) * run.cfg.epsrf, alfmax, eta * std::fabs(dphi0),
-                                 alfmin});
-    double phi = phi0, dphi = dphi0;
-    int trial = 0;
-    for (; trial < kSearchLimit && a >= alfmin; ++trial) {
-        const int st = merit_at(run, a, slope, &phi, &dphi);
-        if (st < 0) return st;
-        const bool armijo = std::isfinite(phi) && phi - phi0 <= kMu * a * dphi0;
-        if (armijo && (!slope || dphi >= eta * dphi0 || a >= alfmax || (hi > 0.0 && hi - a <= alfmin))) {
-            if (tracing) trace_search_trial(run, slope, a, phi, dphi, lo, hi > 0.0 ? hi : alfmax, alfmin, nullptr);
-            accepted = true;
-            have_derivs = slope;
-            break;
-        }
-        const char *kind = slope ? "Bisection." : nullptr;
-        const double tried = a;
-        double next;
-        if (!armijo) {
-            hi = a;
-            fhi = phi;
-            dhi = dphi;
-            next = std::isfinite(phi) ? interpolate(lo, flo, dlo, hi, fhi, dhi, slope, slope, &kind) : lo + 0.1 * (hi - lo);
-            const double lower = lo + 0.1 * (hi - lo), upper = lo + 0.5 * (hi - lo);
-            if (!std::isfinite(next) || next < lower || next > upper) next = std::isfinite(next) ? std::clamp(next, lower, upper) : upper;
-        } else {
-            // Sufficient decrease but still steeply downhill: move the lower end and look beyond.
-            lo = a;
-            flo = phi;
-            dlo = dphi;
-            const double top = hi > 0.0 ? hi : alfmax;
-            next = interpolate(lo, flo, dlo, top, hi > 0.0 ? fhi : flo, hi > 0.0 ? dhi : dlo, hi > 0.0, slope, &kind);
-            const double lower = lo + 0.2 * (top - lo), upper = top - 0.2 * (top - lo);
-            next = std::isfinite(next) ? std::clamp(next, lower, upper) : 0.5 * (lo + top);
-        }
-        if (tracing) trace_search_trial(run, slope, tried, phi, dphi, lo, hi > 0.0 ? hi : alfmax, alfmin, kind);
-        a = next;
-    }
-    if (tracing) trace_search_end(run, slope, accepted, trial >= kSearchLimit, accepted ? a : lo, phi, dphi);
-    if (!accepted && lo > 0.0) {
-        // The best point with sufficient decrease stands.
-        const int st = merit_at(run, lo, slope, &phi, &dphi);
-        if (st < 0) return st;
-        accepted = std::isfinite(phi) && phi - phi0 <= kMu * lo * dphi0;
-        a = lo;
-        have_derivs = slope;
-    }
-    if (!accepted) {
-        for (int j = 0; j < n; ++j) run.x[j] = run.x0[j];
-        return 1;
-    }
-    run.alpha = a;
-    return have_derivs ? 0 : 2;
 }
 
 // ---- Major loop -------------------------------------------------------------------------------------

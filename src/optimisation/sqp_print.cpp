@@ -7,6 +7,8 @@
 // the subproblem (only their extremes, for Cond T), so the page shows the diagonals of R alone.
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
+#include <string>
 
 #include "frame/output.h"
 #include "optimisation/sqp.h"
@@ -170,28 +172,67 @@ void print_solution(Run &run) {
                                      bigbnd, tolmul);
 }
 
-void trace_search_start(const Run &run, const SearchTrace &t) {
-    write(run, kPrintDebug, "");
-    write(run, kPrintDebug, format("    G0  TOLABS  ALFMAX        %15.6E%15.6E%15.6E", t.g0, t.tolabs, t.alfmax));
-    write(run, kPrintDebug, format(" TARGTG  TOLREL   EPSAF        %15.6E%15.6E%15.6E", t.targtg, t.tolrel, t.tolabs));
+std::string flags(std::initializer_list<bool> values) {
+    std::string out;
+    for (bool v : values) out += format("%5ld", static_cast<long>(v));
+    return out;
 }
 
-void trace_search_trial(const Run &run, bool slope, double alfa, double ftry, double gtry, double a, double b,
-                        double tol, const char *kind) {
+void trace_search_start(const Run &run, const SearchState &s) {
     write(run, kPrintDebug, "");
-    write(run, kPrintDebug,
-          slope ? format(" ALFA    FTRY    GTRY          %15.6E%15.6E%15.6E", alfa, ftry, gtry)
-                : format(" ALFA    FTRY                  %15.6E%15.6E", alfa, ftry));
-    write(run, kPrintDebug, format(" A       B       B - A   TOL   %15.6E%15.6E%15.6E%15.6E", a, b, b - a, tol));
-    if (kind != nullptr) write(run, kPrintDebug, kind);
+    write(run, kPrintDebug, format("    G0  TOLABS  ALFMAX        %15.6E%15.6E%15.6E", s.g0, s.tolabs, s.alfmax));
+    write(run, kPrintDebug, format(" TARGTG  TOLREL   EPSAF        %15.6E%15.6E%15.6E", s.targtg, s.tolrel, s.epsaf));
+    write(run, kPrintDebug, " CRAMPD                        " + flags({s.crampd}));
 }
 
-void trace_search_end(const Run &run, bool slope, bool found, bool quit, double alfa, double f, double g) {
+void trace_search_trial(const Run &run, const SearchState &s) {
     write(run, kPrintDebug, "");
-    write(run, kPrintDebug, format(" FOUND   QUITI                 %5ld%5ld", static_cast<long>(found), static_cast<long>(quit)));
     write(run, kPrintDebug,
-          slope ? format(" ALFBST  FBEST   GBEST         %15.6E%15.6E%15.6E", alfa, f, g)
-                : format(" ALFBST  FBEST                 %15.6E%15.6E", alfa, f));
+          s.slope ? format(" ALFA    FTRY    GTRY          %15.6E%15.6E%15.6E", s.alfa, s.ftry, s.gtry)
+                  : format(" ALFA    FTRY                  %15.6E%15.6E", s.alfa, s.ftry));
+    write(run, kPrintDebug, format(" A       B       B - A   TOL   %15.6E%15.6E%15.6E%15.6E", s.a, s.b, s.b - s.a, s.tol));
+    write(run, kPrintDebug,
+          format(" NSAMEA  NSAMEB  NUMF          %5ld%5ld%5ld", static_cast<long>(s.nsamea), static_cast<long>(s.nsameb),
+                 static_cast<long>(s.numf)));
+    write(run, kPrintDebug, " BRAKTD  EXTRAP  CLOSEF  IMPRVD" + flags({s.braktd, s.extrap, s.closef, s.imprvd}));
+    if (s.slope) {
+        write(run, kPrintDebug, " FOUND   QUITI                 " + flags({s.found, s.quiti}));
+        write(run, kPrintDebug, format(" ALFBST  FBEST   GBEST         %15.6E%15.6E%15.6E", s.alfbst, s.fbest, s.gbest));
+        write(run, kPrintDebug, format(" ALFAW   FW      GW            %15.6E%15.6E%15.6E", s.alfaw, s.fw, s.gw));
+    } else {
+        write(run, kPrintDebug, " FOUND   QUITI   QUITFZ  QUITS " + flags({s.found, s.quiti, s.quitfz, s.quits}));
+        write(run, kPrintDebug, format(" ALFBST  FBEST                 %15.6E%15.6E", s.alfbst, s.fbest));
+        write(run, kPrintDebug, format(" ALFAW   FW                    %15.6E%15.6E", s.alfaw, s.fw));
+        write(run, kPrintDebug, format(" ALFAV   FV                    %15.6E%15.6E", s.alfav, s.fv));
+    }
+}
+
+void trace_search_step(const Run &run, const SearchState &s, StepKind kind, double xtry, double daux, double dtry) {
+    switch (kind) {
+    case StepKind::Cubic: write(run, kPrintDebug, "Cubic."); break;
+    case StepKind::Parabola: write(run, kPrintDebug, "Parabola."); break;
+    case StepKind::Bisection: write(run, kPrintDebug, "Bisection."); break;
+    case StepKind::TwoPoints: write(run, kPrintDebug, " Parabolic fit,    two points."); break;
+    case StepKind::ThreePoints: write(run, kPrintDebug, " Parabolic fit,  three points."); break;
+    case StepKind::ExponentReduced:
+        write(run, kPrintDebug, format(" Exponent reduced.  Trial point%15.6E", xtry));
+        break;
+    case StepKind::GeoBisection:
+        write(run, kPrintDebug,
+              s.slope ? format(" Geo. bisection. XTRY,DAUX,DTRY%15.6E%15.6E%15.6E", xtry, daux, dtry) : " Geo. bisection.");
+        break;
+    }
+}
+
+void trace_search_end(const Run &run, const SearchState &s) {
+    write(run, kPrintDebug, "");
+    if (s.slope) {
+        write(run, kPrintDebug, " FOUND   QUITI                 " + flags({s.found, s.quiti}));
+        write(run, kPrintDebug, format(" ALFBST  FBEST   GBEST         %15.6E%15.6E%15.6E", s.alfbst, s.fbest, s.gbest));
+    } else {
+        write(run, kPrintDebug, " FOUND   QUITI   QUITFZ  QUITS " + flags({s.found, s.quiti, s.quitfz, s.quits}));
+        write(run, kPrintDebug, format(" ALFBST  FBEST                 %15.6E%15.6E", s.alfbst, s.fbest));
+    }
 }
 
 } // namespace zek::sqp

@@ -66,6 +66,8 @@ const Row kRows[] = {
     {"NaN objective later", [](Nlp &, Faults &f, Spoil &) { f.nan_after = 3; }, 100},
     {"stop at the first call", [](Nlp &, Faults &f, Spoil &) { f.stop_after = 0; }, -1},
     {"stop later", [](Nlp &, Faults &f, Spoil &) { f.stop_after = 4; }, -1},
+    {"NaN objective later, search on values", [](Nlp &, Faults &f, Spoil &) { f.nan_after = 9, f.skip_gradient = 0; }, 100},
+    {"stop later, search on values", [](Nlp &, Faults &f, Spoil &) { f.stop_after = 9, f.skip_gradient = 0; }, -1},
     {"unbounded below", [](Nlp &p, Faults &, Spoil &) {
          p.nclin = p.ncnln = 0;
          p.bl = {-kBig, -kBig, -kBig};
