@@ -23,9 +23,14 @@
 // supplies the curvature the residuals carry; near one S is noise.  So each iteration takes the model,
 // Gauss-Newton or augmented, whose prediction of the last reduction was the closer.
 //
+// The estimate is carried by E04GBF and E04GYF with the user's Jacobian and by E04FCF and E04FYF with
+// one by forward differences, whose update then takes the differenced Jacobian at the new point.
+//
 // Workspace: a copy of J for the SVD (M N), then the SVD's own workspace, which after the SVD holds g,
 // the step, the trial point, the trial residuals and one more vector; then the model's Hessian, or the
-// quasi-Newton estimate (N by N).  The right vectors come back in V, transposed in place.
+// quasi-Newton estimate (N by N).  The difference forms' workspace stops after the SVD's, with no room
+// for N by N or even N(N+1)/2 more, so their estimate is held in the solver (beside the scales D) for
+// the length of the call.  The right vectors come back in V, transposed in place.
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -88,6 +93,11 @@ public:
         rt_ = xt_ + n;
         d_ = rt_ + n + m;
         h_ = a.w + m * n + zek::svd_workspace(a.m, a.n, false, true);
+        if (f.quasi_newton && f.lsq == nullptr) {
+            // The difference forms' workspace ends with the decomposition's: the estimate lives here.
+            estimate_.assign(static_cast<std::size_t>(n * n), 0.0);
+            h_ = estimate_.data();
+        }
     }
     int run();
     // The grade of the last Jacobian decomposed: its count of singular values above 10 EPS s_1.
@@ -143,6 +153,9 @@ private:
     // The scale of each variable, the largest column norm of J met so far.  Held outside W: the
     // shortest workspace the easy forms accept has no room left for it beside the decomposition.
     std::vector<double> scale_;
+    // The quasi-Newton estimate of the difference forms (E04FCF, E04FYF), N by N, for the same reason:
+    // their workspace has no N by N room, and even packed the estimate would not fit beside the SVD's.
+    std::vector<double> estimate_;
     int stop_ = 0;
     bool augmented_ = false;
     bool gauss_newton_ = false;  // this iteration falls back to the Gauss-Newton step
@@ -196,28 +209,33 @@ bool Solver::update_estimate(double f_old, double f_new) {
         for (int j = 0; j < n; ++j) t += a_.v[j + k * lv] * scale_[j] * p_[j];
         jp += a_.s[k] * a_.s[k] * t * t;
     }
-    for (int i = 0; i < n; ++i) {
-        double t = 0.0;
-        for (int j = 0; j < n; ++j) t += h_[i + j * nn] * p_[j];
-        rt_[i] = t;  // S p
-    }
+    auto sp = [&] {
+        for (int i = 0; i < n; ++i) {
+            double t = 0.0;
+            for (int j = 0; j < n; ++j) t += h_[i + j * nn] * p_[j];
+            rt_[i] = t;
+        }
+    };
+    sp();
     const double psp = dot(n, p_, rt_);
     const double actual = f_old - f_new, gauss = -(2.0 * dot(n, g_, p_) + jp);
     augmented_ = std::fabs(gauss - psp - actual) < std::fabs(gauss - actual);
-    // J_old' f_new, then the Jacobian at the new point and J_new' f_new.
-    for (int j = 0; j < n; ++j) xt_[j] = dot(m, a_.fjac + j * ld, a_.fvec);
-    if (!residuals(a_.x, rt_ + n, true)) return false;
+    // J_old' f_new (into d_, which a Jacobian by differences leaves alone), then the Jacobian at the
+    // new point and J_new' f_new.
     for (int j = 0; j < n; ++j) d_[j] = dot(m, a_.fjac + j * ld, a_.fvec);
-    // y = d - g (into g_, recomputed by the next decomposition), y# = d - xt (into xt_).
+    if (f_.lsq == nullptr ? !jacobian_by_differences(a_.x, a_.fvec) : !residuals(a_.x, rt_ + n, true)) return false;
+    // y = J_new'f_new - g (into g_, recomputed by the next decomposition), y# = J_new'f_new - d (into xt_).
     for (int j = 0; j < n; ++j) {
-        g_[j] = d_[j] - g_[j];
-        xt_[j] = d_[j] - xt_[j];
+        const double t = dot(m, a_.fjac + j * ld, a_.fvec);
+        g_[j] = t - g_[j];
+        xt_[j] = t - d_[j];
     }
     const double ys = dot(n, g_, p_), ysharp = dot(n, xt_, p_);
     const double eps = zek::precision();
     if (!(ys > std::sqrt(eps) * norm2(n, g_) * norm2(n, p_))) return true;
     // Size the estimate down where it overstates the curvature along p.
     const double tau = psp > 0.0 ? std::min(1.0, std::fabs(ysharp) / psp) : 1.0;
+    sp();  // the differences overwrote S p
     for (std::ptrdiff_t i = 0; i < nn * nn; ++i) h_[i] *= tau;
     for (int i = 0; i < n; ++i) rt_[i] = xt_[i] - tau * rt_[i];  // z = y# - S p
     const double zp = dot(n, rt_, p_);
@@ -597,10 +615,10 @@ int Solver::run() {
         }
         ++*a_.niter;
         *a_.fsumsq = f;
-        if (differences) {
-            if (!jacobian_by_differences(a_.x, a_.fvec)) return stop_;
-        } else if (f_.quasi_newton) {
+        if (f_.quasi_newton) {
             if (!update_estimate(f_before, f)) return stop_;
+        } else if (differences) {
+            if (!jacobian_by_differences(a_.x, a_.fvec)) return stop_;
         } else if (!residuals(a_.x, rt_ + n, true)) {
             return stop_;
         }
@@ -811,8 +829,8 @@ extern "C" void E04FCF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE
                        double *fvec, double *fjac, const int *lj, double *s, double *v, const int *lv, int *niter,
                        int *nf, int *igrade, int *, const int *, double *w, const int *lw, int *iuser, double *ruser,
                        int *ifail) {
-    comprehensive_call("E04FCF", by_differences(lsqfun, adapt, iuser, ruser), lsqmon, madapt, m, n, iprint, maxcal,
-                       eta, xtol, stepmx, x, fsumsq, fvec, fjac, lj, s, v, lv, niter, nf, igrade, w, lw, ifail);
+    comprehensive_call("E04FCF", quasi_newton(by_differences(lsqfun, adapt, iuser, ruser)), lsqmon, madapt, m, n, iprint,
+                       maxcal, eta, xtol, stepmx, x, fsumsq, fvec, fjac, lj, s, v, lv, niter, nf, igrade, w, lw, ifail);
 }
 
 extern "C" void E04GBF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, ZekE04LsqHes lsqhes,
@@ -852,7 +870,7 @@ extern "C" void E04HEF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04Ad
 
 extern "C" void E04FYF(const int *m, const int *n, ZekE04LsqFunDiff lsqfun, ZekE04AdaptLsqDiff adapt, double *x,
                        double *fsumsq, double *w, const int *lw, int *iuser, double *ruser, int *ifail) {
-    easy("E04FYF", by_differences(lsqfun, adapt, iuser, ruser), *m, *n, x, fsumsq, w, *lw, ifail);
+    easy("E04FYF", quasi_newton(by_differences(lsqfun, adapt, iuser, ruser)), *m, *n, x, fsumsq, w, *lw, ifail);
 }
 
 extern "C" void E04GYF(const int *m, const int *n, ZekE04LsqFun lsqfun, ZekE04AdaptLsq adapt, double *x,

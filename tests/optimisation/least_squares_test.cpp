@@ -139,26 +139,28 @@ void jennrich_sampson(const double *x, double *r, double *j) {
     }
 }
 
-TEST(LeastSquares, TheQuasiNewtonTermBeatsGaussNewtonOnLargeResiduals) {
+// Both the differenced and the analytic forms carry the quasi-Newton term: on large residuals pure
+// Gauss-Newton steps crawl (461 iterations on Brown-Dennis, 13 on Jennrich-Sampson from these starts).
+TEST(LeastSquares, TheQuasiNewtonTermSpeedsLargeResidualFits) {
     const mgh::Problem problems[] = {
         {"BrownDennis", 4, 20, {25.0, 5.0, -5.0, -1.0}, 85822.2016263563, {}, brown_dennis},
         {"JennrichSampson", 2, 10, {0.3, 0.4}, 124.362182355615, {}, jennrich_sampson},
     };
-    for (const mgh::Problem &p : problems) {
+    const int most_iterations[] = {40, 12};
+    for (int q = 0; q < 2; ++q) {
+        const mgh::Problem &p = problems[q];
         SCOPED_TRACE(p.name);
         g_p = &p;
         lsq::Settings set;
         set.stepmx = 100.0;
-        int iters[2] = {0, 0};
         for (lsq::Routine r : {lsq::kFC, lsq::kGB}) {
             SCOPED_TRACE(lsq::name(r));
             const lsq::Fit o = lsq::fit(r, p.m, p.n, lsq_fun, lsq_diff, p.start, set);
             EXPECT_EQ(o.ifail, 0);
             EXPECT_NEAR(o.fsumsq, p.fmin, 1e-9 * p.fmin);
             EXPECT_EQ(o.igrade, p.n);
-            iters[r == lsq::kGB] = o.niter;
+            EXPECT_LE(o.niter, most_iterations[q]);
         }
-        EXPECT_LT(iters[1], iters[0]) << "Gauss-Newton " << iters[0] << " iterations, quasi-Newton " << iters[1];
     }
 }
 
