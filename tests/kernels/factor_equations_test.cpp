@@ -47,8 +47,7 @@ TEST(Determinant, KnownValuesAndScaledForm) {
     EXPECT_NEAR(det, -1.0, 1e-15);
     // 200 by 200 diagonal of 10: 10**200 fits, and the scaled form carries it exactly.
     const int big = 200;
-    Mat d = identity_matrix(big);
-    for (int i = 0; i < big; ++i) d(i, i) = 10.0;
+    Mat d = identity_matrix(big, 10.0);
     std::vector<double> p(big);
     double d1 = 0.0;
     int id = 0;
@@ -58,19 +57,15 @@ TEST(Determinant, KnownValuesAndScaledForm) {
     EXPECT_NEAR(std::log2(std::fabs(d1)) + id, 200.0 * std::log2(10.0), 1e-9);
     EXPECT_GE(std::fabs(d1), 0.0625);
     EXPECT_LT(std::fabs(d1), 1.0);
-    // 10**400 overflows: F03AAF says so, the scaled form does not.
+    // 10**400 overflows (F03AAF says so, the scaled form does not) and 0.1**400 underflows.
     const int huge = 400;
-    Mat h = identity_matrix(huge);
-    for (int i = 0; i < huge; ++i) h(i, i) = 10.0;
     std::vector<double> wk(huge);
-    ifail = 1;
-    F03AAF(h.data(), &h.ld, &huge, &det, wk.data(), &ifail);
-    EXPECT_EQ(ifail, 3);
-    Mat hh = identity_matrix(huge);
-    for (int i = 0; i < huge; ++i) hh(i, i) = 0.1;
-    ifail = 1;
-    F03AAF(hh.data(), &hh.ld, &huge, &det, wk.data(), &ifail);
-    EXPECT_EQ(ifail, 4);
+    for (auto [diagonal, exit] : {std::pair{10.0, 3}, std::pair{0.1, 4}}) {
+        Mat h = identity_matrix(huge, diagonal);
+        ifail = 1;
+        F03AAF(h.data(), &h.ld, &huge, &det, wk.data(), &ifail);
+        EXPECT_EQ(ifail, exit);
+    }
     EXPECT_EQ(det, 0.0);
 }
 
@@ -266,43 +261,14 @@ TEST(NormEstimate, RealAndComplexEstimatesBoundTheOneNorm) {
     for (int n : {1, 7, 60}) {
         const Mat a = make_matrix(Kind::Graded, n, n, 3u + n);
         const double exact = one_norm(a);
-        std::vector<double> x(n), v(n);
-        std::vector<int> iwork(n + 3);
-        int icase = 0, ifail = 0, products = 0;
         double est = 0.0;
-        do {
-            F04YCF(&icase, &n, x.data(), &est, v.data(), iwork.data(), &ifail);
-            ASSERT_EQ(ifail, 0);
-            if (icase != 0) {
-                std::vector<double> y(n, 0.0);
-                for (int j = 0; j < n; ++j)
-                    for (int i = 0; i < n; ++i) y[icase == 1 ? i : j] += (icase == 1 ? a(i, j) * x[j] : a(i, j) * x[i]);
-                x = y;
-                ++products;
-            }
-        } while (icase != 0 && products < 50);
-        EXPECT_LE(products, 11);
+        int ifail = 0;
+        EXPECT_LE(drive_estimator(F04YCF, 1, n, a.data(), &est, &ifail), 11);
+        EXPECT_EQ(ifail, 0);
         EXPECT_LE(est, exact * (1 + 1e-13));
         EXPECT_GE(est, exact / 3.0);
-
         // The complex estimator on the same matrix as a complex one.
-        std::vector<double> zx(2 * n), zv(2 * n);
-        icase = 0;
-        products = 0;
-        do {
-            F04ZCF(&icase, &n, zx.data(), &est, zv.data(), iwork.data(), &ifail);
-            if (icase != 0) {
-                std::vector<double> y(2 * n, 0.0);
-                for (int j = 0; j < n; ++j)
-                    for (int i = 0; i < n; ++i) {
-                        const int to = icase == 1 ? i : j, from = icase == 1 ? j : i;
-                        y[2 * to] += a(i, j) * zx[2 * from];
-                        y[2 * to + 1] += a(i, j) * zx[2 * from + 1];
-                    }
-                zx = y;
-                ++products;
-            }
-        } while (icase != 0 && products < 50);
+        drive_estimator(F04ZCF, 2, n, a.data(), &est, &ifail);
         EXPECT_LE(est, exact * (1 + 1e-13));
         EXPECT_GE(est, exact / 3.0);
     }

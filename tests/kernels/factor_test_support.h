@@ -12,6 +12,7 @@
 
 #include "kernel_test_util.h"
 #include "peer_blas.h"
+#include "zek2/f04.h"
 #include "zek2/y90.h"
 
 namespace zek_test {
@@ -117,9 +118,10 @@ inline Mat make_spd(int n, unsigned seed, bool graded = false) {
     return a;
 }
 
-inline Mat identity_matrix(int n) {
+// D times the identity of order N.
+inline Mat identity_matrix(int n, double d = 1.0) {
     Mat e(n, n);
-    for (int i = 0; i < n; ++i) e(i, i) = 1.0;
+    for (int i = 0; i < n; ++i) e(i, i) = d;
     return e;
 }
 
@@ -174,6 +176,29 @@ inline Mat lu_product(const Mat &f, const std::vector<int> &ipiv, bool unit_l = 
             for (int j = 0; j < n; ++j) std::swap(p(i, j), p(r, j));
     }
     return p;
+}
+
+// Drives a 1-norm estimator (real, WIDTH 1, or complex, WIDTH 2) on the real N by N matrix A (column
+// order, leading dimension N) as a complex one when WIDTH is 2, forming each product it asks for.
+// Returns the number of products formed, capped at 100 so that an estimator that never stops asking
+// still ends; the estimate and IFAIL (its value on entry is the caller's) are left in EST and IFAIL.
+inline int drive_estimator(decltype(&F04YCF) estimator, int width, int n, const double *a, double *est,
+                           int *ifail) {
+    std::vector<double> x(std::size_t(std::max(n, 1)) * width), v(x.size());
+    std::vector<int> iwork(std::max(n, 1) + 3);
+    int icase = 0, products = 0;
+    do {
+        estimator(&icase, &n, x.data(), est, v.data(), iwork.data(), ifail);
+        if (icase == 0 || *ifail != 0) break;
+        std::vector<double> y(x.size(), 0.0);
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i < n; ++i) {
+                const int to = icase == 1 ? i : j, from = icase == 1 ? j : i;
+                for (int part = 0; part < width; ++part) y[width * to + part] += a[i + n * j] * x[width * from + part];
+            }
+        x = y;
+    } while (++products < 100);
+    return products;
 }
 
 } // namespace zek_test

@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "factor_test_support.h"
 #include "zek2/f01.h"
 #include "zek2/f03.h"
 #include "zek2/f04.h"
@@ -78,27 +79,13 @@ ZekFail quiet() {
     return fail;
 }
 
-// A 1-norm estimator (real, W = 1, or complex, W = 2) driven on the 3 by 3 matrix; the product it asks
-// for is formed here, and it must stop asking.
+// A 1-norm estimator (real, W = 1, or complex, W = 2) driven on the 3 by 3 matrix: it must stop asking.
 Outcome estimate(decltype(&F04YCF) estimator, int width, double v, bool whole) {
     const auto a = matrix(v, whole);
-    const int n = 3;
-    std::vector<double> x(3 * width), w(3 * width);
-    std::vector<int> iwork(6);
-    int icase = 0, ifail = 1, products = 0;
     double est = 0.0;
-    do {
-        estimator(&icase, &n, x.data(), &est, w.data(), iwork.data(), &ifail);
-        if (icase == 0 || ifail != 0) break;
-        std::vector<double> y(3 * width, 0.0);
-        for (int j = 0; j < 3; ++j)
-            for (int i = 0; i < 3; ++i) {
-                const int to = icase == 1 ? i : j, from = icase == 1 ? j : i;
-                for (int part = 0; part < width; ++part) y[width * to + part] += a[i + 3 * j] * x[width * from + part];
-            }
-        x = y;
-    } while (++products < 100);
-    EXPECT_LT(products, 100) << "the estimator asks for products without end";
+    int ifail = 1;
+    EXPECT_LT(zek_test::drive_estimator(estimator, width, 3, a.data(), &est, &ifail), 100)
+        << "the estimator asks for products without end";
     return Outcome{ifail, {est}};
 }
 

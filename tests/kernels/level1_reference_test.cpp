@@ -11,13 +11,7 @@
 
 namespace {
 
-using zek_test::expect_near_vectors;
-using zek_test::FortranComplex;
-using zek_test::kTight;
-using zek_test::Random;
-using zek_test::ref;
-using zek_test::reference_blas;
-using zek_test::strided_size;
+using namespace zek_test;
 
 using DotFn = double (*)(const int *, const double *, const int *, const double *, const int *);
 using AxpyFn = void (*)(const int *, const double *, const double *, const int *, double *, const int *);

@@ -13,12 +13,7 @@
 
 namespace {
 
-using zek_test::expect_near_vectors;
-using zek_test::kTight;
-using zek_test::Random;
-using zek_test::ref;
-using zek_test::reference_blas;
-using zek_test::strided_size;
+using namespace zek_test;
 using L = std::size_t;  // hidden lengths of the Fortran interface
 
 using GemvFn = void (*)(const char *, const int *, const int *, const double *, const double *, const int *,

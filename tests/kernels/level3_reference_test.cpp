@@ -13,10 +13,7 @@
 
 namespace {
 
-using zek_test::expect_near_vectors;
-using zek_test::Random;
-using zek_test::ref;
-using zek_test::reference_blas;
+using namespace zek_test;
 using L = std::size_t;
 
 using GemmFn = void (*)(const char *, const char *, const int *, const int *, const int *, const double *,
