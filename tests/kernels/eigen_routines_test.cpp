@@ -14,12 +14,7 @@ namespace {
 
 using Cx = std::complex<double>;
 
-Mat upper_hessenberg(int n, unsigned seed) {
-    Mat h = make_matrix(Kind::Random, n, n, seed);
-    for (int j = 0; j < n; ++j)
-        for (int i = j + 2; i < n; ++i) h(i, j) = 0.0;
-    return h;
-}
+Mat upper_hessenberg(int n, unsigned seed) { return upper_band(make_matrix(Kind::Random, n, n, seed), 1); }
 
 TEST(EigenRoutinesReference, RealSchurFormAgreesWithReferenceLapack) {
     using Dhseqr = void (*)(const char *, const char *, const int *, const int *, const int *, double *, const int *,

@@ -12,6 +12,7 @@
 
 #include "kernel_test_util.h"
 #include "peer_blas.h"
+#include "zek2/f02.h"
 #include "zek2/f04.h"
 #include "zek2/y90.h"
 
@@ -140,6 +141,24 @@ inline double one_norm(const Mat &a) {
         best = std::max(best, s);
     }
     return best;
+}
+
+// A with every element more than BELOW places under the diagonal set to zero: BELOW 1 gives the upper
+// Hessenberg part, 0 the upper triangle (or trapezoid).
+inline Mat upper_band(Mat a, int below) {
+    for (int j = 0; j < a.n; ++j)
+        for (int i = j + below + 1; i < a.m; ++i) a(i, j) = 0.0;
+    return a;
+}
+
+// The bidiagonal iteration on (D, E) of order N for the singular values only; returns IFAIL (1 on entry).
+inline int bidiagonal_values(int n, double *d, double *e) {
+    std::vector<double> work(4 * std::size_t(std::max(n, 1)));
+    const int zero = 0, one = 1;
+    double dummy = 0.0;
+    int ifail = 1;
+    F02SYZ(&n, d, e, &zero, &dummy, &one, &zero, &dummy, &one, &zero, &dummy, &one, work.data(), &ifail);
+    return ifail;
 }
 
 // C = A*B.

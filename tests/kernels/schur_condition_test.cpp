@@ -62,9 +62,7 @@ TEST(SchurCondition, ClosedFormsOfOrderTwo) {
 
 // Real Schur forms of random Hessenberg matrices, and one with a cluster and a graded part.
 Mat schur_form(int n, unsigned seed, bool graded) {
-    Mat h = make_matrix(graded ? Kind::Graded : Kind::Random, n, n, seed);
-    for (int j = 0; j < n; ++j)
-        for (int i = j + 2; i < n; ++i) h(i, j) = 0.0;
+    Mat h = upper_band(make_matrix(graded ? Kind::Graded : Kind::Random, n, n, seed), 1);
     std::vector<double> wr(n), wi(n), work(n);
     int info = 0, one = 1;
     F08PEF("S", "N", &n, &one, &n, h.data(), &h.ld, wr.data(), wi.data(), nullptr, &one, work.data(), &n, &info, 1, 1);

@@ -34,9 +34,7 @@ TEST(SchurReorderReference, MovesAgreeWithReferenceLapack) {
     auto dtrexc = reference_lapack().get<Dtrexc>("dtrexc");
     ASSERT_NE(dtrexc, nullptr);
     const int n = 14, one = 1, lwork = n;
-    Mat h0 = make_matrix(Kind::Random, n, n, 77);
-    for (int j = 0; j < n; ++j)
-        for (int i = j + 2; i < n; ++i) h0(i, j) = 0.0;
+    const Mat h0 = upper_band(make_matrix(Kind::Random, n, n, 77), 1);
     Mat s = h0, z(n, n);
     std::vector<double> wr(n), wi(n), work(n);
     int info = -9;
