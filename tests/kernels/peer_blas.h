@@ -44,6 +44,12 @@ template <class F> F ref(const char *name) {
     return f;
 }
 
+// Calls the reference routine NAME (returning nothing) with ARGS, its type taken from the arguments:
+// pointers for the Fortran arguments, std::size_t for the hidden lengths of character arguments.
+template <class... Args> void call_ref(const char *name, Args... args) {
+    if (auto f = ref<void (*)(Args...)>(name)) f(args...);
+}
+
 } // namespace zek_test
 
 #endif
