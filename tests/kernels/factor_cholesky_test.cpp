@@ -129,10 +129,6 @@ TEST(CholeskyFactor, IndefiniteMatrixStopsAtItsMinor) {
 // The real factor blocked, the complex Hermitian one unblocked and blocked: the same factor as the
 // reference.
 TEST(CholeskyReference, SameFactorAsReferenceDpotrfAndZpotrf) {
-    using Potrf = void (*)(const char *, const int *, double *, const int *, int *, int);
-    auto dpotrf = reference_lapack().get<Potrf>("dpotrf");
-    auto zpotrf = reference_lapack().get<Potrf>("zpotrf");
-    ASSERT_TRUE(dpotrf && zpotrf);
     const int n = 90, nc = 27;
     const Mat a = make_spd(n, 21);
     // B^H B + N I, Hermitian positive definite.
@@ -154,11 +150,11 @@ TEST(CholeskyReference, SameFactorAsReferenceDpotrfAndZpotrf) {
         set_block_size("F07FDF", 16);
         F07FDF(&uplo, &n, ours.data(), &ours.ld, &i1, 1);
         set_block_size("F07FDF", 1);
-        dpotrf(&uplo, &n, ref.data(), &ref.ld, &i2, 1);
+        call_lapack("dpotrf", &uplo, &n, ref.data(), &ref.ld, &i2, L(1));
         EXPECT_EQ(i1, i2);
         expect_near_vectors(ours.v, ref.v, 1e-12, "dpotrf");
         std::vector<C> zr = h, z1 = h, zb = h;
-        zpotrf(&uplo, &nc, flat(zr), &nc, &i2, 1);
+        call_lapack("zpotrf", &uplo, &nc, flat(zr), &nc, &i2, L(1));
         F07FRZ(&uplo, &nc, flat(z1), &nc, &i1, 1);
         EXPECT_EQ(i1, i2);
         set_block_size("F07FRF", 5);

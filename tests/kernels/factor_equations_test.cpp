@@ -126,16 +126,13 @@ TEST(LinearEquations, SolutionsWithAndWithoutRefinement) {
 }
 
 TEST(LinearEquationsReference, DeterminantAndSolutionAgreeWithReferenceLapack) {
-    using Gesv = void (*)(const int *, const int *, double *, const int *, int *, double *, const int *, int *);
-    auto dgesv = reference_lapack().get<Gesv>("dgesv");
-    ASSERT_NE(dgesv, nullptr);
     const int n = 25, nrhs = 2;
     const Mat a = make_matrix(Kind::Random, n, n, 77);
     const Mat b = make_matrix(Kind::Random, n, nrhs, 78);
     Mat ra = a, rb = b;
     std::vector<int> ipiv(n);
     int info = 0;
-    dgesv(&n, &nrhs, ra.data(), &ra.ld, ipiv.data(), rb.data(), &rb.ld, &info);
+    call_lapack("dgesv", &n, &nrhs, ra.data(), &ra.ld, ipiv.data(), rb.data(), &rb.ld, &info);
     double ref_det = 1.0;
     for (int i = 0; i < n; ++i) ref_det *= (ipiv[i] != i + 1 ? -1.0 : 1.0) * ra(i, i);
     Mat f = a;
@@ -330,10 +327,6 @@ TEST(Transpose, RectangularAndSquareInPlace) {
 }
 
 TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheCovariance) {
-    using Gels = void (*)(const char *, const int *, const int *, const int *, double *, const int *, double *,
-                          const int *, double *, const int *, int *, int);
-    auto dgels = reference_lapack().get<Gels>("dgels");
-    ASSERT_NE(dgels, nullptr);
     const int m = 40, n = 7, one = 1;
     const Mat a = make_matrix(Kind::Graded, m, n, 12);
     const Mat b = make_matrix(Kind::Random, m, 1, 13);
@@ -341,7 +334,8 @@ TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheC
     std::vector<double> work(1000);
     const int lwork = 1000;
     int info = 0;
-    dgels("N", &m, &n, &one, ra.data(), &ra.ld, rb.data(), &rb.ld, work.data(), &lwork, &info, 1);
+    call_lapack("dgels", "N", &m, &n, &one, ra.data(), &ra.ld, rb.data(), &rb.ld, work.data(), &lwork, &info,
+                L(1));
     Mat qa = a, qb = b;
     std::vector<double> zeta(8);
     double sigma = -1.0;
@@ -362,10 +356,6 @@ TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheC
     EXPECT_EQ(ifail, 0);
     for (double c : cj) EXPECT_GT(c, 0.0);
     // Rank deficient (rank 4 of 8): the minimum-norm solution, as reference LAPACK's SVD solver gives it.
-    using Gelss = void (*)(const int *, const int *, const int *, double *, const int *, double *, const int *,
-                           double *, const double *, int *, double *, const int *, int *);
-    auto dgelss = reference_lapack().get<Gelss>("dgelss");
-    ASSERT_NE(dgelss, nullptr);
     const int dm = 20, dn = 8;
     Mat d = make_matrix(Kind::RankDeficient, dm, dn, 2);
     Mat db = make_matrix(Kind::Random, dm, 1, 3);
@@ -374,7 +364,8 @@ TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheC
     std::vector<double> ls(dn);
     const double rc = 1e-10;
     int lrank = 0;
-    dgelss(&dm, &dn, &one, ld_.data(), &ld_.ld, lb.data(), &lb.ld, ls.data(), &rc, &lrank, work.data(), &lwork, &info);
+    call_lapack("dgelss", &dm, &dn, &one, ld_.data(), &ld_.ld, lb.data(), &lb.ld, ls.data(), &rc, &lrank,
+                work.data(), &lwork, &info);
     ASSERT_EQ(info, 0);
     f04jgc(dm, dn, d.data(), d.ld, db.data(), rc, &sigma, &irank, zeta.data(), &fail);
     ASSERT_EQ(fail.code, 0);

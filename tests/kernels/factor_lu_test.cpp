@@ -191,23 +191,19 @@ TEST(LuFactor, RealPivotCroutFormReproducesTheMatrix) {
 // The real factorisation blocked, the complex one on genuinely complex data unblocked and blocked: the
 // same factors and pivots as the reference.
 TEST(LuReference, SameFactorsAndPivotsAsReferenceDgetrfAndZgetrf) {
-    using Dgetrf = void (*)(const int *, const int *, double *, const int *, int *, int *);
-    auto dgetrf = reference_lapack().get<Dgetrf>("dgetrf");
-    auto zgetrf = reference_lapack().get<Dgetrf>("zgetrf");
-    ASSERT_TRUE(dgetrf && zgetrf);
     for (auto [m, n] : {std::pair{50, 50}, std::pair{70, 41}, std::pair{33, 60}}) {
         const Mat a = make_matrix(Kind::Random, m, n, 99);
         const LuResult ours = dgetrf_with(a, 16);
         Mat ref = a;
         std::vector<int> ipiv(std::min(m, n));
         int info = 0;
-        dgetrf(&m, &n, ref.data(), &ref.ld, ipiv.data(), &info);
+        call_lapack("dgetrf", &m, &n, ref.data(), &ref.ld, ipiv.data(), &info);
         EXPECT_EQ(ours.ipiv, ipiv);
         expect_near_vectors(ours.f.v, ref.v, 1e-12, "dgetrf factors");
         const std::vector<double> z0 = Random(5u + m).vector(2 * a.v.size());
         std::vector<double> zr = z0;
         std::vector<int> zpr(std::min(m, n));
-        zgetrf(&m, &n, zr.data(), &a.ld, zpr.data(), &info);
+        call_lapack("zgetrf", &m, &n, zr.data(), &a.ld, zpr.data(), &info);
         for (int nb : {1, 6}) {
             BlockSize bs("F07ARF", nb);
             std::vector<double> z = z0;

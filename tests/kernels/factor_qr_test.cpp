@@ -210,15 +210,6 @@ TEST(QrPivoted, NormOrderAndTies) {
 // ---- F08 against reference LAPACK -------------------------------------------------------------------
 
 TEST(QrReference, Dgeqr2DormqrDgeqpfAgreeWithReferenceLapack) {
-    using Geqr2 = void (*)(const int *, const int *, double *, const int *, double *, double *, int *);
-    using Ormqr = void (*)(const char *, const char *, const int *, const int *, const int *, const double *,
-                           const int *, const double *, double *, const int *, double *, const int *, int *, int,
-                           int);
-    using Geqpf = void (*)(const int *, const int *, double *, const int *, int *, double *, double *, int *);
-    auto geqr2 = reference_lapack().get<Geqr2>("dgeqr2");
-    auto ormqr = reference_lapack().get<Ormqr>("dormqr");
-    auto geqpf = reference_lapack().get<Geqpf>("dgeqpf");
-    ASSERT_TRUE(geqr2 && ormqr && geqpf);
     const int m = 60, n = 35, k = 35;
     const Mat a = make_matrix(Kind::Random, m, n, 41);
     Mat ours = a, ref = a;
@@ -226,7 +217,7 @@ TEST(QrReference, Dgeqr2DormqrDgeqpfAgreeWithReferenceLapack) {
     int info = 0;
     F08AEZ(&m, &n, ours.data(), &ours.ld, t1.data(), work.data(), &info);
     EXPECT_EQ(info, 0);
-    geqr2(&m, &n, ref.data(), &ref.ld, t2.data(), work.data(), &info);
+    call_lapack("dgeqr2", &m, &n, ref.data(), &ref.ld, t2.data(), work.data(), &info);
     expect_near_vectors(ours.v, ref.v, 1e-12, "dgeqr2 factors");
     expect_near_vectors(t1, t2, 1e-12, "dgeqr2 tau");
 
@@ -242,8 +233,8 @@ TEST(QrReference, Dgeqr2DormqrDgeqpfAgreeWithReferenceLapack) {
                 F08AGF(side, trans, &cm, &cn, &k, ours.data(), &ours.ld, t1.data(), c1.data(), &c1.ld, work.data(),
                        &lwork, &info, 1, 1);
                 EXPECT_EQ(info, 0);
-                ormqr(side, trans, &cm, &cn, &k, ref.data(), &ref.ld, t2.data(), c2.data(), &c2.ld, work.data(),
-                      &lwork, &info, 1, 1);
+                call_lapack("dormqr", side, trans, &cm, &cn, &k, ref.data(), &ref.ld, t2.data(), c2.data(),
+                            &c2.ld, work.data(), &lwork, &info, L(1), L(1));
                 expect_near_vectors(c1.v, c2.v, 1e-11, (std::string("dormqr ") + side + trans).c_str());
                 Mat c3 = c;
                 F08AGZ(side, trans, &cm, &cn, &k, ours.data(), &ours.ld, t1.data(), c3.data(), &c3.ld, work.data(),
@@ -261,7 +252,7 @@ TEST(QrReference, Dgeqr2DormqrDgeqpfAgreeWithReferenceLapack) {
     const int dm = 40, dn = 25;
     F08BEF(&dm, &dn, p1.data(), &p1.ld, j1.data(), t1.data(), work.data(), &info);
     EXPECT_EQ(info, 0);
-    geqpf(&dm, &dn, p2.data(), &p2.ld, j2.data(), t2.data(), work.data(), &info);
+    call_lapack("dgeqpf", &dm, &dn, p2.data(), &p2.ld, j2.data(), t2.data(), work.data(), &info);
     // Past the rank (12) the remaining norms are rounding noise and the order is arbitrary.
     EXPECT_EQ(std::vector<int>(j1.begin(), j1.begin() + 12), std::vector<int>(j2.begin(), j2.begin() + 12));
     EXPECT_EQ(j1[0], 8);

@@ -46,6 +46,10 @@ inline const PeerBlas &reference_lapack() {
     return lapack;
 }
 
+template <class... Args> void call_lapack(const char *name, Args... args) {
+    call_peer(reference_lapack(), name, args...);
+}
+
 // A column-major M by N matrix with leading dimension LD >= M.
 struct Mat {
     int m = 0, n = 0, ld = 1;

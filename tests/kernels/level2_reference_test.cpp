@@ -14,7 +14,6 @@
 namespace {
 
 using namespace zek_test;
-using L = std::size_t;  // hidden lengths of the Fortran interface
 
 
 // A matrix whose diagonal is kept away from zero, so triangular solves stay well conditioned.

@@ -14,7 +14,6 @@
 namespace {
 
 using namespace zek_test;
-using L = std::size_t;
 
 
 constexpr double kProductTol = 1e-11;
