@@ -186,11 +186,7 @@ TEST(Covariance, BothFormsAgreeWithTheNormalEquations) {
     for (int j = 0; j < p; ++j)
         for (int i = 0; i <= j; ++i) r(i, j) = x(i, j);
     // (R'R)^-1 by the general inverse.
-    Mat rtr(p, p);
-    for (int j = 0; j < p; ++j)
-        for (int i = 0; i < p; ++i)
-            for (int l = 0; l < p; ++l) rtr(i, j) += r(l, i) * r(l, j);
-    Mat ginv(p, p), tmp = rtr;
+    Mat ginv(p, p), tmp = multiply(transposed(r), r);
     ZekFail fail{};
     f01aac(tmp.data(), p, p, ginv.data(), p, &fail);
     const double sigma = 0.5, s2 = 0.25;

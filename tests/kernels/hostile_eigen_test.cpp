@@ -125,14 +125,13 @@ TEST(HostileEigen, RealReorderingOnEveryValue) {
     for (const Poison &p : kPoisons) {
         SCOPED_TRACE(p.name);
         const int n = 4;
-        Mat t(n, n), q(n, n);
+        Mat t(n, n), q = identity_matrix(n);
         for (int j = 0; j < n; ++j)
             for (int i = 0; i <= j; ++i) t(i, j) = 1.0 + i + 0.25 * j;
         t(0, 0) = t(1, 1) = 0.5;
         t(0, 1) = 2.0;
         t(1, 0) = -3.0;
         t(2, 2) = p.value;
-        for (int i = 0; i < n; ++i) q(i, i) = 1.0;
         std::vector<double> work(n);
         int ifst = 1, ilst = 3, info = 9;
         F08QFF("V", &n, t.data(), &t.ld, q.data(), &q.ld, &ifst, &ilst, work.data(), &info, 1);
