@@ -177,6 +177,13 @@ inline Mat multiply(const Mat &a, const Mat &b) {
 // ||A - B||_1 / (||A||_1 max(m, n) eps), the test ratio of Y90DRF.
 inline double scaled_difference(const Mat &a, const Mat &b) { return Y90DRF(&a.m, &a.n, a.data(), &a.ld, b.data(), &b.ld); }
 
+// Q*T*Q' = A and Q'*Q = I, each within TOL in the test ratio of Y90DRF.
+inline void expect_orthogonal_similarity(const Mat &a, const Mat &q, const Mat &t, double tol) {
+    const Mat qt = transposed(q);
+    EXPECT_LT(scaled_difference(a, multiply(multiply(q, t), qt)), tol);
+    EXPECT_LT(scaled_difference(identity_matrix(q.n), multiply(qt, q)), tol);
+}
+
 // P*L*U from the factors of an LU factorisation with one-based row interchanges IPIV (unit L when
 // UNIT_L, else L carries the diagonal and U is unit).
 inline Mat lu_product(const Mat &f, const std::vector<int> &ipiv, bool unit_l = true) {

@@ -60,17 +60,12 @@ TEST(SchurReorderReference, MovesAgreeWithReferenceLapack) {
                 }
                 for (int k = i + 2; k < n; ++k) EXPECT_EQ(t(k, i), 0.0);
             }
-            Mat qt(n, n), id(n, n);
-            for (int j = 0; j < n; ++j)
-                for (int i = 0; i < n; ++i) qt(i, j) = q(j, i);
-            for (int i = 0; i < n; ++i) id(i, i) = 1.0;
-            EXPECT_LT(scaled_difference(h0, multiply(multiply(q, t), qt)), 20.0);
-            EXPECT_LT(scaled_difference(id, multiply(qt, q)), 20.0);
+            expect_orthogonal_similarity(h0, q, t, 20.0);
         }
 }
 
 TEST(SchurReorder, BadArgumentsGiveMinusThePosition) {
-        Mat t(3, 3), q(3, 3);
+    Mat t(3, 3), q(3, 3);
     std::vector<double> work(3);
     struct Row {
         const char *compq;
