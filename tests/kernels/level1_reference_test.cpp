@@ -19,9 +19,7 @@ using IndexFn = int (*)(const int *, const double *, const int *);
 using ZdotFn = FortranComplex (*)(const int *, const double *, const int *, const double *, const int *);
 
 struct PairCase {
-    int n;
-    int incx;
-    int incy;
+    int n, incx, incy;
 };
 
 std::ostream &operator<<(std::ostream &os, const PairCase &c) {
@@ -151,9 +149,8 @@ TEST_P(Level1SingleReference, RealAndComplexAgree) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Lengths, Level1SingleReference,
-                         testing::Values(std::pair<int, int>{0, 1}, std::pair<int, int>{1, 1},
-                                         std::pair<int, int>{2, 1}, std::pair<int, int>{9, 1},
-                                         std::pair<int, int>{12, 3}, std::pair<int, int>{33, 2}));
+                         testing::ValuesIn(std::vector<std::pair<int, int>>{{0, 1}, {1, 1}, {2, 1}, {9, 1},
+                                                                            {12, 3}, {33, 2}}));
 
 TEST(Level1RotgReference, GeneratorsAgree) {
     ASSERT_TRUE(reference_blas().loaded()) << reference_blas().error();
