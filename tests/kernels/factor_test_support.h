@@ -224,7 +224,8 @@ inline int drive_estimator(decltype(&F04YCF) estimator, int width, int n, const 
         for (int j = 0; j < n; ++j)
             for (int i = 0; i < n; ++i) {
                 const int to = icase == 1 ? i : j, from = icase == 1 ? j : i;
-                for (int part = 0; part < width; ++part) y[width * to + part] += a[i + n * j] * x[width * from + part];
+                for (int part = 0; part < width; ++part)
+                    y[width * to + part] += a[i + n * j] * x[width * from + part];
             }
         x = y;
     } while (++products < 100);

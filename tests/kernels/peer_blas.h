@@ -56,7 +56,9 @@ template <class... Args> void call_peer(const PeerBlas &lib, const char *name, A
     if (f != nullptr) f(args...);
 }
 
-template <class... Args> void call_ref(const char *name, Args... args) { call_peer(reference_blas(), name, args...); }
+template <class... Args> void call_ref(const char *name, Args... args) {
+    call_peer(reference_blas(), name, args...);
+}
 
 } // namespace zek_test
 

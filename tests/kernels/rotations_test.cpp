@@ -83,7 +83,9 @@ TEST(RotationApplyGeneral, MatchesExplicitRotationMatrices) {
                     const int p = pivot[0] == 'T' ? k1 : k, q = pivot[0] == 'B' ? k2 : k + 1;
                     const double ck = c[k - 1], sk = s[k - 1];
                     // Rows P and Q of every column on the left, columns P and Q of every row on the right.
-                    auto el = [&](int t, int u) -> double & { return left ? at(expected, m, t, u) : at(expected, m, u, t); };
+                    auto el = [&](int t, int u) -> double & {
+                        return left ? at(expected, m, t, u) : at(expected, m, u, t);
+                    };
                     for (int u = 1; u <= (left ? n : m); ++u) {
                         const double x = el(p, u), y = el(q, u);
                         el(p, u) = ck * x + sk * y;

@@ -120,7 +120,8 @@ Mat kahan(int n, double theta) {
 TEST(Svd, TriangularDriverOnHardMatrices) {
     std::vector<std::pair<std::string, Mat>> cases;
     for (Kind k : {Kind::Random, Kind::Graded, Kind::RankDeficient, Kind::ZeroColumn})
-        for (int n : {2, 7, 30}) cases.push_back({std::string(kind_name(k)) + std::to_string(n), upper_band(make_matrix(k, n, n, 11u * n), 0)});
+        for (int n : {2, 7, 30})
+            cases.push_back({kind_name(k) + std::to_string(n), upper_band(make_matrix(k, n, n, 11u * n), 0)});
     cases.push_back({"kahan", kahan(40, 1.2)});
     for (auto &[name, r] : cases) {
         SCOPED_TRACE(name);
