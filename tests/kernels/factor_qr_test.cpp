@@ -167,6 +167,14 @@ TEST(QrFactor, ArgumentErrorsAreCountedBeforeAnyWork) {
     EXPECT_NE(text.find("ABNORMAL EXIT from ZEK Library routine F01QDZ: IFAIL =     1"), std::string::npos);
 }
 
+// F01QFZ on F (pivoting PIVOT) with leading dimension LD (F's own when 0); returns IFAIL (1 on entry).
+static int pivoted_qr(char pivot, Mat &f, std::vector<int> &perm, int ld = 0) {
+    std::vector<double> zeta(std::max(f.n, 1)), work(2 * std::max(f.n, 1));
+    int ifail = 1, lda = ld > 0 ? ld : f.ld;
+    zek::F01QFZ(&pivot, &f.m, &f.n, f.data(), &lda, zeta.data(), perm.data(), work.data(), &ifail, 1);
+    return ifail;
+}
+
 TEST(QrPivoted, NormOrderAndTies) {
     // Column norms 1, 3, 3, 2: the first of the two largest is taken first.
     Mat a(4, 4);
@@ -174,11 +182,8 @@ TEST(QrPivoted, NormOrderAndTies) {
     for (int j = 0; j < 4; ++j) a(j, j) = norms[j];
     for (char pivot : {'C', 'S'}) {
         Mat f = a;
-        std::vector<double> zeta(4), work(8);
         std::vector<int> perm(4);
-        int m = 4, n = 4, ifail = 1;
-        zek::F01QFZ(&pivot, &m, &n, f.data(), &f.ld, zeta.data(), perm.data(), work.data(), &ifail, 1);
-        EXPECT_EQ(ifail, 0);
+        EXPECT_EQ(pivoted_qr(pivot, f, perm), 0);
         EXPECT_EQ(perm[0], 2) << pivot;
         if (pivot == 'C') {
             // The largest remaining norm, the earlier of two equal ones: |R(k,k)| never increases.
@@ -190,21 +195,14 @@ TEST(QrPivoted, NormOrderAndTies) {
         }
     }
     // A rank-deficient matrix: the trailing diagonal of R is negligible.
-    const Mat r = make_matrix(Kind::RankDeficient, 30, 12, 4);
-    Mat f = r;
-    std::vector<double> zeta(12), work(24);
+    Mat f = make_matrix(Kind::RankDeficient, 30, 12, 4);
     std::vector<int> perm(12);
-    int m = 30, n = 12, ifail = 1;
-    const char pivot = 'c';
-    zek::F01QFZ(&pivot, &m, &n, f.data(), &f.ld, zeta.data(), perm.data(), work.data(), &ifail, 1);
+    pivoted_qr('c', f, perm);
     EXPECT_LT(std::fabs(f(6, 6)), 1e-13 * std::fabs(f(0, 0)));
     EXPECT_GT(std::fabs(f(5, 5)), 1e-6 * std::fabs(f(0, 0)));
-    // Bad arguments: counted into IFAIL.
-    const char bad = 'x';
-    int mm = 2, nn = 3, ll = 1;
-    ifail = 1;
-    zek::F01QFZ(&bad, &mm, &nn, f.data(), &ll, zeta.data(), perm.data(), work.data(), &ifail, 1);
-    EXPECT_EQ(ifail, 3);
+    // Bad arguments (pivot letter, M < N, leading dimension): counted into IFAIL.
+    Mat bad(2, 3);
+    EXPECT_EQ(pivoted_qr('x', bad, perm, 1), 3);
 }
 
 // ---- F08 against reference LAPACK -------------------------------------------------------------------
