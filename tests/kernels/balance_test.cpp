@@ -45,9 +45,6 @@ const Case kCases[] = {
 };
 
 TEST(BalanceReference, IsolatesEigenvaluesAndStaysSimilar) {
-    using Dgebal = void (*)(const char *, const int *, double *, const int *, int *, int *, double *, int *, long);
-    auto dgebal = reference_lapack().get<Dgebal>("dgebal");
-    ASSERT_NE(dgebal, nullptr);
     for (const Case &c : kCases)
         for (char job : {'P', 'B'}) {
             SCOPED_TRACE(std::string(c.name) + " " + job);
@@ -59,7 +56,7 @@ TEST(BalanceReference, IsolatesEigenvaluesAndStaysSimilar) {
             int ilo = 0, ihi = 0, rilo = 0, rihi = 0, rinfo = 0;
             zek::balance(job, n, b.data(), ld, &ilo, &ihi, scale.data());
             const char js[2] = {job, 0};
-            dgebal(js, &n, rb.data(), &ld, &rilo, &rihi, rscale.data(), &rinfo, 1);
+            call_lapack("dgebal", js, &n, rb.data(), &ld, &rilo, &rihi, rscale.data(), &rinfo, L(1));
             EXPECT_EQ(ilo, c.ilo);
             EXPECT_EQ(ihi, c.ihi);
             EXPECT_EQ(ilo, rilo);

@@ -126,60 +126,43 @@ TEST(CholeskyFactor, IndefiniteMatrixStopsAtItsMinor) {
     set_block_size("F07FDF", 1);
 }
 
-TEST(CholeskyFactor, ComplexHermitianFactorBlockedAndUnblocked) {
+// The real factor blocked, the complex Hermitian one unblocked and blocked: the same factor as the
+// reference.
+TEST(CholeskyReference, SameFactorAsReferenceDpotrfAndZpotrf) {
+    const int n = 90, nc = 27;
+    const Mat a = make_spd(n, 21);
+    // B^H B + N I, Hermitian positive definite.
     using C = std::complex<double>;
-    const int n = 27;
     Random rng(4);
-    std::vector<C> b(std::size_t(n) * n), a(std::size_t(n) * n);
+    std::vector<C> b(std::size_t(nc) * nc), h(std::size_t(nc) * nc);
     for (C &z : b) z = C(rng.next(), rng.next());
-    for (int j = 0; j < n; ++j)
-        for (int i = 0; i < n; ++i) {
-            C s = (i == j) ? C(n) : C(0);
-            for (int l = 0; l < n; ++l) s += std::conj(b[l + i * n]) * b[l + j * n];
-            a[i + j * n] = s;
+    for (int j = 0; j < nc; ++j)
+        for (int i = 0; i < nc; ++i) {
+            C s = (i == j) ? C(nc) : C(0);
+            for (int l = 0; l < nc; ++l) s += std::conj(b[l + i * nc]) * b[l + j * nc];
+            h[i + j * nc] = s;
         }
+    auto flat = [](std::vector<C> &v) { return reinterpret_cast<double *>(v.data()); };
+    auto parts = [&](std::vector<C> &v) { return std::vector<double>(flat(v), flat(v) + 2 * v.size()); };
     for (char uplo : {'U', 'L'}) {
-        std::vector<C> f1 = a, fb = a;
-        int i1 = -1, ib = -1;
-        F07FRZ(&uplo, &n, reinterpret_cast<double *>(f1.data()), &n, &i1, 1);
-        set_block_size("F07FRF", 5);
-        F07FRF(&uplo, &n, reinterpret_cast<double *>(fb.data()), &n, &ib, 1);
-        set_block_size("F07FRF", 1);
-        EXPECT_EQ(i1, 0);
-        EXPECT_EQ(ib, 0);
-        double err = 0.0, diff = 0.0;
-        for (int j = 0; j < n; ++j)
-            for (int i = 0; i < n; ++i) {
-                // (U^H U)(i,j) or (L L^H)(i,j), on the stored triangle.
-                if (uplo == 'U' ? i > j : i < j) continue;
-                C s(0);
-                for (int l = 0; l < n; ++l) {
-                    if (uplo == 'U' && l <= std::min(i, j)) s += std::conj(f1[l + i * n]) * f1[l + j * n];
-                    if (uplo == 'L' && l <= std::min(i, j)) s += f1[i + l * n] * std::conj(f1[j + l * n]);
-                }
-                err = std::max(err, std::abs(s - a[i + j * n]));
-                diff = std::max(diff, std::abs(fb[i + j * n] - f1[i + j * n]));
-            }
-        EXPECT_LT(err / (n * n * kEps * n), 2.0) << uplo;
-        EXPECT_LT(diff, 1e-12) << uplo;
-    }
-}
-
-TEST(CholeskyReference, SameFactorAsReferenceDpotrf) {
-    using Potrf = void (*)(const char *, const int *, double *, const int *, int *, int);
-    auto dpotrf = reference_lapack().get<Potrf>("dpotrf");
-    ASSERT_NE(dpotrf, nullptr);
-    const int n = 90;
-    for (char uplo : {'U', 'L'}) {
-        const Mat a = make_spd(n, 21);
         Mat ours = a, ref = a;
         int i1 = 0, i2 = 0;
         set_block_size("F07FDF", 16);
         F07FDF(&uplo, &n, ours.data(), &ours.ld, &i1, 1);
         set_block_size("F07FDF", 1);
-        dpotrf(&uplo, &n, ref.data(), &ref.ld, &i2, 1);
+        call_lapack("dpotrf", &uplo, &n, ref.data(), &ref.ld, &i2, L(1));
         EXPECT_EQ(i1, i2);
         expect_near_vectors(ours.v, ref.v, 1e-12, "dpotrf");
+        std::vector<C> zr = h, z1 = h, zb = h;
+        call_lapack("zpotrf", &uplo, &nc, flat(zr), &nc, &i2, L(1));
+        F07FRZ(&uplo, &nc, flat(z1), &nc, &i1, 1);
+        EXPECT_EQ(i1, i2);
+        set_block_size("F07FRF", 5);
+        F07FRF(&uplo, &nc, flat(zb), &nc, &i1, 1);
+        set_block_size("F07FRF", 1);
+        EXPECT_EQ(i1, i2);
+        expect_near_vectors(parts(z1), parts(zr), 1e-12, "zpotrf");
+        expect_near_vectors(parts(zb), parts(zr), 1e-12, "zpotrf blocked");
     }
 }
 

@@ -47,8 +47,7 @@ TEST(Determinant, KnownValuesAndScaledForm) {
     EXPECT_NEAR(det, -1.0, 1e-15);
     // 200 by 200 diagonal of 10: 10**200 fits, and the scaled form carries it exactly.
     const int big = 200;
-    Mat d = identity_matrix(big);
-    for (int i = 0; i < big; ++i) d(i, i) = 10.0;
+    Mat d = identity_matrix(big, 10.0);
     std::vector<double> p(big);
     double d1 = 0.0;
     int id = 0;
@@ -58,19 +57,15 @@ TEST(Determinant, KnownValuesAndScaledForm) {
     EXPECT_NEAR(std::log2(std::fabs(d1)) + id, 200.0 * std::log2(10.0), 1e-9);
     EXPECT_GE(std::fabs(d1), 0.0625);
     EXPECT_LT(std::fabs(d1), 1.0);
-    // 10**400 overflows: F03AAF says so, the scaled form does not.
+    // 10**400 overflows (F03AAF says so, the scaled form does not) and 0.1**400 underflows.
     const int huge = 400;
-    Mat h = identity_matrix(huge);
-    for (int i = 0; i < huge; ++i) h(i, i) = 10.0;
     std::vector<double> wk(huge);
-    ifail = 1;
-    F03AAF(h.data(), &h.ld, &huge, &det, wk.data(), &ifail);
-    EXPECT_EQ(ifail, 3);
-    Mat hh = identity_matrix(huge);
-    for (int i = 0; i < huge; ++i) hh(i, i) = 0.1;
-    ifail = 1;
-    F03AAF(hh.data(), &hh.ld, &huge, &det, wk.data(), &ifail);
-    EXPECT_EQ(ifail, 4);
+    for (auto [diagonal, exit] : {std::pair{10.0, 3}, std::pair{0.1, 4}}) {
+        Mat h = identity_matrix(huge, diagonal);
+        ifail = 1;
+        F03AAF(h.data(), &h.ld, &huge, &det, wk.data(), &ifail);
+        EXPECT_EQ(ifail, exit);
+    }
     EXPECT_EQ(det, 0.0);
 }
 
@@ -131,16 +126,13 @@ TEST(LinearEquations, SolutionsWithAndWithoutRefinement) {
 }
 
 TEST(LinearEquationsReference, DeterminantAndSolutionAgreeWithReferenceLapack) {
-    using Gesv = void (*)(const int *, const int *, double *, const int *, int *, double *, const int *, int *);
-    auto dgesv = reference_lapack().get<Gesv>("dgesv");
-    ASSERT_NE(dgesv, nullptr);
     const int n = 25, nrhs = 2;
     const Mat a = make_matrix(Kind::Random, n, n, 77);
     const Mat b = make_matrix(Kind::Random, n, nrhs, 78);
     Mat ra = a, rb = b;
     std::vector<int> ipiv(n);
     int info = 0;
-    dgesv(&n, &nrhs, ra.data(), &ra.ld, ipiv.data(), rb.data(), &rb.ld, &info);
+    call_lapack("dgesv", &n, &nrhs, ra.data(), &ra.ld, ipiv.data(), rb.data(), &rb.ld, &info);
     double ref_det = 1.0;
     for (int i = 0; i < n; ++i) ref_det *= (ipiv[i] != i + 1 ? -1.0 : 1.0) * ra(i, i);
     Mat f = a;
@@ -194,11 +186,7 @@ TEST(Covariance, BothFormsAgreeWithTheNormalEquations) {
     for (int j = 0; j < p; ++j)
         for (int i = 0; i <= j; ++i) r(i, j) = x(i, j);
     // (R'R)^-1 by the general inverse.
-    Mat rtr(p, p);
-    for (int j = 0; j < p; ++j)
-        for (int i = 0; i < p; ++i)
-            for (int l = 0; l < p; ++l) rtr(i, j) += r(l, i) * r(l, j);
-    Mat ginv(p, p), tmp = rtr;
+    Mat ginv(p, p), tmp = multiply(transposed(r), r);
     ZekFail fail{};
     f01aac(tmp.data(), p, p, ginv.data(), p, &fail);
     const double sigma = 0.5, s2 = 0.25;
@@ -266,43 +254,14 @@ TEST(NormEstimate, RealAndComplexEstimatesBoundTheOneNorm) {
     for (int n : {1, 7, 60}) {
         const Mat a = make_matrix(Kind::Graded, n, n, 3u + n);
         const double exact = one_norm(a);
-        std::vector<double> x(n), v(n);
-        std::vector<int> iwork(n + 3);
-        int icase = 0, ifail = 0, products = 0;
         double est = 0.0;
-        do {
-            F04YCF(&icase, &n, x.data(), &est, v.data(), iwork.data(), &ifail);
-            ASSERT_EQ(ifail, 0);
-            if (icase != 0) {
-                std::vector<double> y(n, 0.0);
-                for (int j = 0; j < n; ++j)
-                    for (int i = 0; i < n; ++i) y[icase == 1 ? i : j] += (icase == 1 ? a(i, j) * x[j] : a(i, j) * x[i]);
-                x = y;
-                ++products;
-            }
-        } while (icase != 0 && products < 50);
-        EXPECT_LE(products, 11);
+        int ifail = 0;
+        EXPECT_LE(drive_estimator(F04YCF, 1, n, a.data(), &est, &ifail), 11);
+        EXPECT_EQ(ifail, 0);
         EXPECT_LE(est, exact * (1 + 1e-13));
         EXPECT_GE(est, exact / 3.0);
-
         // The complex estimator on the same matrix as a complex one.
-        std::vector<double> zx(2 * n), zv(2 * n);
-        icase = 0;
-        products = 0;
-        do {
-            F04ZCF(&icase, &n, zx.data(), &est, zv.data(), iwork.data(), &ifail);
-            if (icase != 0) {
-                std::vector<double> y(2 * n, 0.0);
-                for (int j = 0; j < n; ++j)
-                    for (int i = 0; i < n; ++i) {
-                        const int to = icase == 1 ? i : j, from = icase == 1 ? j : i;
-                        y[2 * to] += a(i, j) * zx[2 * from];
-                        y[2 * to + 1] += a(i, j) * zx[2 * from + 1];
-                    }
-                zx = y;
-                ++products;
-            }
-        } while (icase != 0 && products < 50);
+        drive_estimator(F04ZCF, 2, n, a.data(), &est, &ifail);
         EXPECT_LE(est, exact * (1 + 1e-13));
         EXPECT_GE(est, exact / 3.0);
     }
@@ -364,10 +323,6 @@ TEST(Transpose, RectangularAndSquareInPlace) {
 }
 
 TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheCovariance) {
-    using Gels = void (*)(const char *, const int *, const int *, const int *, double *, const int *, double *,
-                          const int *, double *, const int *, int *, int);
-    auto dgels = reference_lapack().get<Gels>("dgels");
-    ASSERT_NE(dgels, nullptr);
     const int m = 40, n = 7, one = 1;
     const Mat a = make_matrix(Kind::Graded, m, n, 12);
     const Mat b = make_matrix(Kind::Random, m, 1, 13);
@@ -375,7 +330,8 @@ TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheC
     std::vector<double> work(1000);
     const int lwork = 1000;
     int info = 0;
-    dgels("N", &m, &n, &one, ra.data(), &ra.ld, rb.data(), &rb.ld, work.data(), &lwork, &info, 1);
+    call_lapack("dgels", "N", &m, &n, &one, ra.data(), &ra.ld, rb.data(), &rb.ld, work.data(), &lwork, &info,
+                L(1));
     Mat qa = a, qb = b;
     std::vector<double> zeta(8);
     double sigma = -1.0;
@@ -396,10 +352,6 @@ TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheC
     EXPECT_EQ(ifail, 0);
     for (double c : cj) EXPECT_GT(c, 0.0);
     // Rank deficient (rank 4 of 8): the minimum-norm solution, as reference LAPACK's SVD solver gives it.
-    using Gelss = void (*)(const int *, const int *, const int *, double *, const int *, double *, const int *,
-                           double *, const double *, int *, double *, const int *, int *);
-    auto dgelss = reference_lapack().get<Gelss>("dgelss");
-    ASSERT_NE(dgelss, nullptr);
     const int dm = 20, dn = 8;
     Mat d = make_matrix(Kind::RankDeficient, dm, dn, 2);
     Mat db = make_matrix(Kind::Random, dm, 1, 3);
@@ -408,7 +360,8 @@ TEST(LeastSquaresReference, FullRankSolutionAgreesWithReferenceDgelsAndFeedsTheC
     std::vector<double> ls(dn);
     const double rc = 1e-10;
     int lrank = 0;
-    dgelss(&dm, &dn, &one, ld_.data(), &ld_.ld, lb.data(), &lb.ld, ls.data(), &rc, &lrank, work.data(), &lwork, &info);
+    call_lapack("dgelss", &dm, &dn, &one, ld_.data(), &ld_.ld, lb.data(), &lb.ld, ls.data(), &rc, &lrank,
+                work.data(), &lwork, &info);
     ASSERT_EQ(info, 0);
     f04jgc(dm, dn, d.data(), d.ld, db.data(), rc, &sigma, &irank, zeta.data(), &fail);
     ASSERT_EQ(fail.code, 0);

@@ -39,13 +39,6 @@ Mat apply_q(const QrResult &r, const char *trans, Mat b) {
     return b;
 }
 
-Mat upper_part(const Mat &f) {
-    Mat r(f.m, f.n);
-    for (int j = 0; j < f.n; ++j)
-        for (int i = 0; i <= std::min(j, f.m - 1); ++i) r(i, j) = f(i, j);
-    return r;
-}
-
 } // namespace
 
 class QrBackwardError : public ::testing::TestWithParam<std::tuple<Kind, int, int>> {};
@@ -55,13 +48,13 @@ TEST_P(QrBackwardError, QTimesRIsAAndQIsOrthogonal) {
     const Mat a = make_matrix(kind, m, n, 31u + m, m + 1);
     const QrResult r = f01qcf(a);
     // A = Q*[R; 0] and Q'*Q = I.
-    EXPECT_LT(scaled_difference(a, apply_q(r, "N", upper_part(r.f))), 4.0);
+    EXPECT_LT(scaled_difference(a, apply_q(r, "N", upper_band(r.f, 0))), 4.0);
     const Mat q = apply_q(r, "N", identity_matrix(m));
     const Mat qtq = apply_q(r, "T", q);
     EXPECT_LT(scaled_difference(identity_matrix(m), qtq), 4.0);
     // Q'*A = [R; 0].
     Mat back = apply_q(r, "C", a);
-    EXPECT_LT(scaled_difference(upper_part(r.f), upper_part(back)), 4.0);
+    EXPECT_LT(scaled_difference(upper_band(r.f, 0), upper_band(back, 0)), 4.0);
     if (m == n) {
         EXPECT_EQ(r.zeta[n - 1], 0.0);
     }
@@ -174,6 +167,14 @@ TEST(QrFactor, ArgumentErrorsAreCountedBeforeAnyWork) {
     EXPECT_NE(text.find("ABNORMAL EXIT from ZEK Library routine F01QDZ: IFAIL =     1"), std::string::npos);
 }
 
+// F01QFZ on F (pivoting PIVOT) with leading dimension LD (F's own when 0); returns IFAIL (1 on entry).
+static int pivoted_qr(char pivot, Mat &f, std::vector<int> &perm, int ld = 0) {
+    std::vector<double> zeta(std::max(f.n, 1)), work(2 * std::max(f.n, 1));
+    int ifail = 1, lda = ld > 0 ? ld : f.ld;
+    zek::F01QFZ(&pivot, &f.m, &f.n, f.data(), &lda, zeta.data(), perm.data(), work.data(), &ifail, 1);
+    return ifail;
+}
+
 TEST(QrPivoted, NormOrderAndTies) {
     // Column norms 1, 3, 3, 2: the first of the two largest is taken first.
     Mat a(4, 4);
@@ -181,11 +182,8 @@ TEST(QrPivoted, NormOrderAndTies) {
     for (int j = 0; j < 4; ++j) a(j, j) = norms[j];
     for (char pivot : {'C', 'S'}) {
         Mat f = a;
-        std::vector<double> zeta(4), work(8);
         std::vector<int> perm(4);
-        int m = 4, n = 4, ifail = 1;
-        zek::F01QFZ(&pivot, &m, &n, f.data(), &f.ld, zeta.data(), perm.data(), work.data(), &ifail, 1);
-        EXPECT_EQ(ifail, 0);
+        EXPECT_EQ(pivoted_qr(pivot, f, perm), 0);
         EXPECT_EQ(perm[0], 2) << pivot;
         if (pivot == 'C') {
             // The largest remaining norm, the earlier of two equal ones: |R(k,k)| never increases.
@@ -197,35 +195,19 @@ TEST(QrPivoted, NormOrderAndTies) {
         }
     }
     // A rank-deficient matrix: the trailing diagonal of R is negligible.
-    const Mat r = make_matrix(Kind::RankDeficient, 30, 12, 4);
-    Mat f = r;
-    std::vector<double> zeta(12), work(24);
+    Mat f = make_matrix(Kind::RankDeficient, 30, 12, 4);
     std::vector<int> perm(12);
-    int m = 30, n = 12, ifail = 1;
-    const char pivot = 'c';
-    zek::F01QFZ(&pivot, &m, &n, f.data(), &f.ld, zeta.data(), perm.data(), work.data(), &ifail, 1);
+    pivoted_qr('c', f, perm);
     EXPECT_LT(std::fabs(f(6, 6)), 1e-13 * std::fabs(f(0, 0)));
     EXPECT_GT(std::fabs(f(5, 5)), 1e-6 * std::fabs(f(0, 0)));
-    // Bad arguments: counted into IFAIL.
-    const char bad = 'x';
-    int mm = 2, nn = 3, ll = 1;
-    ifail = 1;
-    zek::F01QFZ(&bad, &mm, &nn, f.data(), &ll, zeta.data(), perm.data(), work.data(), &ifail, 1);
-    EXPECT_EQ(ifail, 3);
+    // Bad arguments (pivot letter, M < N, leading dimension): counted into IFAIL.
+    Mat bad(2, 3);
+    EXPECT_EQ(pivoted_qr('x', bad, perm, 1), 3);
 }
 
 // ---- F08 against reference LAPACK -------------------------------------------------------------------
 
 TEST(QrReference, Dgeqr2DormqrDgeqpfAgreeWithReferenceLapack) {
-    using Geqr2 = void (*)(const int *, const int *, double *, const int *, double *, double *, int *);
-    using Ormqr = void (*)(const char *, const char *, const int *, const int *, const int *, const double *,
-                           const int *, const double *, double *, const int *, double *, const int *, int *, int,
-                           int);
-    using Geqpf = void (*)(const int *, const int *, double *, const int *, int *, double *, double *, int *);
-    auto geqr2 = reference_lapack().get<Geqr2>("dgeqr2");
-    auto ormqr = reference_lapack().get<Ormqr>("dormqr");
-    auto geqpf = reference_lapack().get<Geqpf>("dgeqpf");
-    ASSERT_TRUE(geqr2 && ormqr && geqpf);
     const int m = 60, n = 35, k = 35;
     const Mat a = make_matrix(Kind::Random, m, n, 41);
     Mat ours = a, ref = a;
@@ -233,7 +215,7 @@ TEST(QrReference, Dgeqr2DormqrDgeqpfAgreeWithReferenceLapack) {
     int info = 0;
     F08AEZ(&m, &n, ours.data(), &ours.ld, t1.data(), work.data(), &info);
     EXPECT_EQ(info, 0);
-    geqr2(&m, &n, ref.data(), &ref.ld, t2.data(), work.data(), &info);
+    call_lapack("dgeqr2", &m, &n, ref.data(), &ref.ld, t2.data(), work.data(), &info);
     expect_near_vectors(ours.v, ref.v, 1e-12, "dgeqr2 factors");
     expect_near_vectors(t1, t2, 1e-12, "dgeqr2 tau");
 
@@ -249,8 +231,8 @@ TEST(QrReference, Dgeqr2DormqrDgeqpfAgreeWithReferenceLapack) {
                 F08AGF(side, trans, &cm, &cn, &k, ours.data(), &ours.ld, t1.data(), c1.data(), &c1.ld, work.data(),
                        &lwork, &info, 1, 1);
                 EXPECT_EQ(info, 0);
-                ormqr(side, trans, &cm, &cn, &k, ref.data(), &ref.ld, t2.data(), c2.data(), &c2.ld, work.data(),
-                      &lwork, &info, 1, 1);
+                call_lapack("dormqr", side, trans, &cm, &cn, &k, ref.data(), &ref.ld, t2.data(), c2.data(),
+                            &c2.ld, work.data(), &lwork, &info, L(1), L(1));
                 expect_near_vectors(c1.v, c2.v, 1e-11, (std::string("dormqr ") + side + trans).c_str());
                 Mat c3 = c;
                 F08AGZ(side, trans, &cm, &cn, &k, ours.data(), &ours.ld, t1.data(), c3.data(), &c3.ld, work.data(),
@@ -268,7 +250,7 @@ TEST(QrReference, Dgeqr2DormqrDgeqpfAgreeWithReferenceLapack) {
     const int dm = 40, dn = 25;
     F08BEF(&dm, &dn, p1.data(), &p1.ld, j1.data(), t1.data(), work.data(), &info);
     EXPECT_EQ(info, 0);
-    geqpf(&dm, &dn, p2.data(), &p2.ld, j2.data(), t2.data(), work.data(), &info);
+    call_lapack("dgeqpf", &dm, &dn, p2.data(), &p2.ld, j2.data(), t2.data(), work.data(), &info);
     // Past the rank (12) the remaining norms are rounding noise and the order is arbitrary.
     EXPECT_EQ(std::vector<int>(j1.begin(), j1.begin() + 12), std::vector<int>(j2.begin(), j2.begin() + 12));
     EXPECT_EQ(j1[0], 8);

@@ -12,6 +12,8 @@
 
 #include "kernel_test_util.h"
 #include "peer_blas.h"
+#include "zek2/f02.h"
+#include "zek2/f04.h"
 #include "zek2/y90.h"
 
 namespace zek_test {
@@ -42,6 +44,10 @@ inline const PeerBlas &reference_lapack() {
     reference_blas();
     static const PeerBlas lapack(kReferenceLapackPath);
     return lapack;
+}
+
+template <class... Args> void call_lapack(const char *name, Args... args) {
+    call_peer(reference_lapack(), name, args...);
 }
 
 // A column-major M by N matrix with leading dimension LD >= M.
@@ -117,9 +123,10 @@ inline Mat make_spd(int n, unsigned seed, bool graded = false) {
     return a;
 }
 
-inline Mat identity_matrix(int n) {
+// D times the identity of order N.
+inline Mat identity_matrix(int n, double d = 1.0) {
     Mat e(n, n);
-    for (int i = 0; i < n; ++i) e(i, i) = 1.0;
+    for (int i = 0; i < n; ++i) e(i, i) = d;
     return e;
 }
 
@@ -140,6 +147,24 @@ inline double one_norm(const Mat &a) {
     return best;
 }
 
+// A with every element more than BELOW places under the diagonal set to zero: BELOW 1 gives the upper
+// Hessenberg part, 0 the upper triangle (or trapezoid).
+inline Mat upper_band(Mat a, int below) {
+    for (int j = 0; j < a.n; ++j)
+        for (int i = j + below + 1; i < a.m; ++i) a(i, j) = 0.0;
+    return a;
+}
+
+// The bidiagonal iteration on (D, E) of order N for the singular values only; returns IFAIL (1 on entry).
+inline int bidiagonal_values(int n, double *d, double *e) {
+    std::vector<double> work(4 * std::size_t(std::max(n, 1)));
+    const int zero = 0, one = 1;
+    double dummy = 0.0;
+    int ifail = 1;
+    F02SYZ(&n, d, e, &zero, &dummy, &one, &zero, &dummy, &one, &zero, &dummy, &one, work.data(), &ifail);
+    return ifail;
+}
+
 // C = A*B.
 inline Mat multiply(const Mat &a, const Mat &b) {
     Mat c(a.m, b.n);
@@ -151,6 +176,13 @@ inline Mat multiply(const Mat &a, const Mat &b) {
 
 // ||A - B||_1 / (||A||_1 max(m, n) eps), the test ratio of Y90DRF.
 inline double scaled_difference(const Mat &a, const Mat &b) { return Y90DRF(&a.m, &a.n, a.data(), &a.ld, b.data(), &b.ld); }
+
+// Q*T*Q' = A and Q'*Q = I, each within TOL in the test ratio of Y90DRF.
+inline void expect_orthogonal_similarity(const Mat &a, const Mat &q, const Mat &t, double tol) {
+    const Mat qt = transposed(q);
+    EXPECT_LT(scaled_difference(a, multiply(multiply(q, t), qt)), tol);
+    EXPECT_LT(scaled_difference(identity_matrix(q.n), multiply(qt, q)), tol);
+}
 
 // P*L*U from the factors of an LU factorisation with one-based row interchanges IPIV (unit L when
 // UNIT_L, else L carries the diagonal and U is unit).
@@ -174,6 +206,30 @@ inline Mat lu_product(const Mat &f, const std::vector<int> &ipiv, bool unit_l = 
             for (int j = 0; j < n; ++j) std::swap(p(i, j), p(r, j));
     }
     return p;
+}
+
+// Drives a 1-norm estimator (real, WIDTH 1, or complex, WIDTH 2) on the real N by N matrix A (column
+// order, leading dimension N) as a complex one when WIDTH is 2, forming each product it asks for.
+// Returns the number of products formed, capped at 100 so that an estimator that never stops asking
+// still ends; the estimate and IFAIL (its value on entry is the caller's) are left in EST and IFAIL.
+inline int drive_estimator(decltype(&F04YCF) estimator, int width, int n, const double *a, double *est,
+                           int *ifail) {
+    std::vector<double> x(std::size_t(std::max(n, 1)) * width), v(x.size());
+    std::vector<int> iwork(std::max(n, 1) + 3);
+    int icase = 0, products = 0;
+    do {
+        estimator(&icase, &n, x.data(), est, v.data(), iwork.data(), ifail);
+        if (icase == 0 || *ifail != 0) break;
+        std::vector<double> y(x.size(), 0.0);
+        for (int j = 0; j < n; ++j)
+            for (int i = 0; i < n; ++i) {
+                const int to = icase == 1 ? i : j, from = icase == 1 ? j : i;
+                for (int part = 0; part < width; ++part)
+                    y[width * to + part] += a[i + n * j] * x[width * from + part];
+            }
+        x = y;
+    } while (++products < 100);
+    return products;
 }
 
 } // namespace zek_test

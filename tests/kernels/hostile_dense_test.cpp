@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "factor_test_support.h"
 #include "zek2/f01.h"
 #include "zek2/f03.h"
 #include "zek2/f04.h"
@@ -47,10 +48,19 @@ struct Outcome {
 // Finite when success promises finite outputs; Propagates when the kernel hands on what it is given.
 enum class Contract { Finite, Propagates };
 
+// What a row is given: the hostile value, whether it fills all of the data, the 3 by 3 matrix made from
+// them, and a quiet failure record.
+struct Input {
+    double v;
+    bool whole;
+    std::vector<double> a;
+    ZekFail fail;
+};
+
 struct Row {
     const char *routine;
     Contract contract;
-    std::function<Outcome(double value, bool whole)> run;
+    std::function<Outcome(Input &in)> run;
 };
 
 // The 3 by 3 symmetric positive definite matrix every case starts from (column major), with the
@@ -78,27 +88,13 @@ ZekFail quiet() {
     return fail;
 }
 
-// A 1-norm estimator (real, W = 1, or complex, W = 2) driven on the 3 by 3 matrix; the product it asks
-// for is formed here, and it must stop asking.
+// A 1-norm estimator (real, W = 1, or complex, W = 2) driven on the 3 by 3 matrix: it must stop asking.
 Outcome estimate(decltype(&F04YCF) estimator, int width, double v, bool whole) {
     const auto a = matrix(v, whole);
-    const int n = 3;
-    std::vector<double> x(3 * width), w(3 * width);
-    std::vector<int> iwork(6);
-    int icase = 0, ifail = 1, products = 0;
     double est = 0.0;
-    do {
-        estimator(&icase, &n, x.data(), &est, w.data(), iwork.data(), &ifail);
-        if (icase == 0 || ifail != 0) break;
-        std::vector<double> y(3 * width, 0.0);
-        for (int j = 0; j < 3; ++j)
-            for (int i = 0; i < 3; ++i) {
-                const int to = icase == 1 ? i : j, from = icase == 1 ? j : i;
-                for (int part = 0; part < width; ++part) y[width * to + part] += a[i + 3 * j] * x[width * from + part];
-            }
-        x = y;
-    } while (++products < 100);
-    EXPECT_LT(products, 100) << "the estimator asks for products without end";
+    int ifail = 1;
+    EXPECT_LT(zek_test::drive_estimator(estimator, width, 3, a.data(), &est, &ifail), 100)
+        << "the estimator asks for products without end";
     return Outcome{ifail, {est}};
 }
 
@@ -115,243 +111,215 @@ std::vector<double> good_factors(int *pivot) {
 const int k3 = 3, k1 = 1; // sizes and leading dimensions taken by address
 
 const Row kRows[] = {
-    {"F03AFF", Contract::Finite, [](double v, bool whole) {
-         auto a = matrix(v, whole);
+    {"F03AFF", Contract::Finite, [](Input &in) {
          const double eps = 1e-15;
          double d1 = 0.0, p[3];
          int id = 0, ifail = 1;
-         F03AFF(&k3, &eps, a.data(), &k3, &d1, &id, p, &ifail);
-         return Outcome{ifail, join({a, {d1}})};
+         F03AFF(&k3, &eps, in.a.data(), &k3, &d1, &id, p, &ifail);
+         return Outcome{ifail, join({in.a, {d1}})};
      }},
-    {"F03AAF", Contract::Finite, [](double v, bool whole) {
-         auto a = matrix(v, whole);
+    {"F03AAF", Contract::Finite, [](Input &in) {
          double det = 0.0, w[3];
          int ifail = 1;
-         F03AAF(a.data(), &k3, &k3, &det, w, &ifail);
-         return Outcome{ifail, join({a, {det}})};
+         F03AAF(in.a.data(), &k3, &k3, &det, w, &ifail);
+         return Outcome{ifail, join({in.a, {det}})};
      }},
-    {"f03afc", Contract::Finite, [](double v, bool whole) {
-         auto a = matrix(v, whole);
+    {"f03afc", Contract::Finite, [](Input &in) {
          int pivot[3], dete = 0;
          double detf = 0.0;
-         ZekFail fail = quiet();
-         f03afc(3, a.data(), 3, pivot, &detf, &dete, &fail);
-         return Outcome{fail.code, join({a, {detf}})};
+         f03afc(3, in.a.data(), 3, pivot, &detf, &dete, &in.fail);
+         return Outcome{in.fail.code, join({in.a, {detf}})};
      }},
-    {"f04aec", Contract::Finite, [](double v, bool whole) {
-         const auto a = matrix(v, whole);
+    {"f04aec", Contract::Finite, [](Input &in) {
          std::vector<double> b = {1.0, 2.0, 3.0}, aa(9), x(3), bb(3);
-         ZekFail fail = quiet();
-         f04aec(3, 1, a.data(), 3, b.data(), 1, aa.data(), 3, x.data(), 1, bb.data(), 1, &fail);
-         return Outcome{fail.code, x};
+         f04aec(3, 1, in.a.data(), 3, b.data(), 1, aa.data(), 3, x.data(), 1, bb.data(), 1, &in.fail);
+         return Outcome{in.fail.code, x};
      }},
-    {"f04aec (right side)", Contract::Propagates, [](double v, bool whole) {
+    {"f04aec (right side)", Contract::Propagates, [](Input &in) {
          const auto a = matrix(1.0, false);
-         std::vector<double> b = {v, whole ? v : 2.0, 3.0}, aa(9), x(3), bb(3);
-         ZekFail fail = quiet();
-         f04aec(3, 1, a.data(), 3, b.data(), 1, aa.data(), 3, x.data(), 1, bb.data(), 1, &fail);
-         return Outcome{fail.code, x};
+         std::vector<double> b = {in.v, in.whole ? in.v : 2.0, 3.0}, aa(9), x(3), bb(3);
+         f04aec(3, 1, a.data(), 3, b.data(), 1, aa.data(), 3, x.data(), 1, bb.data(), 1, &in.fail);
+         return Outcome{in.fail.code, x};
      }},
-    {"f04ahc", Contract::Finite, [](double v, bool whole) {
+    {"f04ahc", Contract::Finite, [](Input &in) {
          int pivot[3];
-         const auto aa = good_factors(pivot), a = matrix(v, whole); // the hostile matrix in the residuals
+         const auto aa = good_factors(pivot), a = matrix(in.v, in.whole); // the hostile matrix in the residuals
          std::vector<double> b = {1.0, 2.0, 3.0}, x(3), bb(3);
-         ZekFail fail = quiet();
-         f04ahc(3, 1, a.data(), 3, aa.data(), 3, pivot, b.data(), 1, x.data(), 1, bb.data(), 1, &fail);
-         return Outcome{fail.code, x};
+         f04ahc(3, 1, a.data(), 3, aa.data(), 3, pivot, b.data(), 1, x.data(), 1, bb.data(), 1, &in.fail);
+         return Outcome{in.fail.code, x};
      }},
-    {"f04ajc", Contract::Propagates, [](double v, bool whole) {
+    {"f04ajc", Contract::Propagates, [](Input &in) {
          int pivot[3];
          const auto a = good_factors(pivot);
-         std::vector<double> b = {v, whole ? v : 2.0, 3.0};
-         ZekFail fail = quiet();
-         f04ajc(3, 1, a.data(), 3, pivot, b.data(), 1, &fail);
-         return Outcome{fail.code, b};
+         std::vector<double> b = {in.v, in.whole ? in.v : 2.0, 3.0};
+         f04ajc(3, 1, a.data(), 3, pivot, b.data(), 1, &in.fail);
+         return Outcome{in.fail.code, b};
      }},
-    {"f04jgc", Contract::Finite, [](double v, bool whole) {
-         auto a = matrix(v, whole, 4, 3);
+    {"f04jgc", Contract::Finite, [](Input &in) {
+         auto a = matrix(in.v, in.whole, 4, 3);
          std::vector<double> b = {1.0, 2.0, 3.0, 4.0}, zeta(3);
          double sigma = 0.0;
          int irank = 0;
-         ZekFail fail = quiet();
-         f04jgc(4, 3, a.data(), 4, b.data(), 1e-12, &sigma, &irank, zeta.data(), &fail);
-         return Outcome{fail.code, {b[0], b[1], b[2], sigma}};
+         f04jgc(4, 3, a.data(), 4, b.data(), 1e-12, &sigma, &irank, zeta.data(), &in.fail);
+         return Outcome{in.fail.code, {b[0], b[1], b[2], sigma}};
      }},
-    {"F04YAF", Contract::Finite, [](double v, bool whole) {
-         auto a = matrix(v, whole);
-         a[1] = a[2] = a[5] = 0.0; // upper triangular
+    {"F04YAF", Contract::Finite, [](Input &in) {
+         in.a[1] = in.a[2] = in.a[5] = 0.0; // upper triangular
          const int job = -1, svd = 0;
          const double sigma = 1.0, sv[3] = {1.0, 1.0, 1.0};
          double cj[3], work[3];
          int ifail = 1;
-         F04YAF(&job, &k3, &sigma, a.data(), &k3, &svd, &k3, sv, cj, work, &ifail);
+         F04YAF(&job, &k3, &sigma, in.a.data(), &k3, &svd, &k3, sv, cj, work, &ifail);
          return Outcome{ifail, {cj[0], cj[1], cj[2]}};
      }},
-    {"F04YAY", Contract::Finite, [](double v, bool whole) {
-         const auto t = matrix(v, whole);
+    {"F04YAY", Contract::Finite, [](Input &in) {
          std::vector<double> b = {1.0, 2.0, 3.0};
          int ifail = 1;
-         F04YAY(&k1, &k3, t.data(), &k3, b.data(), &ifail);
+         F04YAY(&k1, &k3, in.a.data(), &k3, b.data(), &ifail);
          return Outcome{ifail, b};
      }},
-    {"F04YCF", Contract::Propagates, [](double v, bool whole) { return estimate(F04YCF, 1, v, whole); }},
-    {"F04ZCF", Contract::Propagates, [](double v, bool whole) { return estimate(F04ZCF, 2, v, whole); }},
-    {"F01AAZ", Contract::Finite, [](double v, bool whole) {
-         auto a = matrix(v, whole);
+    {"F04YCF", Contract::Propagates, [](Input &in) { return estimate(F04YCF, 1, in.v, in.whole); }},
+    {"F04ZCF", Contract::Propagates, [](Input &in) { return estimate(F04ZCF, 2, in.v, in.whole); }},
+    {"F01AAZ", Contract::Finite, [](Input &in) {
          std::vector<double> x(9), p(3);
          int ifail = 1;
-         F01AAZ(a.data(), &k3, &k3, x.data(), &k3, p.data(), &ifail);
+         F01AAZ(in.a.data(), &k3, &k3, x.data(), &k3, p.data(), &ifail);
          return Outcome{ifail, x};
      }},
-    {"f01aac", Contract::Finite, [](double v, bool whole) {
-         auto a = matrix(v, whole);
+    {"f01aac", Contract::Finite, [](Input &in) {
          std::vector<double> u(9);
-         ZekFail fail = quiet();
-         f01aac(a.data(), 3, 3, u.data(), 3, &fail);
-         return Outcome{fail.code, u};
+         f01aac(in.a.data(), 3, 3, u.data(), 3, &in.fail);
+         return Outcome{in.fail.code, u};
      }},
-    {"f01adc", Contract::Finite, [](double v, bool whole) {
-         auto a = matrix(v, whole); // symmetric, so its own transpose
-         ZekFail fail = quiet();
-         f01adc(3, a.data(), 3, &fail);
+    {"f01adc", Contract::Finite, [](Input &in) {
+         auto &a = in.a; // symmetric, so its own transpose
+         f01adc(3, a.data(), 3, &in.fail);
          // The inverse is the lower triangle; the rest keeps the caller's data.
-         return Outcome{fail.code, {a[0], a[1], a[2], a[4], a[5], a[8]}};
+         return Outcome{in.fail.code, {a[0], a[1], a[2], a[4], a[5], a[8]}};
      }},
-    {"F01QCF", Contract::Propagates, [](double v, bool whole) {
-         auto a = matrix(v, whole);
+    {"F01QCF", Contract::Propagates, [](Input &in) {
          std::vector<double> zeta(3);
          int ifail = 1;
-         F01QCF(&k3, &k3, a.data(), &k3, zeta.data(), &ifail);
-         return Outcome{ifail, a};
+         F01QCF(&k3, &k3, in.a.data(), &k3, zeta.data(), &ifail);
+         return Outcome{ifail, in.a};
      }},
-    {"f01qcc + f01qdc", Contract::Propagates, [](double v, bool whole) {
-         auto a = matrix(v, whole);
+    {"f01qcc + f01qdc", Contract::Propagates, [](Input &in) {
          std::vector<double> zeta(3), b = {1.0, 2.0, 3.0};
-         ZekFail fail = quiet();
-         f01qcc(3, 3, a.data(), 3, zeta.data(), &fail);
-         f01qdc(Zek_Transpose, Zek_ElementsSeparate, 3, 3, a.data(), 3, zeta.data(), 1, b.data(), 1, &fail);
-         return Outcome{fail.code, b};
+         f01qcc(3, 3, in.a.data(), 3, zeta.data(), &in.fail);
+         f01qdc(Zek_Transpose, Zek_ElementsSeparate, 3, 3, in.a.data(), 3, zeta.data(), 1, b.data(), 1, &in.fail);
+         return Outcome{in.fail.code, b};
      }},
-    {"F01QDF", Contract::Propagates, [](double v, bool whole) {
+    {"F01QDF", Contract::Propagates, [](Input &in) {
          auto a = matrix(1.0, false);
-         std::vector<double> zeta(3), work(3), b = {v, whole ? v : 1.0, 1.0};
+         std::vector<double> zeta(3), work(3), b = {in.v, in.whole ? in.v : 1.0, 1.0};
          int ifail = 1;
          F01QCF(&k3, &k3, a.data(), &k3, zeta.data(), &ifail);
          F01QDF("T", "S", &k3, &k3, a.data(), &k3, zeta.data(), &k1, b.data(), &k3, work.data(), &ifail, 1, 1);
          return Outcome{ifail, b};
      }},
-    {"f01lzc", Contract::Propagates, [](double v, bool whole) {
-         auto a = matrix(v, whole);
+    {"f01lzc", Contract::Propagates, [](Input &in) {
          std::vector<double> d(3), e(3), zl(3), zr(3), b(3, 1.0), y(9), z(9);
-         ZekFail fail = quiet();
-         f01lzc(3, 3, a.data(), 3, d.data(), e.data(), zl.data(), zr.data(), 1, b.data(), 3, 3, y.data(), 3, 3,
-                z.data(), 3, 1, &fail);
-         return Outcome{fail.code, d};
+         f01lzc(3, 3, in.a.data(), 3, d.data(), e.data(), zl.data(), zr.data(), 1, b.data(), 3, 3, y.data(), 3, 3,
+                z.data(), 3, 1, &in.fail);
+         return Outcome{in.fail.code, d};
      }},
-    {"f01crc", Contract::Propagates, [](double v, bool whole) {
-         auto a = matrix(v, whole, 2, 3);
-         ZekFail fail = quiet();
-         f01crc(a.data(), 2, 3, &fail);
-         return Outcome{fail.code, a};
+    {"f01crc", Contract::Propagates, [](Input &in) {
+         auto a = matrix(in.v, in.whole, 2, 3);
+         f01crc(a.data(), 2, 3, &in.fail);
+         return Outcome{in.fail.code, a};
      }},
-    {"F07ADF", Contract::Propagates, [](double v, bool whole) {
-         auto a = matrix(v, whole);
+    {"F07ADF", Contract::Propagates, [](Input &in) {
          int ipiv[3], info = 0;
-         F07ADF(&k3, &k3, a.data(), &k3, ipiv, &info);
-         return Outcome{info, a};
+         F07ADF(&k3, &k3, in.a.data(), &k3, ipiv, &info);
+         return Outcome{info, in.a};
      }},
-    {"F07ADG", Contract::Propagates, [](double v, bool whole) {
-         auto a = matrix(v, whole);
+    {"F07ADG", Contract::Propagates, [](Input &in) {
          double piv[3];
          int info = 0;
-         F07ADG(&k3, &k3, a.data(), &k3, piv, &info);
-         return Outcome{info, a};
+         F07ADG(&k3, &k3, in.a.data(), &k3, piv, &info);
+         return Outcome{info, in.a};
      }},
-    {"F07ARF", Contract::Propagates, [](double v, bool whole) {
-         const auto r = matrix(v, whole);
+    {"F07ARF", Contract::Propagates, [](Input &in) {
          std::vector<double> a(18, 0.0);
-         for (int k = 0; k < 9; ++k) a[2 * k] = a[2 * k + 1] = r[k];
+         for (int k = 0; k < 9; ++k) a[2 * k] = a[2 * k + 1] = in.a[k];
          int ipiv[3], info = 0;
          F07ARF(&k3, &k3, a.data(), &k3, ipiv, &info);
          return Outcome{info, a};
      }},
-    {"F07FDF", Contract::Propagates, [](double v, bool whole) {
-         auto a = matrix(v, whole);
+    {"F07FDF", Contract::Propagates, [](Input &in) {
          int info = 0;
-         F07FDF("L", &k3, a.data(), &k3, &info, 1);
-         return Outcome{info, a};
+         F07FDF("L", &k3, in.a.data(), &k3, &info, 1);
+         return Outcome{info, in.a};
      }},
-    {"F07FRF", Contract::Propagates, [](double v, bool whole) {
-         const auto r = matrix(v, whole);
+    {"F07FRF", Contract::Propagates, [](Input &in) {
          std::vector<double> a(18, 0.0);
-         for (int k = 0; k < 9; ++k) a[2 * k] = r[k];
+         for (int k = 0; k < 9; ++k) a[2 * k] = in.a[k];
          int info = 0;
          F07FRF("U", &k3, a.data(), &k3, &info, 1);
          return Outcome{info, a};
      }},
-    {"F07GDF + F07UEF", Contract::Propagates, [](double v, bool whole) {
-         const auto s = matrix(v, whole);
+    {"F07GDF + F07UEF", Contract::Propagates, [](Input &in) {
+         const auto &s = in.a;
          std::vector<double> ap = {s[0], s[1], s[2], s[4], s[5], s[8]}, b = {1.0, 2.0, 3.0};
          int info = 0;
          F07GDF("L", &k3, ap.data(), &info, 1);
          if (info == 0) F07UEF("L", "N", "N", &k3, &k1, ap.data(), b.data(), &k3, &info, 1, 1, 1);
          return Outcome{info, b};
      }},
-    {"F08AEZ + F08AGF", Contract::Propagates, [](double v, bool whole) {
-         auto a = matrix(v, whole);
+    {"F08AEZ + F08AGF", Contract::Propagates, [](Input &in) {
          const int lwork = 64;
          std::vector<double> tau(3), work(64), c = {1.0, 2.0, 3.0};
          int info = 0;
-         F08AEZ(&k3, &k3, a.data(), &k3, tau.data(), work.data(), &info);
-         F08AGF("L", "T", &k3, &k1, &k3, a.data(), &k3, tau.data(), c.data(), &k3, work.data(), &lwork, &info, 1, 1);
+         F08AEZ(&k3, &k3, in.a.data(), &k3, tau.data(), work.data(), &info);
+         F08AGF("L", "T", &k3, &k1, &k3, in.a.data(), &k3, tau.data(), c.data(), &k3, work.data(), &lwork, &info, 1, 1);
          return Outcome{info, c};
      }},
-    {"F08BEF", Contract::Propagates, [](double v, bool whole) {
-         auto a = matrix(v, whole);
+    {"F08BEF", Contract::Propagates, [](Input &in) {
          int jpvt[3] = {0, 0, 0}, info = 0;
          std::vector<double> tau(3), work(9);
-         F08BEF(&k3, &k3, a.data(), &k3, jpvt, tau.data(), work.data(), &info);
-         return Outcome{info, a};
+         F08BEF(&k3, &k3, in.a.data(), &k3, jpvt, tau.data(), work.data(), &info);
+         return Outcome{info, in.a};
      }},
-    {"DNRM2, DZNRM2, F06_SUMSQ_UPDATE", Contract::Propagates, [](double v, bool whole) {
-         const auto x = matrix(v, whole);
+    {"DNRM2, DZNRM2, F06_SUMSQ_UPDATE", Contract::Propagates, [](Input &in) {
+         const auto &x = in.a;
          double scale = 0.0, sumsq = 1.0;
          F06_SUMSQ_UPDATE(9, x.data(), 1, &scale, &sumsq);
          return Outcome{0, {DNRM2(9, x.data(), 1), DNRM2_STUB(9, x.data(), 1), DZNRM2(4, x.data(), 1),
                             F06_NORM_FROM_SUMSQ(scale, sumsq)}};
      }},
-    {"rotations from pairs", Contract::Propagates, [](double v, bool whole) {
-         double a = v, b = whole ? v : 1.0, c = 0.0, s = 0.0;
+    {"rotations from pairs", Contract::Propagates, [](Input &in) {
+         double a = in.v, b = in.whole ? in.v : 1.0, c = 0.0, s = 0.0;
          DROTG(&a, &b, &c, &s);
-         double a2 = v, b2 = whole ? v : 1.0, c2 = 0.0, s2 = 0.0;
+         double a2 = in.v, b2 = in.whole ? in.v : 1.0, c2 = 0.0, s2 = 0.0;
          F06_ROTATION_FROM_PAIR(&a2, &b2, &c2, &s2);
-         double a3 = 1.0, b3 = v, c3 = 0.0, s3 = 0.0;
+         double a3 = 1.0, b3 = in.v, c3 = 0.0, s3 = 0.0;
          F06_ROTATION_FROM_PAIR_FROZEN(&a3, &b3, &c3, &s3);
-         double za[2] = {v, whole ? v : 0.0}, zb[2] = {1.0, v}, zc = 0.0, zs[2];
+         double za[2] = {in.v, in.whole ? in.v : 0.0}, zb[2] = {1.0, in.v}, zc = 0.0, zs[2];
          F06_COMPLEX_ROTATION_FROM_PAIR(za, zb, &zc, zs);
          double tc = 0.0, ts = 0.0;
-         F06_ROTATION_FROM_TANGENT(v, &tc, &ts);
+         F06_ROTATION_FROM_TANGENT(in.v, &tc, &ts);
          int divide_fail = 0;
-         return Outcome{0, {c, s, c2, s2, c3, s3, zc, tc, ts, F06_SAFE_DIVIDE(v, whole ? v : 3.0, &divide_fail)}};
+         const double q = F06_SAFE_DIVIDE(in.v, in.whole ? in.v : 3.0, &divide_fail);
+         return Outcome{0, {c, s, c2, s2, c3, s3, zc, tc, ts, q}};
      }},
-    {"reflectors", Contract::Propagates, [](double v, bool whole) {
-         auto x = matrix(v, whole);
-         double alpha = whole ? v : 2.0, zeta = 0.0;
+    {"reflectors", Contract::Propagates, [](Input &in) {
+         auto &x = in.a;
+         double alpha = in.whole ? in.v : 2.0, zeta = 0.0;
          F06_REFLECTOR_GEN(8, &alpha, x.data() + 1, 1, 0.0, &zeta);
-         auto y = matrix(v, whole);
-         double alpha2 = v, zeta2 = 0.0;
+         auto y = matrix(in.v, in.whole);
+         double alpha2 = in.v, zeta2 = 0.0;
          F06_REFLECTOR_GEN_SAFE(8, &alpha2, y.data() + 1, 1, 0.0, &zeta2);
-         double alpha3 = v, zeta3 = 0.0;
+         double alpha3 = in.v, zeta3 = 0.0;
          F01_SCALED_REFLECTOR(8, &alpha3, y.data() + 1, 1, &zeta3);
          return Outcome{F06_LEADING_RANK(9, x.data(), 1, -1.0), {alpha, zeta, alpha2, zeta2, alpha3, zeta3}};
      }},
-    {"matrix norms", Contract::Propagates, [](double v, bool whole) {
-         const auto a = matrix(v, whole);
+    {"matrix norms", Contract::Propagates, [](Input &in) {
          double work[3];
          std::vector<double> norms;
-         for (const char *norm : {"M", "1", "I", "F"}) norms.push_back(F06_MATRIX_NORM_GENERAL(norm, 3, 3, a.data(), 3, work, 1));
-         norms.push_back(F01_SCALED_NORM(9, a.data(), 1));
-         norms.push_back(F01_ABS_MAX(9, a.data(), 1));
+         for (const char *norm : {"M", "1", "I", "F"})
+             norms.push_back(F06_MATRIX_NORM_GENERAL(norm, 3, 3, in.a.data(), 3, work, 1));
+         norms.push_back(F01_SCALED_NORM(9, in.a.data(), 1));
+         norms.push_back(F01_ABS_MAX(9, in.a.data(), 1));
          return Outcome{0, norms};
      }},
 };
@@ -374,7 +342,9 @@ class HostileDense : public ::testing::TestWithParam<Case> {};
 
 TEST_P(HostileDense, EndsWithItsResultOrItsFailureExit) {
     const Case &c = GetParam();
-    const Outcome out = c.row->run(number(c.value), c.whole);
+    const double v = number(c.value);
+    Input in{v, c.whole, matrix(v, c.whole), quiet()};
+    const Outcome out = c.row->run(in);
     if (c.row->contract == Contract::Propagates || out.code != 0) return;
     for (double x : out.outputs) {
         ASSERT_TRUE(std::isfinite(x)) << c.row->routine << " succeeded with " << x;

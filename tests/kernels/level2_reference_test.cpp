@@ -13,28 +13,8 @@
 
 namespace {
 
-using zek_test::expect_near_vectors;
-using zek_test::kTight;
-using zek_test::Random;
-using zek_test::ref;
-using zek_test::reference_blas;
-using zek_test::strided_size;
-using L = std::size_t;  // hidden lengths of the Fortran interface
+using namespace zek_test;
 
-using GemvFn = void (*)(const char *, const int *, const int *, const double *, const double *, const int *,
-                        const double *, const int *, const double *, double *, const int *, L);
-using SymvFn = void (*)(const char *, const int *, const double *, const double *, const int *, const double *,
-                        const int *, const double *, double *, const int *, L);
-using SpmvFn = void (*)(const char *, const int *, const double *, const double *, const double *, const int *,
-                        const double *, double *, const int *, L);
-using TrmvFn = void (*)(const char *, const char *, const char *, const int *, const double *, const int *, double *,
-                        const int *, L, L, L);
-using TpmvFn = void (*)(const char *, const char *, const char *, const int *, const double *, double *, const int *,
-                        L, L, L);
-using GerFn = void (*)(const int *, const int *, const double *, const double *, const int *, const double *,
-                       const int *, double *, const int *);
-using SyrFn = void (*)(const char *, const int *, const double *, const double *, const int *, double *, const int *, L);
-using SprFn = void (*)(const char *, const int *, const double *, const double *, const int *, double *, L);
 
 // A matrix whose diagonal is kept away from zero, so triangular solves stay well conditioned.
 std::vector<double> matrix(Random &rng, int rows, int cols, int ld, int width = 1) {
@@ -64,8 +44,8 @@ TEST(Level2Reference, RealGemvSymvSpmv) {
                 for (double beta : {0.0, 1.0, -0.5}) {
                     std::vector<double> ours = y, theirs = y;
                     F06PAF(trans, s.m, s.n, alpha, a.data(), lda, x.data(), s.incx, beta, ours.data(), s.incy, 1);
-                    ref<GemvFn>("dgemv")(trans, &s.m, &s.n, &alpha, a.data(), &lda, x.data(), &s.incx, &beta,
-                                         theirs.data(), &s.incy, 1);
+                    call_ref("dgemv", trans, &s.m, &s.n, &alpha, a.data(), &lda, x.data(), &s.incx, &beta,
+                             theirs.data(), &s.incy, L(1));
                     expect_near_vectors(ours, theirs, kTight, "dgemv");
                     ours = y;
                     f06pac(nt ? 1001 : 1002, s.m, s.n, alpha, a.data(), lda, x.data(), s.incx, beta, ours.data(),
@@ -84,12 +64,12 @@ TEST(Level2Reference, RealGemvSymvSpmv) {
                 const double alpha = -0.75;
                 std::vector<double> ours = y, theirs = y;
                 F06PCF(uplo, n, alpha, a.data(), lda, x.data(), s.incx, beta, ours.data(), s.incy, 1);
-                ref<SymvFn>("dsymv")(uplo, &n, &alpha, a.data(), &lda, x.data(), &s.incx, &beta, theirs.data(),
-                                     &s.incy, 1);
+                call_ref("dsymv", uplo, &n, &alpha, a.data(), &lda, x.data(), &s.incx, &beta, theirs.data(),
+                         &s.incy, L(1));
                 expect_near_vectors(ours, theirs, kTight, "dsymv");
                 ours = theirs = y;
                 F06PEF(uplo, n, alpha, ap.data(), x.data(), s.incx, beta, ours.data(), s.incy, 1);
-                ref<SpmvFn>("dspmv")(uplo, &n, &alpha, ap.data(), x.data(), &s.incx, &beta, theirs.data(), &s.incy, 1);
+                call_ref("dspmv", uplo, &n, &alpha, ap.data(), x.data(), &s.incx, &beta, theirs.data(), &s.incy, L(1));
                 expect_near_vectors(ours, theirs, kTight, "dspmv");
             }
         }
@@ -119,22 +99,22 @@ TEST(Level2Reference, RealTriangularProductsAndSolves) {
                         const std::vector<double> &ap = packed[uplo[0] == 'U' ? 0 : 1];
                         std::vector<double> ours = x, theirs = x;
                         F06PFF(uplo, trans, diag, n, a.data(), lda, ours.data(), inc, 1, 1, 1);
-                        ref<TrmvFn>("dtrmv")(uplo, trans, diag, &n, a.data(), &lda, theirs.data(), &inc, 1, 1, 1);
+                        call_ref("dtrmv", uplo, trans, diag, &n, a.data(), &lda, theirs.data(), &inc, L(1), L(1), L(1));
                         expect_near_vectors(ours, theirs, kTight, ("dtrmv " + what).c_str());
                         ours = theirs = x;
                         F06PJF(uplo, trans, diag, n, a.data(), lda, ours.data(), inc, 1, 1, 1);
-                        ref<TrmvFn>("dtrsv")(uplo, trans, diag, &n, a.data(), &lda, theirs.data(), &inc, 1, 1, 1);
+                        call_ref("dtrsv", uplo, trans, diag, &n, a.data(), &lda, theirs.data(), &inc, L(1), L(1), L(1));
                         expect_near_vectors(ours, theirs, 1e-11, ("dtrsv " + what).c_str());
                         ours = x;
                         F06PJF_COPY(uplo, trans, diag, n, a.data(), lda, ours.data(), inc, 1, 1, 1);
                         expect_near_vectors(ours, theirs, 1e-11, ("dtrsv copy " + what).c_str());
                         ours = theirs = x;
                         F06PHF(uplo, trans, diag, n, ap.data(), ours.data(), inc, 1, 1, 1);
-                        ref<TpmvFn>("dtpmv")(uplo, trans, diag, &n, ap.data(), theirs.data(), &inc, 1, 1, 1);
+                        call_ref("dtpmv", uplo, trans, diag, &n, ap.data(), theirs.data(), &inc, L(1), L(1), L(1));
                         expect_near_vectors(ours, theirs, kTight, ("dtpmv " + what).c_str());
                         ours = theirs = x;
                         F06PLF(uplo, trans, diag, n, ap.data(), ours.data(), inc, 1, 1, 1);
-                        ref<TpmvFn>("dtpsv")(uplo, trans, diag, &n, ap.data(), theirs.data(), &inc, 1, 1, 1);
+                        call_ref("dtpsv", uplo, trans, diag, &n, ap.data(), theirs.data(), &inc, L(1), L(1), L(1));
                         expect_near_vectors(ours, theirs, 1e-11, ("dtpsv " + what).c_str());
                     }
         }
@@ -152,7 +132,7 @@ TEST(Level2Reference, RealRankOneUpdates) {
         for (double alpha : {0.0, 0.7}) {
             std::vector<double> ours = a, theirs = a;
             F06PMF(s.m, s.n, alpha, x.data(), s.incx, y.data(), s.incy, ours.data(), lda);
-            ref<GerFn>("dger")(&s.m, &s.n, &alpha, x.data(), &s.incx, y.data(), &s.incy, theirs.data(), &lda);
+            call_ref("dger", &s.m, &s.n, &alpha, x.data(), &s.incx, y.data(), &s.incy, theirs.data(), &lda);
             expect_near_vectors(ours, theirs, kTight, "dger");
             ours = a;
             f06pmc(s.m, s.n, alpha, x.data(), s.incx, y.data(), s.incy, ours.data(), lda);
@@ -164,11 +144,11 @@ TEST(Level2Reference, RealRankOneUpdates) {
             const double alpha = -1.25;
             std::vector<double> ours = a, theirs = a;
             F06PPF(uplo, n, alpha, x.data(), s.incx, ours.data(), lda, 1);
-            ref<SyrFn>("dsyr")(uplo, &n, &alpha, x.data(), &s.incx, theirs.data(), &lda, 1);
+            call_ref("dsyr", uplo, &n, &alpha, x.data(), &s.incx, theirs.data(), &lda, L(1));
             expect_near_vectors(ours, theirs, kTight, "dsyr");
             ours = theirs = ap;
             F06PQF(uplo, n, alpha, x.data(), s.incx, ours.data(), 1);
-            ref<SprFn>("dspr")(uplo, &n, &alpha, x.data(), &s.incx, theirs.data(), 1);
+            call_ref("dspr", uplo, &n, &alpha, x.data(), &s.incx, theirs.data(), L(1));
             expect_near_vectors(ours, theirs, kTight, "dspr");
         }
     }
@@ -188,8 +168,8 @@ TEST(Level2Reference, ComplexOperations) {
             std::vector<double> ours = y, theirs = y;
             F06SAF(trans, s.m, s.n, alpha[0], alpha[1], a.data(), lda, x.data(), s.incx, beta[0], beta[1], ours.data(),
                    s.incy, 1);
-            ref<GemvFn>("zgemv")(trans, &s.m, &s.n, alpha, a.data(), &lda, x.data(), &s.incx, beta, theirs.data(),
-                                 &s.incy, 1);
+            call_ref("zgemv", trans, &s.m, &s.n, alpha, a.data(), &lda, x.data(), &s.incx, beta,
+                     theirs.data(), &s.incy, L(1));
             expect_near_vectors(ours, theirs, kTight, "zgemv");
         }
         const std::vector<double> x = rng.vector(strided_size(s.m, s.incx, 2));
@@ -198,7 +178,7 @@ TEST(Level2Reference, ComplexOperations) {
             std::vector<double> ours = a, theirs = a;
             (name[4] == 'u' ? F06SMF : F06SNF)(s.m, s.n, alpha[0], alpha[1], x.data(), s.incx, y.data(), s.incy,
                                                ours.data(), lda);
-            ref<GerFn>(name)(&s.m, &s.n, alpha, x.data(), &s.incx, y.data(), &s.incy, theirs.data(), &lda);
+            call_ref(name, &s.m, &s.n, alpha, x.data(), &s.incx, y.data(), &s.incy, theirs.data(), &lda);
             expect_near_vectors(ours, theirs, kTight, name);
         }
         const int n = s.m;
@@ -207,11 +187,11 @@ TEST(Level2Reference, ComplexOperations) {
                 for (const char *diag : {"N", "U"}) {
                     std::vector<double> ours = x, theirs = x;
                     F06SFF(uplo, trans, diag, n, a.data(), lda, ours.data(), s.incx, 1, 1, 1);
-                    ref<TrmvFn>("ztrmv")(uplo, trans, diag, &n, a.data(), &lda, theirs.data(), &s.incx, 1, 1, 1);
+                    call_ref("ztrmv", uplo, trans, diag, &n, a.data(), &lda, theirs.data(), &s.incx, L(1), L(1), L(1));
                     expect_near_vectors(ours, theirs, kTight, "ztrmv");
                     ours = theirs = x;
                     F06SJF(uplo, trans, diag, n, a.data(), lda, ours.data(), s.incx, 1, 1, 1);
-                    ref<TrmvFn>("ztrsv")(uplo, trans, diag, &n, a.data(), &lda, theirs.data(), &s.incx, 1, 1, 1);
+                    call_ref("ztrsv", uplo, trans, diag, &n, a.data(), &lda, theirs.data(), &s.incx, L(1), L(1), L(1));
                     expect_near_vectors(ours, theirs, 1e-11, "ztrsv");
                 }
     }

@@ -13,19 +13,8 @@
 
 namespace {
 
-using zek_test::expect_near_vectors;
-using zek_test::Random;
-using zek_test::ref;
-using zek_test::reference_blas;
-using L = std::size_t;
+using namespace zek_test;
 
-using GemmFn = void (*)(const char *, const char *, const int *, const int *, const int *, const double *,
-                        const double *, const int *, const double *, const int *, const double *, double *, const int *,
-                        L, L);
-using TrxmFn = void (*)(const char *, const char *, const char *, const char *, const int *, const int *,
-                        const double *, const double *, const int *, double *, const int *, L, L, L, L);
-using SyrkFn = void (*)(const char *, const char *, const int *, const int *, const double *, const double *,
-                        const int *, const double *, double *, const int *, L, L);
 
 constexpr double kProductTol = 1e-11;
 
@@ -50,8 +39,8 @@ TEST(Level3Reference, RealProductEveryTransposeAndBlockedSizes) {
                         std::vector<double> ours = c, theirs = c;
                         F06YAF(ta, tb, d.m, d.n, d.k, alpha, a.data(), lda, b.data(), ldb, beta, ours.data(), ldc, 1,
                                1);
-                        ref<GemmFn>("dgemm")(ta, tb, &d.m, &d.n, &d.k, &alpha, a.data(), &lda, b.data(), &ldb, &beta,
-                                             theirs.data(), &ldc, 1, 1);
+                        call_ref("dgemm", ta, tb, &d.m, &d.n, &d.k, &alpha, a.data(), &lda, b.data(), &ldb,
+                                 &beta, theirs.data(), &ldc, L(1), L(1));
                         const std::string what = std::string("dgemm ") + ta + tb + " m=" + std::to_string(d.m) +
                                                  " n=" + std::to_string(d.n) + " k=" + std::to_string(d.k);
                         expect_near_vectors(ours, theirs, kProductTol, what.c_str());
@@ -72,7 +61,7 @@ TEST(Level3Reference, RealProductWithoutTransposeRoundsAsThePublishedLoops) {
     const double alpha = 0.3, beta = -1.7;
     std::vector<double> ours = c, theirs = c;
     zek::dgemm("N", "N", m, n, k, alpha, a.data(), ld, b.data(), ldb, beta, ours.data(), ld);
-    ref<GemmFn>("dgemm")("N", "N", &m, &n, &k, &alpha, a.data(), &ld, b.data(), &ldb, &beta, theirs.data(), &ld, 1, 1);
+    call_ref("dgemm", "N", "N", &m, &n, &k, &alpha, a.data(), &ld, b.data(), &ldb, &beta, theirs.data(), &ld, L(1), L(1));
     EXPECT_EQ(ours, theirs);
 }
 
@@ -104,14 +93,14 @@ TEST(Level3Reference, RealTriangularProductsAndSolvesEveryOption) {
                             std::vector<double> ours = b, theirs = b;
                             F06YJF(side, uplo, trans, diag, d.m, d.n, alpha, a.data(), lda, ours.data(), ldb, 1, 1, 1,
                                    1);
-                            ref<TrxmFn>("dtrsm")(side, uplo, trans, diag, &d.m, &d.n, &alpha, a.data(), &lda,
-                                                 theirs.data(), &ldb, 1, 1, 1, 1);
+                            call_ref("dtrsm", side, uplo, trans, diag, &d.m, &d.n, &alpha, a.data(), &lda,
+                                     theirs.data(), &ldb, L(1), L(1), L(1), L(1));
                             expect_near_vectors(ours, theirs, 1e-12, ("dtrsm " + what).c_str());
                             ours = theirs = b;
                             F06YFF(side, uplo, trans, diag, d.m, d.n, alpha, a.data(), lda, ours.data(), ldb, 1, 1, 1,
                                    1);
-                            ref<TrxmFn>("dtrmm")(side, uplo, trans, diag, &d.m, &d.n, &alpha, a.data(), &lda,
-                                                 theirs.data(), &ldb, 1, 1, 1, 1);
+                            call_ref("dtrmm", side, uplo, trans, diag, &d.m, &d.n, &alpha, a.data(), &lda,
+                                     theirs.data(), &ldb, L(1), L(1), L(1), L(1));
                             expect_near_vectors(ours, theirs, 1e-12, ("dtrmm " + what).c_str());
                         }
         }
@@ -132,8 +121,8 @@ TEST(Level3Reference, RealRankKUpdate) {
                     for (double beta : {0.0, 1.0, 2.0}) {
                         std::vector<double> ours = c, theirs = c;
                         F06YPF(uplo, trans, d.m, d.k, alpha, a.data(), lda, beta, ours.data(), ldc, 1, 1);
-                        ref<SyrkFn>("dsyrk")(uplo, trans, &d.m, &d.k, &alpha, a.data(), &lda, &beta, theirs.data(),
-                                             &ldc, 1, 1);
+                        call_ref("dsyrk", uplo, trans, &d.m, &d.k, &alpha, a.data(), &lda, &beta,
+                                 theirs.data(), &ldc, L(1), L(1));
                         expect_near_vectors(ours, theirs, 1e-12, "dsyrk");
                         ours = c;
                         F06YPF_COPY(uplo, trans, d.m, d.k, alpha, a.data(), lda, beta, ours.data(), ldc, 1, 1);
@@ -158,8 +147,8 @@ TEST(Level3Reference, ComplexProductsSolvesAndHermitianUpdate) {
                 std::vector<double> ours = c, theirs = c;
                 F06ZAF(ta, tb, d.m, d.n, d.k, alpha[0], alpha[1], a.data(), lda, b.data(), ldb, beta[0], beta[1],
                        ours.data(), ldc, 1, 1);
-                ref<GemmFn>("zgemm")(ta, tb, &d.m, &d.n, &d.k, alpha, a.data(), &lda, b.data(), &ldb, beta,
-                                     theirs.data(), &ldc, 1, 1);
+                call_ref("zgemm", ta, tb, &d.m, &d.n, &d.k, alpha, a.data(), &lda, b.data(), &ldb, beta,
+                         theirs.data(), &ldc, L(1), L(1));
                 expect_near_vectors(ours, theirs, kProductTol, (std::string("zgemm ") + ta + tb).c_str());
             }
         for (const char *side : {"L", "R"}) {
@@ -174,8 +163,8 @@ TEST(Level3Reference, ComplexProductsSolvesAndHermitianUpdate) {
                         std::vector<double> ours = b, theirs = b;
                         F06ZJF(side, uplo, trans, diag, d.m, d.n, alpha[0], alpha[1], a.data(), lda, ours.data(), ldb,
                                1, 1, 1, 1);
-                        ref<TrxmFn>("ztrsm")(side, uplo, trans, diag, &d.m, &d.n, alpha, a.data(), &lda, theirs.data(),
-                                             &ldb, 1, 1, 1, 1);
+                        call_ref("ztrsm", side, uplo, trans, diag, &d.m, &d.n, alpha, a.data(), &lda,
+                                 theirs.data(), &ldb, L(1), L(1), L(1), L(1));
                         expect_near_vectors(ours, theirs, 1e-12,
                                             (std::string("ztrsm ") + side + uplo + trans + diag).c_str());
                     }
@@ -190,7 +179,7 @@ TEST(Level3Reference, ComplexProductsSolvesAndHermitianUpdate) {
                     const double al = 0.8;
                     std::vector<double> ours = c, theirs = c;
                     F06ZPF(uplo, trans, d.m, d.k, al, a.data(), lda, bt, ours.data(), ldc, 1, 1);
-                    ref<SyrkFn>("zherk")(uplo, trans, &d.m, &d.k, &al, a.data(), &lda, &bt, theirs.data(), &ldc, 1, 1);
+                    call_ref("zherk", uplo, trans, &d.m, &d.k, &al, a.data(), &lda, &bt, theirs.data(), &ldc, L(1), L(1));
                     expect_near_vectors(ours, theirs, 1e-12, (std::string("zherk ") + uplo + trans).c_str());
                 }
             }

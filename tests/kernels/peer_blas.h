@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
 
 namespace zek_test {
@@ -42,6 +43,21 @@ template <class F> F ref(const char *name) {
     F f = reference_blas().get<F>(name);
     EXPECT_NE(f, nullptr) << name;
     return f;
+}
+
+// The hidden length that follows the arguments of a Fortran routine for each character argument.
+using L = std::size_t;
+
+// Calls the routine NAME (returning nothing) of the peer LIB with ARGS, its type taken from the
+// arguments: pointers for the Fortran arguments, L for the hidden lengths; a missing routine fails.
+template <class... Args> void call_peer(const PeerBlas &lib, const char *name, Args... args) {
+    auto f = lib.get<void (*)(Args...)>(name);
+    EXPECT_NE(f, nullptr) << name;
+    if (f != nullptr) f(args...);
+}
+
+template <class... Args> void call_ref(const char *name, Args... args) {
+    call_peer(reference_blas(), name, args...);
 }
 
 } // namespace zek_test

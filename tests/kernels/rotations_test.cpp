@@ -82,28 +82,20 @@ TEST(RotationApplyGeneral, MatchesExplicitRotationMatrices) {
                     const int k = direct[0] == 'F' ? k1 + step : k2 - 1 - step;
                     const int p = pivot[0] == 'T' ? k1 : k, q = pivot[0] == 'B' ? k2 : k + 1;
                     const double ck = c[k - 1], sk = s[k - 1];
-                    const Matrix old = expected;
-                    Matrix &e = expected;
-                    if (left) {
-                        for (int j = 1; j <= n; ++j) {
-                            const double x = old[(p - 1) + (j - 1) * m], y = old[(q - 1) + (j - 1) * m];
-                            at(e, m, p, j) = ck * x + sk * y;
-                            at(e, m, q, j) = ck * y - sk * x;
-                        }
-                    } else {
-                        for (int i = 1; i <= m; ++i) {
-                            const double x = old[(i - 1) + (p - 1) * m], y = old[(i - 1) + (q - 1) * m];
-                            at(e, m, i, p) = ck * x + sk * y;
-                            at(e, m, i, q) = ck * y - sk * x;
-                        }
+                    // Rows P and Q of every column on the left, columns P and Q of every row on the right.
+                    auto el = [&](int t, int u) -> double & {
+                        return left ? at(expected, m, t, u) : at(expected, m, u, t);
+                    };
+                    for (int u = 1; u <= (left ? n : m); ++u) {
+                        const double x = el(p, u), y = el(q, u);
+                        el(p, u) = ck * x + sk * y;
+                        el(q, u) = ck * y - sk * x;
                     }
                 }
                 apply(side, pivot, direct, m, n, k1, k2, c, s, a);
                 zek_test::expect_near_vectors(a, expected, kTol, (std::string(side) + pivot + direct).c_str());
                 // The enumerated form does the same.
-                Matrix b = expected;
-                b = rng.vector(static_cast<std::size_t>(m * n));
-                Matrix b2 = b;
+                Matrix b = rng.vector(static_cast<std::size_t>(m * n)), b2 = b;
                 apply(side, pivot, direct, m, n, k1, k2, c, s, b);
                 F06_ROTATION_APPLY_GENERAL_ENUM(left ? 1008 : 1009, pivot[0] == 'V' ? 1012 : pivot[0] == 'T' ? 1011 : 1010,
                                                 direct[0] == 'F' ? 1014 : 1015, m, n, k1, k2, c.data(), s.data(),
@@ -119,20 +111,76 @@ TEST(RotationApplyGeneral, MatchesExplicitRotationMatrices) {
     EXPECT_EQ(a, a0);
 }
 
-TEST(HessenbergToTriangle, RestoresTheTriangleAndReproducesTheInput) {
+// Where rotation K's fill lies: the subdiagonal for a Hessenberg form; for a spike, row K2 on the left
+// and column K1 on the right.
+double &fill(Matrix &a, const Range &r, bool spike, char side, int k) {
+    if (!spike) return at(a, r.n, k + 1, k);
+    return side == 'L' ? at(a, r.n, r.k2, k) : at(a, r.n, k + 1, r.k1);
+}
+
+// A transformation between a triangle and a triangle with fill, and the general application (pivot and
+// direction, on the left and on the right) that its rotations stand for.
+struct Transform {
+    const char *what;
+    bool removes, spike; // removes the fill (else creates it); fill as a spike (else the subdiagonal)
+    const char *pivot[2], *direct[2];
+    void (*call)(char side, const Range &r, double *c, double *s, double *a);
+};
+
+const Transform kTransforms[] = {
+    {"hessenberg to triangle", true, false, {"V", "V"}, {"F", "B"},
+     [](char side, const Range &r, double *c, double *s, double *a) {
+         if (side == 'L')
+             F06_HESSENBERG_TO_TRIANGLE("L", r.n, r.k1, r.k2, c, s, a, r.n, 1);
+         else
+             F06_HESSENBERG_TO_TRIANGLE_ENUM(1009, r.n, r.k1, r.k2, c, s, a, r.n);
+     }},
+    {"triangle to hessenberg", false, false, {"V", "V"}, {"B", "F"},
+     [](char side, const Range &r, double *c, double *s, double *a) {
+         zek::triangle_to_hessenberg(side, r.n, r.k1, r.k2, c, s, a, r.n);
+     }},
+    {"spike to triangle", true, true, {"B", "T"}, {"F", "B"},
+     [](char side, const Range &r, double *c, double *s, double *a) {
+         if (side == 'L')
+             F06_SPIKE_TO_TRIANGLE_ENUM(1008, r.n, r.k1, r.k2, c, s, a, r.n);
+         else
+             F06_SPIKE_TO_TRIANGLE("R", r.n, r.k1, r.k2, c, s, a, r.n, 1);
+     }},
+    {"triangle to spike", false, true, {"B", "T"}, {"B", "F"},
+     [](char side, const Range &r, double *c, double *s, double *a) {
+         zek::triangle_to_spike(side, r.n, r.k1, r.k2, c, s, a, r.n);
+     }},
+};
+
+// Removing the fill restores the triangle, and the rotations produced, applied to the filled input,
+// give the result; creating it leaves in S the fill that the given rotations produce.
+TEST(TriangleTransforms, RotationsStandForTheGeneralApplication) {
     Random rng(32);
-    for (const Range &r : kRanges)
-        for (const char *side : {"L", "R"}) {
-            Matrix a = upper_triangle(rng, r.n), hessenberg = a;
-            std::vector<double> c(static_cast<std::size_t>(r.n), 7.0), s = rng.vector(static_cast<std::size_t>(r.n));
-            for (int k = r.k1; k < r.k2; ++k) at(hessenberg, r.n, k + 1, k) = s[k - 1];
-            if (side[0] == 'L')
-                F06_HESSENBERG_TO_TRIANGLE(side, r.n, r.k1, r.k2, c.data(), s.data(), a.data(), r.n, 1);
-            else
-                F06_HESSENBERG_TO_TRIANGLE_ENUM(1009, r.n, r.k1, r.k2, c.data(), s.data(), a.data(), r.n);
-            apply(side, "V", side[0] == 'L' ? "F" : "B", r.n, r.n, r.k1, r.k2, c, s, hessenberg);
-            expect_triangle(a, hessenberg, r.n, std::string("hessenberg to triangle ") + side);
-        }
+    for (const Transform &t : kTransforms)
+        for (const Range &r : kRanges)
+            for (char side : {'L', 'R'}) {
+                const std::string what = std::string(t.what) + " " + side;
+                const char sides[2] = {side, 0};
+                const int lr = side == 'L' ? 0 : 1;
+                Matrix a = upper_triangle(rng, r.n), expected = a;
+                std::vector<double> c(static_cast<std::size_t>(r.n), 7.0), s;
+                if (t.removes) {
+                    s = rng.vector(static_cast<std::size_t>(r.n));
+                    for (int k = r.k1; k < r.k2; ++k) fill(expected, r, t.spike, side, k) = s[k - 1];
+                    t.call(side, r, c.data(), s.data(), a.data());
+                    apply(sides, t.pivot[lr], t.direct[lr], r.n, r.n, r.k1, r.k2, c, s, expected);
+                } else {
+                    random_rotations(rng, r.n, c, s);
+                    apply(sides, t.pivot[lr], t.direct[lr], r.n, r.n, r.k1, r.k2, c, s, expected);
+                    t.call(side, r, c.data(), s.data(), a.data());
+                    for (int k = r.k1; k < r.k2; ++k) {
+                        double &spot = fill(expected, r, t.spike, side, k);
+                        EXPECT_NEAR(s[k - 1], spot, kTol) << what << " k=" << k;
+                        spot = 0.0;
+                    }
+                }
+                expect_triangle(a, expected, r.n, what);
+            }
     // K2 = K1 leaves everything untouched.
     Matrix a = upper_triangle(rng, 4), a0 = a;
     std::vector<double> c(4, 3.0), s(4, 5.0);
@@ -140,64 +188,6 @@ TEST(HessenbergToTriangle, RestoresTheTriangleAndReproducesTheInput) {
     EXPECT_EQ(a, a0);
     EXPECT_EQ(c, std::vector<double>(4, 3.0));
     EXPECT_EQ(s, std::vector<double>(4, 5.0));
-}
-
-TEST(TriangleToHessenberg, LeavesTheSubdiagonalOfTheGivenRotations) {
-    Random rng(33);
-    for (const Range &r : kRanges)
-        for (const char *side : {"L", "R"}) {
-            Matrix a = upper_triangle(rng, r.n), expected = a;
-            std::vector<double> c, s;
-            random_rotations(rng, r.n, c, s);
-            apply(side, "V", side[0] == 'L' ? "B" : "F", r.n, r.n, r.k1, r.k2, c, s, expected);
-            zek::triangle_to_hessenberg(side[0], r.n, r.k1, r.k2, c.data(), s.data(), a.data(), r.n);
-            for (int k = r.k1; k < r.k2; ++k) {
-                EXPECT_NEAR(s[k - 1], at(expected, r.n, k + 1, k), kTol);
-                at(expected, r.n, k + 1, k) = 0.0;
-            }
-            expect_triangle(a, expected, r.n, std::string("triangle to hessenberg ") + side);
-        }
-}
-
-TEST(SpikeToTriangle, RestoresTheTriangleAndReproducesTheInput) {
-    Random rng(34);
-    for (const Range &r : kRanges)
-        for (const char *side : {"L", "R"}) {
-            const bool left = side[0] == 'L';
-            Matrix a = upper_triangle(rng, r.n), spiked = a;
-            std::vector<double> c(static_cast<std::size_t>(r.n)), s = rng.vector(static_cast<std::size_t>(r.n));
-            for (int k = r.k1; k < r.k2; ++k) {
-                if (left)
-                    at(spiked, r.n, r.k2, k) = s[k - 1];
-                else
-                    at(spiked, r.n, k + 1, r.k1) = s[k - 1];
-            }
-            if (left)
-                F06_SPIKE_TO_TRIANGLE_ENUM(1008, r.n, r.k1, r.k2, c.data(), s.data(), a.data(), r.n);
-            else
-                F06_SPIKE_TO_TRIANGLE(side, r.n, r.k1, r.k2, c.data(), s.data(), a.data(), r.n, 1);
-            apply(side, left ? "B" : "T", left ? "F" : "B", r.n, r.n, r.k1, r.k2, c, s, spiked);
-            expect_triangle(a, spiked, r.n, std::string("spike to triangle ") + side);
-        }
-}
-
-TEST(TriangleToSpike, LeavesTheSpikeOfTheGivenRotations) {
-    Random rng(35);
-    for (const Range &r : kRanges)
-        for (const char *side : {"L", "R"}) {
-            const bool left = side[0] == 'L';
-            Matrix a = upper_triangle(rng, r.n), expected = a;
-            std::vector<double> c, s;
-            random_rotations(rng, r.n, c, s);
-            apply(side, left ? "B" : "T", left ? "B" : "F", r.n, r.n, r.k1, r.k2, c, s, expected);
-            zek::triangle_to_spike(side[0], r.n, r.k1, r.k2, c.data(), s.data(), a.data(), r.n);
-            for (int k = r.k1; k < r.k2; ++k) {
-                double &spike = left ? at(expected, r.n, r.k2, k) : at(expected, r.n, k + 1, r.k1);
-                EXPECT_NEAR(s[k - 1], spike, kTol) << side << " k=" << k;
-                spike = 0.0;
-            }
-            expect_triangle(a, expected, r.n, std::string("triangle to spike ") + side);
-        }
 }
 
 TEST(ChaseTriangleRotations, NewRotationsOnTheOtherSideKeepTheTriangle) {
