@@ -6,7 +6,6 @@
 #include <random>
 
 #include "integer_test_support.h"
-#include "optimisation/option_test_support.h"
 
 namespace {
 
@@ -33,27 +32,6 @@ Iqp random_instance(std::mt19937 &gen, int n, int m) {
         p.bu[static_cast<std::size_t>(n + i - 1)] = 2.5 + u(gen);
     }
     return p;
-}
-
-// The relaxation of P (no integer variables) by E04NFA itself, from the start and with the options the
-// search gives its first QP.
-Vec relaxation_by_qp_solver(const Iqp &p, double *obj) {
-    zek_test::OptionState store("E04NFA");
-    for (const std::string o : {"Problem Type = QP2", "Print Level = 0"}) {
-        int inform = 0, list = 0;
-        E04NHF(o.c_str(), &list, store.lwsav.data(), store.iwsav.data(), store.rwsav.data(), &inform,
-               static_cast<int>(o.size()));
-    }
-    const int n = p.n, m = p.m, lda = std::max(m, 1), liwork = 2 * n + 3, lwork = 13 * n + 5 * m + 4 * n * n;
-    std::vector<int> istate(static_cast<std::size_t>(n + m)), iwork(static_cast<std::size_t>(liwork));
-    Vec x(static_cast<std::size_t>(n)), ax(static_cast<std::size_t>(lda)), clamda(static_cast<std::size_t>(n + m)),
-        work(static_cast<std::size_t>(lwork));
-    int iter = 0, ifail = 1;
-    E04NFA(&n, &m, p.a.data(), &lda, p.bl.data(), p.bu.data(), p.cvec.data(), p.h.data(), &n, nullptr, nullptr,
-           istate.data(), x.data(), &iter, obj, ax.data(), clamda.data(), iwork.data(), &liwork, work.data(), &lwork,
-           nullptr, nullptr, store.lwsav.data(), store.iwsav.data(), store.rwsav.data(), &ifail);
-    EXPECT_EQ(ifail, 0);
-    return x;
 }
 
 TEST(IntegerQp, OptimaEqualEnumerationWhereRoundingTheRelaxationFails) {
@@ -89,8 +67,12 @@ TEST(IntegerQp, OptimaEqualEnumerationWhereRoundingTheRelaxationFails) {
         std::fill(relaxed.intvar.begin(), relaxed.intvar.end(), 0);
         IqpCall r;
         ASSERT_EQ(r.run(relaxed), 0) << k;
+        // E04NFA itself, from the same start and with the options the search gives its first QP.
         double obj = 0.0;
-        EXPECT_EQ(r.x, relaxation_by_qp_solver(relaxed, &obj)) << k;
+        Vec x0(p.n, 0.0);
+        EXPECT_EQ(zek_test::qp_solver("QP2", p.n, p.m, p.a.data(), std::max(p.m, 1), p.bl.data(), p.bu.data(),
+                                      p.cvec.data(), p.h.data(), p.n, x0, &obj), 0);
+        EXPECT_EQ(r.x, x0) << k;
         EXPECT_EQ(r.objective, obj) << k;
         for (double &v : r.x) v = std::round(v);
         rounding_wrong += !p.feasible(r.x, 1e-9) || p.objective(r.x) > best + 1e-9;

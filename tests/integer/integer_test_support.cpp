@@ -37,13 +37,33 @@ IntegerProgram IntegerProgram::box(int n, int m, double upper) {
     return p;
 }
 
-bool IntegerProgram::from_file(const std::string &path, IntegerProgram &out, const char *optim) {
-    std::ifstream in(path);
+std::string file_text(const std::string &path) {
+    std::ifstream in(path, std::ios::binary);
     std::stringstream text;
     text << in.rdbuf();
+    return text.str();
+}
+
+int qp_solver(const char *type, int n, int m, const double *a, int lda, const double *bl, const double *bu,
+              const double *cvec, const double *h, int ldh, Vec &x, double *obj) {
+    OptionState store("E04NFA");
+    option(store, zek::e04::Family::NFA, std::string("Problem Type = ") + type);
+    option(store, zek::e04::Family::NFA, "Print Level = 0");
+    const int liwork = 2 * n + 3, lwork = 13 * n + 5 * m + 4 * n * n;
+    std::vector<int> istate(static_cast<std::size_t>(n + m)), iwork(static_cast<std::size_t>(liwork));
+    Vec ax(static_cast<std::size_t>(std::max(m, 1))), clamda(static_cast<std::size_t>(n + m)),
+        work(static_cast<std::size_t>(lwork));
+    int iter = 0, ifail = 1;
+    E04NFA(&n, &m, a, &lda, bl, bu, cvec, h, &ldh, nullptr, nullptr, istate.data(), x.data(), &iter, obj, ax.data(),
+           clamda.data(), iwork.data(), &liwork, work.data(), &lwork, nullptr, nullptr, store.lwsav.data(),
+           store.iwsav.data(), store.rwsav.data(), &ifail);
+    return ifail;
+}
+
+bool IntegerProgram::from_file(const std::string &path, IntegerProgram &out, const char *optim) {
     MpsxRead r(400, 400);
     r.optim = optim;
-    if (r.read_text(text.str()) != 0) return false;
+    if (r.read_text(file_text(path)) != 0) return false;
     out = box(r.n, r.m, 0.0);
     for (int j = 1; j <= r.n; ++j)
         for (int i = 1; i <= r.m; ++i) out.at(i, j) = r.at(i, j);

@@ -17,6 +17,14 @@ namespace zek_test {
 
 using Vec = std::vector<double>;
 
+// The whole content of the file at PATH.
+std::string file_text(const std::string &path);
+
+// E04NFA with "Problem Type" TYPE and print level 0 on arrays as given (A with leading dimension LDA, the
+// bounds of the columns then the rows), X the start and then the solution; IFAIL.
+int qp_solver(const char *type, int n, int m, const double *a, int lda, const double *bl, const double *bu,
+              const double *cvec, const double *h, int ldh, Vec &x, double *obj);
+
 // The lines without the blanks that pad them to their record width.
 std::vector<std::string> trimmed(std::vector<std::string> lines);
 

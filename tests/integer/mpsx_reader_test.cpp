@@ -23,17 +23,11 @@
 
 namespace {
 
+using zek_test::file_text;
 using zek_test::mps;
 using zek_test::MpsxRead;
 using zek_test::OutputCapture;
 constexpr double kInf = 1.0e20;
-
-std::string file_text(const std::string &path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 template <class T>
 std::vector<T> head(const std::vector<T> &v, int n) { return std::vector<T>(v.begin(), v.begin() + n); }
@@ -345,21 +339,10 @@ TEST(E04mzf, NetlibModelSolvedByTheQpSolverReachesItsOptimum) {
     ASSERT_TRUE(r.n == 32 && r.m == 27);
     // E04NFA takes the arrays as they are: A with leading dimension MAXM, the bounds of columns and rows
     // contiguous.
-    zek_test::OptionState store("E04NFA");
-    for (const std::string o : {"Problem Type = LP", "Print Level = 0"}) {
-        int list = 0, inform = 0;
-        E04NHF(o.c_str(), &list, store.lwsav.data(), store.iwsav.data(), store.rwsav.data(), &inform,
-               static_cast<int>(o.size()));
-    }
-    const int n = r.n, m = r.m, ldh = 1, liwork = 2 * n + 3, lwork = 13 * n + 5 * m + 4 * n * n;
-    std::vector<int> istate(static_cast<std::size_t>(n + m)), iwork(static_cast<std::size_t>(liwork));
-    std::vector<double> ax(static_cast<std::size_t>(m)), clamda(static_cast<std::size_t>(n + m)),
-        work(static_cast<std::size_t>(lwork)), hess(1);
-    int iter = 0, ifail = 1;
+    const double hess = 0.0;
     double obj = 0.0;
-    E04NFA(&n, &m, r.a.data(), &r.maxm, r.bl.data(), r.bu.data(), r.cvec.data(), hess.data(), &ldh, nullptr, nullptr,
-           istate.data(), r.x.data(), &iter, &obj, ax.data(), clamda.data(), iwork.data(), &liwork, work.data(), &lwork,
-           nullptr, nullptr, store.lwsav.data(), store.iwsav.data(), store.rwsav.data(), &ifail);
+    const int ifail = zek_test::qp_solver("LP", r.n, r.m, r.a.data(), r.maxm, r.bl.data(), r.bu.data(),
+                                          r.cvec.data(), &hess, 1, r.x, &obj);
     ASSERT_LE(ifail, 1);
     EXPECT_NEAR(obj, -4.6475314286e+02, 1e-8 * 464.75);
 }
