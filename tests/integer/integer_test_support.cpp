@@ -24,15 +24,16 @@ std::vector<std::string> trimmed(std::vector<std::string> lines) {
     return lines;
 }
 
-IntegerProgram IntegerProgram::box(int n, int m, double upper) {
+IntegerProgram IntegerProgram::box(int n, int m, double upper, double lower) {
     IntegerProgram p;
     p.n = n, p.m = m;
     p.a.assign(static_cast<std::size_t>(p.lda()) * static_cast<std::size_t>(n), 0.0);
-    p.bl.assign(static_cast<std::size_t>(n), 0.0);
+    p.bl.assign(static_cast<std::size_t>(n), lower);
     p.bl.resize(static_cast<std::size_t>(n + m), -1e20);
     p.bu.assign(static_cast<std::size_t>(n), upper);
     p.bu.resize(static_cast<std::size_t>(n + m), 1e20);
     p.cvec.assign(static_cast<std::size_t>(n), 0.0);
+    p.h.assign(static_cast<std::size_t>(n) * static_cast<std::size_t>(n), 0.0);
     p.intvar.assign(static_cast<std::size_t>(n), 1);
     return p;
 }
@@ -101,17 +102,17 @@ int BranchCall::run(const IntegerProgram &p) {
     return ifail;
 }
 
-double Iqp::objective(const Vec &x) const {
+double IntegerProgram::objective(const Vec &x) const {
     double f = 0.0;
     for (int i = 0; i < n; ++i)
         for (int j = 0; j < n; ++j) f += x[i] * (0.5 * h[i + j * n] * x[j] + (i == j ? cvec[i] : 0.0));
     return f;
 }
 
-bool Iqp::feasible(const Vec &x, double tol) const {
+bool IntegerProgram::feasible(const Vec &x, double tol) const {
     for (int k = 0; k < n + m; ++k) {
         double v = k < n ? x[k] : 0.0;
-        for (int j = 0; k >= n && j < n; ++j) v += a[(k - n) + j * std::max(m, 1)] * x[j];
+        for (int j = 0; k >= n && j < n; ++j) v += a[(k - n) + j * lda()] * x[j];
         if (v < bl[k] - tol || v > bu[k] + tol) return false;
     }
     return true;
@@ -131,7 +132,7 @@ void ZEK_CALLBACK dense_product(const int *n, const int *, const double *h, cons
 
 } // namespace
 
-int IqpCall::run(const Iqp &p) {
+int IqpCall::run(const IntegerProgram &p) {
     const int nn = n != -99 ? n : p.n, mm = m != -99 ? m : p.m, lda = std::max(p.m, 1);
     const int ld = ldh >= 0 ? ldh : p.n, li = liwork >= 0 ? liwork : min_liwork(nn, mm, maxdpt),
               lr = lrwork >= 0 ? lrwork : min_lrwork(nn, mm, maxdpt), list = 0;
