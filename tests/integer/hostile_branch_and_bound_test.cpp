@@ -1,6 +1,7 @@
 // Hostile input for branch and bound: NaN, +-Inf and the extremes of the number range in the objective,
-// the bounds, the matrix and the tolerances, bad sizes and short workspace.  H02BBF must end with one of its exits (the asan preset
-// watches its carving of the workspace); an integer solution (IFAIL 0 or 9) must be finite.
+// the bounds, the matrix and the tolerances; bad sizes and short workspace.  H02BBF must end with one of
+// its exits (the asan preset watches its carving of the workspace); an integer solution (IFAIL 0 or 9)
+// must be finite.
 #include <gtest/gtest.h>
 
 #include <cmath>
