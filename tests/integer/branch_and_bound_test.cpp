@@ -125,57 +125,11 @@ IntegerProgram half_sum() {
     return p;
 }
 
-TEST(BranchAndBoundSearch, LimitsAndTolerances) {
+TEST(BranchAndBoundSearch, RootOutcomesLimitsAndTolerances) {
     const double none = zek::h02::no_objective();
     IntegerProgram continuous = two_ties(), at_tolerance = IntegerProgram::box(1, 0, 2.25);
     std::fill(continuous.intvar.begin(), continuous.intvar.end(), 0);
     at_tolerance.cvec = {-1.0};  // x = 2.25 at the LP optimum
-    // The first branching of two_ties happens at node 1, the second after nodes 2 (right child) and 3
-    // (left child, integral); a node limit of at most the counter + 1 stops there.  A depth limit of 3
-    // on the staircase leaves three variables fixed at 1 and the rest at the LP's 0.5.  Two slots cannot
-    // hold the root's two children and one more branching.  An integer tolerance is inclusive, and the
-    // point within it is returned unrounded.
-    const struct {
-        const char *what;
-        IntegerProgram p;
-        int maxnod, maxdpt, intfst;
-        double toliv;
-        int ifail;
-        double objective;
-        std::vector<double> x;  // checked when not empty
-        const char *line;       // a line printed at MSGLVL 1, when not null
-    } cases[] = {
-        {"nodes 1", two_ties(), 1, 50, 0, 0.0, 10, none, {}, " ** No integer solution so far **"},
-        {"nodes 2", two_ties(), 2, 50, 0, 0.0, 10, none, {}, " ** Number of nodes exceeds the maximum **"},
-        {"nodes 3", two_ties(), 3, 50, 0, 0.0, 9, -1.0, {}, " ** The best integer solution **"},
-        {"nodes 4", two_ties(), 4, 50, 0, 0.0, 9, -1.0, {}, " Exit H02BBF - Best IP solution found. "},
-        {"nodes 5", two_ties(), 5, 50, 0, 0.0, 0, -1.0, {}, " Exit H02BBF - Optimum IP solution found. "},
-        {"nodes unlimited", two_ties(), 0, 50, 0, 0.0, 0, -1.0, {}, nullptr},
-        {"continuous", continuous, 0, 50, 0, 0.0, 0, -1.5, {}, " Total of     1 nodes investigated."},
-        {"depth 3", staircase(5), 0, 3, 0, 0.0, 8, 4.0, {1, 1, 1, 0.5, 0.5}, nullptr},
-        {"depth 5", staircase(5), 0, 5, 0, 0.0, 0, 5.0, {1, 1, 1, 1, 1}, " Total of    11 nodes investigated."},
-        {"first", staircase(4), 0, 50, 1, 0.0, 0, 4.0, {1, 1, 1, 1}, " Exit H02BBF - First IP solution found. "},
-        {"slots 2", half_sum(), 0, 2, 0, 0.0, 11, none, {}, nullptr},
-        {"slots 12", half_sum(), 0, 12, 0, 0.0, 1, none, {}, nullptr},
-        {"tolerance at", at_tolerance, 0, 50, 0, 0.25, 0, -2.25, {2.25}, " Total of     1 nodes investigated."},
-        {"tolerance below", at_tolerance, 0, 50, 0, 0.2499, 0, -2.0, {2.0}, nullptr},
-    };
-    for (const auto &c : cases) {
-        BranchCall call;
-        call.maxnod = c.maxnod, call.maxdpt = c.maxdpt, call.intfst = c.intfst, call.toliv = c.toliv, call.msglvl = 1;
-        OutputCapture out;
-        EXPECT_EQ(call.run(c.p), c.ifail) << c.what;
-        EXPECT_EQ(call.objective, c.objective) << c.what;
-        if (!c.x.empty()) { EXPECT_EQ(std::vector<double>(call.x.begin(), call.x.begin() + c.p.n), c.x) << c.what; }
-        if (c.line != nullptr) { EXPECT_EQ(count_lines(out.host(), c.line), 1) << c.what; }
-        const bool limited = c.ifail == 9 || c.ifail == 10;
-        EXPECT_EQ(count_lines(out.host(), " ** Number of nodes exceeds the maximum **"), limited ? 1 : 0) << c.what;
-        if (c.ifail == 10) { EXPECT_EQ(count_lines(out.host(), "Final IP objective value"), 0) << c.what; }
-        if (c.ifail == 9) { EXPECT_EQ(call.x[0] + call.x[1], 1.0); }
-    }
-}
-
-TEST(BranchAndBoundSearch, RootOutcomes) {
     IntegerProgram odd = IntegerProgram::box(1, 1, 5.0);  // 2 x = 1: no integer point, the LP feasible
     odd.at(1, 1) = 2.0;
     odd.bl[1] = odd.bu[1] = 1.0;
@@ -187,24 +141,54 @@ TEST(BranchAndBoundSearch, RootOutcomes) {
     unbounded.at(1, 1) = 1.0;
     unbounded.at(1, 2) = -1.0;
     unbounded.bu[2] = 0.5;
+    // The first branching of two_ties happens at node 1, the second after nodes 2 (right child) and 3
+    // (left child, integral); a node limit of at most the counter + 1 stops there.  A depth limit of 3
+    // on the staircase leaves three variables fixed at 1 and the rest at the LP's 0.5.  Two slots cannot
+    // hold the root's two children and one more branching.  An integer tolerance is inclusive, and the
+    // point within it is returned unrounded.  The root's own outcomes leave no objective.
     const struct {
-        const IntegerProgram *p;
-        int itmax, ifail;
-        const char *record;
+        const char *what;
+        IntegerProgram p;
+        int maxnod, maxdpt, intfst, itmax;
+        double toliv;
+        int ifail;
+        double objective;
+        std::vector<double> x;  // checked when not empty
+        const char *line;       // a line printed at MSGLVL 1, when not null
     } cases[] = {
-        {&odd, 0, 1, " ** The problem does not have a feasible integer solution."},
-        {&infeasible, 0, 3, " ** The LP does not have a feasible solution."},
-        {&unbounded, 0, 2, " ** The LP solution is unbounded."},
-        {&unbounded, 1, 4, " ** Iteration limit reached without finding a solution."},
+        {"nodes 1", two_ties(), 1, 50, 0, 0, 0.0, 10, none, {}, " ** No integer solution so far **"},
+        {"nodes 2", two_ties(), 2, 50, 0, 0, 0.0, 10, none, {}, " ** Number of nodes exceeds the maximum **"},
+        {"nodes 3", two_ties(), 3, 50, 0, 0, 0.0, 9, -1.0, {}, " ** The best integer solution **"},
+        {"nodes 4", two_ties(), 4, 50, 0, 0, 0.0, 9, -1.0, {}, " Exit H02BBF - Best IP solution found. "},
+        {"nodes 5", two_ties(), 5, 50, 0, 0, 0.0, 0, -1.0, {}, " Exit H02BBF - Optimum IP solution found. "},
+        {"nodes unlimited", two_ties(), 0, 50, 0, 0, 0.0, 0, -1.0, {}, nullptr},
+        {"continuous", continuous, 0, 50, 0, 0, 0.0, 0, -1.5, {}, " Total of     1 nodes investigated."},
+        {"depth 3", staircase(5), 0, 3, 0, 0, 0.0, 8, 4.0, {1, 1, 1, 0.5, 0.5}, nullptr},
+        {"depth 5", staircase(5), 0, 5, 0, 0, 0.0, 0, 5.0, {1, 1, 1, 1, 1}, " Total of    11 nodes investigated."},
+        {"first", staircase(4), 0, 50, 1, 0, 0.0, 0, 4.0, {1, 1, 1, 1}, " Exit H02BBF - First IP solution found. "},
+        {"slots 2", half_sum(), 0, 2, 0, 0, 0.0, 11, none, {}, nullptr},
+        {"slots 12", half_sum(), 0, 12, 0, 0, 0.0, 1, none, {}, nullptr},
+        {"tolerance at", at_tolerance, 0, 50, 0, 0, 0.25, 0, -2.25, {2.25}, " Total of     1 nodes investigated."},
+        {"tolerance below", at_tolerance, 0, 50, 0, 0, 0.2499, 0, -2.0, {2.0}, nullptr},
+        {"odd", odd, 0, 50, 0, 0, 0.0, 1, none, {}, " ** The problem does not have a feasible integer solution."},
+        {"infeasible", infeasible, 0, 50, 0, 0, 0.0, 3, none, {}, " ** The LP does not have a feasible solution."},
+        {"unbounded", unbounded, 0, 50, 0, 0, 0.0, 2, none, {}, " ** The LP solution is unbounded."},
+        {"iterations", unbounded, 0, 50, 0, 1, 0.0, 4, none, {}, " ** Iteration limit reached without finding a solution."},
     };
     for (const auto &c : cases) {
         BranchCall call;
-        call.itmax = c.itmax, call.ifail_in = -13, call.msglvl = 2;
+        call.maxnod = c.maxnod, call.maxdpt = c.maxdpt, call.intfst = c.intfst, call.toliv = c.toliv, call.msglvl = 1;
+        call.itmax = c.itmax, call.ifail_in = -13;
         OutputCapture out;
-        EXPECT_EQ(call.run(*c.p), c.ifail) << c.record;
-        EXPECT_EQ(count_lines(out.host(), c.record), 1) << c.record;
-        EXPECT_EQ(call.objective, zek::h02::no_objective());
-        EXPECT_EQ(count_lines(out.host(), "Doubling"), 0);
+        EXPECT_EQ(call.run(c.p), c.ifail) << c.what;
+        EXPECT_EQ(call.objective, c.objective) << c.what;
+        if (!c.x.empty()) { EXPECT_EQ(std::vector<double>(call.x.begin(), call.x.begin() + c.p.n), c.x) << c.what; }
+        if (c.line != nullptr) { EXPECT_EQ(count_lines(out.host(), c.line), 1) << c.what; }
+        const bool limited = c.ifail == 9 || c.ifail == 10;
+        EXPECT_EQ(count_lines(out.host(), " ** Number of nodes exceeds the maximum **"), limited ? 1 : 0) << c.what;
+        EXPECT_EQ(count_lines(out.host(), "Doubling"), 0) << c.what;
+        if (c.ifail == 10) { EXPECT_EQ(count_lines(out.host(), "Final IP objective value"), 0) << c.what; }
+        if (c.ifail == 9) { EXPECT_EQ(call.x[0] + call.x[1], 1.0); }
     }
 }
 
