@@ -357,8 +357,7 @@ TEST(BranchAndBoundFailures, StoreCopyAndPrinterChecks) {
         int ifail = -13;
         OutputCapture out;
         H02WBF(c.name, cwsav.data(), &c.lc, lwsav.data(), &c.ll, iwsav.data(), &c.li, rwsav.data(), &c.lr, &ifail, 6, 80);
-        EXPECT_EQ(ifail, c.ifail) << c.name;
-        EXPECT_EQ(zek_test::trimmed(out.host()), c.host) << c.name;
+        EXPECT_TRUE(ifail == c.ifail && zek_test::trimmed(out.host()) == c.host) << c.name;
         // A prepared store has its solver's first-call flags set; a refused one is left alone.
         EXPECT_EQ(std::find(lwsav.begin(), lwsav.end(), 1) != lwsav.end(), c.ifail == 0) << c.name;
     }
@@ -375,17 +374,16 @@ TEST(BranchAndBoundFailures, StoreCopyAndPrinterChecks) {
          {" ** On entry, the dimension of RWORK is too small: LRWORK =               8.",
           "    RWORK must be of dimension (at least)               9."}},
     };
+    const std::vector<int> iwork(10, 1);
+    const std::vector<double> rwork(10, 1.0);
     for (const auto &c : copies) {
-        const std::vector<int> iwork(10, 1);
-        const std::vector<double> rwork(10, 1.0);
         std::vector<int> istate(4, -9);
         std::vector<double> bl(4, -9.0), bu(4, -9.0), clamda(4, -9.0);
         int ifail = -13;
         OutputCapture out;
         H02BZF(&c.n, &c.m, iwork.data(), &c.liwork, rwork.data(), &c.lrwork, istate.data(), bl.data(), bu.data(),
                clamda.data(), &ifail);
-        EXPECT_EQ(ifail, 1);
-        EXPECT_EQ(zek_test::trimmed(out.host()), c.host);
+        EXPECT_TRUE(ifail == 1 && zek_test::trimmed(out.host()) == c.host) << c.host[0];
         EXPECT_TRUE(istate == std::vector<int>(4, -9) && bl == std::vector<double>(4, -9.0));
     }
     const struct {
@@ -401,8 +399,7 @@ TEST(BranchAndBoundFailures, StoreCopyAndPrinterChecks) {
         int ifail = -13;
         OutputCapture out;
         H02BVF(&c.n, &c.m, nullptr, &c.lda, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &ifail, 8);
-        EXPECT_EQ(ifail, 1);
-        EXPECT_EQ(zek_test::trimmed(out.host()), c.host);
+        EXPECT_TRUE(ifail == 1 && zek_test::trimmed(out.host()) == c.host) << c.host[0];
     }
 }
 

@@ -373,25 +373,25 @@ TEST(Collections, AgreeWithGlpk) {
             glp_prob *p = glp_create_prob();
             ASSERT_EQ(glp_read_mps(p, GLP_MPS_DECK, nullptr, path.c_str()), 0) << name;
             ASSERT_TRUE(glp_get_num_cols(p) == r.n && glp_get_num_rows(p) == r.m && r.m + 1 == rows) << name;
-            const auto lower = [](int type, double lb) { return type == GLP_FR || type == GLP_UP ? -1e20 : lb; };
-            const auto upper = [](int type, double ub) { return type == GLP_FR || type == GLP_LO ? 1e20 : ub; };
-            const auto trim = [](const std::string &s) { return s.substr(0, s.find_last_not_of(' ') + 1); };
+            // Name (and, when BOUNDS, bounds) of entry K (columns, then rows) against GLPK's.
+            const auto differs = [&](int k, const char *name, bool bounds, int type, double lb, double ub) {
+                const std::string own = r.name(k);
+                return own.substr(0, own.find_last_not_of(' ') + 1) != name ||
+                       (bounds && (r.bl[k - 1] != (type == GLP_FR || type == GLP_UP ? -1e20 : lb) ||
+                                   r.bu[k - 1] != (type == GLP_FR || type == GLP_LO ? 1e20 : ub)));
+            };
             std::vector<int> ind(static_cast<std::size_t>(r.n) + 1);
             std::vector<double> val(static_cast<std::size_t>(r.n) + 1);
             int mismatches = 0;
             for (int j = 1; j <= r.n; ++j) {
                 const bool integer = glp_get_col_kind(p, j) != GLP_CV;  // GLP_IV, or GLP_BV for 0-1 columns
-                const int type = glp_get_col_type(p, j);
-                mismatches += trim(r.name(j)) != glp_get_col_name(p, j);
                 mismatches += r.cvec[j - 1] != glp_get_obj_coef(p, j) || r.intvar[j - 1] != (integer ? 1 : 0);
-                mismatches += !integer && (r.bl[j - 1] != lower(type, glp_get_col_lb(p, j)) ||
-                                           r.bu[j - 1] != upper(type, glp_get_col_ub(p, j)));
+                mismatches += differs(j, glp_get_col_name(p, j), !integer, glp_get_col_type(p, j), glp_get_col_lb(p, j),
+                                      glp_get_col_ub(p, j));
             }
             for (int i = 1; i <= r.m; ++i) {
-                const int type = glp_get_row_type(p, i);
-                mismatches += trim(r.name(r.n + i)) != glp_get_row_name(p, i);
-                mismatches += r.bl[r.n + i - 1] != lower(type, glp_get_row_lb(p, i)) ||
-                              r.bu[r.n + i - 1] != upper(type, glp_get_row_ub(p, i));
+                mismatches += differs(r.n + i, glp_get_row_name(p, i), true, glp_get_row_type(p, i), glp_get_row_lb(p, i),
+                                      glp_get_row_ub(p, i));
                 std::vector<double> row(static_cast<std::size_t>(r.n), 0.0);
                 const int len = glp_get_mat_row(p, i, ind.data(), val.data());
                 for (int k = 1; k <= len; ++k) row[ind[k] - 1] = val[k];
