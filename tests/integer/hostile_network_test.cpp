@@ -209,18 +209,14 @@ const NetworkFailure kNetworkFailures[] = {
      " ** No connected network exists between vertices NS and NE:\n    NS =                1, NE =                4.\n"},
 };
 
-class HostileNetwork : public ::testing::TestWithParam<NetworkFailure> {};
-
-TEST_P(HostileNetwork, IfailAndText) {
-    zek_test::OutputCapture out;
-    const int ifail = GetParam().call();
-    EXPECT_EQ(ifail, GetParam().ifail);
-    std::string text;
-    for (const std::string &line : zek_test::trimmed(out.host())) text += line + "\n";
-    EXPECT_EQ(text, GetParam().text);
+TEST(HostileNetwork, IfailAndText) {
+    for (const NetworkFailure &c : kNetworkFailures) {
+        zek_test::OutputCapture out;
+        EXPECT_EQ(c.call(), c.ifail) << c.label;
+        std::string text;
+        for (const std::string &line : zek_test::trimmed(out.host())) text += line + "\n";
+        EXPECT_EQ(text, c.text) << c.label;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, HostileNetwork, ::testing::ValuesIn(kNetworkFailures),
-                         [](const ::testing::TestParamInfo<NetworkFailure> &i) { return std::string(i.param.label); });
 
 } // namespace
