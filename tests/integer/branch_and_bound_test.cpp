@@ -338,68 +338,54 @@ TEST(BranchAndBoundFailures, StoreCopyAndPrinterChecks) {
     std::vector<std::string> lengths2 = lengths;
     lengths2[2] = "    LCWSAV =      0, LLWSAV =    119.";
     lengths2[3] = "    LIWSAV =    610, LRWSAV =    474.";
+    // Each row: the routine (the solver named to H02WBF), four integer arguments (H02WBF: the store
+    // lengths; H02BZF: N, M, LIWORK, LRWORK; H02BVF: N, M, LDA), the IFAIL and what the host receives.
     const struct {
         const char *name;
-        int lc, ll, li, lr, ifail;
+        int i1, i2, i3, i4, ifail;
         std::vector<std::string> host;
-    } stores[] = {
+    } cases[] = {
         {"h02bbf", 1, 120, 610, 475, 0, {}},
         {"H02CEF", 1, 120, 610, 475, 0, {}},
         {"H02BXF", 1, 120, 610, 475, 1, {" ** Invalid routine name: H02BXF."}},
         {"E04MFA", 1, 120, 610, 475, 1, {" ** Invalid routine name: E04MFA."}},
         {"H02BBF", 1, 120, 609, 475, 2, lengths},
         {"H02CBF", 0, 119, 610, 474, 2, lengths2},
-    };
-    for (const auto &c : stores) {
-        std::vector<char> cwsav(80, ' ');
-        std::vector<int> lwsav(120, 0), iwsav(610, 0);
-        std::vector<double> rwsav(475, 0.0);
-        int ifail = -13;
-        OutputCapture out;
-        H02WBF(c.name, cwsav.data(), &c.lc, lwsav.data(), &c.ll, iwsav.data(), &c.li, rwsav.data(), &c.lr, &ifail, 6, 80);
-        EXPECT_TRUE(ifail == c.ifail && zek_test::trimmed(out.host()) == c.host) << c.name;
-        // A prepared store has its solver's first-call flags set; a refused one is left alone.
-        EXPECT_EQ(std::find(lwsav.begin(), lwsav.end(), 1) != lwsav.end(), c.ifail == 0) << c.name;
-    }
-    const struct {
-        int n, m, liwork, lrwork;
-        std::vector<std::string> host;
-    } copies[] = {
-        {0, 1, 10, 10, {" ** On entry, N .le. 0:", "    N =                0."}},
-        {2, -1, 10, 10, {" ** On entry, M .lt. 0:", "    M =               -1."}},
-        {2, 1, 2, 9,
+        {"H02BZF", 0, 1, 10, 10, 1, {" ** On entry, N .le. 0:", "    N =                0."}},
+        {"H02BZF", 2, -1, 10, 10, 1, {" ** On entry, M .lt. 0:", "    M =               -1."}},
+        {"H02BZF", 2, 1, 2, 9, 1,
          {" ** On entry, the dimension of IWORK is too small: LIWORK =               2.",
           "    IWORK must be of dimension (at least)               3."}},
-        {2, 1, 3, 8,
+        {"H02BZF", 2, 1, 3, 8, 1,
          {" ** On entry, the dimension of RWORK is too small: LRWORK =               8.",
           "    RWORK must be of dimension (at least)               9."}},
+        {"H02BVF", 0, 1, 1, 0, 1, {" ** On entry, N .le. 0: N =               0."}},
+        {"H02BVF", 1, -1, 1, 0, 1, {" ** On entry, M .lt. 0: M =              -1."}},
+        {"H02BVF", 1, 3, 2, 0, 1, {" ** On entry, LDA .lt. max(1,M):", "    LDA =               2, M =               3."}},
+        {"H02BVF", 1, 0, 0, 0, 1, {" ** On entry, LDA .lt. max(1,M):", "    LDA =               0, M =               0."}},
     };
     const std::vector<int> iwork(10, 1);
     const std::vector<double> rwork(10, 1.0);
-    for (const auto &c : copies) {
-        std::vector<int> istate(4, -9);
-        std::vector<double> bl(4, -9.0), bu(4, -9.0), clamda(4, -9.0);
+    for (const auto &c : cases) {
+        const std::string name = c.name;
+        std::vector<char> cwsav(80, ' ');
+        std::vector<int> lwsav(120, 0), iwsav(610, 0), istate(4, -9);
+        std::vector<double> rwsav(475, 0.0), bl(4, -9.0), bu(4, -9.0), clamda(4, -9.0);
         int ifail = -13;
         OutputCapture out;
-        H02BZF(&c.n, &c.m, iwork.data(), &c.liwork, rwork.data(), &c.lrwork, istate.data(), bl.data(), bu.data(),
-               clamda.data(), &ifail);
-        EXPECT_TRUE(ifail == 1 && zek_test::trimmed(out.host()) == c.host) << c.host[0];
+        if (name == "H02BZF") {
+            H02BZF(&c.i1, &c.i2, iwork.data(), &c.i3, rwork.data(), &c.i4, istate.data(), bl.data(), bu.data(),
+                   clamda.data(), &ifail);
+        } else if (name == "H02BVF") {
+            H02BVF(&c.i1, &c.i2, nullptr, &c.i3, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &ifail, 8);
+        } else {
+            H02WBF(c.name, cwsav.data(), &c.i1, lwsav.data(), &c.i2, iwsav.data(), &c.i3, rwsav.data(), &c.i4, &ifail, 6, 80);
+        }
+        EXPECT_TRUE(ifail == c.ifail && zek_test::trimmed(out.host()) == c.host) << c.name << " " << c.i1;
+        // A prepared store has its solver's first-call flags set; a refused one, and every output of a
+        // refused copy, is left alone.
+        EXPECT_EQ(std::find(lwsav.begin(), lwsav.end(), 1) != lwsav.end(), c.ifail == 0) << c.name;
         EXPECT_TRUE(istate == std::vector<int>(4, -9) && bl == std::vector<double>(4, -9.0));
-    }
-    const struct {
-        int n, m, lda;
-        std::vector<std::string> host;
-    } printers[] = {
-        {0, 1, 1, {" ** On entry, N .le. 0: N =               0."}},
-        {1, -1, 1, {" ** On entry, M .lt. 0: M =              -1."}},
-        {1, 3, 2, {" ** On entry, LDA .lt. max(1,M):", "    LDA =               2, M =               3."}},
-        {1, 0, 0, {" ** On entry, LDA .lt. max(1,M):", "    LDA =               0, M =               0."}},
-    };
-    for (const auto &c : printers) {
-        int ifail = -13;
-        OutputCapture out;
-        H02BVF(&c.n, &c.m, nullptr, &c.lda, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &ifail, 8);
-        EXPECT_TRUE(ifail == 1 && zek_test::trimmed(out.host()) == c.host) << c.host[0];
     }
 }
 
