@@ -73,29 +73,29 @@ INSTANTIATE_TEST_SUITE_P(Data, HostileBranchAndBound, ::testing::ValuesIn(all_ca
 // records, and nothing changed.
 TEST(HostileBranchAndBoundSizes, BadInputIsReportedAndChangesNothing) {
     const struct {
-        const char *what;
-        int n, m, lda, maxdpt, liwork_delta, lrwork_delta, msglvl;
+        int n, m, lda, maxdpt;
+        char short_work;  // 'i': LIWORK one short, 'r': LRWORK one short
+        int msglvl;
         void (*spoil)(IntegerProgram &);
         std::vector<std::string> host;  // what the host receives, failure records last
     } cases[] = {
-        {"N", 0, 2, 2, 5, 0, 0, 0, nullptr, {" ** On entry, N .le. 0:", "    N =               0."}},
-        {"M", 2, -1, 2, 5, 0, 0, 0, nullptr, {" ** On entry, M .lt. 0:", "    M =              -1."}},
+        {0, 2, 2, 5, 0, 0, nullptr, {" ** On entry, N .le. 0:", "    N =               0."}},
+        {2, -1, 2, 5, 0, 0, nullptr, {" ** On entry, M .lt. 0:", "    M =              -1."}},
         // N, M and LDA are all tested and the last failure is reported.
-        {"N and M", 0, -1, 1, 5, 0, 0, 0, nullptr, {" ** On entry, M .lt. 0:", "    M =              -1."}},
-        {"LDA", 2, 2, 1, 5, 0, 0, 0, nullptr, {" ** On entry, LDA .lt. max(1,M):", "    LDA =               1, M =               2."}},
-        {"N and LDA", -3, 2, 1, 5, 0, 0, 0, nullptr,
-         {" ** On entry, LDA .lt. max(1,M):", "    LDA =               1, M =               2."}},
-        {"INTVAR", 2, 2, 2, 5, 0, 0, 0, [](IntegerProgram &p) { p.intvar[1] = 2; },
+        {0, -1, 1, 5, 0, 0, nullptr, {" ** On entry, M .lt. 0:", "    M =              -1."}},
+        {2, 2, 1, 5, 0, 0, nullptr, {" ** On entry, LDA .lt. max(1,M):", "    LDA =               1, M =               2."}},
+        {-3, 2, 1, 5, 0, 0, nullptr, {" ** On entry, LDA .lt. max(1,M):", "    LDA =               1, M =               2."}},
+        {2, 2, 2, 5, 0, 0, [](IntegerProgram &p) { p.intvar[1] = 2; },
          {" ** On entry, element               2 of INTVAR is not equal to 0 or 1", "    INTVAR(               2) =               2."}},
-        {"MAXDPT", 2, 2, 2, 1, 0, 0, 0, nullptr, {" ** On entry, MAXDPT .lt. 2:", "    MAXDPT =               1."}},
+        {2, 2, 2, 1, 0, 0, nullptr, {" ** On entry, MAXDPT .lt. 2:", "    MAXDPT =               1."}},
         // Minimum LRWORK with MAXDPT 5: 3*5 + 2*(4 + 12 + 14) = 75; LIWORK: 29*5 + 4 + 8 + 4 = 161.
-        {"LRWORK", 2, 2, 2, 5, 0, -1, 0, nullptr,
+        {2, 2, 2, 5, 'r', 0, nullptr,
          {" ** On entry, the dimension of RWORK is too small: LRWORK =              74.",
           "    RWORK must be of dimension (at least)              75."}},
-        {"LIWORK", 2, 2, 2, 5, -1, 0, 0, nullptr,
+        {2, 2, 2, 5, 'i', 0, nullptr,
          {" ** On entry, the dimension of IWORK is too small: LIWORK =             160.",
           "    IWORK must be of dimension (at least)             161."}},
-        {"bounds in detail", 2, 2, 2, 5, 0, 0, 3, [](IntegerProgram &p) { p.bl[1] = 5.0, p.bl[3] = p.bu[3] = -1e20; },
+        {2, 2, 2, 5, 0, 3, [](IntegerProgram &p) { p.bl[1] = 5.0, p.bl[3] = p.bu[3] = -1e20; },
          {" ** On entry, the bounds on  Varbl  2  are inconsistent:",
           "    BL(   2) =               5   BU(   2) =               4",
           " ** On entry, the equal bounds on  L Con  2  are infinite (because",
@@ -117,19 +117,19 @@ TEST(HostileBranchAndBoundSizes, BadInputIsReportedAndChangesNothing) {
         call.maxdpt = c.maxdpt, call.msglvl = c.msglvl, call.ifail_in = -13;
         call.x0 = {0.25, 0.75};
         call.objective = 42.0;
-        if (c.liwork_delta != 0) call.liwork = static_cast<int>(zek_test::minimum_liwork(2, 2, c.maxdpt)) + c.liwork_delta;
-        if (c.lrwork_delta != 0) call.lrwork = static_cast<int>(zek_test::minimum_lrwork(2, 2, c.maxdpt)) + c.lrwork_delta;
+        if (c.short_work == 'i') call.liwork = static_cast<int>(zek_test::minimum_liwork(2, 2, c.maxdpt)) - 1;
+        if (c.short_work == 'r') call.lrwork = static_cast<int>(zek_test::minimum_lrwork(2, 2, c.maxdpt)) - 1;
         call.lda = c.lda;
         OutputCapture out;
-        EXPECT_EQ(call.run(p), 6) << c.what;
-        EXPECT_EQ(zek_test::trimmed(out.host()), c.host) << c.what;
+        EXPECT_EQ(call.run(p), 6) << c.host[0];
+        EXPECT_EQ(zek_test::trimmed(out.host()), c.host) << c.host[0];
         // Nothing changed: outputs, in/out arguments, workspace, and the store as H02WBF left it.
         EXPECT_TRUE(call.x == call.x0 && call.objective == 42.0 && call.itmax == 0 && call.toliv == 0.0 &&
                     call.tolfes == 0.0 && call.bigbnd == 0.0)
-            << c.what;
-        EXPECT_EQ(call.iwork, std::vector<int>(call.iwork.size(), -7)) << c.what;
-        EXPECT_EQ(call.rwork, std::vector<double>(call.rwork.size(), -7.0)) << c.what;
-        EXPECT_TRUE(call.lwsav == untouched.lwsav && call.iwsav == untouched.iwsav) << c.what;
+            << c.host[0];
+        EXPECT_EQ(call.iwork, std::vector<int>(call.iwork.size(), -7)) << c.host[0];
+        EXPECT_EQ(call.rwork, std::vector<double>(call.rwork.size(), -7.0)) << c.host[0];
+        EXPECT_TRUE(call.lwsav == untouched.lwsav && call.iwsav == untouched.iwsav) << c.host[0];
     }
 }
 
