@@ -14,7 +14,6 @@
 #include "frame/input_units.h"
 #include "integer_test_support.h"
 #include "optimisation/option_test_support.h"
-#include "zek2/e04.h"
 #include "zek2/x04.h"
 
 #if defined(ZEK_HAVE_GLPK)
