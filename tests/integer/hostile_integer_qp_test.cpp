@@ -9,12 +9,12 @@
 
 namespace {
 
-using zek_test::Iqp;
+using zek_test::IntegerProgram;
 using zek_test::IqpCall;
 
 // minimise x1^2 + x2^2 + x1 x2 - 1.2 x1 + 2.6 x2 over integers in [-5, 5] with x1 + x2 <= 3.
-Iqp base() {
-    Iqp p(2, 1, -5.0, 5.0);
+IntegerProgram base() {
+    IntegerProgram p = IntegerProgram::box(2, 1, 5.0, -5.0);
     p.h = {2.0, 1.0, 1.0, 2.0};
     p.cvec = {-1.2, 2.6};
     p.at(1, 1) = p.at(1, 2) = 1.0;
@@ -28,7 +28,7 @@ TEST(HostileIntegerQp, DataEndInAnExitWithAFiniteSolution) {
     for (int place = 0; place < 7; ++place)
         for (double v : values)
             for (bool callback : {false, true}) {
-                Iqp p = base();
+                IntegerProgram p = base();
                 IqpCall call;
                 call.callback = callback;
                 call.x = {0.0, 0.0};
@@ -55,7 +55,7 @@ TEST(HostileIntegerQp, SizesAndWorkspace) {
         {60000, 0, 30, 1000, 1000, 0, 6},  // workspace beyond an int
     };
     for (const auto &c : cases) {
-        Iqp p = base();
+        IntegerProgram p = base();
         p.intvar.assign(static_cast<std::size_t>(std::max(c.n, 2)), 0);
         IqpCall call;
         call.n = c.n, call.m = c.m, call.maxdpt = c.maxdpt;

@@ -6,18 +6,17 @@
 #include <random>
 
 #include "integer_test_support.h"
-#include "optimisation/option_test_support.h"
 
 namespace {
 
-using zek_test::Iqp;
+using zek_test::IntegerProgram;
 using zek_test::IqpCall;
 using zek_test::Vec;
 
 // A random convex instance: H = L L' + 0.05 I, the box [-2, 3], M rows with small integer coefficients.
-Iqp random_instance(std::mt19937 &gen, int n, int m) {
+IntegerProgram random_instance(std::mt19937 &gen, int n, int m) {
     std::uniform_real_distribution<double> u(-1.0, 1.0);
-    Iqp p(n, m, -2.0, 3.0);
+    IntegerProgram p = IntegerProgram::box(n, m, 3.0, -2.0);
     Vec l(static_cast<std::size_t>(n * n));
     for (double &v : l) v = 2.0 * u(gen);
     for (int i = 0; i < n; ++i)
@@ -35,32 +34,11 @@ Iqp random_instance(std::mt19937 &gen, int n, int m) {
     return p;
 }
 
-// The relaxation of P (no integer variables) by E04NFA itself, from the start and with the options the
-// search gives its first QP.
-Vec relaxation_by_qp_solver(const Iqp &p, double *obj) {
-    zek_test::OptionState store("E04NFA");
-    for (const std::string o : {"Problem Type = QP2", "Print Level = 0"}) {
-        int inform = 0, list = 0;
-        E04NHF(o.c_str(), &list, store.lwsav.data(), store.iwsav.data(), store.rwsav.data(), &inform,
-               static_cast<int>(o.size()));
-    }
-    const int n = p.n, m = p.m, lda = std::max(m, 1), liwork = 2 * n + 3, lwork = 13 * n + 5 * m + 4 * n * n;
-    std::vector<int> istate(static_cast<std::size_t>(n + m)), iwork(static_cast<std::size_t>(liwork));
-    Vec x(static_cast<std::size_t>(n)), ax(static_cast<std::size_t>(lda)), clamda(static_cast<std::size_t>(n + m)),
-        work(static_cast<std::size_t>(lwork));
-    int iter = 0, ifail = 1;
-    E04NFA(&n, &m, p.a.data(), &lda, p.bl.data(), p.bu.data(), p.cvec.data(), p.h.data(), &n, nullptr, nullptr,
-           istate.data(), x.data(), &iter, obj, ax.data(), clamda.data(), iwork.data(), &liwork, work.data(), &lwork,
-           nullptr, nullptr, store.lwsav.data(), store.iwsav.data(), store.rwsav.data(), &ifail);
-    EXPECT_EQ(ifail, 0);
-    return x;
-}
-
 TEST(IntegerQp, OptimaEqualEnumerationWhereRoundingTheRelaxationFails) {
     std::mt19937 gen(20261124);
     int rounding_wrong = 0, solved = 0;
     for (int k = 0; k < 40; ++k) {
-        const Iqp p = random_instance(gen, 2 + k % 3, k % 3);
+        const IntegerProgram p = random_instance(gen, 2 + k % 3, k % 3);
         double best = HUGE_VAL;
         Vec x(static_cast<std::size_t>(p.n));
         std::function<void(int)> visit = [&](int j) {
@@ -85,12 +63,16 @@ TEST(IntegerQp, OptimaEqualEnumerationWhereRoundingTheRelaxationFails) {
         ++solved;
         // All continuous, the search is one QP, the same as E04NFA's; rounded to the nearest integers, its
         // optimum is infeasible or worse than the integer one.
-        Iqp relaxed = p;
+        IntegerProgram relaxed = p;
         std::fill(relaxed.intvar.begin(), relaxed.intvar.end(), 0);
         IqpCall r;
         ASSERT_EQ(r.run(relaxed), 0) << k;
+        // E04NFA itself, from the same start and with the options the search gives its first QP.
         double obj = 0.0;
-        EXPECT_EQ(r.x, relaxation_by_qp_solver(relaxed, &obj)) << k;
+        Vec x0(p.n, 0.0);
+        EXPECT_EQ(zek_test::qp_solver("QP2", p.n, p.m, p.a.data(), std::max(p.m, 1), p.bl.data(), p.bu.data(),
+                                      p.cvec.data(), p.h.data(), p.n, x0, &obj), 0);
+        EXPECT_EQ(r.x, x0) << k;
         EXPECT_EQ(r.objective, obj) << k;
         for (double &v : r.x) v = std::round(v);
         rounding_wrong += !p.feasible(r.x, 1e-9) || p.objective(r.x) > best + 1e-9;
@@ -101,18 +83,18 @@ TEST(IntegerQp, OptimaEqualEnumerationWhereRoundingTheRelaxationFails) {
 
 TEST(IntegerQp, ExitsOfItsOwn) {
     // Three integer variables, the free optimum inside the box.
-    Iqp free(3, 0, -10.0, 10.0);
+    IntegerProgram free = IntegerProgram::box(3, 0, 10.0, -10.0);
     free.h = {2.0, 0.5, 0.0, 0.5, 2.0, 0.5, 0.0, 0.5, 2.0};
     free.cvec = {-3.3, 1.7, -2.9};
     // 2 x1 = 1: no integer solution.
-    Iqp odd(1, 1, -3.0, 3.0);
+    IntegerProgram odd = IntegerProgram::box(1, 1, 3.0, -3.0);
     odd.h = {1.0};
     odd.at(1, 1) = 2.0;
     odd.bl[1] = odd.bu[1] = 1.0;
     // minimise |x - (0.5, 0.5, 0.5)|^2, x1 integer, with x1 + x2 <= 0.6 and x1 + x3 <= 0.6.  Started on both
     // rows, the first QP keeps one free direction; the child x1 <= 0 leaves the rows and needs two, beyond
     // a maximum of 1, while it holds the optimum (0, 0.5, 0.5); the child x1 >= 1 gives (1, -0.4, -0.4).
-    Iqp rows(3, 2, -10.0, 10.0);
+    IntegerProgram rows = IntegerProgram::box(3, 2, 10.0, -10.0);
     rows.h = {2.0, 0.0, 0.0, 0.0, 2.0, 0.0, 0.0, 0.0, 2.0};
     rows.cvec = {-1.0, -1.0, -1.0};
     rows.intvar = {1, 0, 0};
@@ -121,7 +103,7 @@ TEST(IntegerQp, ExitsOfItsOwn) {
     // Each row: the problem, MAXIMUM DEGREES OF FREEDOM (0: not set), start on the rows, LDH (-1: N),
     // the Hessian routine and the call from which it returns NaN, MSGLVL, then the IFAIL and a line of text.
     const struct {
-        const Iqp *p;
+        const IntegerProgram *p;
         int maxdeg;
         bool on_rows;
         int ldh, callback, nan_from, msglvl, ifail;

@@ -24,26 +24,47 @@ std::vector<std::string> trimmed(std::vector<std::string> lines) {
     return lines;
 }
 
-IntegerProgram IntegerProgram::box(int n, int m, double upper) {
+IntegerProgram IntegerProgram::box(int n, int m, double upper, double lower) {
     IntegerProgram p;
     p.n = n, p.m = m;
     p.a.assign(static_cast<std::size_t>(p.lda()) * static_cast<std::size_t>(n), 0.0);
-    p.bl.assign(static_cast<std::size_t>(n), 0.0);
+    p.bl.assign(static_cast<std::size_t>(n), lower);
     p.bl.resize(static_cast<std::size_t>(n + m), -1e20);
     p.bu.assign(static_cast<std::size_t>(n), upper);
     p.bu.resize(static_cast<std::size_t>(n + m), 1e20);
     p.cvec.assign(static_cast<std::size_t>(n), 0.0);
+    p.h.assign(static_cast<std::size_t>(n) * static_cast<std::size_t>(n), 0.0);
     p.intvar.assign(static_cast<std::size_t>(n), 1);
     return p;
 }
 
-bool IntegerProgram::from_file(const std::string &path, IntegerProgram &out, const char *optim) {
-    std::ifstream in(path);
+std::string file_text(const std::string &path) {
+    std::ifstream in(path, std::ios::binary);
     std::stringstream text;
     text << in.rdbuf();
+    return text.str();
+}
+
+int qp_solver(const char *type, int n, int m, const double *a, int lda, const double *bl, const double *bu,
+              const double *cvec, const double *h, int ldh, Vec &x, double *obj) {
+    OptionState store("E04NFA");
+    option(store, zek::e04::Family::NFA, std::string("Problem Type = ") + type);
+    option(store, zek::e04::Family::NFA, "Print Level = 0");
+    const int liwork = 2 * n + 3, lwork = 13 * n + 5 * m + 4 * n * n;
+    std::vector<int> istate(static_cast<std::size_t>(n + m)), iwork(static_cast<std::size_t>(liwork));
+    Vec ax(static_cast<std::size_t>(std::max(m, 1))), clamda(static_cast<std::size_t>(n + m)),
+        work(static_cast<std::size_t>(lwork));
+    int iter = 0, ifail = 1;
+    E04NFA(&n, &m, a, &lda, bl, bu, cvec, h, &ldh, nullptr, nullptr, istate.data(), x.data(), &iter, obj, ax.data(),
+           clamda.data(), iwork.data(), &liwork, work.data(), &lwork, nullptr, nullptr, store.lwsav.data(),
+           store.iwsav.data(), store.rwsav.data(), &ifail);
+    return ifail;
+}
+
+bool IntegerProgram::from_file(const std::string &path, IntegerProgram &out, const char *optim) {
     MpsxRead r(400, 400);
     r.optim = optim;
-    if (r.read_text(text.str()) != 0) return false;
+    if (r.read_text(file_text(path)) != 0) return false;
     out = box(r.n, r.m, 0.0);
     for (int j = 1; j <= r.n; ++j)
         for (int i = 1; i <= r.m; ++i) out.at(i, j) = r.at(i, j);
@@ -81,17 +102,17 @@ int BranchCall::run(const IntegerProgram &p) {
     return ifail;
 }
 
-double Iqp::objective(const Vec &x) const {
+double IntegerProgram::objective(const Vec &x) const {
     double f = 0.0;
     for (int i = 0; i < n; ++i)
         for (int j = 0; j < n; ++j) f += x[i] * (0.5 * h[i + j * n] * x[j] + (i == j ? cvec[i] : 0.0));
     return f;
 }
 
-bool Iqp::feasible(const Vec &x, double tol) const {
+bool IntegerProgram::feasible(const Vec &x, double tol) const {
     for (int k = 0; k < n + m; ++k) {
         double v = k < n ? x[k] : 0.0;
-        for (int j = 0; k >= n && j < n; ++j) v += a[(k - n) + j * std::max(m, 1)] * x[j];
+        for (int j = 0; k >= n && j < n; ++j) v += a[(k - n) + j * lda()] * x[j];
         if (v < bl[k] - tol || v > bu[k] + tol) return false;
     }
     return true;
@@ -111,7 +132,7 @@ void ZEK_CALLBACK dense_product(const int *n, const int *, const double *h, cons
 
 } // namespace
 
-int IqpCall::run(const Iqp &p) {
+int IqpCall::run(const IntegerProgram &p) {
     const int nn = n != -99 ? n : p.n, mm = m != -99 ? m : p.m, lda = std::max(p.m, 1);
     const int ld = ldh >= 0 ? ldh : p.n, li = liwork >= 0 ? liwork : min_liwork(nn, mm, maxdpt),
               lr = lrwork >= 0 ? lrwork : min_lrwork(nn, mm, maxdpt), list = 0;

@@ -17,6 +17,14 @@ namespace zek_test {
 
 using Vec = std::vector<double>;
 
+// The whole content of the file at PATH.
+std::string file_text(const std::string &path);
+
+// E04NFA with "Problem Type" TYPE and print level 0 on arrays as given (A with leading dimension LDA, the
+// bounds of the columns then the rows), X the start and then the solution; IFAIL.
+int qp_solver(const char *type, int n, int m, const double *a, int lda, const double *bl, const double *bu,
+              const double *cvec, const double *h, int ldh, Vec &x, double *obj);
+
 // The lines without the blanks that pad them to their record width.
 std::vector<std::string> trimmed(std::vector<std::string> lines);
 
@@ -27,12 +35,16 @@ struct IntegerProgram {
     int n = 0, m = 0;
     Vec a;  // m by n, leading dimension max(1, m)
     Vec bl, bu, cvec;
+    Vec h;  // n by n, the Hessian of an integer QP (zero for a linear program)
     std::vector<int> intvar;
     std::vector<char> names;  // from a file: the names of the columns, then of the rows, 8 characters each
     int lda() const { return m > 0 ? m : 1; }
     double &at(int i, int j) { return a[static_cast<std::size_t>((i - 1) + (j - 1) * lda())]; }
-    // An empty program of N variables in [0, upper] (all integer) and M rows in [-1e20, 1e20].
-    static IntegerProgram box(int n, int m, double upper);
+    // An empty program of N variables in [lower, upper] (all integer) and M rows in [-1e20, 1e20].
+    static IntegerProgram box(int n, int m, double upper, double lower = 0.0);
+    // The quadratic objective at X, and whether X lies within the bounds to TOL.
+    double objective(const Vec &x) const;
+    bool feasible(const Vec &x, double tol) const;
     // The program an MPSX file describes (read by H02BUF, OPTIM "MIN" or "MAX"); false when the reader fails.
     static bool from_file(const std::string &path, IntegerProgram &out, const char *optim = "MIN");
 };
@@ -63,21 +75,6 @@ bool glpk_optimum(const IntegerProgram &p, double *objective);
 long long minimum_liwork(int n, int m, int maxdpt);
 long long minimum_lrwork(int n, int m, int maxdpt);
 
-struct Iqp {  // N variables in [lower, upper], all integer; M rows, free; H, CVEC zero
-    int n, m;
-    Vec a = Vec(static_cast<std::size_t>(std::max(m, 1) * n)), bl = Vec(static_cast<std::size_t>(n + m), -1e20),
-        bu = Vec(static_cast<std::size_t>(n + m), 1e20), cvec = Vec(static_cast<std::size_t>(n)),
-        h = Vec(static_cast<std::size_t>(n * n));
-    std::vector<int> intvar = std::vector<int>(static_cast<std::size_t>(n), 1);
-    Iqp(int n_, int m_, double lower, double upper) : n(n_), m(m_) {
-        std::fill_n(bl.begin(), n, lower);
-        std::fill_n(bu.begin(), n, upper);
-    }
-    double &at(int i, int j) { return a[static_cast<std::size_t>((i - 1) + (j - 1) * std::max(m, 1))]; }
-    double objective(const Vec &x) const;
-    bool feasible(const Vec &x, double tol) const;
-};
-
 struct IqpCall {
     int itmax = 0, msglvl = 0, maxnod = 0, intfst = 0, maxdpt = 30, n = -99, m = -99, ldh = -1, liwork = -1,
         lrwork = -1;
@@ -89,7 +86,7 @@ struct IqpCall {
     std::string captured;              // the host text, a line each
     static int min_liwork(int n, int m, int s) { return (n + m + 25) * s + 5 * n + m + 4; }
     static int min_lrwork(int n, int m, int s) { return (n + 1) * s + 20 * n + 12 * m + (m > 0 ? 4 : 3) * n * n; }
-    int run(const Iqp &p);
+    int run(const IntegerProgram &p);
 };
 
 // One MPSX data line: field 1 from column 2, field 2 from column 5, field 3 from column 15, the number

@@ -1,5 +1,5 @@
-// Chapter S: accuracy against high-precision reference values, defined values at the thresholds, and
-// every failure exit with its code or IFAIL and text.
+// Chapter S: accuracy against high-precision reference values, defined values at the thresholds, every
+// failure exit with its code or IFAIL and text, and the double-double helpers of the tails.
 #include <gtest/gtest.h>
 
 #include <cfloat>
@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "frame/host_capture.h"
+#include "sorting/double_double.h"
 #include "sorting/functions.h"
 #include "zek2/s.h"
 
@@ -109,69 +110,62 @@ TEST(SpecialValues, ThresholdsGiveTheirDefinedValues) {
     }
 }
 
-// One failure of a C-style routine: the value, the code and (when given) the complete text it leaves in
-// the record.  Within 1e-14 relative of an odd multiple of pi/2 the tangent is taken as a pole: code 417
-// and a finite value of the sign the function has on that side.
-const double kHalfPi = 1.5707963267948966;  // just below pi/2
-double tangent_sign(double x, ZekFail *f) {
-    const double t = zek::s07aac(x, f);
-    return std::isfinite(t) ? (std::signbit(t) ? -1.0 : 1.0) : t;
-}
-double p_plus_q(double a, double x, ZekFail *f) {
+// One call of a C-style routine by name: its value; for s14bac P + Q (0 after code 420); for the
+// tangent the sign of a finite nonzero value.  Within 1e-14 relative of an odd multiple of pi/2 the
+// tangent is taken as a pole: code 417 and a finite value of the sign the function has on that side.
+double c_style(const std::string &name, double x, double y, ZekFail *f) {
+    if (name == "s14aac") return s14aac(x, f);
+    if (name == "s14abc") return s14abc(x, f);
+    if (name == "s01bac") return zek::s01bac(x, f);
+    if (name == "s21bac") return s21bac(x, y, f);
+    if (name == "s07aac") {
+        const double t = zek::s07aac(x, f);
+        return std::isfinite(t) && t != 0.0 ? std::copysign(1.0, t) : t;
+    }
     double p = -1, q = -1;
-    s14bac(a, x, 0.0, &p, &q, f);
+    s14bac(x, y, 0.0, &p, &q, f);
     return f->code == 420 ? 0.0 : p + q;
 }
 
 TEST(SpecialFailures, CStyleCodesTextsAndValues) {
+    const double half_pi = 1.5707963267948966, gamma_tiny = 4.4843049327354256e307;  // half_pi just below pi/2
+    const std::string gt = "ZE_REAL_ARG_GT:\n  On entry, ", lt = "ZE_REAL_ARG_LT:\n  On entry, ",
+                      le = "ZE_REAL_ARG_LE:\n  On entry, ";
     const struct {
-        const char *what;
-        std::function<double(ZekFail *)> call;
-        double value;
+        const char *name;
+        double x, y, value;
         int code;
-        const char *message;
+        std::string message;  // checked when not empty
     } cases[] = {
-        {"s14aac big", [](ZekFail *f) { return s14aac(171.0, f); }, 4.3e304, 7,
-         "ZE_REAL_ARG_GT:\n  On entry, x must not be greater than  2e+02: x = 171."},
-        {"s14aac just big", [](ZekFail *f) { return s14aac(170.5, f); }, 4.3e304, 7, nullptr},
-        {"s14aac negative", [](ZekFail *f) { return s14aac(-171.5, f); }, 0.0, 5,
-         "ZE_REAL_ARG_LT:\n  On entry, x must not be less than  -2e+02: x = -171.5."},
-        {"s14aac just negative", [](ZekFail *f) { return s14aac(-170.5, f); }, 0.0, 5, nullptr},
-        {"s14aac tiny", [](ZekFail *f) { return s14aac(1e-310, f); }, 4.4843049327354256e307, 707,
+        {"s14aac", 171.0, 0, 4.3e304, 7, gt + "x must not be greater than  2e+02: x = 171."},
+        {"s14aac", 170.5, 0, 4.3e304, 7, ""},
+        {"s14aac", -171.5, 0, 0.0, 5, lt + "x must not be less than  -2e+02: x = -171.5."},
+        {"s14aac", -170.5, 0, 0.0, 5, ""},
+        {"s14aac", 1e-310, 0, gamma_tiny, 707,
          "ZE_REAL_ARG_TOO_SMALL:\n  On entry, abs(x) must not be less than    2e-308: x = 1e-310."},
-        {"s14aac tiny negative", [](ZekFail *f) { return s14aac(-1e-310, f); }, -4.4843049327354256e307, 707, nullptr},
-        {"s14aac zero", [](ZekFail *f) { return s14aac(0.0, f); }, 4.4843049327354256e307, 707, nullptr},
-        {"s14aac integer", [](ZekFail *f) { return s14aac(-2.0, f); }, 4.3e304, 708,
-         "ZE_REAL_ARG_NEG_INT:\n  On entry, x must not be a negative integer: x = -2."},
-        {"s14abc zero", [](ZekFail *f) { return s14abc(0.0, f); }, 0.0, 6,
-         "ZE_REAL_ARG_LE:\n  On entry, x must not be less than or equal to 0.0: x = 0."},
-        {"s14abc negative", [](ZekFail *f) { return s14abc(-2.0, f); }, 0.0, 6, nullptr},
-        {"s14abc big", [](ZekFail *f) { return s14abc(1e306, f); }, 1.79e308, 7,
-         "ZE_REAL_ARG_GT:\n  On entry, x must not be greater than  2.5e+305: x = 1e+306."},
-        {"s14abc just big", [](ZekFail *f) { return s14abc(3e305, f); }, 1.79e308, 7, nullptr},
-        {"s01bac", [](ZekFail *f) { return zek::s01bac(-1.0, f); }, 0.0, 6,
-         "ZE_REAL_ARG_LE:\n  On entry, x must not be less than or equal to -1.0: x = -1."},
-        {"s07aac", [](ZekFail *f) { return zek::s07aac(-2e10, f); }, 0.0, 7,
-         "ZE_REAL_ARG_GT:\n  On entry, abs(x) must not be greater than fl1: abs(x) = 2e+10."},
-        {"s07aac pole", [](ZekFail *f) { return tangent_sign(kHalfPi, f); }, 1.0, 417, "ZE_FUN_INF:\n  Function infinite."},
-        {"s07aac pole 3", [](ZekFail *f) { return std::fabs(tangent_sign(-3.0 * kHalfPi, f)); }, 1.0, 417, nullptr},
-        {"s21bac x", [](ZekFail *f) { return s21bac(-1.0, 1.0, f); }, 0.0, 5,
-         "ZE_REAL_ARG_LT:\n  On entry, x must not be less than 0.0: x = -1."},
-        {"s21bac y", [](ZekFail *f) { return s21bac(1.0, 0.0, f); }, 0.0, 4,
-         "ZE_REAL_ARG_EQ:\n  On entry, y must not be equal to 0.0: y = 0."},
-        {"s14bac a", [](ZekFail *f) { return p_plus_q(0.0, 1.0, f); }, 0.0, 6,
-         "ZE_REAL_ARG_LE:\n  On entry, a must not be less than or equal to 0.0: a = 0."},
-        {"s14bac x", [](ZekFail *f) { return p_plus_q(1.0, -1.0, f); }, 0.0, 5,
-         "ZE_REAL_ARG_LT:\n  On entry, x must not be less than 0.0: x = -1."},
-        {"s14bac nan", [](ZekFail *f) { return p_plus_q(1.0, std::nan(""), f); }, 0.0, 420,
-         "ZE_ALG_NOT_CONV:\n  The algorithm has not converged within 600 iterations."},
+        {"s14aac", -1e-310, 0, -gamma_tiny, 707, ""},
+        {"s14aac", 0.0, 0, gamma_tiny, 707, ""},
+        {"s14aac", -2.0, 0, 4.3e304, 708, "ZE_REAL_ARG_NEG_INT:\n  On entry, x must not be a negative integer: x = -2."},
+        {"s14abc", 0.0, 0, 0.0, 6, le + "x must not be less than or equal to 0.0: x = 0."},
+        {"s14abc", -2.0, 0, 0.0, 6, ""},
+        {"s14abc", 1e306, 0, 1.79e308, 7, gt + "x must not be greater than  2.5e+305: x = 1e+306."},
+        {"s14abc", 3e305, 0, 1.79e308, 7, ""},
+        {"s01bac", -1.0, 0, 0.0, 6, le + "x must not be less than or equal to -1.0: x = -1."},
+        {"s07aac", -2e10, 0, 0.0, 7, gt + "abs(x) must not be greater than fl1: abs(x) = 2e+10."},
+        {"s07aac", half_pi, 0, 1.0, 417, "ZE_FUN_INF:\n  Function infinite."},
+        {"s07aac", -3.0 * half_pi, 0, -1.0, 417, ""},  // just above -3 pi/2: large and negative
+        {"s21bac", -1.0, 1.0, 0.0, 5, lt + "x must not be less than 0.0: x = -1."},
+        {"s21bac", 1.0, 0.0, 0.0, 4, "ZE_REAL_ARG_EQ:\n  On entry, y must not be equal to 0.0: y = 0."},
+        {"s14bac", 0.0, 1.0, 0.0, 6, le + "a must not be less than or equal to 0.0: a = 0."},
+        {"s14bac", 1.0, -1.0, 0.0, 5, lt + "x must not be less than 0.0: x = -1."},
+        {"s14bac", 1.0, NAN, 0.0, 420, "ZE_ALG_NOT_CONV:\n  The algorithm has not converged within 600 iterations."},
     };
     for (const auto &c : cases) {
         ZekFail fail{};
         fail.code = -5;
-        EXPECT_EQ(c.call(&fail), c.value) << c.what;
-        EXPECT_EQ(fail.code, c.code) << c.what;
-        if (c.message != nullptr) { EXPECT_STREQ(fail.message, c.message) << c.what; }
+        EXPECT_EQ(c_style(c.name, c.x, c.y, &fail), c.value) << c.name << " " << c.x;
+        EXPECT_EQ(fail.code, c.code) << c.name << " " << c.x;
+        if (!c.message.empty()) { EXPECT_EQ(fail.message, c.message) << c.name << " " << c.x; }
     }
     // A null record: the same value, the failure shown as notices, control returns.
     testing::internal::CaptureStderr();
@@ -180,26 +174,31 @@ TEST(SpecialFailures, CStyleCodesTextsAndValues) {
 }
 
 TEST(SpecialFailures, IfailExitsOfGammaAndArccos) {
+    // The worker's ERRBUF line, then the front at IFAIL -1 with the same value and its first record.
     const struct {
+        bool arccos;
         double x;
         int ifail;
         const char *errbuf, *record;
     } cases[] = {
-        {171.0, 1, "S14AAF     1 99999     1   1.71000000e+02", " ** On entry, X is too large: X =  1.7100E+02."},
-        {-171.0, 2, "S14AAF     2 99998     1  -1.71000000e+02", " ** On entry, X is too large and negative: X = -1.7100E+02."},
-        {1e-310, 3, "S14AAF     3 99997     1  1.00000000e-310", " ** On entry, X is too close to zero: X = 1.0000E-310."},
-        {-7.0, 4, "S14AAF     4 99996     1  -7.00000000e+00", " ** On entry, X is a negative integer: X = -7.0000E+00."},
+        {false, 171.0, 1, "S14AAF     1 99999     1   1.71000000e+02", " ** On entry, X is too large: X =  1.7100E+02."},
+        {false, -171.0, 2, "S14AAF     2 99998     1  -1.71000000e+02",
+         " ** On entry, X is too large and negative: X = -1.7100E+02."},
+        {false, 1e-310, 3, "S14AAF     3 99997     1  1.00000000e-310", " ** On entry, X is too close to zero: X = 1.0000E-310."},
+        {false, -7.0, 4, "S14AAF     4 99996     1  -7.00000000e+00", " ** On entry, X is a negative integer: X = -7.0000E+00."},
+        {true, -1.5, 1, "S09ABF     1 99999     1  -1.50000000e+00", " ** On entry, ABS(X) .gt. 1.0: X = -1.5000E+00."},
     };
     char errbuf[200];
     int ifail;
     for (const auto &c : cases) {
-        const double value = zek::s14aaf_worker(c.x, errbuf, &(ifail = 1), 200);
+        const double value = c.arccos ? zek::S09ABF(c.x, errbuf, &(ifail = 1), 200)
+                                      : zek::s14aaf_worker(c.x, errbuf, &(ifail = 1), 200);
         EXPECT_TRUE(ifail == c.ifail && std::string(errbuf) == c.errbuf) << errbuf;
         ZekFail quiet{};
-        EXPECT_EQ(value, s14aac(c.x, &quiet));
+        EXPECT_EQ(value, c.arccos ? 0.0 : s14aac(c.x, &quiet));
         zek_test::OutputCapture capture;
-        EXPECT_EQ(S14AAF(&c.x, &(ifail = -1)), value);
-        EXPECT_EQ(ifail, c.ifail);
+        const double front = c.arccos ? zek::S09ABF(c.x, errbuf, &(ifail = -1), 200) : S14AAF(&c.x, &(ifail = -1));
+        EXPECT_TRUE(front == value && ifail == c.ifail) << c.x;
         ASSERT_FALSE(capture.host().empty());
         std::string first = capture.host()[0];
         EXPECT_EQ(first.erase(first.find_last_not_of(' ') + 1), c.record);
@@ -207,12 +206,34 @@ TEST(SpecialFailures, IfailExitsOfGammaAndArccos) {
     const double x = 4.5;
     EXPECT_NEAR(S14AAF(&x, &(ifail = 1)), 11.631728396567448929, 1e-14);  // Gamma(4.5) = 105 sqrt(pi) / 16
     EXPECT_EQ(ifail, 0);
-    EXPECT_EQ(zek::S09ABF(-1.5, errbuf, &(ifail = 1), 200), 0.0);
-    EXPECT_TRUE(ifail == 1 && std::string(errbuf) == "S09ABF     1 99999     1  -1.50000000e+00") << errbuf;
-    zek_test::OutputCapture capture;
-    zek::S09ABF(2.0, errbuf, &(ifail = -1), 200);
-    ASSERT_FALSE(capture.host().empty());
-    EXPECT_EQ(capture.host()[0].substr(0, 47), " ** On entry, ABS(X) .gt. 1.0: X =  2.0000E+00.");
+}
+
+// The double-double helpers of the tails against mpmath (300 bits), each value given as the double
+// nearest to it and the double nearest to the remainder.
+double pair_error(zek::dd::DD got, double hi, double lo) { return std::fabs((got.hi - hi) + (got.lo - lo)) / std::fabs(hi); }
+
+TEST(DoubleDouble, TailExponentAndLogarithmExactToTheDoubleDouble) {
+    // a (m - log(1 + m)), m = (x - x0)/x0: the series near m = 0, the logarithm beyond, m close to -1,
+    // a subnormal x, and x0 = 0.4 as a pair (the mode of a beta with a = 4e5, b = 6e5).
+    const struct { double a, x, x0_hi, x0_lo, hi, lo; } rows[] = {
+        {1000000.0, 1000030.0, 1000000.0, 0.0, 0.00044999100020249515, -7.197656980661478e-21},
+        {750000.0, 725771.0, 750000.0, 0.0, 400.0013452730277, 7.137901591968272e-15},
+        {2500.0, 4759.77, 2500.0, 0.0, 649.9984603149348, -2.947373244207726e-14},
+        {5.0, 700.0, 5.0, 0.0, 670.2917878869534, 3.5131182526445933e-14},
+        {3.5, 1e-300, 3.5, 0.0, 2418.5990180334816, 1.8566061412387218e-13},
+        {0.001, 5e-324, 0.001, 0.0, 0.7365323166423992, -1.349016307125518e-17},
+        {400000.0, 0.39023, 0.4, -2.2204460492503132e-17, 121.29528998275345, 6.325960126529994e-15},
+        {400000.0, 0.41, 0.4, -2.2204460492503132e-17, 122.954963851399, -1.8709941658588657e-15},
+    };
+    for (const auto &r : rows) {
+        const zek::dd::DD y = zek::dd::scaled_log1pmx(r.a, {r.x, 0.0}, {r.x0_hi, r.x0_lo});
+        EXPECT_LE(pair_error(y, r.hi, r.lo), 1e-18) << "a " << r.a << " x " << r.x;
+    }
+    const struct { double v, hi, lo; } logs[] = {
+        {5e-324, -744.4400719213812, -4.422444340918698e-14},
+        {1.0000000000000002, 2.2204460492503128e-16, 3.649214750845877e-48},
+    };
+    for (const auto &r : logs) EXPECT_LE(pair_error(zek::dd::logarithm(r.v), r.hi, r.lo), 1e-19) << r.v;
 }
 
 } // namespace

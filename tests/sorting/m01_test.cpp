@@ -63,34 +63,26 @@ TEST(M01Sort, BothLayersSortAndRankEveryShapeAndLength) {
             const std::vector<double> input = make_input(shape, n);
             std::vector<double> expected = input;
             std::sort(expected.begin(), expected.end());
-            // M01CAF on a section inside a larger array, both orders; the rest stays untouched.
-            for (char order : {'A', 'd'}) {
-                std::vector<double> a(static_cast<std::size_t>(n) + 4, -7.0);
+            for (bool descending : {false, true}) {
+                // M01CAF on the section A(3:N+2) of a larger array (the rest stays untouched); m01cac.
+                std::vector<double> a(static_cast<std::size_t>(n) + 4, -7.0), b = input;
                 std::copy(input.begin(), input.end(), a.begin() + 2);
                 int ifail = 1;
-                zek::M01CAF(a.data(), 3, n + 2, &order, &ifail, 1);
-                ASSERT_EQ(ifail, 0);
-                std::vector<double> got(a.begin() + 2, a.begin() + 2 + n);
-                if (order == 'd') std::reverse(got.begin(), got.end());
-                ASSERT_EQ(got, expected) << shape << " n=" << n << " " << order;
-                EXPECT_TRUE(a[0] == -7.0 && a[static_cast<std::size_t>(n) + 3] == -7.0);
-            }
-            for (bool descending : {false, true}) {
-                std::vector<double> a = input;
+                zek::M01CAF(a.data(), 3, n + 2, descending ? "d" : "A", &ifail, 1);
                 ZekFail fail{};
-                m01cac(a.data(), n, descending ? Zek_Descending : Zek_Ascending, &fail);
-                ASSERT_EQ(fail.code, 0);
-                if (descending) std::reverse(a.begin(), a.end());
-                ASSERT_EQ(a, expected) << shape << " n=" << n;
+                m01cac(b.data(), n, descending ? Zek_Descending : Zek_Ascending, &fail);
+                ASSERT_TRUE(ifail == 0 && fail.code == 0);
+                EXPECT_TRUE(a.front() == -7.0 && a.back() == -7.0);
+                a = std::vector<double>(a.begin() + 2, a.end() - 2);
+                if (descending) std::reverse(a.begin(), a.end()), std::reverse(b.begin(), b.end());
+                ASSERT_TRUE(a == expected && b == expected) << shape << " n=" << n << " " << descending;
                 // M01DAF ranks RV(2:N+1) stably; IRANK(1) stays as it was.
-                std::vector<int> irank(static_cast<std::size_t>(n) + 1, -1);
+                std::vector<int> irank(static_cast<std::size_t>(n) + 1, -1), ranks = stable_ranks(input, descending);
+                std::vector<double> rv = input;
+                rv.insert(rv.begin(), 0.0);
                 const int m1 = 2, m2 = n + 1;
-                std::vector<double> rv(1, 0.0);
-                rv.insert(rv.end(), input.begin(), input.end());
-                int ifail = 1;
-                M01DAF(rv.data(), &m1, &m2, descending ? "D" : "a", irank.data(), &ifail, 1);
+                M01DAF(rv.data(), &m1, &m2, descending ? "D" : "a", irank.data(), &(ifail = 1), 1);
                 ASSERT_EQ(ifail, 0);
-                std::vector<int> ranks = stable_ranks(input, descending);
                 for (int &r : ranks) r += m1;
                 ranks.insert(ranks.begin(), -1);
                 ASSERT_EQ(irank, ranks) << shape << " n=" << n;
@@ -99,7 +91,7 @@ TEST(M01Sort, BothLayersSortAndRankEveryShapeAndLength) {
     }
 }
 
-TEST(M01Sort, ComparisonCountsStayNearNLogNOnAdversarialInputs) {
+TEST(M01Sort, ComparisonCountsStayNearNLogNAndThePivotWordVariesOnlyTheWork) {
     const int n = 1 << 16;
     const double nlogn = n * std::log2(static_cast<double>(n));
     for (int shape = 0; shape < kShapes; ++shape) {
@@ -118,22 +110,17 @@ TEST(M01Sort, ComparisonCountsStayNearNLogNOnAdversarialInputs) {
         EXPECT_EQ(rank, stable_ranks(v, false));
         EXPECT_LT(merges, 2.0 * nlogn) << shape;
     }
-}
-
-TEST(M01Sort, RunningPivotWordVariesTheWorkNotTheResult) {
-    // Two halves of very different size force the unbalanced path and its random draws.
+    // Two halves of very different size force the unbalanced path and its draws from the running word.
     const std::vector<double> input = make_input(7, 20000);
     std::uint32_t word = 123456789u;
     long counts[2] = {0, 0};
     for (long &comparisons : counts) {
         std::vector<double> a = input;
         zek::m01::Congruential random(word);
-        zek::m01::quicksort(a.data(), static_cast<std::ptrdiff_t>(a.size()),
-                            [&](double x, double y) { return ++comparisons, x < y; }, random);
+        zek::m01::quicksort(a.data(), 20000, [&](double x, double y) { return ++comparisons, x < y; }, random);
         EXPECT_TRUE(std::is_sorted(a.begin(), a.end()));
     }
-    EXPECT_NE(word, 123456789u);
-    EXPECT_NE(counts[0], counts[1]);
+    EXPECT_TRUE(word != 123456789u && counts[0] != counts[1]);
 }
 
 struct Record {
@@ -169,58 +156,50 @@ TEST(M01Rank, AnyTypeWithStrideAndThroughRankRearrangeInvert) {
         m01esc(sorted.data(), n, size, size, ranks.data(), &fail);
         ASSERT_EQ(fail.code, 0);
         EXPECT_EQ(ranks, kept);
-        for (std::size_t i = 0; i < records.size(); ++i)
-            EXPECT_EQ(sorted[static_cast<std::size_t>(ranks[i])].payload, records[i].payload);
+        for (std::size_t i = 0; i < records.size(); ++i) EXPECT_EQ(sorted[ranks[i]].payload, records[i].payload);
         m01zac(ranks.data(), n, &fail);
         ASSERT_EQ(fail.code, 0);
-        for (std::size_t r = 0; r < ranks.size(); ++r) EXPECT_EQ(kept[static_cast<std::size_t>(ranks[r])], static_cast<int>(r));
+        for (std::size_t r = 0; r < ranks.size(); ++r) EXPECT_EQ(kept[ranks[r]], static_cast<int>(r));
         m01zac(ranks.data(), n, &fail);
         EXPECT_EQ(ranks, kept);
     }
 }
 
 TEST(M01Rearrange, EveryElementTypeMovesToItsRankAndRanksComeBack) {
-    const int n = 1000, m1 = 4, m2 = m1 + n - 1;
-    std::vector<int> irank(3, 0), perm(static_cast<std::size_t>(n));
-    std::iota(perm.begin(), perm.end(), m1);
-    std::shuffle(perm.begin(), perm.end(), std::mt19937(11));
-    irank.insert(irank.end(), perm.begin(), perm.end());
+    // IRANK(4:1003) a shuffled permutation of 4..1003; the three elements before M1 stay put.
+    const int m1 = 4, m2 = 1003;
+    std::vector<int> irank(m2, 0), iv(m2);
+    std::iota(irank.begin() + 3, irank.end(), m1);
+    std::shuffle(irank.begin() + 3, irank.end(), std::mt19937(11));
     const std::vector<int> irank_in = irank;
-    std::vector<double> rv(static_cast<std::size_t>(m2));
-    std::vector<int> iv(static_cast<std::size_t>(m2));
-    std::vector<char> ch(static_cast<std::size_t>(m2) * 3 + 1);  // room for the last terminator
+    std::vector<double> rv(m2);
+    std::vector<char> ch(m2 * 3 + 1);  // room for the last terminator
     for (int i = 0; i < m2; ++i) {
-        rv[static_cast<std::size_t>(i)] = i * 0.5;
-        iv[static_cast<std::size_t>(i)] = -i;
-        std::snprintf(&ch[static_cast<std::size_t>(i) * 3], 4, "%03d", i % 1000);
+        rv[i] = i * 0.5;
+        iv[i] = -i;
+        std::snprintf(&ch[i * 3], 4, "%03d", i % 1000);
     }
     const std::vector<double> rv_in = rv;
     const std::vector<char> ch_in = ch;
-    int ifail = 1;
-    M01EAF(rv.data(), &m1, &m2, irank.data(), &ifail);
-    ASSERT_EQ(ifail, 0);
-    zek::M01EBF(iv.data(), m1, m2, irank.data(), &ifail);
-    ASSERT_EQ(ifail, 0);
-    M01EDF(ch.data(), &m1, &m2, irank.data(), &ifail, 3);
-    ASSERT_EQ(ifail, 0);
+    int ifail[3] = {1, 1, 1};
+    M01EAF(rv.data(), &m1, &m2, irank.data(), &ifail[0]);
+    zek::M01EBF(iv.data(), m1, m2, irank.data(), &ifail[1]);
+    M01EDF(ch.data(), &m1, &m2, irank.data(), &ifail[2], 3);
+    ASSERT_TRUE(ifail[0] == 0 && ifail[1] == 0 && ifail[2] == 0);
     EXPECT_EQ(irank, irank_in);
-    for (int i = 0; i < m1 - 1; ++i) EXPECT_EQ(rv[static_cast<std::size_t>(i)], rv_in[static_cast<std::size_t>(i)]);
+    EXPECT_TRUE(std::equal(rv.begin(), rv.begin() + m1 - 1, rv_in.begin()));
     for (int i = m1 - 1; i < m2; ++i) {
-        const std::size_t to = static_cast<std::size_t>(irank[static_cast<std::size_t>(i)]) - 1;
-        EXPECT_TRUE(rv[to] == rv_in[static_cast<std::size_t>(i)] && iv[to] == -i) << i;
-        EXPECT_EQ(std::memcmp(&ch[to * 3], &ch_in[static_cast<std::size_t>(i) * 3], 3), 0);
+        const int to = irank[i] - 1;
+        EXPECT_TRUE(rv[to] == rv_in[i] && iv[to] == -i && std::memcmp(&ch[to * 3], &ch_in[i * 3], 3) == 0) << i;
     }
     // Inversion: IPERM(IPERM_in(I)) = I, and a second inversion restores it; M01ZBF accepts it unchanged.
     std::vector<int> iperm = irank_in;
-    M01ZAF(iperm.data(), &m1, &m2, &ifail);
-    ASSERT_EQ(ifail, 0);
-    for (int i = m1; i <= m2; ++i)
-        EXPECT_EQ(iperm[static_cast<std::size_t>(irank_in[static_cast<std::size_t>(i) - 1]) - 1], i);
-    M01ZAF(iperm.data(), &m1, &m2, &ifail);
-    EXPECT_EQ(iperm, irank_in);
-    zek::M01ZBF(iperm.data(), m1, m2, &ifail);
-    EXPECT_EQ(ifail, 0);
-    EXPECT_EQ(iperm, irank_in);
+    M01ZAF(iperm.data(), &m1, &m2, &ifail[0]);
+    ASSERT_EQ(ifail[0], 0);
+    for (int i = m1; i <= m2; ++i) EXPECT_EQ(iperm[irank_in[i - 1] - 1], i);
+    M01ZAF(iperm.data(), &m1, &m2, &ifail[0]);
+    zek::M01ZBF(iperm.data(), m1, m2, &ifail[1]);
+    EXPECT_TRUE(ifail[1] == 0 && iperm == irank_in);
 }
 
 // One failure exit of an IFAIL-layer routine: the worker's ERRBUF line, then IFAIL -1 prints the records.
@@ -282,9 +261,10 @@ TEST(M01Failures, IfailExitsReportTextAndErrbufAndLeaveRanksAlone) {
     }
 }
 
-TEST(M01Failures, InternalMembersReportUnderTheirOwnNames) {
-    double rv[3] = {3, 1, 2};
-    int ifail = -1;
+TEST(M01Failures, InternalMembersAndFronts) {
+    // The members without an export report under their own names and leave their arguments alone.
+    double rv[4] = {3, 1, 2, 4};
+    int iv[3] = {5, 6, 7}, bad_rank[3] = {1, 2, 2}, iperm[3] = {2, 2, 1}, ifail = -1;
     {
         zek_test::OutputCapture sort_capture;
         zek::M01CAF(rv, 1, 3, "q", &ifail, 1);
@@ -293,28 +273,21 @@ TEST(M01Failures, InternalMembersReportUnderTheirOwnNames) {
                                            " ** ZEK soft failure - control returned\n");
     }
     EXPECT_TRUE(ifail == 2 && rv[0] == 3.0);
-    int iv[3] = {5, 6, 7}, bad_rank[3] = {1, 2, 2}, iperm[3] = {2, 2, 1};
-    ifail = 1;
-    zek::M01EBF(iv, 1, 3, bad_rank, &ifail);
+    zek::M01EBF(iv, 1, 3, bad_rank, &(ifail = 1));
     EXPECT_TRUE(ifail == 3 && iv[0] == 5 && bad_rank[2] == 2);
-    zek_test::OutputCapture capture;
-    ifail = -1;
-    zek::M01ZBF(iperm, 1, 3, &ifail);
-    EXPECT_TRUE(ifail == 3 && iperm[0] == 2 && iperm[2] == 1);
-    EXPECT_NE(host_text(capture).find("routine M01ZBF: IFAIL =     3"), std::string::npos);
-}
-
-TEST(M01Failures, FrontsMarkOutputAndAgreeWithTheirWorkers) {
-    // A bad ORDER leaves IRANK(M1:M2) holding the undefined marker; the front prints no mismatch.
-    const double rv[4] = {1, 2, 3, 4};
+    {
+        zek_test::OutputCapture capture;
+        zek::M01ZBF(iperm, 1, 3, &(ifail = -1));
+        EXPECT_TRUE(ifail == 3 && iperm[0] == 2 && iperm[2] == 1);
+        EXPECT_NE(host_text(capture).find("routine M01ZBF: IFAIL =     3"), std::string::npos);
+    }
+    // A bad ORDER leaves IRANK(M1:M2) holding the undefined marker; the fronts print no mismatch.
+    const int m1 = 2, m2 = 4, one = 1, two = 2, u = zek::kUndefinedInteger;
     int irank[4] = {7, 7, 7, 7}, bad[2] = {2, 2};
-    const int m1 = 2, m2 = 4, one = 1, two = 2;
-    int ifail = 1;
     zek_test::OutputCapture capture;
-    M01DAF(rv, &m1, &m2, "Z", irank, &ifail, 1);
+    M01DAF(rv, &m1, &m2, "Z", irank, &(ifail = 1), 1);
     EXPECT_EQ(ifail, 2);
-    EXPECT_EQ(std::vector<int>(irank, irank + 4),
-              (std::vector<int>{7, zek::kUndefinedInteger, zek::kUndefinedInteger, zek::kUndefinedInteger}));
+    EXPECT_EQ(std::vector<int>(irank, irank + 4), (std::vector<int>{7, u, u, u}));
     M01ZAF(bad, &one, &two, &ifail);
     EXPECT_EQ(ifail, 3);
     EXPECT_TRUE(capture.host().empty());
