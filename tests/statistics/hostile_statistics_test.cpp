@@ -1,9 +1,11 @@
-// Hostile arguments for the statistics routines: each row ends in its failure or in a result the
-// contract allows (finite, or a documented limit), in bounded time.
+// Hostile arguments for the statistics routines: NaN, infinities, the largest and smallest numbers,
+// zero and huge orders, a huge MAXIT or budget with an unreachable tolerance.  Each row ends in its
+// failure or in a result the contract allows (finite, or a documented limit), in bounded time.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cfloat>
+#include <climits>
 #include <cmath>
 #include <functional>
 #include <vector>
@@ -25,6 +27,16 @@ struct Row {
     bool fails;  // a failure code is expected; otherwise a value in [lo, hi] with code 0
     double lo, hi;
 };
+
+// A failure (a code expected) or code 0; either way the value lies in [lo, hi].
+template <std::size_t N> void expect_rows(const Row (&rows)[N]) {
+    for (const Row &r : rows) {
+        ZekFail fail{};
+        const double v = r.call(&fail);
+        EXPECT_EQ(fail.code != 0, r.fails) << r.name << ": " << fail.message;
+        EXPECT_TRUE(v >= r.lo && v <= r.hi) << r.name << " gave " << v;
+    }
+}
 
 TEST(HostileStatistics, DistributionFunctionsEndInAResultOrTheirFailure) {
     const Row rows[] = {
@@ -61,17 +73,67 @@ TEST(HostileStatistics, DistributionFunctionsEndInAResultOrTheirFailure) {
         {"gamma deviate nan scale", [](ZekFail *f) { return g01ffc(0.5, 2.0, kNaN, 0, f); }, true, 0, 0},
         {"gamma deviate large a", [](ZekFail *f) { return g01ffc(1e-300, 1e6, 1.0, 0, f); }, false, 9e5, 1e6},
     };
-    for (const Row &r : rows) {
-        ZekFail fail{};
-        const double v = r.call(&fail);
-        if (r.fails) {
-            EXPECT_NE(fail.code, 0) << r.name;
-            EXPECT_EQ(v, 0.0) << r.name;
-        } else {
-            EXPECT_EQ(fail.code, 0) << r.name << ": " << fail.message;
-            EXPECT_TRUE(v >= r.lo && v <= r.hi) << r.name << " gave " << v;
-        }
-    }
+    expect_rows(rows);
+}
+
+TEST(HostileNonCentral, EachRowEndsInAProbabilityOrItsFailure) {
+    const Row rows[] = {
+        {"t nan", [](ZekFail *f) { return g01gbc(kNaN, 2.0, 1.0, 0.0, 100, f); }, true, 0, 1},
+        {"t inf delta", [](ZekFail *f) { return g01gbc(1.0, 2.0, kInf, 0.0, 100, f); }, true, 0, 1},
+        {"t largest", [](ZekFail *f) { return g01gbc(DBL_MAX, 2.0, 1.0, 0.0, 100, f); }, false, 0, 1},
+        {"t huge df", [](ZekFail *f) { return g01gbc(1.0, DBL_MAX, 1.0, 0.0, 100, f); }, false, 0, 1},
+        {"t smallest df", [](ZekFail *f) { return g01gbc(1.0, DBL_MIN, 1.0, 0.0, 100, f); }, false, 0, 1},
+        {"t huge delta, huge maxit", [](ZekFail *f) { return g01gbc(1.0, 2.0, 1e8, 0.0, INT_MAX, f); }, true, 0, 1},
+        {"chi nan", [](ZekFail *f) { return g01gcc(kNaN, 2.0, 1.0, 0.0, 100, f); }, true, 0, 1},
+        {"chi inf x", [](ZekFail *f) { return g01gcc(kInf, 2.0, 1.0, 0.0, 100, f); }, false, 0, 1},
+        {"chi inf lambda", [](ZekFail *f) { return g01gcc(1.0, 2.0, kInf, 0.0, 100, f); }, true, 0, 1},
+        {"chi largest lambda", [](ZekFail *f) { return g01gcc(1.0, 2.0, DBL_MAX, 0.0, INT_MAX, f); }, true, 0, 1},
+        {"chi nan tol", [](ZekFail *f) { return g01gcc(1.0, 2.0, 1.0, kNaN, 100, f); }, false, 0, 1},
+        {"F inf", [](ZekFail *f) { return g01gdc(kInf, 2.0, 3.0, 1.0, 0.0, 100, f); }, false, 0, 1},
+        {"F nan df2", [](ZekFail *f) { return g01gdc(1.0, 2.0, kNaN, 1.0, 0.0, 100, f); }, true, 0, 1},
+        {"F largest df2", [](ZekFail *f) { return g01gdc(1.0, 2.0, DBL_MAX, 1.0, 0.0, 100, f); }, false, 0, 1},
+        {"beta nan", [](ZekFail *f) { return g01gec(kNaN, 2.0, 3.0, 1.0, 0.0, 100, f); }, true, 0, 1},
+        {"beta smallest a", [](ZekFail *f) { return g01gec(0.5, DBL_MIN, 3.0, 1.0, 0.0, 100, f); }, false, 0, 1},
+        {"bivariate nan rho", [](ZekFail *f) { return g01hac(0.0, 0.0, kNaN, f); }, true, 0, 1},
+        {"bivariate largest", [](ZekFail *f) { return g01hac(DBL_MAX, -DBL_MAX, 0.7, f); }, false, 0, 1},
+        {"bivariate -inf", [](ZekFail *f) { return g01hac(-kInf, 1.0, -0.3, f); }, false, 0, 1},
+        {"bivariate smallest, rho near 1", [](ZekFail *f) { return g01hac(DBL_MIN, -DBL_MIN, 1.0 - DBL_EPSILON, f); }, false, 0, 1},
+        {"bivariate far tail, rho near -1", [](ZekFail *f) { return g01hac(-30.0, 30.0, -1.0 + DBL_EPSILON, f); }, false, 0, 1},
+        {"dw nan d", [](ZekFail *) { const int m = 2; const double l[] = {1, 3}, d = kNaN; return H_DW_TAIL(&m, l, &d); }, false, 0, 1},
+        {"dw largest", [](ZekFail *) { const int m = 2; const double l[] = {-DBL_MAX, DBL_MAX}, d = 0.0; return H_DW_TAIL(&m, l, &d); }, false, 0, 1},
+        {"beta ends", [](ZekFail *f) { return g01gec(1.0, 2.0, 3.0, 1.0, 0.0, 100, f); }, false, 0, 1},
+    };
+    expect_rows(rows);
+}
+
+double call3(int tail, double a0, double b0, double mu0, double s01, double s00, double tol, int maxpts, ZekFail *f) {
+    const double a[3] = {a0, -1.0, -1.0}, b[3] = {b0, 1.0, 1.0}, mu[3] = {mu0, 0.0, 0.0};
+    const double sig[9] = {s00, s01, 0.2, s01, 1.0, 0.2, 0.2, 0.2, 1.0};
+    return g01hbc(tail, 3, a, b, mu, sig, 3, tol, maxpts, f);
+}
+
+TEST(HostileMultivariateNormal, EachRowEndsInAProbabilityOrItsFailure) {
+    const Row rows[] = {
+        {"nan limit", [](ZekFail *f) { return call3(Zek_Central, kNaN, 1.0, 0.0, 0.3, 1.0, 1e-3, 10000, f); }, true, 0, 1},
+        {"nan mean", [](ZekFail *f) { return call3(Zek_Central, 0.0, 1.0, kNaN, 0.3, 1.0, 1e-3, 10000, f); }, true, 0, 1},
+        {"nan covariance", [](ZekFail *f) { return call3(Zek_Central, 0.0, 1.0, 0.0, kNaN, 1.0, 1e-3, 10000, f); }, true, 0, 1},
+        {"inf variance", [](ZekFail *f) { return call3(Zek_Central, 0.0, 1.0, 0.0, 0.3, kInf, 1e-3, 10000, f); }, true, 0, 1},
+        {"inf mean", [](ZekFail *f) { return call3(Zek_Central, 0.0, 1.0, -kInf, 0.3, 1.0, 1e-3, 10000, f); }, true, 0, 1},
+        {"+inf limits", [](ZekFail *f) { return call3(Zek_Central, -kInf, kInf, 0.0, 0.3, 1.0, 1e-3, 10000, f); }, false, 0, 1},
+        {"-inf upper limit", [](ZekFail *f) { return call3(Zek_LowerTail, 0.0, -kInf, 0.0, 0.3, 1.0, 1e-3, 10000, f); }, false, 0, 1},
+        {"largest limits", [](ZekFail *f) { return call3(Zek_Central, -DBL_MAX, DBL_MAX, 0.0, 0.3, 1.0, 1e-3, 10000, f); }, false, 0, 1},
+        {"largest mean", [](ZekFail *f) { return call3(Zek_UpperTail, 0.0, 1.0, DBL_MAX, 0.3, 1.0, 1e-3, 10000, f); }, false, 0, 1},
+        {"smallest variance, so not definite", [](ZekFail *f) { return call3(Zek_Central, 0.0, 1.0, 0.0, 0.0, DBL_MIN, 1e-3, 10000, f); }, true, 0, 1},
+        {"largest variance", [](ZekFail *f) { return call3(Zek_Central, 0.0, 1.0, 0.0, 0.0, DBL_MAX, 1e-3, 10000, f); }, false, 0, 1},
+        {"singular", [](ZekFail *f) { return call3(Zek_Central, 0.0, 1.0, 0.0, 1.0, 1.0, 1e-3, 10000, f); }, true, 0, 1},
+        {"nan tol", [](ZekFail *f) { return call3(Zek_Central, 0.0, 1.0, 0.0, 0.3, 1.0, kNaN, 10000, f); }, true, 0, 1},
+        {"smallest tol, largest budget", [](ZekFail *f) { return call3(Zek_Central, 0.0, 1.0, 0.0, 0.3, 1.0, DBL_MIN, INT_MAX, f); }, true, 0, 1},
+        {"budget one short", [](ZekFail *f) { return call3(Zek_Central, 0.0, 1.0, 0.0, 0.3, 1.0, 1e-3, 11, f); }, true, 0, 1},
+        {"order zero", [](ZekFail *f) { const double z = 0.0; return g01hbc(Zek_LowerTail, 0, &z, &z, &z, &z, 1, 1e-3, 100, f); }, true, 0, 1},
+        {"order huge", [](ZekFail *f) { const double z = 0.0; return g01hbc(Zek_LowerTail, INT_MAX, &z, &z, &z, &z, INT_MAX, 1e-3, INT_MAX, f); }, true, 0, 1},
+        {"one variable, far tail", [](ZekFail *f) { const double a = 38.0, s = 1.0, m = 0.0; return g01hbc(Zek_UpperTail, 1, &a, &a, &m, &s, 1, 0.0, 0, f); }, false, 0, 1},
+    };
+    expect_rows(rows);
 }
 
 TEST(HostileStatistics, GeneratorsAndSmallChaptersStayBounded) {
