@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-#include "glm_fixture.h"
+#include "support.h"
 
 namespace {
 

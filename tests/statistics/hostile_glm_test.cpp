@@ -7,7 +7,7 @@
 #include <functional>
 #include <vector>
 
-#include "glm_fixture.h"
+#include "support.h"
 
 namespace {
 

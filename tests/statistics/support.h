@@ -1,13 +1,33 @@
-// A GLM problem and one call of the routine of its family, shared by the GLM tests and their hostile
-// table.  Outputs start as the sentinel -7 so a test can see what a call touched.
-#ifndef ZEK_TESTS_GLM_FIXTURE_H
-#define ZEK_TESTS_GLM_FIXTURE_H
+// Shared by the statistics tests: the reader of the certified regression data, and a GLM problem with
+// one call of the routine of its family (outputs start as the sentinel -7 so a test can see what a call
+// touched).
+#ifndef ZEK_TESTS_STATISTICS_SUPPORT_H
+#define ZEK_TESTS_STATISTICS_SUPPORT_H
 
+#include <fstream>
+#include <sstream>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "zek2/g02.h"
 #include "zek2/messages.h"
+
+// A data file of the StRD collection as copied into tests/data/strd: y, then the m regressors, a line
+// each; x comes back by columns.
+inline bool read_strd(const char *name, int m, std::vector<double> &x, std::vector<double> &y) {
+    std::ifstream in(std::string(ZEK_TEST_DATA_DIR) + "/strd/" + name);
+    std::vector<double> v;
+    for (std::string line; std::getline(in, line);) {
+        std::istringstream ls(line[0] == '#' ? "" : line);
+        for (double d; ls >> d;) v.push_back(d);
+    }
+    const std::size_t n = v.size() / (m + 1);
+    x.assign(n * m, 0.0);
+    y.assign(n, 0.0);
+    for (std::size_t k = 0; k < v.size(); ++k) (k % (m + 1) == 0 ? y[k / (m + 1)] : x[k / (m + 1) + (k % (m + 1) - 1) * n]) = v[k];
+    return n > 0 && v.size() == n * (m + 1);
+}
 
 enum Fam { kNormal, kBinomial, kPoisson, kGamma };
 
