@@ -1,6 +1,7 @@
-// Hostile arguments for the statistics routines: NaN, infinities, the largest and smallest numbers,
-// zero and huge orders, a huge MAXIT or budget with an unreachable tolerance.  Each row ends in its
-// failure or in a result the contract allows (finite, or a documented limit), in bounded time.
+// Hostile arguments for every computing routine of the statistics chapters: NaN, infinities, the largest
+// and smallest numbers, zero and huge sizes, a huge MAXIT or budget with an unreachable tolerance.  Each
+// row ends in its failure or in a result the contract allows (finite, or a documented limit), in bounded
+// time; a refused argument leaves the outputs (or the factorisation) as they were.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,11 +11,12 @@
 #include <functional>
 #include <vector>
 
+#include "support.h"
 #include "zek2/g01.h"
-#include "zek2/g02.h"
 #include "zek2/g03.h"
 #include "zek2/g05.h"
 #include "zek2/g07.h"
+#include "zek2/messages.h"
 
 namespace {
 
@@ -227,6 +229,270 @@ TEST(HostileStatistics, RegressionRejectsNonFiniteDataAndOddSizes) {
     EXPECT_EQ(b[0], 0.0);
     EXPECT_EQ(b[1], 0.0);
     EXPECT_DOUBLE_EQ(rss, 39.0);
+}
+
+// The descriptive statistics and correlation routines.
+namespace descriptive {
+
+constexpr double kMax = DBL_MAX, kMin = DBL_MIN;
+
+struct Row {
+    const char *name;
+    std::function<int(std::vector<double> &out)> call;  // IFAIL, or the fail code of a C-style routine
+    int expected;
+};
+
+std::vector<double> column(std::initializer_list<double> v) { return v; }
+
+int summary(std::vector<double> x, std::vector<double> &out, const double *wt = nullptr) {
+    const int n = static_cast<int>(x.size());
+    int iwt = wt != nullptr ? 1 : 0, ifail = 1;
+    G01AAF(&n, x.data(), &iwt, wt, &out[0], &out[1], &out[2], &out[3], &out[4], &out[5], &out[6], &ifail);
+    return ifail;
+}
+
+int covariance(std::vector<double> x, int m, std::vector<double> &out, const double *wt = nullptr) {
+    const int n = static_cast<int>(x.size()) / m;
+    int ifail = 1;
+    G02BXF(wt != nullptr ? "W" : "U", &n, &m, x.data(), &n, wt, &out[0], &out[m], &out[2 * m], &m, &out[2 * m + m * m], &m,
+           &ifail, 1);
+    return ifail;
+}
+
+int rank_correlation(std::vector<double> x, int m, std::vector<double> &out) {
+    ZekFail fail{};
+    const int n = static_cast<int>(x.size()) / m;
+    g02brc(n, m, x.data(), n, nullptr, nullptr, out.data(), m, &fail);
+    return fail.code;
+}
+
+int durbin_watson(std::vector<double> r, int ip, std::vector<double> &out) {
+    const int n = static_cast<int>(r.size());
+    std::vector<double> work(n);
+    int ifail = 1;
+    G02FCF(&n, &ip, r.data(), &out[0], &out[1], &out[2], work.data(), &ifail);
+    return ifail;
+}
+
+int update(double wt, std::vector<double> x, double sw, std::vector<double> &out) {
+    const int m = static_cast<int>(x.size()), inc = 1;
+    int ifail = 1;
+    out[0] = sw;
+    G02BTF("M", &m, &wt, x.data(), &inc, &out[0], &out[1], &out[1 + m], &ifail, 1);
+    return ifail;
+}
+
+TEST(HostileDescriptive, EveryRoutineEndsInItsResultOrItsExit) {
+    const int big = INT_MAX, two = 2, zero = 0;
+    const Row rows[] = {
+        {"summary nan", [](auto &o) { return summary(column({1, kNaN, 3}), o); }, 2},
+        {"summary -inf weight", [](auto &o) { const double w[] = {1, -kInf, 1}; return summary(column({1, 2, 3}), o, w); }, 2},
+        {"summary largest", [](auto &o) { return summary(column({kMax, -kMax, kMax, 0}), o); }, 7},
+        {"summary largest one sign", [](auto &o) { return summary(column({kMax, kMax / 2, kMax, 0.75 * kMax}), o); }, 0},
+        {"summary smallest", [](auto &o) { return summary(column({kMin, 2 * kMin, 4 * kMin}), o); }, 0},
+        {"summary huge weights", [](auto &o) { const double w[] = {kMax, kMax, 1}; return summary(column({1, 2, 3}), o, w); }, 2},
+        {"summary largest weight", [](auto &o) { const double w[] = {kMax, 1, 1}; return summary(column({1, 2, 3}), o, w); }, 0},
+        {"summary tiny weights", [](auto &o) { const double w[] = {kMin, kMin}; return summary(column({1, 2}), o, w); }, 5},
+        {"summary zero n", [](auto &o) { int n = 0, iwt = 0, f = 1; G01AAF(&n, nullptr, &iwt, nullptr, &o[0], &o[1], &o[2], &o[3], &o[4], &o[5], &o[6], &f); return f; }, 1},
+        {"table nan", [](auto &o) { int n = 3, k = 2, c = 0, f = 1, fr[2]; const double x[] = {1, kNaN, 2}; G01AEF(&n, &k, x, &c, &o[0], fr, &o[1], &o[2], &f); return f; }, 3},
+        {"table largest span", [](auto &o) { int n = 3, k = 4, c = 0, f = 1, fr[4]; const double x[] = {-kMax, 0, kMax}; G01AEF(&n, &k, x, &c, &o[0], fr, &o[3], &o[4], &f); return f; }, 0},
+        {"table inf boundary", [](auto &o) { int n = 2, k = 3, c = 1, f = 1, fr[3]; const double x[] = {1, 2}; o[0] = 1, o[1] = kInf; G01AEF(&n, &k, x, &c, &o[0], fr, &o[2], &o[3], &f); return f; }, 2},
+        {"table no classes", [&](auto &o) { int n = 1, c = 1, f = 1, fr[1]; const double x[] = {1}; G01AEF(&n, &zero, x, &c, &o[0], fr, &o[1], &o[2], &f); return f; }, 1},
+        {"covariance nan", [](auto &o) { return covariance(column({1, 2, kNaN, 4}), 2, o); }, 2},
+        {"covariance c huge m", [](auto &o) { ZekFail f{}; g02bxc(2, INT_MAX, o.data(), 2, nullptr, o.data(), o.data(), o.data(), 2, o.data(), 2, &f); return f.code; }, ZE_2_INT_ARG_LT},
+        {"covariance largest", [](auto &o) { return covariance(column({kMax, -kMax, kMax, 1, 2, 3}), 2, o); }, 4},
+        {"covariance smallest", [](auto &o) { return covariance(column({kMin, 2 * kMin, 3 * kMin, 1, 5, 2}), 2, o); }, 0},
+        {"covariance ld huge m", [&](auto &o) { int n = 2, f = 1; G02BXF("U", &n, &big, o.data(), &n, nullptr, o.data(), o.data(), o.data(), &two, o.data(), &two, &f, 1); return f; }, 1},
+        {"cross-products zero weights", [](auto &o) { int n = 2, m = 1, f = 1; const double w[] = {0, 0}, x[] = {1, 2}; G02BUF("M", "W", &n, &m, x, &n, w, &o[0], &o[1], &o[2], &f, 1, 1); return f; }, 3},
+        {"cross-products inf", [](auto &o) { int n = 2, m = 1, f = 1; const double x[] = {1, -kInf}; G02BUF("Z", "U", &n, &m, x, &n, nullptr, &o[0], &o[1], &o[2], &f, 1, 1); return f; }, 4},
+        {"cross-products overflow", [](auto &o) { int n = 2, m = 1, f = 1; const double x[] = {kMax, 1}; G02BUF("Z", "U", &n, &m, x, &n, nullptr, &o[0], &o[1], &o[2], &f, 1, 1); return f; }, 5},
+        {"update nan x", [](auto &o) { return update(1.0, column({1, kNaN}), 2.0, o); }, 4},
+        {"update inf weight", [](auto &o) { return update(kInf, column({1, 2}), 2.0, o); }, 3},
+        {"update largest", [](auto &o) { return update(1.0, column({kMax, 1}), 0.0, o); }, 0},
+        {"update overflow", [](auto &o) { update(1.0, column({-kMax, 1}), 0.0, o); const int m = 2, inc = 1; double w = 1.0, x[] = {kMax, 1}; int f = 1; G02BTF("M", &m, &w, x, &inc, &o[0], &o[1], &o[3], &f, 1); return f; }, 5},
+        {"ranks nan", [](auto &o) { return rank_correlation(column({1, 2, kNaN, 4, 5, 6}), 2, o); }, ZE_BAD_PARAM},
+        {"ranks largest", [](auto &o) { return rank_correlation(column({kMax, -kMax, 0, kMin, 1, -1}), 2, o); }, 0},
+        {"ranks one variable", [](auto &o) { ZekFail f{}; const int sv[] = {1, 0}; const double x[] = {1, 2, 3, 4}; g02brc(2, 2, x, 2, sv, nullptr, o.data(), 2, &f); return f.code; }, ZE_SVAR_LOW},
+        {"ranks one observation", [](auto &o) { ZekFail f{}; const int so[] = {0, 1}; const double x[] = {1, 2, 3, 4}; g02brc(2, 2, x, 2, nullptr, so, o.data(), 2, &f); return f.code; }, ZE_SOBS_LOW},
+        {"ranks constant", [](auto &o) { return rank_correlation(column({1, 1, 1, 2, 3, 4}), 2, o); }, ZE_VAR_EQ_ZERO},
+        {"summary c no weight", [](auto &o) { ZekFail f{}; int nv; const double w[] = {0, 0}, x[] = {1, 2}; g01aac(2, x, w, &nv, &o[0], &o[1], &o[2], &o[3], &o[4], &o[5], &o[6], &f); return f.code; }, ZE_CASES_ZERO},
+        {"summary c one case", [](auto &o) { ZekFail f{}; int nv; const double w[] = {0, 3}, x[] = {1, 2}; g01aac(2, x, w, &nv, &o[0], &o[1], &o[2], &o[3], &o[4], &o[5], &o[6], &f); return f.code; }, ZE_CASES_ONE},
+        {"ranks huge tdc", [](auto &o) { ZekFail f{}; const double x[] = {1, 2, 3, 4}; g02brc(2, 2, x, 2, nullptr, nullptr, o.data(), INT_MIN, &f); return f.code; }, ZE_2_INT_ARG_LT},
+        {"dw nan", [](auto &o) { return durbin_watson(column({1, kNaN, 3, 4}), 1, o); }, 2},
+        {"dw largest", [](auto &o) { return durbin_watson(column({kMax, -kMax, kMax, -kMax, kMax}), 2, o); }, 0},
+        {"dw smallest", [](auto &o) { return durbin_watson(column({kMin, 0, -kMin, kMin, 0, 0}), 2, o); }, 0},
+        {"dw huge ip", [](auto &o) { return durbin_watson(column({1, 2, 3}), INT_MAX, o); }, 1},
+        {"dw long series", [](auto &o) { std::vector<double> r(400); for (int i = 0; i < 400; ++i) r[i] = std::sin(0.7 * i); return durbin_watson(r, 3, o); }, 0},
+    };
+    for (const Row &r : rows) {
+        std::vector<double> out(64, 0.0);
+        EXPECT_EQ(r.call(out), r.expected) << r.name;
+        if (r.expected == 0) {
+            for (double v : out) ASSERT_TRUE(std::isfinite(v)) << r.name;
+        }
+    }
+}
+
+} // namespace descriptive
+
+TEST(HostileRegressionUpdate, EachRowEndsInItsCodeOrAFiniteResult) {
+    // A fitted model of 8 observations on the mean and two variables.
+    const int n = 8, m = 2, ip = 3;
+    std::vector<double> x(n * m), y(n);
+    for (int i = 0; i < n; ++i) {
+        x[i] = i;
+        x[i + n] = std::cos(i);
+        y[i] = 1.0 + 0.5 * i - std::sin(i);
+    }
+    const std::vector<int> sx = {1, 1};
+    std::vector<double> b(ip + 1), se(ip + 1), cov(10), res(n), h(n), q(n * (ip + 2)), p(2 * (ip + 1) + 16);
+    double rss0 = 0, df = 0;
+    int svd = 0, rank = 0;
+    ZekFail fit{};
+    g02dac(Zek_MeanInclude, n, m, x.data(), n, sx.data(), ip, y.data(), nullptr, &rss0, &df, b.data(), se.data(),
+           cov.data(), res.data(), h.data(), q.data(), n, &svd, &rank, p.data(), 0.0, nullptr, &fit);
+    ASSERT_EQ(fit.code, 0) << fit.message;
+    const std::vector<double> q0 = q;
+    const double row_nan[] = {kNaN, 1.0}, row_big[] = {DBL_MAX, DBL_MAX}, row_tiny[] = {DBL_MIN, -DBL_MIN};
+    const double w_nan = kNaN, w_inf = kInf, c_nan[] = {kNaN, 0, 0}, f_inf[] = {0, kInf, 0};
+    const std::vector<double> col_inf = {1, 2, kInf, 4, 5, 6, 7, 8};
+    double rss = rss0;
+    double stat = 0, sestat = 0, t = 0;
+    int est = 0;
+    struct Row {
+        const char *name;
+        std::function<void(ZekFail *)> call;
+        int code;  // 0: success expected
+    };
+    const Row rows[] = {
+        {"bad update", [&](ZekFail *f) { g02dcc(7, Zek_MeanInclude, m, sx.data(), ip, row_tiny, 1, 1.0, nullptr, q.data(), n, &rss, f); }, ZE_BAD_PARAM},
+        {"negative sx", [&](ZekFail *f) { const int s[] = {1, -2}; g02dcc(Zek_ObservAdd, Zek_MeanInclude, m, s, ip, row_tiny, 1, 1.0, nullptr, q.data(), n, &rss, f); }, ZE_INT_ARG_LT},
+        {"sx against ip", [&](ZekFail *f) { g02dcc(Zek_ObservAdd, Zek_MeanZero, m, sx.data(), ip, row_tiny, 1, 1.0, nullptr, q.data(), n, &rss, f); }, ZE_IP_INCOMP_WITH_SX},
+        {"refit no freedom", [&](ZekFail *f) { double r = rss0; g02ddc(ip, ip, q.data(), n, &r, &df, b.data(), se.data(), cov.data(), &svd, &rank, p.data(), 0.0, f); }, ZE_ZERO_DOF_RESID},
+        {"constraints as many as ip", [&](ZekFail *f) { g02dkc(ip, ip, p.data(), c_nan, ip, b.data(), 1.0, 1.0, se.data(), cov.data(), f); }, ZE_2_INT_ARG_GE},
+        {"estimable rank above ip", [&](ZekFail *f) { g02dnc(ip, ip + 1, b.data(), cov.data(), p.data(), f_inf, &est, &stat, &sestat, &t, 0.0, f); }, ZE_INT_ARG_CONS},
+        {"add nan x", [&](ZekFail *f) { g02dcc(Zek_ObservAdd, Zek_MeanInclude, m, sx.data(), ip, row_nan, 1, 1.0, nullptr, q.data(), n, &rss, f); }, ZE_BAD_PARAM},
+        {"add inf y", [&](ZekFail *f) { g02dcc(Zek_ObservAdd, Zek_MeanInclude, m, sx.data(), ip, row_tiny, 1, kInf, nullptr, q.data(), n, &rss, f); }, ZE_BAD_PARAM},
+        {"add nan weight", [&](ZekFail *f) { g02dcc(Zek_ObservAdd, Zek_MeanInclude, m, sx.data(), ip, row_tiny, 1, 1.0, &w_nan, q.data(), n, &rss, f); }, ZE_REAL_ARG_LT},
+        {"add inf weight", [&](ZekFail *f) { g02dcc(Zek_ObservAdd, Zek_MeanInclude, m, sx.data(), ip, row_tiny, 1, 1.0, &w_inf, q.data(), n, &rss, f); }, ZE_REAL_ARG_LT},
+        {"add -inf rss", [&](ZekFail *f) { double r = -kInf; g02dcc(Zek_ObservAdd, Zek_MeanInclude, m, sx.data(), ip, row_tiny, 1, 1.0, nullptr, q.data(), n, &r, f); }, ZE_REAL_ARG_LT},
+        {"add huge ip", [&](ZekFail *f) { g02dcc(Zek_ObservAdd, Zek_MeanInclude, m, sx.data(), INT_MAX, row_tiny, 1, 1.0, nullptr, q.data(), n, &rss, f); }, ZE_2_INT_ARG_LT},
+        {"drop largest row", [&](ZekFail *f) { g02dcc(Zek_ObservDel, Zek_MeanInclude, m, sx.data(), ip, row_big, 1, 1.0, nullptr, q.data(), n, &rss, f); }, ZE_MAT_NOT_UPD},
+        {"refit nan rss", [&](ZekFail *f) { double r = kNaN; g02ddc(n, ip, q.data(), n, &r, &df, b.data(), se.data(), cov.data(), &svd, &rank, p.data(), 0.0, f); }, ZE_REAL_ARG_LT},
+        {"refit inf tol", [&](ZekFail *f) { double r = rss0; g02ddc(n, ip, q.data(), n, &r, &df, b.data(), se.data(), cov.data(), &svd, &rank, p.data(), kInf, f); }, 0},
+        {"add var inf", [&](ZekFail *f) { g02dec(n, ip, q.data(), n, p.data(), nullptr, col_inf.data(), &rss, 0.0, f); }, ZE_BAD_PARAM},
+        {"add var nan weight", [&](ZekFail *f) { std::vector<double> w(n, kNaN); g02dec(n, ip, q.data(), n, p.data(), w.data(), x.data(), &rss, 0.0, f); }, ZE_REAL_ARG_LT},
+        {"add var dependent", [&](ZekFail *f) { g02dec(n, ip, q.data(), n, p.data(), nullptr, x.data(), &rss, 0.0, f); }, ZE_NVAR_NOT_IND},
+        {"add var huge ip", [&](ZekFail *f) { g02dec(n, INT_MAX, q.data(), n, p.data(), nullptr, x.data(), &rss, 0.0, f); }, ZE_2_INT_ARG_LT},
+        {"delete var inf rss", [&](ZekFail *f) { double r = kInf; g02dfc(ip, q.data(), n, 1, &r, f); }, ZE_REAL_ARG_LT},
+        {"constraints nan", [&](ZekFail *f) { std::vector<double> pp(p.size(), 0.5); g02dkc(ip, 1, pp.data(), c_nan, ip, b.data(), 1.0, 1.0, se.data(), cov.data(), f); }, ZE_BAD_PARAM},
+        {"constraints nan df", [&](ZekFail *f) { g02dkc(ip, 1, p.data(), c_nan, ip, b.data(), 1.0, kNaN, se.data(), cov.data(), f); }, ZE_REAL_ARG_LE},
+        {"estimable inf", [&](ZekFail *f) { g02dnc(ip, ip, b.data(), cov.data(), p.data(), f_inf, &est, &stat, &sestat, &t, 0.0, f); }, ZE_BAD_PARAM},
+        {"estimable zero f", [&](ZekFail *f) { const double z[] = {0, 0, 0}; g02dnc(ip, ip, b.data(), cov.data(), p.data(), z, &est, &stat, &sestat, &t, 0.0, f); }, ZE_STDES_ZERO},
+    };
+    for (const Row &r : rows) {
+        ZekFail fail{};
+        r.call(&fail);
+        EXPECT_EQ(fail.code, r.code) << r.name << ": " << fail.message;
+        EXPECT_EQ(rss, rss0) << r.name;
+        if (r.code != 0) {
+            EXPECT_EQ(q, q0) << r.name;
+        }
+        for (double v : b) EXPECT_TRUE(std::isfinite(v)) << r.name;
+    }
+}
+
+// Refused rows end in an argument exit with the outputs untouched; the others in an exit or finite values.
+TEST(HostileGlm, EveryFamilyEndsInAResultOrItsExit) {
+    const struct { const char *name; std::function<void(Glm &)> edit; bool refused; } rows[] = {
+        {"x nan", [](Glm &g) { g.x[3] = kNaN; }, true},
+        {"x +inf", [](Glm &g) { g.x[0] = kInf; }, true},
+        {"y -inf", [](Glm &g) { g.y[9] = -kInf; }, true},
+        {"y nan", [](Glm &g) { g.y[2] = kNaN; }, true},
+        {"weight nan", [](Glm &g) { g.wt.assign(10, 1.0); g.wt[1] = kNaN; }, true},
+        {"weight inf", [](Glm &g) { g.wt.assign(10, 1.0); g.wt[1] = kInf; }, true},
+        {"offset nan", [](Glm &g) { g.offset.assign(10, 0.0); g.offset[5] = kNaN; }, true},
+        {"n zero", [](Glm &g) { g.n = 0; }, true},
+        {"n negative", [](Glm &g) { g.n = -5; }, true},
+        {"tdv one short", [](Glm &g) { g.tdv = 9; }, true},
+        {"max_iter zero", [](Glm &g) { g.max_iter = 0; }, true},
+        {"x largest", [](Glm &g) { g.x[4] = DBL_MAX; }, false},
+        {"x smallest", [](Glm &g) { for (double &v : g.x) v *= DBL_MIN; }, false},
+        {"y largest", [](Glm &g) { g.y[4] = DBL_MAX; g.t.assign(10, DBL_MAX); }, false},
+        {"y smallest", [](Glm &g) { for (double &v : g.y) v = DBL_MIN; }, false},
+        {"offset huge", [](Glm &g) { g.offset.assign(10, 1e300); }, false},
+        {"weights tiny", [](Glm &g) { g.wt.assign(10, DBL_MIN); }, false},
+        {"weights huge", [](Glm &g) { g.wt.assign(10, 1e300); }, false},
+    };
+    const Glm families[] = {Glm(kNormal, Zek_Identity), Glm(kBinomial, Zek_Logistic), Glm(kPoisson, Zek_Log),
+                            Glm(kGamma, Zek_Reciprocal)};
+    for (const Glm &family : families) {
+        for (const auto &r : rows) {
+            Glm g(family.fam, family.link, 10, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, {2, 1, 3, 4, 3, 6, 5, 8, 7, 9});
+            g.t.assign(10, 10.0);
+            r.edit(g);
+            const Fit f = run(g);
+            bool finite = std::isfinite(f.dev) && std::isfinite(f.s);
+            for (const auto *v : {&f.b, &f.se, &f.cov}) {
+                for (double x : *v) finite = finite && std::isfinite(x);
+            }
+            EXPECT_TRUE(r.refused ? f.fail.code != 0 && f.b[0] == -7 : f.fail.code != 0 || finite) << g.fam << ": " << r.name;
+        }
+    }
+}
+
+TEST(HostileGlm, ConstraintsAndEstimabilityRefuseBadArguments) {
+    std::vector<double> p(12, 0.0), c(3, kNaN), b(3, 1.0), se(3, 1.0), cov(6, 1.0), f = {1, kInf, 0};
+    p[0] = 1.0;
+    int est = -1;
+    double st = 0, sst = 0, z = 0;
+    const struct {
+        int tdc_or_rank, iconst;  // iconst 0: g02gnc
+        double tol;
+        int code;
+    } rows[] = {{3, 1, 0, ZE_REAL_ARRAY_CONS}, {2, 1, 0, ZE_2_INT_ARG_LT}, {3, 3, 0, ZE_2_INT_ARG_GE},
+                {2, 0, 0, ZE_REAL_ARRAY_CONS}, {4, 0, 0, ZE_2_INT_ARG_GT}, {2, 0, kNaN, ZE_REAL_ARG_LT}};
+    for (const auto &r : rows) {
+        ZekFail fail{};
+        if (r.iconst > 0) g02gkc(3, r.iconst, p.data(), c.data(), r.tdc_or_rank, b.data(), se.data(), cov.data(), &fail);
+        if (r.iconst == 0) g02gnc(3, r.tdc_or_rank, b.data(), cov.data(), p.data(), f.data(), &est, &st, &sst, &z, r.tol, &fail);
+        EXPECT_EQ(fail.code, r.code);
+    }
+    EXPECT_EQ(b[0], 1.0);
+    EXPECT_EQ(est, -1);
+}
+
+TEST(HostileRobust, RegressionAndCovarianceEndInAResultOrTheirExit) {
+    const struct {
+        const char *name;
+        int at;  // index into x (0..23) or y (24..35); -1 changes n
+        double value;
+        bool refused;
+    } rows[] = {{"x nan", 12, kNaN, true},       {"y inf", 25, kInf, true},        {"y -inf", 25, -kInf, true},
+                {"n equal m", -1, 2, true},      {"n negative", -1, -1, true},     {"y largest", 27, DBL_MAX, false},
+                {"x largest", 15, DBL_MAX, false}, {"y smallest", 27, DBL_MIN, false}};
+    for (const auto &r : rows) {
+        std::vector<double> x(24), y(12), gw(12, 1.0);
+        for (int i = 0; i < 12; ++i) {
+            x[i] = 1.0;
+            x[12 + i] = i + 0.5 * (i % 3);
+            y[i] = 1.0 + 0.5 * i + (i % 4 == 0 ? 3.0 : 0.1 * i);
+        }
+        const int n = r.at < 0 ? static_cast<int>(r.value) : 12;
+        (r.at >= 24 ? y[r.at - 24] : x[r.at < 0 ? 0 : r.at]) = r.at < 0 ? x[0] : r.value;
+        for (int regtype : {Zek_MEstimate, Zek_Schweppe}) {
+            std::vector<double> theta(2, -7), cov(3, -7), rs(12), wgt(12), t(1, -7), d(12), w(12);
+            double sigma = 0, c = 1.345;
+            ZekFail fail{};
+            g02hac(regtype, Zek_Huber, Zek_SigmaProposal2, n, 2, x.data(), 12, y.data(), gw.data(), &c, 1.5, theta.data(),
+                   &sigma, cov.data(), rs.data(), wgt.data(), 0.0, 100, &fail);
+            EXPECT_TRUE(r.refused ? fail.code != 0 && theta[0] == -7
+                                  : fail.code != 0 || (std::isfinite(theta[0]) && std::isfinite(theta[1]) && std::isfinite(sigma)))
+                << r.name;
+            g02hkc(n, 1, x.data() + 12, 12, 0.0, t.data(), cov.data(), d.data(), w.data(), 0.0, 100, &fail);
+            EXPECT_TRUE(fail.code != 0 || (std::isfinite(t[0]) && std::isfinite(cov[0]))) << r.name;
+        }
+    }
 }
 
 } // namespace

@@ -21,8 +21,9 @@ namespace {
 struct Lsq {
     int n, m, ip;
     std::vector<double> b, se, cov, res, h, q, p, wk;
-    double rss = 0;
+    double rss = 0, df = 0;  // df: the C-style fit's residual degrees of freedom
     int idf = 0, svd = -1, irank = -1;
+    ZekFail fail{};
     Lsq(int n_, int m_, int ip_)
         : n(n_), m(m_), ip(ip_), b(ip_), se(ip_), cov(ip_ * (ip_ + 1) / 2), res(n_), h(n_), q(n_ * (ip_ + 1)),
           p(2 * ip_ + ip_ * ip_), wk(ip_ * ip_ + 5 * ip_) {}
@@ -34,11 +35,12 @@ struct Lsq {
                1, 1);
         return ifail;
     }
-    // The C-style fit of the same design; the residual degrees of freedom come back in df.
-    void run_c(int mean, const std::vector<double> &x, int ldx, const std::vector<int> &isx, const std::vector<double> &y,
-               const double *wt, double *df, ZekFail *fail) {
-        g02dac(mean, n, m, x.data(), ldx, isx.data(), ip, y.data(), wt, &rss, df, b.data(), se.data(), cov.data(),
-               res.data(), h.data(), q.data(), n, &svd, &irank, p.data(), 0.0, nullptr, fail);
+    // The C-style fit of the same design.
+    int run_c(int mean, const std::vector<double> &x, int ldx, const std::vector<int> &isx, const std::vector<double> &y,
+              const double *wt = nullptr) {
+        g02dac(mean, n, m, x.data(), ldx, isx.data(), ip, y.data(), wt, &rss, &df, b.data(), se.data(), cov.data(),
+               res.data(), h.data(), q.data(), n, &svd, &irank, p.data(), 0.0, nullptr, &fail);
+        return fail.code;
     }
     // A new response Y2 on the fitted design, from the factorisation; RSS is the fit's on entry.
     int refit(const std::vector<double> &y2, const std::vector<double> &wt, double rss_in) {
@@ -53,6 +55,25 @@ struct Lsq {
 const std::vector<double> kX = {3, 1, 2, 5, 0, 4, 1, 6, 1, 4, 2, -1, 3, 0, 1, 2, -2, 0, 5, 1, 2, -1, 1, 3};
 const std::vector<double> kY = {7, 3, 11, 6, 5, 4, 2, 15};
 const std::vector<double> kWt = {1, 2, 0, 1, 3, 1, 0.5, 1};
+
+// The columns t^1 .. t^m of a polynomial design.
+std::vector<double> powers(const std::vector<double> &t, int m) {
+    const std::size_t n = t.size();
+    std::vector<double> x(n * m);
+    for (std::size_t i = 0; i < n; ++i) {
+        double v = 1.0;
+        for (int k = 0; k < m; ++k) x[i + k * n] = v *= t[i];
+    }
+    return x;
+}
+
+// The total sum of squares of y about its mean, or about zero.
+double total_ss(const std::vector<double> &y, bool about_mean) {
+    double centre = 0.0, tss = 0.0;
+    for (double v : y) centre += about_mean ? v / static_cast<double>(y.size()) : 0.0;
+    for (double v : y) tss += (v - centre) * (v - centre);
+    return tss;
+}
 
 void expect_close(const std::vector<double> &got, const double *want, double tol, const char *what) {
     for (std::size_t i = 0; i < got.size(); ++i) {
@@ -101,28 +122,20 @@ TEST(Regression, CertifiedPolynomialProblems) {
                                   101.475507550350, 5.64566512170752, 0.112324854679312};
     const double res_sd1 = 2360.14502379268;
     struct Case { const char *name; double c, noise, r2, digits; };
-    const Case cases[] = {
-        {"Wampler1", 1.0, 0.0, 1.0, 7.0},
-        {"Wampler2", 0.1, 0.0, 1.0, 7.0},
-        {"Wampler3", 1.0, 1.0, 0.999995559025820, 9.5},
-        {"Wampler4", 1.0, 100.0, 0.957478440825662, 7.5},
-        {"Wampler5", 1.0, 10000.0, 0.224668921574940E-02, 5.5},
-    };
+    const Case cases[] = {{"Wampler1", 1.0, 0.0, 1.0, 7.0}, {"Wampler2", 0.1, 0.0, 1.0, 7.0},
+                          {"Wampler3", 1.0, 1.0, 0.999995559025820, 9.5}, {"Wampler4", 1.0, 100.0, 0.957478440825662, 7.5},
+                          {"Wampler5", 1.0, 10000.0, 0.224668921574940E-02, 5.5}};
+    std::vector<double> t(21);
+    for (int i = 0; i < 21; ++i) t[i] = i;
+    const std::vector<double> x = powers(t, 5);
     for (const Case &c : cases) {
-        const int n = 21, m = 5;
-        std::vector<double> x(n * m), y(n);
-        std::vector<double> want(6);
+        std::vector<double> y(21), want(6);
         for (int k = 0; k < 6; ++k) want[k] = std::pow(c.c, k);
-        for (int i = 0; i < n; ++i) {
-            double v = 1.0, s = 1.0;
-            for (int k = 1; k <= 5; ++k) {
-                v *= i;
-                x[i + (k - 1) * n] = v;
-                s += want[k] * v;
-            }
-            y[i] = s + c.noise * e[i];
+        for (int i = 0; i < 21; ++i) {
+            y[i] = 1.0 + c.noise * e[i];
+            for (int k = 1; k <= 5; ++k) y[i] += want[k] * x[i + (k - 1) * 21];
         }
-        Lsq f(n, m, 6);
+        Lsq f(21, 5, 6);
         ASSERT_EQ(f.run("M", "U", x, {1, 1, 1, 1, 1}, y, {}), 0) << c.name;
         EXPECT_EQ(f.idf, 15) << c.name;
         EXPECT_GT(digits(f.b, want), c.digits) << c.name;
@@ -132,12 +145,9 @@ TEST(Regression, CertifiedPolynomialProblems) {
         }
         std::vector<double> sd(6);
         for (int k = 0; k < 6; ++k) sd[k] = c.noise * sd1[k];
-        double ybar = 0.0, tss = 0.0;
-        for (double v : y) ybar += v / n;
-        for (double v : y) tss += (v - ybar) * (v - ybar);
         EXPECT_GT(digits(f.se, sd), 12.5) << c.name;
         EXPECT_GT(digits({std::sqrt(f.rss / f.idf)}, {c.noise * res_sd1}), 12.5) << c.name;
-        EXPECT_GT(digits({1.0 - f.rss / tss}, {c.r2}), 12.5) << c.name;
+        EXPECT_GT(digits({1.0 - f.rss / total_ss(y, true)}, {c.r2}), 12.5) << c.name;
     }
 }
 
@@ -165,10 +175,7 @@ TEST(Regression, CertifiedStrdDatasets) {
         EXPECT_GT(digits(f.se, c.sd), c.digits) << c.file;
         EXPECT_GT(digits({std::sqrt(f.rss / f.idf)}, {c.res_sd}), c.digits) << c.file;
         // R^2 about the mean with the constant, about zero without.
-        double centre = 0.0, tss = 0.0;
-        for (double v : y) centre += c.mean[0] == 'M' ? v / n : 0.0;
-        for (double v : y) tss += (v - centre) * (v - centre);
-        EXPECT_NEAR(1.0 - f.rss / tss, c.r2, 1e-12) << c.file;
+        EXPECT_NEAR(1.0 - f.rss / total_ss(y, c.mean[0] == 'M'), c.r2, 1e-12) << c.file;
     }
 }
 
@@ -195,18 +202,10 @@ TEST(Regression, CertifiedPolynomialStrdDatasets) {
         std::vector<double> t, y;
         ASSERT_TRUE(read_strd(c.file, 1, t, y)) << c.file;
         const int n = static_cast<int>(y.size()), m = c.degree, ip = m + 1;
-        std::vector<double> x(n * m);
-        for (int i = 0; i < n; ++i) {
-            double v = 1.0;
-            for (int k = 0; k < m; ++k) x[i + k * n] = v *= t[i];
-        }
         Lsq f(n, m, ip);
-        double df = 0.0;
-        ZekFail fail{};
-        f.run_c(Zek_MeanInclude, x, n, std::vector<int>(m, 1), y, nullptr, &df, &fail);
-        ASSERT_EQ(fail.code, 0) << c.file << ": " << fail.message;
+        ASSERT_EQ(f.run_c(Zek_MeanInclude, powers(t, m), n, std::vector<int>(m, 1), y), 0) << c.file << ": " << f.fail.message;
         EXPECT_EQ(f.irank, ip) << c.file;
-        EXPECT_EQ(df, n - ip) << c.file;
+        EXPECT_EQ(f.df, n - ip) << c.file;
         EXPECT_GT(digits(f.b, c.b), c.digits) << c.file;
         EXPECT_GT(digits(f.se, c.sd), c.digits) << c.file;
         EXPECT_GT(digits({f.rss}, {c.rss}), c.digits) << c.file;
@@ -221,10 +220,7 @@ TEST(Regression, RefinementRecoversTheInterceptOfAnOffsetDesign) {
         std::vector<double> x(40), y(40);
         for (int i = 0; i < 40; ++i) y[i] = k.c + k.s * (x[i] = k.offset + i);
         Lsq f(40, 1, 2);
-        double df = 0.0;
-        ZekFail fail{};
-        f.run_c(Zek_MeanInclude, x, 40, {1}, y, nullptr, &df, &fail);
-        ASSERT_EQ(fail.code, 0) << k.offset;
+        ASSERT_EQ(f.run_c(Zek_MeanInclude, x, 40, {1}, y), 0) << k.offset;
         EXPECT_NEAR(f.b[0], k.c, 1e-12 * std::abs(k.c)) << k.offset;
         EXPECT_NEAR(f.b[1], k.s, 1e-14 * k.s) << k.offset;
     }
@@ -345,15 +341,11 @@ TEST(Regression, FailureExits) {
         EXPECT_EQ(f.run(c.mean, c.weight, kX, c.isx, kY, c.wt, c.tol), c.ifail) << c.mean << c.weight << c.ip;
     }
     // The C-style layer: the weighted fit, then a leading dimension short of n.
-    ZekFail fail{};
-    double df = 0;
     Lsq g(8, 3, 3);
-    g.run_c(Zek_MeanInclude, kX, 8, {1, 0, 1}, kY, kWt.data(), &df, &fail);
-    EXPECT_EQ(fail.code, 0);
-    EXPECT_EQ(df, 4.0);
+    EXPECT_EQ(g.run_c(Zek_MeanInclude, kX, 8, {1, 0, 1}, kY, kWt.data()), 0);
+    EXPECT_EQ(g.df, 4.0);
     expect_close(g.b, kB, 1e-14, "g02dac b");
-    g.run_c(Zek_MeanInclude, kX, 7, {1, 0, 1}, kY, nullptr, &df, &fail);
-    EXPECT_EQ(fail.code, ZE_2_INT_ARG_LT);
+    EXPECT_EQ(g.run_c(Zek_MeanInclude, kX, 7, {1, 0, 1}, kY), ZE_2_INT_ARG_LT);
 }
 
 constexpr int kRows = 12, kVars = 4;
