@@ -42,12 +42,8 @@ Glm with_offset() {
 // Coefficients to 1e-6 relative to the largest of them (the Dobson treatment effects are 0 to
 // rounding), standard errors to 1e-6 relative, deviance to 1e-8 relative.
 TEST(Glm, TextbookFitsAgreeWithTheReference) {
-    const struct {
-        const char *name;
-        Glm g;
-        const double *b, *se;
-        double dev, scale;  // scale 0: not checked
-    } cases[] = {
+    // A scale of 0 is not checked.
+    const struct { const char *name; Glm g; const double *b, *se; double dev, scale; } cases[] = {
         {"Dobson Poisson log", dobson(), kDobsonB, kDobsonSe, kDobsonDev, 0},
         {"clotting gamma reciprocal", clotting(kGamma, Zek_Reciprocal), kClotB, kClotSe, kClotDev, kClotScale},
         {"clotting normal log", clotting(kNormal, Zek_Log), kNormLogB, kNormLogSe, kNormLogDev, kNormLogScale},
@@ -144,12 +140,8 @@ TEST(Glm, RankDeficientFitWithConstraintsAndEstimability) {
 Glm changed(Glm g, void (*edit)(Glm &)) { return edit(g), g; }
 
 TEST(Glm, BadInputEndsInItsExit) {
-    const struct {
-        const char *name;
-        Glm g;
-        int code;
-        const char *text;  // a piece of the message
-    } rows[] = {
+    // text: a piece of the message
+    const struct { const char *name; Glm g; int code; const char *text; } rows[] = {
         {"negative count", changed(dobson(), [](Glm &g) { g.y[3] = -1; }), ZE_REAL_ARRAY_CONS, "y[3] = -1"},
         {"proportion above one", changed(budworm(Zek_Logistic), [](Glm &g) { g.y[5] = 21; }), ZE_REAL_ARRAY_CONS, "0.0 <= y <= t"},
         {"gamma zero", changed(clotting(kGamma, Zek_Reciprocal), [](Glm &g) { g.y[0] = 0; }), ZE_REAL_ARRAY_CONS, "y > 0.0"},
@@ -253,12 +245,8 @@ TEST(Robust, BadInputEndsInItsExit) {
     const Problem s(21, kAir, kWater, kAcid, kLoss), twin(21, kAir, kWater, kAir, kLoss);
     Problem exact = s, gwneg = s;
     for (int i = 0; i < 21; ++i) exact.y[i] = 2.0 * kAir[i] + (i == 0 ? 5.0 : 0.0), gwneg.gw.push_back(i == 4 ? -1 : 1);
-    const struct {
-        const char *name;
-        Robust r;
-        int code;
-        const char *text;  // a piece of the message
-    } rows[] = {
+    // text: a piece of the message
+    const struct { const char *name; Robust r; int code; const char *text; } rows[] = {
         {"Huber c zero", fit(s, Zek_MEstimate, Zek_Huber, Zek_SigmaMAD, {0.0}), ZE_INVALID_HUBER_FUN, "positive"},
         {"Hampel order", fit(s, Zek_MEstimate, Zek_Hampel, Zek_SigmaMAD, {2, 8, 4}), ZE_BAD_HAMPEL_PSI_FUN, "a <= b < c"},
         {"proposal 2 d", fit(s, Zek_MEstimate, Zek_Huber, Zek_SigmaProposal2, {1.345}, 0.0), ZE_INVALID_DCHI_FUN, "proposal 2"},

@@ -23,12 +23,8 @@ namespace {
 constexpr double kNaN = NAN, kInf = INFINITY;
 constexpr int L = Zek_LowerTail, U = Zek_UpperTail;
 
-struct Row {
-    const char *name;
-    std::function<double(ZekFail *)> call;
-    bool fails;  // a failure code is expected; otherwise a value in [lo, hi] with code 0
-    double lo, hi;
-};
+// fails: a failure code is expected; otherwise a value in [lo, hi] with code 0.
+struct Row { const char *name; std::function<double(ZekFail *)> call; bool fails; double lo, hi; };
 
 // A failure (a code expected) or code 0; either way the value lies in [lo, hi].
 template <std::size_t N> void expect_rows(const Row (&rows)[N]) {
@@ -236,11 +232,8 @@ namespace descriptive {
 
 constexpr double kMax = DBL_MAX, kMin = DBL_MIN;
 
-struct Row {
-    const char *name;
-    std::function<int(std::vector<double> &out)> call;  // IFAIL, or the fail code of a C-style routine
-    int expected;
-};
+// call: IFAIL, or the fail code of a C-style routine.
+struct Row { const char *name; std::function<int(std::vector<double> &out)> call; int expected; };
 
 std::vector<double> column(std::initializer_list<double> v) { return v; }
 
@@ -359,11 +352,7 @@ TEST(HostileRegressionUpdate, EachRowEndsInItsCodeOrAFiniteResult) {
     double rss = rss0;
     double stat = 0, sestat = 0, t = 0;
     int est = 0;
-    struct Row {
-        const char *name;
-        std::function<void(ZekFail *)> call;
-        int code;  // 0: success expected
-    };
+    struct Row { const char *name; std::function<void(ZekFail *)> call; int code; };  // code 0: success
     const Row rows[] = {
         {"bad update", [&](ZekFail *f) { g02dcc(7, Zek_MeanInclude, m, sx.data(), ip, row_tiny, 1, 1.0, nullptr, q.data(), n, &rss, f); }, ZE_BAD_PARAM},
         {"negative sx", [&](ZekFail *f) { const int s[] = {1, -2}; g02dcc(Zek_ObservAdd, Zek_MeanInclude, m, s, ip, row_tiny, 1, 1.0, nullptr, q.data(), n, &rss, f); }, ZE_INT_ARG_LT},
@@ -446,11 +435,8 @@ TEST(HostileGlm, ConstraintsAndEstimabilityRefuseBadArguments) {
     p[0] = 1.0;
     int est = -1;
     double st = 0, sst = 0, z = 0;
-    const struct {
-        int tdc_or_rank, iconst;  // iconst 0: g02gnc
-        double tol;
-        int code;
-    } rows[] = {{3, 1, 0, ZE_REAL_ARRAY_CONS}, {2, 1, 0, ZE_2_INT_ARG_LT}, {3, 3, 0, ZE_2_INT_ARG_GE},
+    // iconst 0: g02gnc
+    const struct { int tdc_or_rank, iconst; double tol; int code; } rows[] = {{3, 1, 0, ZE_REAL_ARRAY_CONS}, {2, 1, 0, ZE_2_INT_ARG_LT}, {3, 3, 0, ZE_2_INT_ARG_GE},
                 {2, 0, 0, ZE_REAL_ARRAY_CONS}, {4, 0, 0, ZE_2_INT_ARG_GT}, {2, 0, kNaN, ZE_REAL_ARG_LT}};
     for (const auto &r : rows) {
         ZekFail fail{};
@@ -463,12 +449,8 @@ TEST(HostileGlm, ConstraintsAndEstimabilityRefuseBadArguments) {
 }
 
 TEST(HostileRobust, RegressionAndCovarianceEndInAResultOrTheirExit) {
-    const struct {
-        const char *name;
-        int at;  // index into x (0..23) or y (24..35); -1 changes n
-        double value;
-        bool refused;
-    } rows[] = {{"x nan", 12, kNaN, true},       {"y inf", 25, kInf, true},        {"y -inf", 25, -kInf, true},
+    // at: an index into x (0..23) or y (24..35); -1 changes n
+    const struct { const char *name; int at; double value; bool refused; } rows[] = {{"x nan", 12, kNaN, true},       {"y inf", 25, kInf, true},        {"y -inf", 25, -kInf, true},
                 {"n equal m", -1, 2, true},      {"n negative", -1, -1, true},     {"y largest", 27, DBL_MAX, false},
                 {"x largest", 15, DBL_MAX, false}, {"y smallest", 27, DBL_MIN, false}};
     for (const auto &r : rows) {
