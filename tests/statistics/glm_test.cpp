@@ -179,11 +179,7 @@ struct Problem {
     }
 };
 
-struct Robust {
-    std::vector<double> theta = std::vector<double>(4, -7), cov = std::vector<double>(10), rs, wgt;
-    double sigma;
-    ZekFail fail{};
-};
+struct Robust { std::vector<double> theta, cov, rs, wgt; double sigma; ZekFail fail{}; };
 
 Robust fit(const Problem &p, int regtype, int psifun, int scale, std::vector<double> cpsi, double dchi = 1.5,
            double sigma = 0.0, int max_iter = 200) {

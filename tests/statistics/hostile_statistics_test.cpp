@@ -436,8 +436,9 @@ TEST(HostileGlm, ConstraintsAndEstimabilityRefuseBadArguments) {
     int est = -1;
     double st = 0, sst = 0, z = 0;
     // iconst 0: g02gnc
-    const struct { int tdc_or_rank, iconst; double tol; int code; } rows[] = {{3, 1, 0, ZE_REAL_ARRAY_CONS}, {2, 1, 0, ZE_2_INT_ARG_LT}, {3, 3, 0, ZE_2_INT_ARG_GE},
-                {2, 0, 0, ZE_REAL_ARRAY_CONS}, {4, 0, 0, ZE_2_INT_ARG_GT}, {2, 0, kNaN, ZE_REAL_ARG_LT}};
+    const struct { int tdc_or_rank, iconst; double tol; int code; } rows[] = {
+        {3, 1, 0, ZE_REAL_ARRAY_CONS}, {2, 1, 0, ZE_2_INT_ARG_LT}, {3, 3, 0, ZE_2_INT_ARG_GE},
+        {2, 0, 0, ZE_REAL_ARRAY_CONS}, {4, 0, 0, ZE_2_INT_ARG_GT}, {2, 0, kNaN, ZE_REAL_ARG_LT}};
     for (const auto &r : rows) {
         ZekFail fail{};
         if (r.iconst > 0) g02gkc(3, r.iconst, p.data(), c.data(), r.tdc_or_rank, b.data(), se.data(), cov.data(), &fail);
@@ -450,9 +451,10 @@ TEST(HostileGlm, ConstraintsAndEstimabilityRefuseBadArguments) {
 
 TEST(HostileRobust, RegressionAndCovarianceEndInAResultOrTheirExit) {
     // at: an index into x (0..23) or y (24..35); -1 changes n
-    const struct { const char *name; int at; double value; bool refused; } rows[] = {{"x nan", 12, kNaN, true},       {"y inf", 25, kInf, true},        {"y -inf", 25, -kInf, true},
-                {"n equal m", -1, 2, true},      {"n negative", -1, -1, true},     {"y largest", 27, DBL_MAX, false},
-                {"x largest", 15, DBL_MAX, false}, {"y smallest", 27, DBL_MIN, false}};
+    const struct { const char *name; int at; double value; bool refused; } rows[] = {
+        {"x nan", 12, kNaN, true},         {"y inf", 25, kInf, true},        {"y -inf", 25, -kInf, true},
+        {"n equal m", -1, 2, true},        {"n negative", -1, -1, true},     {"y largest", 27, DBL_MAX, false},
+        {"x largest", 15, DBL_MAX, false}, {"y smallest", 27, DBL_MIN, false}};
     for (const auto &r : rows) {
         std::vector<double> x(24), y(12), gw(12, 1.0);
         for (int i = 0; i < 12; ++i) {
