@@ -182,44 +182,39 @@ TEST(HostileStatistics, GeneratorsAndSmallChaptersStayBounded) {
 
 TEST(HostileStatistics, RegressionRejectsNonFiniteDataAndOddSizes) {
     const int n = 4, m = 1, ip = 2, ld = 4, big = 2147483647;
-    std::vector<int> isx = {1};
-    std::vector<double> x = {1, 2, 3, 4}, y = {1, 3, 2, 5}, wt = {1, 1, 1, 1};
-    std::vector<double> b(2), se(2), cov(3), res(4), h(4), q(12), p(8), wk(14);
-    double rss = 0, tol = 0;
+    const std::vector<int> isx = {1};
+    std::vector<double> b(2), se(2), cov(3), res(4), h(4), q(12), p(8), wk(14), d;
+    double rss = 0;
     int idf = 0, svd = 0, irank = 0;
-    struct Case { const char *name; double *poison; double value; int n, ip; int ifail; };
-    const Case cases[] = {
-        {"nan x", &x[1], NAN, n, ip, 1},   {"inf y", &y[3], -INFINITY, n, ip, 1}, {"nan weight", &wt[0], NAN, n, ip, 2},
-        {"inf weight", &wt[2], INFINITY, n, ip, 2}, {"huge n", nullptr, 0, big, ip, 1}, {"huge ip", nullptr, 0, n, big, 1},
-        {"largest data", &x[0], 1.7976931348623157e308, n, ip, 5},
-        {"smallest data", &x[0], 4.9406564584124654e-324, n, ip, 0},
-    };
-    for (const Case &c : cases) {
-        double saved = 0;
-        if (c.poison != nullptr) {
-            saved = *c.poison;
-            *c.poison = c.value;
-        }
+    // A fit of y = (1, 3, 2, 5) on x = (1, 2, 3, 4) with unit weights, one of the 12 data in d (x, y, wt
+    // in turn) replaced; at -1 replaces none.
+    const auto fit = [&](int rows, int cols, int at, double value, double tol) {
+        d = {1, 2, 3, 4, 1, 3, 2, 5, 1, 1, 1, 1};
+        if (at >= 0) d[at] = value;
         int ifail = 1;
-        G02DAF("M", "W", &c.n, x.data(), &ld, &m, isx.data(), &c.ip, y.data(), wt.data(), &rss, &idf, b.data(), se.data(),
+        G02DAF("M", "W", &rows, d.data(), &ld, &m, isx.data(), &cols, d.data() + 4, d.data() + 8, &rss, &idf, b.data(), se.data(),
                cov.data(), res.data(), h.data(), q.data(), &ld, &svd, &irank, p.data(), &tol, wk.data(), &ifail, 1, 1);
+        return ifail;
+    };
+    const struct { const char *name; int at; double value; int n, ip, ifail; } cases[] = {
+        {"nan x", 1, NAN, n, ip, 1},           {"inf y", 7, -INFINITY, n, ip, 1}, {"nan weight", 8, NAN, n, ip, 2},
+        {"inf weight", 10, INFINITY, n, ip, 2}, {"huge n", -1, 0, big, ip, 1},    {"huge ip", -1, 0, n, big, 1},
+        {"largest data", 0, 1.7976931348623157e308, n, ip, 5}, {"smallest data", 0, 4.9406564584124654e-324, n, ip, 0},
+    };
+    for (const auto &c : cases) {
+        const int ifail = fit(c.n, c.ip, c.at, c.value, 0.0);
         EXPECT_EQ(ifail, c.ifail) << c.name;
-        if (c.poison != nullptr) *c.poison = saved;
         for (double v : b) EXPECT_FALSE(ifail == 0 && std::isnan(v)) << c.name;
     }
     // A tolerance nothing passes leaves rank 0 through the singular value form: b = 0, RSS = |y|^2.
-    int ifail = 1;
-    tol = 1e300;
-    G02DAF("M", "W", &n, x.data(), &ld, &m, isx.data(), &ip, y.data(), wt.data(), &rss, &idf, b.data(), se.data(),
-           cov.data(), res.data(), h.data(), q.data(), &ld, &svd, &irank, p.data(), &tol, wk.data(), &ifail, 1, 1);
-    EXPECT_EQ(ifail, 0);
+    EXPECT_EQ(fit(n, ip, -1, 0.0, 1e300), 0);
     EXPECT_EQ(irank, 0);
     EXPECT_DOUBLE_EQ(rss, 39.0);
     // A refit told of a singular value form whose values are all zero gives b = 0, not a division by zero.
     const int one = 1;
     std::fill(p.begin(), p.end(), 0.0);
-    ifail = 1;
-    G02DGF("W", &n, wt.data(), &rss, &ip, &one, cov.data(), q.data(), &ld, &one, p.data(), y.data(), b.data(),
+    int ifail = 1;
+    G02DGF("W", &n, d.data() + 8, &rss, &ip, &one, cov.data(), q.data(), &ld, &one, p.data(), d.data() + 4, b.data(),
            se.data(), res.data(), wk.data(), &ifail, 1);
     EXPECT_EQ(ifail, 0);
     EXPECT_EQ(b[0], 0.0);
