@@ -317,14 +317,9 @@ double equicorrelated_lower(const std::vector<double> &b, double rho) {
 }
 
 TEST(MultivariateNormal, ClosedForms) {
-    struct Case {
-        const char *name;
-        int tail, n;
-        std::vector<double> a, b, mu, sd;
-        double rho;  // equicorrelation; 0 independent
-        double want;
-        double rel;  // the rule is asked for a tenth of it (its estimate is three standard errors)
-    };
+    // rho: the equicorrelation (0 independent); rel: the tolerance, of which the rule is asked a tenth
+    // (its estimate is three standard errors).
+    struct Case { const char *name; int tail, n; std::vector<double> a, b, mu, sd; double rho, want, rel; };
     const std::vector<double> ones(10, 1.0);
     const double orthant3 = 0.125 + (std::asin(0.3) + std::asin(0.3) + std::asin(0.3)) / (4.0 * M_PI);
     const std::vector<double> b5 = {-1.0, 0.5, 2.0, -0.3, 1.1};
