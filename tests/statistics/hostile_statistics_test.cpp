@@ -155,18 +155,18 @@ TEST(HostileStatistics, GeneratorsAndSmallChaptersStayBounded) {
     ZekFail fail{};
     int v = 0;
     g05ehc(&v, -2147483647 - 1, &fail);
-    EXPECT_EQ(fail.code, 11);
+    EXPECT_EQ(fail.code, ZE_INT_ARG_LT);
 
     std::vector<double> x = {1.0, kNaN, 3.0}, y(3, -1.0);
     double xme = -1, xmd = -1, xsd = -1;
     g07dac(3, x.data(), y.data(), &xme, &xmd, &xsd, &fail);
-    EXPECT_EQ(fail.code, 70);
+    EXPECT_EQ(fail.code, ZE_BAD_PARAM);
     EXPECT_EQ(xme, -1.0);
     x[1] = kInf;
     g07dac(3, x.data(), y.data(), &xme, &xmd, &xsd, &fail);
-    EXPECT_EQ(fail.code, 70);
+    EXPECT_EQ(fail.code, ZE_BAD_PARAM);
     g07dac(2147483647, x.data(), y.data(), &xme, &xmd, &xsd, &fail);
-    EXPECT_EQ(fail.code, 13);
+    EXPECT_EQ(fail.code, ZE_INT_ARG_GT);
 
     const int n = 2, m = 1, ld = 2, nvar = 1, isx = 1, none = 0;
     const double data[2] = {kNaN, 1.0}, s_nan = kNaN, e = 0.0;
