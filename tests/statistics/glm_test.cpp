@@ -74,18 +74,14 @@ TEST(Glm, NormalIdentityIsTheLinearRegression) {
     g.wt = {1, 2, 1, 0.5, 1, 3, 1, 1, 2};
     const Fit f = run(g);
     ASSERT_EQ(f.fail.code, 0) << f.fail.message;
-    std::vector<double> b(2), se(2), cov(3), res(9), h(9), q(27), p(8), wk(20);
-    double rss = 0, df = 0;
-    int svd = 0, rank = 0;
-    ZekFail fail{};
-    g02dac(Zek_MeanInclude, 9, 1, g.x.data(), 9, g.sx.data(), 2, g.y.data(), g.wt.data(), &rss, &df, b.data(), se.data(),
-           cov.data(), res.data(), h.data(), q.data(), 9, &svd, &rank, p.data(), 0.0, wk.data(), &fail);
-    ASSERT_EQ(fail.code, 0);
-    const double got[] = {f.dev, f.s, f.b[0], f.b[1], f.se[0], f.se[1]}, want[] = {rss, rss / df, b[0], b[1], se[0], se[1]};
+    Lsq l(9, 1, 2);
+    ASSERT_EQ(l.run_c(Zek_MeanInclude, g.x, 9, g.sx, g.y, g.wt.data()), 0);
+    const double got[] = {f.dev, f.s, f.b[0], f.b[1], f.se[0], f.se[1]};
+    const double want[] = {l.rss, l.rss / l.df, l.b[0], l.b[1], l.se[0], l.se[1]};
     for (int k = 0; k < 6; ++k) EXPECT_NEAR(got[k], want[k], 1e-10 * std::fabs(want[k])) << k;
-    for (int i = 0; i < 9; ++i) EXPECT_NEAR(f.v[18 + i], h[i], 1e-12);
+    for (int i = 0; i < 9; ++i) EXPECT_NEAR(f.v[18 + i], l.h[i], 1e-12);
     g.s = 4.0;  // a scale given on entry is used as it stands
-    EXPECT_NEAR(run(g).se[1], std::sqrt(4.0 / (rss / df)) * se[1], 1e-10 * se[1]);
+    EXPECT_NEAR(run(g).se[1], std::sqrt(4.0 / (l.rss / l.df)) * l.se[1], 1e-10 * l.se[1]);
 }
 
 // The Dobson fit's per-observation outputs against the reference; then the model with a column that is

@@ -18,40 +18,6 @@ namespace {
 
 #include "regression_reference.inc"
 
-struct Lsq {
-    int n, m, ip;
-    std::vector<double> b, se, cov, res, h, q, p, wk;
-    double rss = 0, df = 0;  // df: the C-style fit's residual degrees of freedom
-    int idf = 0, svd = -1, irank = -1;
-    ZekFail fail{};
-    Lsq(int n_, int m_, int ip_)
-        : n(n_), m(m_), ip(ip_), b(ip_), se(ip_), cov(ip_ * (ip_ + 1) / 2), res(n_), h(n_), q(n_ * (ip_ + 1)),
-          p(2 * ip_ + ip_ * ip_), wk(ip_ * ip_ + 5 * ip_) {}
-    int run(const char *mean, const char *weight, const std::vector<double> &x, const std::vector<int> &isx,
-            const std::vector<double> &y, const std::vector<double> &wt, double tol = 0.0) {
-        int ifail = 1;
-        G02DAF(mean, weight, &n, x.data(), &n, &m, isx.data(), &ip, y.data(), wt.data(), &rss, &idf, b.data(),
-               se.data(), cov.data(), res.data(), h.data(), q.data(), &n, &svd, &irank, p.data(), &tol, wk.data(), &ifail,
-               1, 1);
-        return ifail;
-    }
-    // The C-style fit of the same design.
-    int run_c(int mean, const std::vector<double> &x, int ldx, const std::vector<int> &isx, const std::vector<double> &y,
-              const double *wt = nullptr) {
-        g02dac(mean, n, m, x.data(), ldx, isx.data(), ip, y.data(), wt, &rss, &df, b.data(), se.data(), cov.data(),
-               res.data(), h.data(), q.data(), n, &svd, &irank, p.data(), 0.0, nullptr, &fail);
-        return fail.code;
-    }
-    // A new response Y2 on the fitted design, from the factorisation; RSS is the fit's on entry.
-    int refit(const std::vector<double> &y2, const std::vector<double> &wt, double rss_in) {
-        int ifail = 1;
-        rss = rss_in;
-        G02DGF("W", &n, wt.data(), &rss, &ip, &irank, cov.data(), q.data(), &n, &svd, p.data(), y2.data(), b.data(),
-               se.data(), res.data(), wk.data(), &ifail, 1);
-        return ifail;
-    }
-};
-
 const std::vector<double> kX = {3, 1, 2, 5, 0, 4, 1, 6, 1, 4, 2, -1, 3, 0, 1, 2, -2, 0, 5, 1, 2, -1, 1, 3};
 const std::vector<double> kY = {7, 3, 11, 6, 5, 4, 2, 15};
 const std::vector<double> kWt = {1, 2, 0, 1, 3, 1, 0.5, 1};

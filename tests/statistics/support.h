@@ -1,5 +1,5 @@
-// Shared by the statistics tests: the reader of the certified regression data, and a GLM problem with
-// one call of the routine of its family (outputs start as the sentinel -7 so a test can see what a call
+// Shared by the statistics tests: the reader of the certified regression data, a least-squares fit, and
+// a GLM problem with one call of the routine of its family (outputs start as the sentinel -7 so a test can see what a call
 // touched).
 #ifndef ZEK_TESTS_STATISTICS_SUPPORT_H
 #define ZEK_TESTS_STATISTICS_SUPPORT_H
@@ -28,6 +28,42 @@ inline bool read_strd(const char *name, int m, std::vector<double> &x, std::vect
     for (std::size_t k = 0; k < v.size(); ++k) (k % (m + 1) == 0 ? y[k / (m + 1)] : x[k / (m + 1) + (k % (m + 1) - 1) * n]) = v[k];
     return n > 0 && v.size() == n * (m + 1);
 }
+
+// A least-squares fit of N observations on M variables (IP parameters) through either layer, with its
+// outputs and a refit of a new response on the same design.
+struct Lsq {
+    int n, m, ip;
+    std::vector<double> b, se, cov, res, h, q, p, wk;
+    double rss = 0, df = 0;  // df: the C-style fit's residual degrees of freedom
+    int idf = 0, svd = -1, irank = -1;
+    ZekFail fail{};
+    Lsq(int n_, int m_, int ip_)
+        : n(n_), m(m_), ip(ip_), b(ip_), se(ip_), cov(ip_ * (ip_ + 1) / 2), res(n_), h(n_), q(n_ * (ip_ + 1)),
+          p(2 * ip_ + ip_ * ip_), wk(ip_ * ip_ + 5 * ip_) {}
+    int run(const char *mean, const char *weight, const std::vector<double> &x, const std::vector<int> &isx,
+            const std::vector<double> &y, const std::vector<double> &wt, double tol = 0.0) {
+        int ifail = 1;
+        G02DAF(mean, weight, &n, x.data(), &n, &m, isx.data(), &ip, y.data(), wt.data(), &rss, &idf, b.data(),
+               se.data(), cov.data(), res.data(), h.data(), q.data(), &n, &svd, &irank, p.data(), &tol, wk.data(), &ifail,
+               1, 1);
+        return ifail;
+    }
+    // The C-style fit of the same design.
+    int run_c(int mean, const std::vector<double> &x, int ldx, const std::vector<int> &isx, const std::vector<double> &y,
+              const double *wt = nullptr) {
+        g02dac(mean, n, m, x.data(), ldx, isx.data(), ip, y.data(), wt, &rss, &df, b.data(), se.data(), cov.data(),
+               res.data(), h.data(), q.data(), n, &svd, &irank, p.data(), 0.0, nullptr, &fail);
+        return fail.code;
+    }
+    // A new response Y2 on the fitted design, from the factorisation; RSS is the fit's on entry.
+    int refit(const std::vector<double> &y2, const std::vector<double> &wt, double rss_in) {
+        int ifail = 1;
+        rss = rss_in;
+        G02DGF("W", &n, wt.data(), &rss, &ip, &irank, cov.data(), q.data(), &n, &svd, p.data(), y2.data(), b.data(),
+               se.data(), res.data(), wk.data(), &ifail, 1);
+        return ifail;
+    }
+};
 
 enum Fam { kNormal, kBinomial, kPoisson, kGamma };
 
