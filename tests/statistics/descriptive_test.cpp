@@ -113,7 +113,8 @@ TEST(Correlation, OnePassUpdatesKeepTheirDigitsUnderALargeOffset) {
     // C-style twin follows the same stream and must agree to the bit.
     const double small[][2] = {{0.5, 3.0}, {1.5, 1.0}, {-2.0, 4.0}, {0.25, -1.0}, {3.0, 2.5}, {-1.0, 0.5}};
     const int m = 2, inc = 1;
-    double sw = 0.0, xbar[2] = {}, c[3] = {}, sw0 = 0.0, xbar0[2] = {}, c0[3] = {}, swc = 0, xbarc[2] = {}, cc[3] = {};
+    double sw = 0.0, xbar[2] = {}, c[3] = {}, sw0 = 0.0, xbar0[2] = {}, c0[3] = {};
+    double swc = 0.0, xbarc[2] = {}, cc[3] = {};
     int ifail = 0;
     const auto add = [&](double w, const double x[2], const double s[2]) {
         ZekFail fail{};

@@ -163,7 +163,8 @@ TEST(Deviates, AgreeWithHighPrecisionInverses) {
     // the double p): small and huge shapes, tails to 1e-200, p near 1, and a root below the subnormal
     // range, which rounds to zero.
     // tol looser where x ~ p^(2/df) magnifies the probability's error
-    const struct { double p, df, x, tol; } chi[] = {{1e-10, 1.0, 1.5707963267948967e-20, 1e-13},   {1e-200, 500000.0, 4.7039892766937399e+5, 1e-14},
+    const struct { double p, df, x, tol; } chi[] = {
+               {1e-10, 1.0, 1.5707963267948967e-20, 1e-13},   {1e-200, 500000.0, 4.7039892766937399e+5, 1e-14},
                {0.05, 0.1, 1.1147750963757564e-26, 1e-12},    {0.3, 1000.0, 9.7607359125777414e+2, 1e-14},
                {1e-100, 4.0, 2.8284271247461901e-50, 1e-13},  {1e-30, 10000.0, 8.4645442978975565e+3, 1e-14},
                {0.9999999999990905, 10.0, 7.8682247617777473e+1, 1e-13},
@@ -365,7 +366,9 @@ TEST(MultivariateNormal, Failures) {
     const double sig3[9] = {1, 0.5, 0.5, 0.5, 1, 0.5, 0.5, 0.5, 1};
     const double notpd[9] = {1, 0.9, -0.9, 0.9, 1, 0.9, -0.9, 0.9, 1};
     const double z[3] = {0, 0, 0}, one[3] = {1, 1, 1}, mixed[3] = {1, -1, 1}, nan3[3] = {0, NAN, 0};
-    struct Row { const char *name; int tail, n, tdsig, maxpts; double tol; const double *a, *b, *mu, *sig; int code, ifail; };
+    struct Row {
+        const char *name; int tail, n, tdsig, maxpts; double tol; const double *a, *b, *mu, *sig; int code, ifail;
+    };
     const Row rows[] = {
         {"n 11 before the matrix", Zek_LowerTail, 11, 11, 100, 1e-3, z, z, z, nullptr, ZE_INT_ARG_CONS, 1},
         {"n 0", Zek_LowerTail, 0, 3, 100, 1e-3, z, z, z, sig3, ZE_INT_ARG_CONS, 1},

@@ -192,8 +192,9 @@ TEST(HostileStatistics, RegressionRejectsNonFiniteDataAndOddSizes) {
         d = {1, 2, 3, 4, 1, 3, 2, 5, 1, 1, 1, 1};
         if (at >= 0) d[at] = value;
         int ifail = 1;
-        G02DAF("M", "W", &rows, d.data(), &ld, &m, isx.data(), &cols, d.data() + 4, d.data() + 8, &rss, &idf, b.data(), se.data(),
-               cov.data(), res.data(), h.data(), q.data(), &ld, &svd, &irank, p.data(), &tol, wk.data(), &ifail, 1, 1);
+        G02DAF("M", "W", &rows, d.data(), &ld, &m, isx.data(), &cols, d.data() + 4, d.data() + 8, &rss, &idf, b.data(),
+               se.data(), cov.data(), res.data(), h.data(), q.data(), &ld, &svd, &irank, p.data(), &tol, wk.data(), &ifail,
+               1, 1);
         return ifail;
     };
     const struct { const char *name; int at; double value; int n, ip, ifail; } cases[] = {
@@ -214,8 +215,8 @@ TEST(HostileStatistics, RegressionRejectsNonFiniteDataAndOddSizes) {
     const int one = 1;
     std::fill(p.begin(), p.end(), 0.0);
     int ifail = 1;
-    G02DGF("W", &n, d.data() + 8, &rss, &ip, &one, cov.data(), q.data(), &ld, &one, p.data(), d.data() + 4, b.data(),
-           se.data(), res.data(), wk.data(), &ifail, 1);
+    G02DGF("W", &n, d.data() + 8, &rss, &ip, &one, cov.data(), q.data(), &ld, &one, p.data(), d.data() + 4,
+           b.data(), se.data(), res.data(), wk.data(), &ifail, 1);
     EXPECT_EQ(ifail, 0);
     EXPECT_EQ(b[0], 0.0);
     EXPECT_EQ(b[1], 0.0);
