@@ -1,7 +1,6 @@
 // The options-file reader: its inform values, its listing, and files read through units.
 #include <gtest/gtest.h>
 
-#include <cctype>
 #include <cstdint>
 #include <cstring>
 #include <algorithm>
@@ -27,47 +26,37 @@ namespace lc = zek::e04::lc;
 
 int itns(const OptionState &s) { return zek::e04::setting(s.iwsav.data(), Block::LC, lc::kOptimalityItns); }
 
-struct FileCase {
-    const char *name;
-    const char *text;
-    int inform;
-    int iterations;  // after the call; the sentinel when nothing was decoded
-};
-
-class OptionFile : public testing::TestWithParam<FileCase> {};
-
-TEST_P(OptionFile, InformAndEffect) {
-    const FileCase c = GetParam();
-    for (const bool windows : {false, true}) {
-        OptionState s("E04MFA");
-        int inform = -1;
-        E04MHF_PLAIN("Defaults", s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform, 8);
-        InputFile file(windows ? crlf(c.text) : std::string(c.text));
-        const int unit = file.unit();
-        E04MFA_OPTION_FILE_PLAIN(&unit, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform);
-        EXPECT_EQ(inform, c.inform) << c.name << (windows ? " (CRLF)" : "");
-        EXPECT_EQ(itns(s), c.iterations) << c.name << (windows ? " (CRLF)" : "");
+TEST(OptionFile, InformAndEffect) {
+    const struct {
+        const char *name;
+        std::string text;
+        int inform;
+        int iterations;  // after the call; the sentinel when nothing was decoded
+    } rows[] = {
+        {"plain", "Begin\n Iterations 30\nEnd\n", 0, 30},
+        {"last line without newline", "Begin\n Iterations 30\nEnd", 0, 30},
+        {"blank lines and comments", "\n* note\nBegin\n\n  * note\n Iterations 30\nEnd\n", 0, 30},
+        {"endrun first", "ENDRUN\nBegin\n Iterations 30\nEnd\n", 4, zek::e04::kNotSetInt},
+        {"empty file", "", 3, zek::e04::kNotSetInt},
+        {"no begin", "SKIP\nSKIP\n", 3, zek::e04::kNotSetInt},
+        {"bad first record", "Iterations 40\nBegin\n Iterations 30\nEnd\n", 5, 30},
+        {"bad keyword inside", "Begin\n Bogus 3\n Iterations 30\nEnd\n", 5, 30},
+        {"no end", "Begin\n Iterations 30\n", 2, 30},
+        {"long lines cut at 72", "Begin\n Iterations 30" + std::string(61, ' ') + "Iterations 99\nEnd\n", 0, 30},
+    };
+    for (const auto &c : rows) {
+        for (const bool windows : {false, true}) {
+            OptionState s("E04MFA");
+            int inform = -1;
+            E04MHF_PLAIN("Defaults", s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform, 8);
+            InputFile file(windows ? crlf(c.text) : c.text);
+            const int unit = file.unit();
+            E04MFA_OPTION_FILE_PLAIN(&unit, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform);
+            EXPECT_EQ(inform, c.inform) << c.name << (windows ? " (CRLF)" : "");
+            EXPECT_EQ(itns(s), c.iterations) << c.name << (windows ? " (CRLF)" : "");
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Files, OptionFile,
-    testing::Values(FileCase{"plain", "Begin\n Iterations 30\nEnd\n", 0, 30},
-                    FileCase{"last line without newline", "Begin\n Iterations 30\nEnd", 0, 30},
-                    FileCase{"blank lines and comments", "\n* note\nBegin\n\n  * note\n Iterations 30\nEnd\n", 0, 30},
-                    FileCase{"endrun first", "ENDRUN\nBegin\n Iterations 30\nEnd\n", 4, zek::e04::kNotSetInt},
-                    FileCase{"empty file", "", 3, zek::e04::kNotSetInt},
-                    FileCase{"no begin", "SKIP\nSKIP\n", 3, zek::e04::kNotSetInt},
-                    FileCase{"bad first record", "Iterations 40\nBegin\n Iterations 30\nEnd\n", 5, 30},
-                    FileCase{"bad keyword inside", "Begin\n Bogus 3\n Iterations 30\nEnd\n", 5, 30},
-                    FileCase{"no end", "Begin\n Iterations 30\n", 2, 30},
-                    FileCase{"long lines cut at 72", "Begin\n Iterations 30                                                 "
-                                                     "            Iterations 99\nEnd\n", 0, 30}),
-    [](const testing::TestParamInfo<FileCase> &info) {
-        std::string name;
-        for (const char *p = info.param.name; *p; ++p) name += std::isalnum(static_cast<unsigned char>(*p)) ? *p : '_';
-        return name;
-    });
 
 std::string data_file(const char *name) { return std::string(ZEK_TEST_DATA_DIR) + "/options/" + name; }
 
@@ -161,48 +150,42 @@ TEST(Units, ResolveNotedStreamsByTheLowWordOfTheirAddress) {
     EXPECT_EQ(zek::input_stream(low), zek::input_stream(a.unit()));
 }
 
-struct WbaCase {
-    const char *name;
-    int lengths[4];
-    int ifail;
-    std::vector<std::string> records;
-};
+std::string pad(const std::string &s) { return s + std::string(s.size() < 70 ? 70 - s.size() : 0, ' '); }
 
-class PrepareState : public testing::TestWithParam<WbaCase> {};
-
-TEST_P(PrepareState, ChecksTheNameAndTheLengths) {
-    const WbaCase c = GetParam();
-    std::vector<char> cwsav(80 * 5, ' ');
-    std::vector<int> lwsav(120, 0), iwsav(610, 0);
-    std::vector<double> rwsav(610, 0.0);
-    int ifail = -1;
-    OutputCapture out;
-    E04WBA(c.name, cwsav.data(), &c.lengths[0], lwsav.data(), &c.lengths[1], iwsav.data(), &c.lengths[2],
-           rwsav.data(), &c.lengths[3], &ifail, static_cast<int>(std::strlen(c.name)), 80);
-    EXPECT_EQ(ifail, c.ifail) << c.name;
-    std::vector<std::string> host = out.host();
-    std::vector<std::string> records(host.begin(), host.begin() + std::min(host.size(), c.records.size()));
-    EXPECT_EQ(records, c.records);
-    if (c.ifail == 0) {
-        EXPECT_TRUE(host.empty());
+TEST(PrepareState, ChecksTheNameAndTheLengths) {
+    const auto too_small = [](const char *lengths) {
+        return std::vector<std::string>{pad("One or more of the workspace array lengths "), pad("is too small"),
+                                        pad(std::string("Supplied values are: ") + lengths)};
+    };
+    const struct {
+        const char *name;
+        int lengths[4];
+        int ifail;
+        std::vector<std::string> records;
+    } rows[] = {
+        {"E04MFA", {1, 120, 610, 475}, 0, {}},
+        {"e04usa", {1, 120, 610, 475}, 0, {}},
+        {"E04NKF", {1, 20, 380, 285}, 0, {}},
+        {"E04UFF", {5, 120, 610, 475}, 0, {}},
+        {"E04ABC", {1, 120, 610, 475}, 1, {" Invalid routine name:  E04ABC"}},
+        {"E04UFF", {1, 120, 610, 475}, 2, too_small("LCWSAV = 1 LLWSAV = 120 LIWSAV = 610 LRWSAV = 475")},
+        {"E04NCA", {1, 119, 610, 475}, 2, too_small("LCWSAV = 1 LLWSAV = 119 LIWSAV = 610 LRWSAV = 475")},
+    };
+    for (const auto &c : rows) {
+        std::vector<char> cwsav(80 * 5, ' ');
+        std::vector<int> lwsav(120, 0), iwsav(610, 0);
+        std::vector<double> rwsav(610, 0.0);
+        int ifail = -1;
+        OutputCapture out;
+        E04WBA(c.name, cwsav.data(), &c.lengths[0], lwsav.data(), &c.lengths[1], iwsav.data(), &c.lengths[2],
+               rwsav.data(), &c.lengths[3], &ifail, static_cast<int>(std::strlen(c.name)), 80);
+        EXPECT_EQ(ifail, c.ifail) << c.name;
+        const std::vector<std::string> host = out.host();
+        EXPECT_EQ(std::vector<std::string>(host.begin(), host.begin() + std::min(host.size(), c.records.size())),
+                  c.records);
+        EXPECT_TRUE(c.ifail != 0 || host.empty()) << c.name;
     }
 }
-
-std::string pad(const std::string &s, std::size_t n) { return s + std::string(n > s.size() ? n - s.size() : 0, ' '); }
-
-INSTANTIATE_TEST_SUITE_P(
-    Names, PrepareState,
-    testing::Values(WbaCase{"E04MFA", {1, 120, 610, 475}, 0, {}},
-                    WbaCase{"e04usa", {1, 120, 610, 475}, 0, {}},
-                    WbaCase{"E04NKF", {1, 20, 380, 285}, 0, {}},
-                    WbaCase{"E04UFF", {5, 120, 610, 475}, 0, {}},
-                    WbaCase{"E04ABC", {1, 120, 610, 475}, 1, {" Invalid routine name:  E04ABC"}},
-                    WbaCase{"E04UFF", {1, 120, 610, 475}, 2,
-                            {pad("One or more of the workspace array lengths ", 70), pad("is too small", 70),
-                             pad("Supplied values are: LCWSAV = 1 LLWSAV = 120 LIWSAV = 610 LRWSAV = 475", 70)}},
-                    WbaCase{"E04NCA", {1, 119, 610, 475}, 2,
-                            {pad("One or more of the workspace array lengths ", 70), pad("is too small", 70),
-                             pad("Supplied values are: LCWSAV = 1 LLWSAV = 119 LIWSAV = 610 LRWSAV = 475", 70)}}));
 
 TEST(PrepareState, SetsTheFirstCallFlagsOfItsSolverOnly) {
     OptionState s("E04NCA");
