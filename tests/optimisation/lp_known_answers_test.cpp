@@ -1,17 +1,24 @@
-// E04MFA on small LPs whose answers are known in closed form, every case under several option sets,
-// each result checked independently; and data that must end a run without a hang.
+// E04MFA on problems whose answers are known: small LPs in closed form, every case under several option
+// sets; the Netlib models of the shared data at their published optima; restarts (cold, warm, hot) from
+// an optimum and after a bound change; and data that must end a run without a hang.  Every result is
+// checked independently of the solver.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
+#include <sstream>
 
 #include "lp_test_support.h"
-#include "zek2/e04.h"
+#include "optimisation/options.h"
 
 namespace {
 
+using zek_test::expect_optimum;
 using zek_test::kInf;
 using zek_test::LpProblem;
+using zek_test::LpResult;
+using zek_test::LpSession;
 
 struct KnownAnswer {
     std::string name;
@@ -72,26 +79,20 @@ const std::vector<std::vector<std::string>> option_sets = {
 class KnownAnswers : public testing::TestWithParam<std::tuple<int, int>> {};
 
 TEST_P(KnownAnswers, MatchesTheClosedForm) {
-    const KnownAnswer c = cases()[static_cast<std::size_t>(std::get<0>(GetParam()))];
-    zek_test::LpSession session;
-    for (const std::string &line : option_sets[static_cast<std::size_t>(std::get<1>(GetParam()))])
+    const KnownAnswer c = cases()[std::get<0>(GetParam())];
+    LpSession session;
+    for (const std::string &line : option_sets[std::get<1>(GetParam())])
         ASSERT_EQ(session.option(line), 0) << line;
     // From a point off the bounds, so that the crash leaves free variables behind.
-    const zek_test::LpResult r = session.solve(c.p, std::vector<double>(static_cast<std::size_t>(c.p.n), -0.5));
+    const LpResult r = session.solve(c.p, std::vector<double>(c.p.n, -0.5));
     EXPECT_NE(std::find(c.ifail.begin(), c.ifail.end(), r.ifail), c.ifail.end()) << "IFAIL " << r.ifail;
     if (r.ifail == 2 || r.ifail == 3) return;
-    const zek_test::Kkt kkt(c.p, r);
-    const double scale = std::max(1.0, std::fabs(c.obj));
-    EXPECT_NEAR(r.obj, c.obj, 1e-10 * scale);
-    EXPECT_NEAR(kkt.objective, r.obj, 1e-12 * scale);
-    EXPECT_LE(kkt.violation, 1e-9);
-    EXPECT_LE(kkt.stationarity, 1e-12);
-    EXPECT_LE(kkt.sign, 1e-9);
+    expect_optimum(c.p, r, c.obj, 1e-10, 1e-12, 1e-9, 1e-12);
     for (std::size_t j = 0; j < c.x.size(); ++j) EXPECT_NEAR(r.x[j], c.x[j], 1e-9) << "x" << j + 1;
     for (int i = 0; i < c.p.m; ++i) {
         double v = 0.0;
-        for (int j = 0; j < c.p.n; ++j) v += c.p.at(i, j) * r.x[static_cast<std::size_t>(j)];
-        EXPECT_NEAR(r.ax[static_cast<std::size_t>(i)], v, 1e-12 * std::max(1.0, std::fabs(v)));
+        for (int j = 0; j < c.p.n; ++j) v += c.p.at(i, j) * r.x[j];
+        EXPECT_NEAR(r.ax[i], v, 1e-12 * std::max(1.0, std::fabs(v)));
     }
 }
 
@@ -99,21 +100,21 @@ INSTANTIATE_TEST_SUITE_P(Lp, KnownAnswers,
                          testing::Combine(testing::Range(0, static_cast<int>(cases().size())),
                                           testing::Range(0, static_cast<int>(option_sets.size()))),
                          [](const testing::TestParamInfo<std::tuple<int, int>> &info) {
-                             return cases()[static_cast<std::size_t>(std::get<0>(info.param))].name + "_" +
+                             return cases()[std::get<0>(info.param)].name + "_" +
                                     std::to_string(std::get<1>(info.param));
                          });
 
 // Problem type FP stops at the first feasible point (OBJ 0, no multipliers), or reports the least sum.
 TEST(LpFeasiblePoint, FindsAPointOrTheLeastSum) {
-    zek_test::LpSession session;
+    LpSession session;
     ASSERT_EQ(session.option("Problem Type = FP"), 0);
     const LpProblem p = LpProblem::dense({{1, 1}, {1, -1}}, {0, 0, 2, -1}, {kInf, kInf, 3, 1}, {-1, -1});
-    const zek_test::LpResult r = session.solve(p);
+    const LpResult r = session.solve(p);
     EXPECT_EQ(r.ifail, 0);
     EXPECT_EQ(r.obj, 0.0);
     EXPECT_LE(zek_test::Kkt(p, r).violation, 1e-9);
     for (double lam : r.clamda) EXPECT_EQ(lam, 0.0);
-    const zek_test::LpResult s = session.solve(LpProblem::dense({{1, 1}}, {0, 0, 5}, {1, 1, kInf}, {0, 0}));
+    const LpResult s = session.solve(LpProblem::dense({{1, 1}}, {0, 0, 5}, {1, 1, kInf}, {0, 0}));
     EXPECT_EQ(s.ifail, 3);
     EXPECT_NEAR(s.obj, 3.0, 1e-9);  // at x = (1, 1)
 }
@@ -128,15 +129,79 @@ TEST(LpRobustness, NonFiniteDataAndNoMatrix) {
         if (where == 2) p.a[0] = kInf;
         if (where == 3) x0 = {std::nan(""), 1.0};
         if (where == 4) p.bu[2] = std::nan("");
-        const zek_test::LpResult r = zek_test::LpSession().solve(p, x0);
+        const LpResult r = LpSession().solve(p, x0);
         EXPECT_TRUE(r.ifail >= 0 && r.ifail <= 7 && r.iter <= 50) << where;
     }
     LpProblem p = LpProblem::dense({}, {0, -1, -5}, {2, 1, 5}, {-1, 1, 0});
     p.a.clear();
-    const zek_test::LpResult r = zek_test::LpSession().solve(p, {1, 0, 4});
+    const LpResult r = LpSession().solve(p, {1, 0, 4});
     EXPECT_EQ(r.ifail, 1);  // x3 costs nothing and is held where it started
     EXPECT_EQ(r.x, (std::vector<double>{2, -1, 4}));
     EXPECT_EQ(r.istate[2], 4);
+}
+
+double published_optimum(const std::string &name) {
+    std::ifstream in(std::string(ZEK_SHARED_DATA_DIR) + "/lp/optima.tsv");
+    std::string line, model;
+    double value = 0.0;
+    while (std::getline(in, line))
+        if (std::istringstream(line) >> model >> value && model == name) return value;
+    ADD_FAILURE() << "no published optimum for " << name;
+    return 0.0;
+}
+
+// The published optimum to 1e-8 relative, read by H02BUF.
+TEST(NetlibModels, SolveToThePublishedOptimum) {
+    for (const char *name : {"afiro", "sc50a", "sc50b", "adlittle", "blend", "kb2", "sc105", "share2b", "stocfor1"}) {
+        const LpProblem p = LpProblem::netlib(name);
+        ASSERT_GT(p.n, 0) << name;
+        expect_optimum(p, LpSession().solve(p), published_optimum(name), 1e-8, 1e-9, 1e-7, 1e-9, name);
+    }
+}
+
+// The hot start is internal: branch and bound would set it in the option block directly.
+void hot(LpSession &s) { zek::e04::setting(s.iwsav().data(), zek::e04::Block::LC, zek::e04::lc::kStart) = 2; }
+
+TEST(LpStarts, FromTheOptimumNoIteration) {
+    const LpProblem p = LpProblem::netlib("afiro");
+    LpSession session;
+    const LpResult cold = session.solve(p);
+    ASSERT_EQ(cold.ifail, 0);
+    ASSERT_EQ(session.option("Warm Start"), 0);
+    const LpResult warm = session.solve(p, cold.x, cold.istate);
+    hot(session);
+    const LpResult hotr = session.solve(p, warm.x, warm.istate);
+    for (const LpResult &r : {warm, hotr}) {
+        EXPECT_EQ(r.ifail, 0);
+        EXPECT_EQ(r.iter, 0);
+        EXPECT_NEAR(r.obj, cold.obj, 1e-12 * std::fabs(cold.obj));
+        EXPECT_EQ(r.istate, cold.istate);
+    }
+}
+
+// After a bound change (what branch and bound does at each node) the changed problem's optimum is
+// reached, whatever stale, sanitised or spoilt state the start is given.
+TEST(LpStarts, AfterABoundChangeReachTheNewOptimum) {
+    for (const std::string start : {"warm", "warm_sanitised", "hot", "hot_spoilt"}) {
+        LpProblem p = LpProblem::netlib("afiro");
+        LpSession session;
+        const LpResult first = session.solve(p);
+        ASSERT_EQ(first.ifail, 0);
+        // Cut off the optimum through its largest variable.
+        const std::size_t j = std::max_element(first.x.begin(), first.x.end()) - first.x.begin();
+        p.bu[j] = std::floor(first.x[j] / 2);
+        const LpResult cold = LpSession().solve(p);
+        std::vector<int> istate = first.istate;
+        if (start.rfind("hot", 0) == 0) hot(session);
+        else ASSERT_EQ(session.option("Warm Start"), 0);
+        if (start == "warm") istate[j] = -1;  // as branch and bound marks the branching variable
+        if (start == "warm_sanitised")
+            for (std::size_t k = 0; k < istate.size(); k += 3) istate[k] = k % 4 == 0 ? 4 : -2;
+        if (start == "hot_spoilt") session.iwork()[3 + p.n] = session.iwork()[4 + p.n];  // KX no permutation
+        const LpResult r = session.solve(p, first.x, istate);
+        expect_optimum(p, r, cold.obj, 1e-9, 1e-9, 1e-8, 1e-10, start);
+        EXPECT_TRUE(start == "hot_spoilt" || r.iter < cold.iter) << start;
+    }
 }
 
 } // namespace
