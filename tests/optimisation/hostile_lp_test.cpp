@@ -55,8 +55,11 @@ TEST_P(HostileLp, EndsInAnExitWithAFiniteOptimum) {
     std::vector<double> &v = *std::vector<std::vector<double> *>{&p.c, &p.bl, &p.bu, &p.a, &x0}[c.place];
     if (c.whole) v.assign(v.size(), c.value);
     else v[0] = c.value;
-    expect_exit(LpSession().solve(p, x0),
-                "place " + std::to_string(c.place) + " value " + std::to_string(c.value) + (c.whole ? " all" : " one"));
+    const std::string what =
+        "place " + std::to_string(c.place) + " value " + std::to_string(c.value) + (c.whole ? " all" : " one");
+    const LpResult r = LpSession().solve(p, x0);
+    expect_exit(r, what);
+    EXPECT_LE(r.iter, 50) << what;  // the default iteration limit, max(50, 5(n + nclin))
 }
 
 std::vector<Case> all_cases() {

@@ -119,19 +119,8 @@ TEST(LpFeasiblePoint, FindsAPointOrTheLeastSum) {
     EXPECT_NEAR(s.obj, 3.0, 1e-9);  // at x = (1, 1)
 }
 
-// Non-finite data ends the run within the iteration limit; without rows a null A serves.
-TEST(LpRobustness, NonFiniteDataAndNoMatrix) {
-    for (int where = 0; where < 5; ++where) {
-        LpProblem p = cases()[0].p;
-        std::vector<double> x0;
-        if (where == 0) p.a[1] = std::nan("");
-        if (where == 1) p.c[0] = std::nan("");
-        if (where == 2) p.a[0] = kInf;
-        if (where == 3) x0 = {std::nan(""), 1.0};
-        if (where == 4) p.bu[2] = std::nan("");
-        const LpResult r = LpSession().solve(p, x0);
-        EXPECT_TRUE(r.ifail >= 0 && r.ifail <= 7 && r.iter <= 50) << where;
-    }
+// Without rows a null A serves.  (Non-finite data is the hostile-input table's.)
+TEST(LpRobustness, NoMatrix) {
     LpProblem p = LpProblem::dense({}, {0, -1, -5}, {2, 1, 5}, {-1, 1, 0});
     p.a.clear();
     const LpResult r = LpSession().solve(p, {1, 0, 4});
