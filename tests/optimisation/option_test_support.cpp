@@ -58,4 +58,13 @@ InputFile::~InputFile() {
 
 int InputFile::unit() const { return zek::input_unit_number(stream_); }
 
+std::string crlf(const std::string &text) {
+    std::string out;
+    for (char c : text) {
+        if (c == '\n') out += '\r';
+        out += c;
+    }
+    return out;
+}
+
 } // namespace zek_test

@@ -50,6 +50,9 @@ private:
 // One option string through the family's plain routine; returns its INFORM.
 int option(OptionState &s, zek::e04::Family f, const std::string &line);
 
+// TEXT with every "\n" turned into "\r\n".
+std::string crlf(const std::string &text);
+
 } // namespace zek_test
 
 #endif

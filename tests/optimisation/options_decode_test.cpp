@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -364,7 +363,7 @@ TEST(OptionFile, InformAndEffect) {
             OptionState s("E04MFA");
             int inform = -1;
             E04MHF_PLAIN("Defaults", s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform, 8);
-            InputFile file(windows ? std::regex_replace(c.text, std::regex("\n"), "\r\n") : c.text);
+            InputFile file(windows ? zek_test::crlf(c.text) : c.text);
             const int unit = file.unit();
             E04MFA_OPTION_FILE_PLAIN(&unit, s.lwsav.data(), s.iwsav.data(), s.rwsav.data(), &inform);
             EXPECT_EQ(inform, c.inform) << c.name << (windows ? " (CRLF)" : "");
