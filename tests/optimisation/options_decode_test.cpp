@@ -504,13 +504,11 @@ TEST(PrepareState, ChecksTheNameAndTheLengths) {
 TEST(PrepareState, SetsTheFirstCallFlagsOfItsSolverOnly) {
     OptionState s("E04NCA");
     for (int f = 0; f < e04::kFamilyCount; ++f) {
-        const auto family = static_cast<e04::Family>(f);
-        const int expected = family == e04::Family::NCA ? 1 : 0;
-        EXPECT_EQ(e04::flag(s.lwsav.data(), family, e04::Flag::FirstStringCall), expected);
-        EXPECT_EQ(e04::flag(s.lwsav.data(), family, e04::Flag::FirstFileCall), expected);
-        EXPECT_EQ(e04::flag(s.lwsav.data(), family, e04::Flag::OptionsUnset), expected);
+        const auto family = static_cast<Family>(f);
+        for (e04::Flag flag : {e04::Flag::FirstStringCall, e04::Flag::FirstFileCall, e04::Flag::OptionsUnset})
+            EXPECT_EQ(e04::flag(s.lwsav.data(), family, flag), family == NCA ? 1 : 0) << f;
     }
-    for (std::size_t k = 0; k < s.iwsav.size(); ++k) EXPECT_EQ(s.iwsav[k], 0);
+    EXPECT_EQ(s.iwsav, std::vector<int>(s.iwsav.size(), 0));
 }
 
 } // namespace
