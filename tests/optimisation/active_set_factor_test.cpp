@@ -1,7 +1,6 @@
 // The TQ factorisation of the working set under long random sequences of its four updates (add a row,
 // fix a variable, delete a row, free a variable): W Q = (0 T) with Q orthogonal after every step, the
-// null-space notifications in step with nz.  (That the layout fits the workspace E04MFA documents is
-// shown by every LP test, which runs at the documented minimum.)
+// null-space notifications in step with nz, and the layout within the workspace E04MFA documents.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -97,5 +96,13 @@ TEST_P(FactorUpdates, KeepTheFactorisationExact) {
 INSTANTIATE_TEST_SUITE_P(ActiveSet, FactorUpdates,
                          testing::Values(std::make_pair(8, 12), std::make_pair(12, 5), std::make_pair(15, 15),
                                          std::make_pair(20, 3)));
+
+TEST(ActiveSetLayout, FitsTheDocumentedWorkspace) {
+    for (const auto &[n, m] : std::vector<std::pair<int, int>>{{1, 0}, {5, 0}, {1, 1}, {3, 7}, {7, 3}, {40, 40}, {100, 1}}) {
+        const int t = std::min(n, m + 1);
+        EXPECT_LE(as::real_work_needed(n, m), m == 0 ? 7 * n + 1 : 7 * n + 5 * m + 2 * t * t) << n << " " << m;
+        EXPECT_EQ(as::integer_work_needed(n), 2 * n + 3);
+    }
+}
 
 } // namespace
