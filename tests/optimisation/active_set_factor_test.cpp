@@ -51,12 +51,12 @@ TEST_P(FactorUpdates, KeepTheFactorisationExact) {
     const int n = GetParam().first, m = GetParam().second;
     std::mt19937 rng(static_cast<unsigned>(100 * n + m));
     std::uniform_real_distribution<double> u(-1.0, 1.0);
-    std::vector<double> a(static_cast<std::size_t>(m * n)), bl(n + m, -1.0), bu(n + m, 1.0), x(n), ax(m), lam(n + m);
+    std::vector<double> a(m * n), bl(n + m, -1.0), bu(n + m, 1.0), x(n), ax(m), lam(n + m);
     for (double &v : a) v = u(rng);
     std::vector<int> istate(n + m, 0);
     const as::Layout l = as::work_layout(n, m, std::min(n, m), m < n ? m + 1 : n);
-    std::vector<int> iwork(static_cast<std::size_t>(l.liwork));
-    std::vector<double> work(static_cast<std::size_t>(l.lwork));
+    std::vector<int> iwork(l.liwork);
+    std::vector<double> work(l.lwork);
     as::Core c;
     c.n = n, c.nclin = m, c.a = a.data(), c.lda = m, c.bl = bl.data(), c.bu = bu.data();
     c.istate = istate.data(), c.x = x.data(), c.ax = ax.data(), c.clamda = lam.data();

@@ -23,22 +23,16 @@ inline Dual lift(double v, const Dual &a, double da) {
     for (int k = 0; k < kMax; ++k) r.d[k] = da * a.d[k];
     return r;
 }
-inline Dual operator+(Dual a, const Dual &b) {
-    a.v += b.v;
-    for (int k = 0; k < kMax; ++k) a.d[k] += b.d[k];
-    return a;
-}
-inline Dual operator-(Dual a, const Dual &b) {
-    a.v -= b.v;
-    for (int k = 0; k < kMax; ++k) a.d[k] -= b.d[k];
-    return a;
-}
-inline Dual operator-(const Dual &a) { return lift(-a.v, a, -1.0); }
-inline Dual operator*(const Dual &a, const Dual &b) {
-    Dual r(a.v * b.v);
-    for (int k = 0; k < kMax; ++k) r.d[k] = a.d[k] * b.v + a.v * b.d[k];
+// The value V whose derivatives are DA * a' + DB * b'.
+inline Dual chain(double v, const Dual &a, double da, const Dual &b, double db) {
+    Dual r(v);
+    for (int k = 0; k < kMax; ++k) r.d[k] = da * a.d[k] + db * b.d[k];
     return r;
 }
+inline Dual operator+(const Dual &a, const Dual &b) { return chain(a.v + b.v, a, 1.0, b, 1.0); }
+inline Dual operator-(const Dual &a, const Dual &b) { return chain(a.v - b.v, a, 1.0, b, -1.0); }
+inline Dual operator-(const Dual &a) { return lift(-a.v, a, -1.0); }
+inline Dual operator*(const Dual &a, const Dual &b) { return chain(a.v * b.v, a, b.v, b, a.v); }
 inline Dual operator/(const Dual &a, const Dual &b) {
     Dual r(a.v / b.v);
     for (int k = 0; k < kMax; ++k) r.d[k] = (a.d[k] - r.v * b.d[k]) / b.v;

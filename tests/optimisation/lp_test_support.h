@@ -19,7 +19,7 @@ struct LpProblem {
     int n = 0, m = 0;
     std::vector<double> a, bl, bu, c;
     int lda() const { return m > 0 ? m : 1; }
-    double at(int i, int j) const { return a[static_cast<std::size_t>(i) + static_cast<std::size_t>(j) * lda()]; }
+    double at(int i, int j) const { return a[i + static_cast<std::size_t>(j) * lda()]; }
     // A given row by row.
     static LpProblem dense(const std::vector<std::vector<double>> &rows, std::vector<double> bl, std::vector<double> bu,
                            std::vector<double> c);
@@ -57,6 +57,12 @@ struct Kkt {
     Kkt(const LpProblem &p, const LpResult &r);
     double violation = 0.0, stationarity = 0.0, sign = 0.0, objective = 0.0;
 };
+
+// R is an optimum of P (IFAIL 0 or 1) with objective OBJ to RTOL relative to max(1, |OBJ|), its OBJ
+// agreeing with c'x to CTOL relative, (x ; A x) feasible and the multipliers of the right sign to FTOL,
+// and stationary to STOL.
+void expect_optimum(const LpProblem &p, const LpResult &r, double obj, double rtol, double ctol, double ftol,
+                    double stol, const std::string &what = "");
 
 } // namespace zek_test
 

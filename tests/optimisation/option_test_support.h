@@ -40,7 +40,6 @@ public:
     InputFile(const InputFile &) = delete;
     InputFile &operator=(const InputFile &) = delete;
     int unit() const;
-    const std::string &path() const { return path_; }
 
 private:
     std::string path_;

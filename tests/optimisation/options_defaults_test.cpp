@@ -40,64 +40,53 @@ struct SolverRun {
     void end() { zek::e04::end_run(family, state.lwsav.data(), state.iwsav.data(), state.rwsav.data()); }
     int i(Block b, int k) const { return zek::e04::setting(state.iwsav.data(), b, k); }
     double r(Block b, int k) const { return zek::e04::real_setting(state.rwsav.data(), b, k); }
+    // Places of block B with the values they must hold.
+    void ints(Block b, const std::vector<std::pair<int, int>> &want) const {
+        for (const auto &[k, v] : want) EXPECT_EQ(i(b, k), v) << "place " << k;
+    }
+    void reals(Block b, const std::vector<std::pair<int, double>> &want) const {
+        for (const auto &[k, v] : want) EXPECT_EQ(r(b, k), v) << "place " << k;
+    }
     Family family;
     OptionState state;
 };
 
-struct LcSizeCase {
-    Family family;
-    std::vector<std::string> lines;
-    int n, nclin;
-    int itns, max_active, max_free, max_degrees, hessian_rows;
-};
-
-class LcDefaults : public testing::TestWithParam<LcSizeCase> {};
-
-TEST_P(LcDefaults, FollowTheProblemSize) {
-    const LcSizeCase c = GetParam();
-    SolverRun run(c.family, c.lines, {c.n, c.nclin});
-    EXPECT_EQ(run.i(LC, lc::kOptimalityItns), c.itns);
-    EXPECT_EQ(run.i(LC, lc::kMaxActive), c.max_active);
-    EXPECT_EQ(run.i(LC, lc::kMaxFree), c.max_free);
-    EXPECT_EQ(run.i(LC, lc::kMaxDegrees), c.max_degrees);
-    if (c.family == Family::NFA) {
-        EXPECT_EQ(run.i(LC, lc::kHessianRows), c.hessian_rows);
+TEST(LcDefaults, FollowTheProblemSize) {
+    const struct {
+        Family family;
+        std::vector<std::string> lines;
+        int n, nclin;
+        int itns, max_active, max_free, max_degrees, hessian_rows;
+    } rows[] = {
+        // max(50, 5(n+m)); min(n, m) active at least 1; with m < n the free variables are m+1.
+        {Family::MFA, {}, 10, 4, 70, 4, 5, 5, 0},
+        {Family::MFA, {}, 3, 5, 50, 3, 3, 3, 0},
+        {Family::MFA, {}, 4, 0, 50, 1, 1, 1, 0},
+        {Family::MFA, {"Iterations 20"}, 100, 100, 20, 100, 100, 100, 0},
+        {Family::MFA, {"Iterations -3"}, 100, 100, 1000, 100, 100, 100, 0},
+        // E04NFA: Hessian rows n for QP, 0 below QP; degrees of freedom follow them, 0 becoming 1.
+        {Family::NFA, {}, 6, 2, 50, 2, 6, 6, 6},
+        {Family::NFA, {"Hessian Rows 0"}, 6, 2, 50, 2, 6, 1, 0},
+        {Family::NFA, {"Hessian Rows 4"}, 6, 2, 50, 2, 6, 4, 4},
+        {Family::NFA, {"Hessian Rows 9"}, 6, 2, 50, 2, 6, 6, 6},
+        {Family::NFA, {"Problem Type LP"}, 6, 2, 50, 2, 3, 3, 0},
+        {Family::NFA, {"Max Degrees of Freedom 2"}, 6, 9, 75, 6, 6, 2, 6},
+    };
+    for (const auto &c : rows) {
+        SolverRun run(c.family, c.lines, {c.n, c.nclin});
+        const std::vector<int> got = {run.i(LC, lc::kOptimalityItns), run.i(LC, lc::kMaxActive),
+                                      run.i(LC, lc::kMaxFree), run.i(LC, lc::kMaxDegrees)};
+        EXPECT_EQ(got, (std::vector<int>{c.itns, c.max_active, c.max_free, c.max_degrees})) << c.n << " " << c.nclin;
+        if (c.family == Family::NFA) {
+            EXPECT_EQ(run.i(LC, lc::kHessianRows), c.hessian_rows);
+        }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Sizes, LcDefaults,
-    testing::Values(
-        // max(50, 5(n+m)); min(n, m) active at least 1; with m < n the free variables are m+1.
-        LcSizeCase{Family::MFA, {}, 10, 4, 70, 4, 5, 5, 0},
-        LcSizeCase{Family::MFA, {}, 3, 5, 50, 3, 3, 3, 0},
-        LcSizeCase{Family::MFA, {}, 4, 0, 50, 1, 1, 1, 0},
-        LcSizeCase{Family::MFA, {"Iterations 20"}, 100, 100, 20, 100, 100, 100, 0},
-        LcSizeCase{Family::MFA, {"Iterations -3"}, 100, 100, 1000, 100, 100, 100, 0},
-        // E04NFA: Hessian rows n for QP, 0 below QP; degrees of freedom follow them, 0 becoming 1.
-        LcSizeCase{Family::NFA, {}, 6, 2, 50, 2, 6, 6, 6},
-        LcSizeCase{Family::NFA, {"Hessian Rows 0"}, 6, 2, 50, 2, 6, 1, 0},
-        LcSizeCase{Family::NFA, {"Hessian Rows 4"}, 6, 2, 50, 2, 6, 4, 4},
-        LcSizeCase{Family::NFA, {"Hessian Rows 9"}, 6, 2, 50, 2, 6, 6, 6},
-        LcSizeCase{Family::NFA, {"Problem Type LP"}, 6, 2, 50, 2, 3, 3, 0},
-        LcSizeCase{Family::NFA, {"Max Degrees of Freedom 2"}, 6, 9, 75, 6, 6, 2, 6}));
-
+// The constants the E04MFA parameter list shows are checked there.
 TEST(LcDefaults, SentinelsRangesAndTolerances) {
-    const int advisory = zek::advisory_unit();
     SolverRun plain(Family::MFA, {}, {5, 2});
-    EXPECT_EQ(plain.i(LC, lc::kPrintUnit), advisory);
-    EXPECT_EQ(plain.i(LC, lc::kMonitoringUnit), -1);
-    EXPECT_EQ(plain.i(LC, lc::kCheckFrequency), 50);
-    EXPECT_EQ(plain.i(LC, lc::kExpandFrequency), 5);
-    EXPECT_EQ(plain.i(LC, lc::kStart), 0);
-    EXPECT_EQ(plain.i(LC, lc::kProblemType), 2);
-    EXPECT_EQ(plain.i(LC, lc::kMinimumSum), 0);
-    EXPECT_EQ(plain.i(LC, lc::kPrintLevel), 0);
-    EXPECT_EQ(plain.r(LC, lc::kInfiniteBound), 9.9999e19);
-    EXPECT_EQ(plain.r(LC, lc::kInfiniteStep), 9.9999e19);
-    EXPECT_EQ(plain.r(LC, lc::kCrashTolerance), 0.01);
-    EXPECT_EQ(plain.r(LC, lc::kFeasibilityTolerance), std::pow(kEps, 0.5));
-    EXPECT_EQ(plain.r(LC, lc::kOptimalityTolerance), std::pow(kEps, 0.5));
+    plain.ints(LC, {{lc::kPrintUnit, zek::advisory_unit()}, {lc::kProblemType, 2}, {lc::kMinimumSum, 0}});
     const zek::e04::MachineBase b = zek::e04::machine_base(plain.state.rwsav.data());
     EXPECT_EQ(b.eps, kEps);
     EXPECT_EQ(b.e33, std::pow(kEps, 0.33));
@@ -109,33 +98,24 @@ TEST(LcDefaults, SentinelsRangesAndTolerances) {
              "Crash Tolerance -1", "Feasibility Tolerance -1", "Optimality Tolerance 1e-20", "Infinite Bound 1e10",
              "Warm Start", "Rank Tolerance 0"},
             {5, 2});
-    EXPECT_EQ(set.i(LC, lc::kMonitoringUnit), 9);
-    EXPECT_EQ(set.i(LC, lc::kExpandFrequency), 9999999);
-    EXPECT_EQ(set.i(LC, lc::kCheckFrequency), 50);
-    EXPECT_EQ(set.i(LC, lc::kStart), 1);
-    EXPECT_EQ(set.i(LC, lc::kProblemType), 4);
-    EXPECT_EQ(set.r(LC, lc::kCrashTolerance), 0.01);
+    set.ints(LC, {{lc::kMonitoringUnit, 9}, {lc::kExpandFrequency, 9999999}, {lc::kCheckFrequency, 50},
+                  {lc::kStart, 1}, {lc::kProblemType, 4}});
+    set.reals(LC, {{lc::kCrashTolerance, 0.01}, {lc::kOptimalityTolerance, std::pow(kEps, 0.5)},
+                   {lc::kInfiniteBound, 1e10 * 0.99999}, {lc::kInfiniteStep, 9.9999e19},
+                   {lc::kRankTolerance, 100 * kEps}});
     EXPECT_EQ(set.r(LC, lc::kFeasibilityTolerance), -1.0);  // a negative value other than the sentinel stays
-    EXPECT_EQ(set.r(LC, lc::kOptimalityTolerance), std::pow(kEps, 0.5));
-    EXPECT_EQ(set.r(LC, lc::kInfiniteBound), 1e10 * 0.99999);
-    EXPECT_EQ(set.r(LC, lc::kInfiniteStep), 9.9999e19);
-    EXPECT_EQ(set.r(LC, lc::kRankTolerance), 100 * kEps);
-
     SolverRun quiet(Family::MFA, {"Print Level 4", "Monitoring File 9"}, {5, 2});
     EXPECT_EQ(quiet.i(LC, lc::kMonitoringUnit), -1);
 }
 
 TEST(RunProtocol, DefaultsDoNotPersistAndUserSettingsDo) {
     SolverRun run(Family::MFA, {"Check Frequency 7"}, {10, 10});
-    EXPECT_EQ(run.i(LC, lc::kOptimalityItns), 100);
-    EXPECT_EQ(run.i(LC, lc::kCheckFrequency), 7);
+    run.ints(LC, {{lc::kOptimalityItns, 100}, {lc::kCheckFrequency, 7}});
     run.end();
-    EXPECT_EQ(run.i(LC, lc::kOptimalityItns), zek::e04::kNotSetInt);
+    run.ints(LC, {{lc::kOptimalityItns, zek::e04::kNotSetInt}, {lc::kCheckFrequency, 7}});
     EXPECT_EQ(run.r(LC, lc::kFeasibilityTolerance), zek::e04::kNotSetReal);
-    EXPECT_EQ(run.i(LC, lc::kCheckFrequency), 7);
     run.begin({20, 20});
-    EXPECT_EQ(run.i(LC, lc::kOptimalityItns), 200);
-    EXPECT_EQ(run.i(LC, lc::kCheckFrequency), 7);
+    run.ints(LC, {{lc::kOptimalityItns, 200}, {lc::kCheckFrequency, 7}});
 }
 
 TEST(LsDefaults, RankToleranceFollowsTheProblemType) {
@@ -143,14 +123,12 @@ TEST(LsDefaults, RankToleranceFollowsTheProblemType) {
     EXPECT_EQ(SolverRun(Family::NCA, {"Problem Type QP2"}, {4, 1}).r(LS, ls::kRankTolerance), 10 * std::pow(kEps, 0.5));
     EXPECT_EQ(SolverRun(Family::NCA, {"Problem Type QP3"}, {4, 1}).r(LS, ls::kRankTolerance), 100 * kEps);
     EXPECT_EQ(SolverRun(Family::NCA, {"Rank Tolerance 1e-3"}, {4, 1}).r(LS, ls::kRankTolerance), 1e-3);
+    // E04NCA keeps tolerances at or above 1, the nonlinear solvers do not.
     SolverRun nca(Family::NCA, {"Crash Tolerance 2", "Feasibility Tolerance 2"}, {4, 1});
-    EXPECT_EQ(nca.i(LS, ls::kProblemType), 7);
-    EXPECT_EQ(nca.i(LS, ls::kFeasibilityItns), 50);
-    EXPECT_EQ(nca.r(LS, ls::kCrashTolerance), 2.0);        // E04NCA keeps values at or above 1 ...
-    EXPECT_EQ(nca.r(LS, ls::kFeasibilityTolerance), 2.0);
+    nca.ints(LS, {{ls::kProblemType, 7}, {ls::kFeasibilityItns, 50}});
+    nca.reals(LS, {{ls::kCrashTolerance, 2.0}, {ls::kFeasibilityTolerance, 2.0}});
     SolverRun uca(Family::UCA, {"Crash Tolerance 2", "Feasibility Tolerance 2"}, {4, 1});
-    EXPECT_EQ(uca.r(LS, ls::kCrashTolerance), 0.01);       // ... the nonlinear solvers do not
-    EXPECT_EQ(uca.r(LS, ls::kFeasibilityTolerance), std::pow(kEps, 0.5));
+    uca.reals(LS, {{ls::kCrashTolerance, 0.01}, {ls::kFeasibilityTolerance, std::pow(kEps, 0.5)}});
 }
 
 TEST(NpDefaults, FollowTheSizeAndTheDerivativeLevel) {
@@ -161,41 +139,26 @@ TEST(NpDefaults, FollowTheSizeAndTheDerivativeLevel) {
     EXPECT_EQ(run.i(NP, np::kMajorIterations), 51);  // max(50, 3(n+m) + 10 mn)
     EXPECT_EQ(run.i(LS, ls::kOptimalityItns), 50);   // max(50, 3(n+m+mn)) below 1
     EXPECT_EQ(run.i(LS, ls::kFeasibilityItns), 50);  // always recomputed
-    EXPECT_EQ(run.i(NP, np::kStopObjective), 5);
-    EXPECT_EQ(run.i(NP, np::kStartObjective), 1);
-    EXPECT_EQ(run.i(NP, np::kStopConstraints), 3);
-    EXPECT_EQ(run.i(NP, np::kStartConstraints), 1);
-    EXPECT_EQ(run.i(NP, np::kDerivativeLevel), 3);
-    EXPECT_EQ(run.i(NP, np::kVerifyLevel), 0);
-    EXPECT_EQ(run.i(NP, np::kNonlinearObjective), 5);
-    EXPECT_EQ(run.r(NP, np::kFunctionPrecision), e90);
-    EXPECT_EQ(run.r(NP, np::kOptimalityTolerance), std::pow(e90, 0.8));
-    EXPECT_EQ(run.r(NP, np::kNonlinearFeasibility), std::pow(kEps, 0.5));
-    EXPECT_EQ(run.r(NP, np::kStepLimit), 2.0);
-    EXPECT_EQ(run.r(NP, np::kLinesearchTolerance), 0.9);
-    EXPECT_EQ(run.r(NP, np::kConditionBound), std::max(1e6, 1 / (100 * kEps * 5)));
-    EXPECT_EQ(run.i(NP, np::kDifferenceMode), 0);
+    run.ints(NP, {{np::kStopObjective, 5}, {np::kStartObjective, 1}, {np::kStopConstraints, 3},
+                  {np::kStartConstraints, 1}, {np::kDerivativeLevel, 3}, {np::kVerifyLevel, 0},
+                  {np::kNonlinearObjective, 5}, {np::kDifferenceMode, 0}});
+    run.reals(NP, {{np::kFunctionPrecision, e90}, {np::kOptimalityTolerance, std::pow(e90, 0.8)},
+                   {np::kNonlinearFeasibility, std::pow(kEps, 0.5)}, {np::kStepLimit, 2.0},
+                   {np::kLinesearchTolerance, 0.9}, {np::kConditionBound, std::max(1e6, 1 / (100 * kEps * 5))}});
 
     SolverRun low(Family::UCA, {"Derivative Level 1", "Verify Level 12", "Difference Interval 1e-6"}, {5, 2, 3});
-    EXPECT_EQ(low.r(NP, np::kNonlinearFeasibility), std::pow(kEps, 0.33));
-    EXPECT_EQ(low.i(NP, np::kVerifyLevel), 12);
-    EXPECT_EQ(low.i(NP, np::kDifferenceMode), 1);
-    EXPECT_EQ(low.r(NP, np::kCentralInterval), std::pow(e90, 0.33));
+    low.ints(NP, {{np::kVerifyLevel, 12}, {np::kDifferenceMode, 1}});
+    low.reals(NP, {{np::kNonlinearFeasibility, std::pow(kEps, 0.33)}, {np::kCentralInterval, std::pow(e90, 0.33)}});
     EXPECT_EQ(SolverRun(Family::UCA, {"Difference Interval -1"}, {5}).i(NP, np::kDifferenceMode), 2);
     EXPECT_EQ(SolverRun(Family::USA, {"Difference Interval 2"}, {5}).i(NP, np::kDifferenceMode), 0);
 }
 
 TEST(CgDefaults, DebugAndChecks) {
     SolverRun run(Family::DGA, {}, {7});
-    EXPECT_EQ(run.i(CG, cg::kIterations), 50);
-    EXPECT_EQ(run.i(CG, cg::kDebugLevel), 51);
-    EXPECT_EQ(run.i(CG, cg::kDebugStart), 0);
-    EXPECT_EQ(run.i(CG, cg::kStopObjective), 7);
+    run.ints(CG, {{cg::kIterations, 50}, {cg::kDebugLevel, 51}, {cg::kDebugStart, 0}, {cg::kStopObjective, 7}});
     EXPECT_EQ(run.r(CG, cg::kEstimatedOptimum), zek::e04::kNotSetReal);
     EXPECT_EQ(SolverRun(Family::DGA, {}, {20}).i(CG, cg::kIterations), 100);
-    SolverRun debug(Family::DGA, {"Debug Start 3", "Debug Level -2"}, {7});
-    EXPECT_EQ(debug.i(CG, cg::kDebugLevel), 0);
-    EXPECT_EQ(debug.i(CG, cg::kDebugStart), 3);
+    SolverRun(Family::DGA, {"Debug Start 3", "Debug Level -2"}, {7}).ints(CG, {{cg::kDebugLevel, 0}, {cg::kDebugStart, 3}});
 }
 
 std::vector<std::string> printed(SolverRun &run, ProblemSize size) {
