@@ -55,10 +55,7 @@ void bf1(int *iflag, const int *n, const double *x, double *f, int *, double *) 
     if (stop_now()) *iflag = -2;
 }
 void bf2(int *iflag, const int *n, const double *x, double *f, double *g, int *, double *) {
-    std::vector<double> grad(*n);
-    *f = bowl(*n, x, grad.data());
-    if (*iflag == 2)
-        for (int j = 0; j < *n; ++j) g[j] = grad[j];
+    *f = bowl(*n, x, *iflag == 2 ? g : nullptr);
     if (stop_now()) *iflag = -2;
 }
 void bh2(int *, const int *n, const double *, double *hl, const int *lh, double *hd, int *, double *) {

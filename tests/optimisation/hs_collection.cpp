@@ -364,8 +364,8 @@ double evaluate(const Problem &p, const double *x, double *g, double *c, double 
     return f.v;
 }
 
-double objective_error(const Problem &p, double f) {
-    return std::fabs(f - p.fstar) / std::max(1.0, std::fabs(p.fstar));
+bool solved(const Problem &p, double f, const double *x) {
+    return std::fabs(f - p.fstar) / std::max(1.0, std::fabs(p.fstar)) <= 1e-6 && violation(p, x) <= 1e-6;
 }
 
 double violation(const Problem &p, const double *x) {
