@@ -157,12 +157,17 @@ Comprehensive comprehensive(bool lbf, std::vector<double> bl, std::vector<double
     return o;
 }
 
+// Both comprehensive forms take their settings and call the monitor on Rosenbrock's function.  On Box's
+// three-dimensional function, the start (0, 10, 20) pulled into the bounds, they find the zero
+// (1, 10, 1) inside them, and with x3 >= 1.2 cutting it off, the minimum on that bound with the gradient
+// pushing out and the free gradient zero.
 TEST(BoundConstrained, ComprehensiveFormsTakeTheirSettingsAndMonitor) {
-    g_p = &mgh::find("Rosenbrock");
     g_wrong = 0;
     for (bool lbf : {false, true}) {
+        SCOPED_TRACE(lbf ? "E04LBF" : "E04KDF");
+        g_p = &mgh::find("Rosenbrock");
         g_monitor = 0;
-        const Comprehensive o = comprehensive(lbf, {-2.0, -2.0}, {2.0, 2.0}, 400, 1e-10, 1, monitor);
+        Comprehensive o = comprehensive(lbf, {-2.0, -2.0}, {2.0, 2.0}, 400, 1e-10, 1, monitor);
         EXPECT_TRUE(o.ifail == 0 || o.ifail == 5) << o.ifail;
         EXPECT_NEAR(o.x[0], 1.0, 1e-6);
         EXPECT_NEAR(o.x[1], 1.0, 1e-6);
@@ -171,20 +176,12 @@ TEST(BoundConstrained, ComprehensiveFormsTakeTheirSettingsAndMonitor) {
         // The final Hessian at (1, 1): [[802, -400], [-400, 200]].
         EXPECT_NEAR(o.hesd[0], 802.0, 1.0);
         EXPECT_NEAR(o.hesl[0], -400.0, 1.0);
-    }
-}
 
-// Box's three-dimensional function under the comprehensive routines, the start (0, 10, 20) pulled into
-// the bounds: with the zero (1, 10, 1) inside them, and with x3 >= 1.2 cutting it off, where the
-// minimum lies on that bound with the gradient pushing out and the free gradient zero.
-TEST(BoundConstrained, ComprehensiveFormsOnBoxThreeDimensionalWithBounds) {
-    g_p = &mgh::find("Box3");
-    g_wrong = 0;
-    for (const double bl3 : {0.5, 1.2}) {
-        for (bool lbf : {false, true}) {
-            SCOPED_TRACE(std::string(lbf ? "E04LBF" : "E04KDF") + " x3 >= " + std::to_string(bl3));
+        g_p = &mgh::find("Box3");
+        for (const double bl3 : {0.5, 1.2}) {
+            SCOPED_TRACE("Box3, x3 >= " + std::to_string(bl3));
             const std::vector<double> bl = {0.5, 5.0, bl3}, bu = {2.0, 15.0, 3.0};
-            const Comprehensive o = comprehensive(lbf, bl, bu, 2000, 1e-12, -1, nullptr);
+            o = comprehensive(lbf, bl, bu, 2000, 1e-12, -1, nullptr);
             const std::vector<double> &x = o.x, &g = o.g;
             EXPECT_TRUE(o.ifail == 0 || o.ifail == 5) << o.ifail;
             for (int j = 0; j < 3; ++j) EXPECT_TRUE(x[j] >= bl[j] && x[j] <= bu[j]) << j;
