@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "lsq_test_support.h"
-#include "option_test_support.h"
+#include "mgh_problems.h"
 #include "zek2/e04.h"
 
 namespace {
@@ -55,10 +55,7 @@ void bf1(int *iflag, const int *n, const double *x, double *f, int *, double *) 
     if (stop_now()) *iflag = -2;
 }
 void bf2(int *iflag, const int *n, const double *x, double *f, double *g, int *, double *) {
-    std::vector<double> grad(*n);
-    *f = bowl(*n, x, grad.data());
-    if (*iflag == 2)
-        for (int j = 0; j < *n; ++j) g[j] = grad[j];
+    *f = bowl(*n, x, *iflag == 2 ? g : nullptr);
     if (stop_now()) *iflag = -2;
 }
 void bh2(int *, const int *n, const double *, double *hl, const int *lh, double *hd, int *, double *) {
@@ -100,51 +97,26 @@ Outcome one_dim(bool grad, double a, double b, int maxcal) {
 }
 
 Outcome simplex(int n, int iw, double tol, int maxcal) {
-    const int m = std::max(n, 1);
-    std::vector<double> x(m, 0.0), w1(m), w2(m), w3(m), w4(m), w5(m + 1), w6((m + 1) * m);
+    std::vector<double> x(std::max(n, 1), 0.0);
     double fmin = 0;
-    int ifail = 1;
-    E04CCF(&n, x.data(), &fmin, &tol, &iw, w1.data(), w2.data(), w3.data(), w4.data(), w5.data(), w6.data(), fs,
-           nullptr, &maxcal, &ifail);
-    return {ifail, fmin};
+    return {mgh::simplex(fs, n, x, &fmin, tol, maxcal, nullptr, iw), fmin};
 }
 
 Outcome cg(int n) {
-    zek_test::OptionState s("E04DGA");
-    const int m = std::max(n, 1);
-    std::vector<double> x(m, 0.0), g(m), w(13 * m);
-    std::vector<int> iw(m + 1);
-    int iter = 0, iu = 0, ifail = 1;
+    std::vector<double> x(std::max(n, 1), 0.0), g;
+    int iu = 0;
     double f = 0, ru = 0;
-    E04DGA(&n, objfun, nullptr, &iter, &f, g.data(), x.data(), iw.data(), w.data(), &iu, &ru, s.lwsav.data(),
-           s.iwsav.data(), s.rwsav.data(), &ifail);
-    return {ifail, f};
+    return {mgh::conjugate_gradients(objfun, n, x, &f, g, &iu, &ru), f};
 }
 
-// E04JYF (0), E04KYF (1), E04KZF (2), E04LYF (3) on N variables in [BL, BU] (IBOUND 0 reads them),
-// with LIW and LW short by the given amounts.
+// The easy bound-constrained forms on N variables in [BL, BU], LIW and LW short by the given amounts.
 Outcome bound(int which, int n, int ibound, double bl, double bu, int liw_short = 0, int lw_short = 0) {
-    const int m = std::max(n, 1), l = std::max(1, n * (n - 1) / 2);
-    const int need = which == 0 ? 12 * n + l : which == 1 ? 10 * n + l : 2 * (4 * n + l);
-    const int liw = n + 2 - liw_short, lw = need - lw_short;
-    std::vector<double> bls(m, bl), bus(m, bu), x(m, 0.0), g(m), w(std::max(lw, 1));
-    std::vector<int> iw(std::max(liw, 1));
-    double f = 0, ru = 0;
-    int ifail = 1, iu = 0;
-    switch (which) {
-    case 0: E04JYF(&n, &ibound, bf1, nullptr, bls.data(), bus.data(), x.data(), &f, iw.data(), &liw, w.data(), &lw,
-                   &iu, &ru, &ifail);
-        break;
-    case 1: E04KYF(&n, &ibound, bf2, nullptr, bls.data(), bus.data(), x.data(), &f, g.data(), iw.data(), &liw,
-                   w.data(), &lw, &iu, &ru, &ifail);
-        break;
-    case 2: E04KZF(&n, &ibound, bf2, nullptr, bls.data(), bus.data(), x.data(), &f, g.data(), iw.data(), &liw,
-                   w.data(), &lw, &iu, &ru, &ifail);
-        break;
-    default: E04LYF(&n, &ibound, bf2, nullptr, bh2, nullptr, bls.data(), bus.data(), x.data(), &f, g.data(),
-                    iw.data(), &liw, w.data(), &lw, &iu, &ru, &ifail);
-        break;
-    }
+    const int m = std::max(n, 1);
+    std::vector<double> bls(m, bl), bus(m, bu), x(m, 0.0), g;
+    std::vector<int> iw;
+    double f = 0;
+    const int ifail = mgh::bound(static_cast<mgh::BoundRoutine>(which), {bf1, bf2, bh2}, n, ibound, bls, bus, x,
+                                 &f, g, iw, liw_short, lw_short);
     return {ifail, f};
 }
 

@@ -8,54 +8,17 @@
 #include <string>
 #include <vector>
 
+#include "dual.h"
 #include "lsq_test_support.h"
 #include "strd_data.h"
 #include "zek2/e04.h"
 
 namespace {
 
-// Model value at x and its derivatives with respect to b (D, one per parameter).
-using Model = double (*)(const double *b, double x, double *d);
-
-// Each sets D and returns the value.
-double exponential(const double *b, double x, double *d) {  // Misra1a, BoxBOD
-    const double e = std::exp(-b[1] * x);
-    return (d[0] = 1.0 - e, d[1] = b[0] * x * e, b[0] * (1.0 - e));
-}
-double misra1b(const double *b, double x, double *d) {
-    const double u = 1.0 + b[1] * x / 2.0;
-    return (d[0] = 1.0 - 1.0 / (u * u), d[1] = b[0] * x / (u * u * u), b[0] * d[0]);
-}
-double misra1c(const double *b, double x, double *d) {
-    const double u = 1.0 + 2.0 * b[1] * x, r = 1.0 / std::sqrt(u);
-    return (d[0] = 1.0 - r, d[1] = b[0] * x * r / u, b[0] * d[0]);
-}
-double misra1d(const double *b, double x, double *d) {
-    const double u = 1.0 + b[1] * x;
-    return (d[0] = b[1] * x / u, d[1] = b[0] * x / (u * u), b[0] * d[0]);
-}
-double danwood(const double *b, double x, double *d) {
-    const double p = std::pow(x, b[1]);
-    return (d[0] = p, d[1] = b[0] * p * std::log(x), b[0] * p);
-}
-double mgh09(const double *b, double x, double *d) {
-    const double num = x * x + b[1] * x, den = x * x + b[2] * x + b[3];
-    d[0] = num / den, d[1] = b[0] * x / den, d[2] = -b[0] * num * x / (den * den), d[3] = -b[0] * num / (den * den);
-    return b[0] * num / den;
-}
-double mgh10(const double *b, double x, double *d) {
-    const double e = std::exp(b[1] / (x + b[2]));
-    return (d[0] = e, d[1] = b[0] * e / (x + b[2]), d[2] = -d[1] * b[1] / (x + b[2]), b[0] * e);
-}
-double rat42(const double *b, double x, double *d) {
-    const double e = std::exp(b[1] - b[2] * x), u = 1.0 + e;
-    return (d[0] = 1.0 / u, d[1] = -b[0] * e / (u * u), d[2] = -x * d[1], b[0] / u);
-}
-double rat43(const double *b, double x, double *d) {
-    const double e = std::exp(b[1] - b[2] * x), u = 1.0 + e, p = std::pow(u, -1.0 / b[3]);
-    d[0] = p, d[1] = -b[0] * p * e / (b[3] * u), d[2] = -x * d[1], d[3] = b[0] * p * std::log(u) / (b[3] * b[3]);
-    return b[0] * p;
-}
+using zek_test::dual::Dual;
+// The model at x, its derivatives with respect to the parameters b carried along.
+using Model = Dual (*)(const Dual *b, double x);
+#define MODEL(...) [](const Dual *b, double x) { return Dual(__VA_ARGS__); }
 
 struct Problem : strd::Data {
     const char *file;
@@ -71,11 +34,13 @@ const Problem *g_problem = nullptr;
 
 void residuals(int *iflag, const int *m, const int *, const double *b, double *f, double *j, const int *lj, int *,
                double *) {
-    double d[4];
+    Dual bd[4];
+    for (int k = 0; k < g_problem->n; ++k) bd[k] = Dual(b[k]), bd[k].d[k] = 1.0;
     for (int i = 0; i < *m; ++i) {
-        f[i] = g_problem->model(b, g_problem->x[i], d) - g_problem->y[i];
+        const Dual r = g_problem->model(bd, g_problem->x[i]);
+        f[i] = r.v - g_problem->y[i];
         if (*iflag == 2)
-            for (int k = 0; k < g_problem->n; ++k) j[i + k * *lj] = d[k];
+            for (int k = 0; k < g_problem->n; ++k) j[i + k * *lj] = r.d[k];
     }
 }
 void residuals_only(int *, const int *m, const int *n, const double *b, double *f, int *iu, double *ru) {
@@ -91,11 +56,18 @@ double digits(double value, double certified) {
 namespace lsq = zek_test::lsq;
 
 TEST(StrdNonlinear, CertifiedValuesFromBothStarts) {
+    const Model exponential = MODEL(b[0] * (1.0 - exp(-b[1] * x))); // Misra1a, BoxBOD
     const Problem problems[] = {
-        load("misra1a", 2, exponential), load("misra1b", 2, misra1b), load("misra1c", 2, misra1c),
-        load("misra1d", 2, misra1d),     load("danwood", 2, danwood), load("boxbod", 2, exponential),
-        load("mgh09", 4, mgh09),         load("mgh10", 3, mgh10),     load("rat42", 3, rat42),
-        load("rat43", 4, rat43),
+        load("misra1a", 2, exponential),
+        load("misra1b", 2, MODEL(b[0] * (1.0 - 1.0 / sq(1.0 + b[1] * x / 2.0)))),
+        load("misra1c", 2, MODEL(b[0] * (1.0 - 1.0 / sqrt(1.0 + 2.0 * b[1] * x)))),
+        load("misra1d", 2, MODEL(b[0] * b[1] * x / (1.0 + b[1] * x))),
+        load("danwood", 2, MODEL(b[0] * pow(Dual(x), b[1]))),
+        load("boxbod", 2, exponential),
+        load("mgh09", 4, MODEL(b[0] * (x * x + b[1] * x) / (x * x + b[2] * x + b[3]))),
+        load("mgh10", 3, MODEL(b[0] * exp(b[1] / (x + b[2])))),
+        load("rat42", 3, MODEL(b[0] / (1.0 + exp(b[1] - b[2] * x)))),
+        load("rat43", 4, MODEL(b[0] / pow(1.0 + exp(b[1] - b[2] * x), 1.0 / b[3]))),
     };
     for (const Problem &p : problems) {
         ASSERT_EQ(p.starts.size(), 2u) << p.file;
