@@ -3,66 +3,62 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <functional>
-#include <limits>
 
 #include "optimisation/qp_test_support.h"
 
 namespace {
 
 using namespace zek_test::qp;
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
-constexpr double kHuge = std::numeric_limits<double>::max();
-constexpr double kTiny = std::numeric_limits<double>::denorm_min();
 
-struct Row {
-    const char *name;
-    std::function<void(Qp &, std::vector<double> &x, Dims &)> spoil;
-    int ifail;  // -1: any exit
+// One E04NFA call's problem, start and dimensions, spoilt by a row.
+struct NfaCall {
+    Qp p;
+    std::vector<double> x;
+    Dims d;
 };
 
 TEST(HostileQp, E04nfaRows) {
     // Two variables in [-1, 1] and one row x1 + x2 <= 1; the documented workspace is 47 reals.
     const Qp base{2, 1, {1, 1}, {-1, -1, -kInf}, {1, 1, 1}, {-1, 0.5}, {2, 0, 0, 1}};
-    const Row rows[] = {
-        {"honest", [](Qp &, std::vector<double> &, Dims &) {}, 0},
-        {"nan_x", [](Qp &, std::vector<double> &x, Dims &) { x[0] = kNaN; }, 6},
-        {"inf_x", [](Qp &, std::vector<double> &x, Dims &) { x[1] = -kInf; }, 6},
-        {"nan_cvec", [](Qp &p, std::vector<double> &, Dims &) { p.c[0] = kNaN; }, 6},
-        {"inf_a", [](Qp &p, std::vector<double> &, Dims &) { p.a[1] = kInf; }, 6},
-        {"nan_bound", [](Qp &p, std::vector<double> &, Dims &) { p.bl[1] = kNaN; }, 6},
-        {"crossed", [](Qp &p, std::vector<double> &, Dims &) { p.bl[0] = 2.0; }, 6},
-        {"infinite_equal", [](Qp &p, std::vector<double> &, Dims &) { p.bl[2] = p.bu[2] = kInf; }, 6},
-        {"free", [](Qp &p, std::vector<double> &, Dims &) { p.bl = {-kInf, -kInf, -kInf}, p.bu = {kInf, kInf, kInf}; }, 0},
-        {"huge_cvec", [](Qp &p, std::vector<double> &, Dims &) { p.c = {kHuge / 4, -kHuge / 4}; }, 0},
-        {"tiny_h", [](Qp &p, std::vector<double> &, Dims &) { p.h = {kTiny, 0, 0, kTiny}; }, 0},
-        {"huge_h", [](Qp &p, std::vector<double> &, Dims &) { p.h = {kHuge, 0, 0, kHuge}; }, 0},
-        {"n_zero", [](Qp &p, std::vector<double> &, Dims &) { p.n = 0; }, 6},
+    const struct {
+        const char *name;
+        void (*spoil)(NfaCall &);
+        int ifail;  // -1: any exit
+    } rows[] = {
+        {"honest", [](NfaCall &) {}, 0},
+        {"nan_x", [](NfaCall &c) { c.x[0] = kNaN; }, 6},
+        {"inf_x", [](NfaCall &c) { c.x[1] = -kInf; }, 6},
+        {"nan_cvec", [](NfaCall &c) { c.p.c[0] = kNaN; }, 6},
+        {"inf_a", [](NfaCall &c) { c.p.a[1] = kInf; }, 6},
+        {"nan_bound", [](NfaCall &c) { c.p.bl[1] = kNaN; }, 6},
+        {"crossed", [](NfaCall &c) { c.p.bl[0] = 2.0; }, 6},
+        {"infinite_equal", [](NfaCall &c) { c.p.bl[2] = c.p.bu[2] = kInf; }, 6},
+        {"free", [](NfaCall &c) { c.p.bl = {-kInf, -kInf, -kInf}, c.p.bu = {kInf, kInf, kInf}; }, 0},
+        {"huge_cvec", [](NfaCall &c) { c.p.c = {kHuge / 4, -kHuge / 4}; }, 0},
+        {"tiny_h", [](NfaCall &c) { c.p.h = {kTiny, 0, 0, kTiny}; }, 0},
+        {"huge_h", [](NfaCall &c) { c.p.h = {kHuge, 0, 0, kHuge}; }, 0},
+        {"n_zero", [](NfaCall &c) { c.p.n = 0; }, 6},
         {"n_large",
-         [](Qp &p, std::vector<double> &x, Dims &d) {
-             p.n = 100000, d.liwork = 10, d.lwork = 100;
-             p.bl.assign(100001, -1.0), p.bu.assign(100001, 1.0), p.c.assign(100000, 0.0), x.assign(100000, 0.0);
+         [](NfaCall &c) {
+             c.p.n = 100000, c.d.liwork = 10, c.d.lwork = 100;
+             c.p.bl.assign(100001, -1.0), c.p.bu.assign(100001, 1.0), c.p.c.assign(100000, 0.0), c.x.assign(100000, 0.0);
          },
          6},
-        {"n_overflowing", [](Qp &p, std::vector<double> &, Dims &d) { p.n = INT_MAX, p.m = -1, d.liwork = d.lwork = 1; }, 6},
-        {"lda_short", [](Qp &, std::vector<double> &, Dims &d) { d.lda = 0; }, 6},
-        {"ldh_short", [](Qp &, std::vector<double> &, Dims &d) { d.ldh = 1; }, 6},
-        {"iwork_short", [](Qp &, std::vector<double> &, Dims &d) { d.liwork = 6; }, 6},
-        {"work_short", [](Qp &, std::vector<double> &, Dims &d) { d.lwork = 46; }, 6},
-        {"hessian_nan", [](Qp &, std::vector<double> &, Dims &) { hessian_mode = 1; }, 6},
-        {"hessian_unset", [](Qp &, std::vector<double> &, Dims &) { hessian_mode = 2; }, -1},
-        {"hessian_nan_later",
-         [](Qp &, std::vector<double> &x, Dims &) { hessian_mode = 3, x = {-1, -1}; }, 6},
+        {"n_overflowing", [](NfaCall &c) { c.p.n = INT_MAX, c.p.m = -1, c.d.liwork = c.d.lwork = 1; }, 6},
+        {"lda_short", [](NfaCall &c) { c.d.lda = 0; }, 6},
+        {"ldh_short", [](NfaCall &c) { c.d.ldh = 1; }, 6},
+        {"iwork_short", [](NfaCall &c) { c.d.liwork = 6; }, 6},
+        {"work_short", [](NfaCall &c) { c.d.lwork = 46; }, 6},
+        {"hessian_nan", [](NfaCall &) { hessian_mode = 1; }, 6},
+        {"hessian_unset", [](NfaCall &) { hessian_mode = 2; }, -1},
+        {"hessian_nan_later", [](NfaCall &c) { hessian_mode = 3, c.x = {-1, -1}; }, 6},
     };
-    for (const Row &row : rows) {
-        Qp p = base;
-        std::vector<double> x = {0, 0};
-        Dims d;
+    for (const auto &row : rows) {
+        NfaCall c{base, {0, 0}, {}};
         hessian_mode = 0;
-        row.spoil(p, x, d);
+        row.spoil(c);
         Session s("E04NFA");
-        const QpOut r = run_nfa(s, p, x, d);
+        const QpOut r = run_nfa(s, c.p, c.x, c.d);
         hessian_mode = 0;
         EXPECT_TRUE(row.ifail < 0 || r.ifail == row.ifail) << row.name << ": IFAIL " << r.ifail;
         EXPECT_TRUE(r.ifail != 0 || (std::isfinite(r.obj) && std::isfinite(r.x[0]) && std::isfinite(r.x[1]))) << row.name;
@@ -72,12 +68,11 @@ TEST(HostileQp, E04nfaRows) {
 TEST(HostileQp, E04ncaRows) {
     // 2 by 2 data, no general rows: the documented workspace is 52 reals.
     const Ls base{2, 2, 0, {1, 0, 1, 1}, {1, 2}, {}, {-1, -1}, {1, 1}, {}};
-    struct NcaRow {
+    const struct {
         const char *name;
-        std::function<void(Ls &, int &lwork)> spoil;
+        void (*spoil)(Ls &, int &lwork);
         int ifail;
-    };
-    const NcaRow rows[] = {
+    } rows[] = {
         {"honest", [](Ls &, int &) {}, 0},
         {"work_short", [](Ls &, int &lwork) { lwork = 51; }, 6},
         {"nan_a", [](Ls &p, int &) { p.a[1] = kNaN; }, 6},
@@ -88,7 +83,7 @@ TEST(HostileQp, E04ncaRows) {
         {"n_zero", [](Ls &p, int &) { p.n = 0; }, 6},
         {"rank_zero", [](Ls &p, int &) { p.a = {0, 0, 0, 0}; }, 1},
     };
-    for (const NcaRow &row : rows) {
+    for (const auto &row : rows) {
         Ls p = base;
         int lwork = 52;
         row.spoil(p, lwork);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,15 @@
 namespace zek_test::qp {
 
 constexpr double kBig = 1e20;
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInf = std::numeric_limits<double>::infinity();
+constexpr double kHuge = std::numeric_limits<double>::max();
+constexpr double kTiny = std::numeric_limits<double>::denorm_min();
+
+// Whether a captured host line begins with PREFIX.
+inline bool has_line(const std::vector<std::string> &lines, const std::string &prefix) {
+    return std::any_of(lines.begin(), lines.end(), [&](const std::string &h) { return h.rfind(prefix, 0) == 0; });
+}
 
 struct Qp {
     int n = 0, m = 0;

@@ -3,14 +3,9 @@
 #ifndef ZEK_TESTS_SQP_TEST_SUPPORT_H
 #define ZEK_TESTS_SQP_TEST_SUPPORT_H
 
-#include <algorithm>
-#include <cmath>
 #include <functional>
-#include <string>
-#include <vector>
 
 #include "qp_test_support.h"
-#include "zek2/e04.h"
 
 namespace zek_test::sqp {
 
@@ -57,6 +52,13 @@ struct Faults {
     int wrong_gradient = -1;  // this gradient element is off by 1 + 10% of its value
     int wrong_jacobian = -1;  // this column of Jacobian row 0 is off likewise
 };
+
+// One planted fault, for table rows: fault(&Faults::skip_gradient, 3).
+inline Faults fault(int Faults::*which, int value) {
+    Faults f;
+    f.*which = value;
+    return f;
+}
 
 inline const Nlp *current = nullptr;
 inline Faults faults;
@@ -124,21 +126,17 @@ inline Out run_uca(const Nlp &p, const std::vector<std::string> &options = {}, F
     const int lda = pick(s.lda, std::max(1, p.nclin)), ldcj = pick(s.ldcj, std::max(1, p.ncnln)), ldr = pick(s.ldr, p.n);
     const int liwork = pick(s.liwork, 2 * p.n + 3 + p.ncnln);
     const int lwork = pick(s.lwork, static_cast<int>(uca_lwork(p.n, p.nclin, p.ncnln)));
-    Out r;
     const std::size_t nt = static_cast<std::size_t>(p.n + p.nclin + p.ncnln);
-    r.istate.assign(nt, 0);
-    r.clamda.assign(nt, 0.0);
-    r.x = p.x0;
+    Out r = from != nullptr ? *from : Out{};
+    if (from == nullptr) {
+        r.istate.assign(nt, 0);
+        r.clamda.assign(nt, 0.0);
+        r.r.assign(static_cast<std::size_t>(p.n) * p.n, 0.0);
+        r.x = p.x0;
+    }
     r.c.assign(std::max(1, p.ncnln), 0.0);
     r.cjac.assign(static_cast<std::size_t>(std::max(1, p.ncnln)) * p.n, 0.0);
     r.objgrd.assign(p.n, 0.0);
-    r.r.assign(static_cast<std::size_t>(p.n) * p.n, 0.0);
-    if (from != nullptr) {
-        r.istate = from->istate;
-        r.clamda = from->clamda;
-        r.r = from->r;
-        r.x = from->x;
-    }
     std::vector<double> a = p.a.empty() ? std::vector<double>(1, 0.0) : p.a;
     std::vector<int> iwork(std::max(liwork, 1));
     std::vector<double> work(std::max(lwork, 1));
