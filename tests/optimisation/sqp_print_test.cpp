@@ -1,9 +1,10 @@
-// The printed output of E04UCA by major print level: the lines, pages and traces of each level, the
-// switch to central differences when forward differences can no longer resolve the reduced gradient,
-// the diagonals of the QP subproblem's triangle T, the difference intervals of a variable the objective
-// is linear in, and the step-length searches through their trace at the debug level (on a
-// few one-variable problems whose searches need every kind of step, with gradients and on values alone,
-// each search prints all its labels and the printed state holds together).
+// The printed output of E04UCA by major print level: the lines, pages and traces of each level, the exits
+// and the checks of the user's derivatives, the switch to central differences when forward differences
+// can no longer resolve the reduced gradient, the diagonals of the QP subproblem's triangle T, the
+// difference intervals of a variable the objective is linear in, and the step-length searches through
+// their trace at the debug level (on a few one-variable problems whose searches need every kind of
+// step, with gradients and on values alone, each search prints all its labels and the printed state
+// holds together).
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -42,47 +43,74 @@ Nlp valley() {
     return p;
 }
 
-// At each print level the lines, pages and traces it prints, and no others.  The valley's runs reach the
-// optimum, with a gradient element estimated too: the switch to central differences is announced then
-// (never with exact derivatives) and buys the accuracy of the exact run.  On every page the extreme
-// ratio of T's diagonals is the Cond T of the iteration line above it.
-TEST(SqpPrint, LinesPagesAndTracesFollowThePrintLevel) {
+// At each print level the lines, pages and traces it prints, and no others; each exit, under an option or
+// a planted fault, with a line of its page.  A wrong derivative is caught at each verify level that
+// checks it; with none planted, each check passes.  The valley's runs reach the optimum, with a gradient
+// element estimated too: the switch to central differences is announced then (never with exact
+// derivatives) and buys the accuracy of the exact run.  On every page the extreme ratio of T's diagonals
+// is the Cond T of the iteration line above it.
+TEST(SqpPrint, LinesPagesTracesAndExits) {
     struct Row {
-        bool nonlinear;
-        int level, skip;        // skip: a gradient element left to estimate (-1 none)
-        const char *present;    // a line beginning so must appear (empty: nothing may) ...
+        bool nonlinear;         // HS071, or the valley
+        const char *option;     // besides the print level
+        int level;
+        Faults faults;
+        int ifail, iter;        // iter: the most iterations (-1: any)
+        const char *present;    // a line beginning so must appear (empty: nothing may; null: no check) ...
         std::size_t width;      // ... followed by a line this long (0: not checked)
-        const char *absent;     // no line may begin so
+        const char *absent;     // no line may begin so (null: no check)
     };
     const char *short_nln = "  Maj  Mnr    Step Merit Function Norm Gz  Violtn Cond Hz";
     const char *short_valley = "  Maj  Mnr    Step      Objective Norm Gz Cond Hz";
+    const Faults none, skip0 = fault(&Faults::skip_gradient, 0), skip1 = fault(&Faults::skip_gradient, 1);
+    const Faults skip3 = fault(&Faults::skip_gradient, 3), wrong = fault(&Faults::wrong_gradient, 0);
+    const Faults wg2 = fault(&Faults::wrong_gradient, 2), wj3 = fault(&Faults::wrong_jacobian, 3);
     const Row rows[] = {
-        {true, 0, -1, "", 0, " Exit E04UCA"},
-        {true, 1, -1, " N   2    EQ             40            40            40", 0, short_nln},
-        {true, 5, -1, short_nln, 64, " Varbl State"},
-        {true, 10, -1,
+        {true, "", 0, none, 0, -1, "", 0, " Exit E04UCA"},
+        {true, "", 1, none, 0, -1, " N   2    EQ             40            40            40", 0, short_nln},
+        {true, "", 5, none, 0, -1, short_nln, 64, " Varbl State"},
+        {true, "", 10, none, 0, -1,
          "  Maj  Mnr    Step Nfun  Merit Function Norm Gz  Violtn   Nz  Bnd  Lin  Nln Penalty  Cond H Cond Hz  Cond "
          "T Conv",
          112, short_nln},
-        {false, 5, -1, short_valley, 56, " N Con"},
-        {false, 5, 0, short_valley, 56, " N Con"},
-        {false, 5, 1, short_valley, 56, " N Con"},
-        {false, 10, -1, "  Maj  Mnr    Step Nfun       Objective Norm Gz   Nz  Bnd  Lin  Cond H Cond Hz  Cond T Conv",
-         90, " Major iteration    "},
-        {true, 20, -1, " Norm of the nonlinear constraint violations = ", 0, "    G0  TOLABS  ALFMAX        "},
-        {true, 30, -1, " ALFBST  FBEST   GBEST         ", 0, " ALFA    FTRY                  "},
-        {true, 30, 3, " ALFA    FTRY                  ", 0, " ALFA    FTRY    GTRY          "},
+        {false, "", 5, none, 0, -1, short_valley, 56, " N Con"},
+        {false, "", 5, skip0, 0, -1, short_valley, 56, " N Con"},
+        {false, "", 5, skip1, 0, -1, short_valley, 56, " N Con"},
+        {false, "", 10, none, 0, -1,
+         "  Maj  Mnr    Step Nfun       Objective Norm Gz   Nz  Bnd  Lin  Cond H Cond Hz  Cond T Conv", 90,
+         " Major iteration    "},
+        {true, "", 20, none, 0, -1, " Norm of the nonlinear constraint violations = ", 0, "    G0  TOLABS  ALFMAX        "},
+        {true, "", 30, none, 0, -1, " ALFBST  FBEST   GBEST         ", 0, " ALFA    FTRY                  "},
+        {true, "", 30, skip3, 0, -1, " ALFA    FTRY                  ", 0, " ALFA    FTRY    GTRY          "},
+        {true, "", 1, none, 0, -1, " Exit E04UCA - Optimal solution found.", 0, nullptr},
+        {true, "Major Iterations Limit = 1", 1, none, 4, 1, " Exit E04UCA - Too many major iterations.             ", 0,
+         nullptr},
+        {true, "Major Iterations Limit = 0", 1, none, 4, 0, nullptr, 0, nullptr},  // only the start is checked
+        {true, "", 1, fault(&Faults::stop_after, 2), -1, -1, " Exit E04UCA - User requested termination.", 0, nullptr},
+        {true, "Verify Level = 1", 1, wrong, 7, -1, " Exit E04UCA - Large errors found in the derivatives. ", 0, nullptr},
+        {true, "Verify Level = 1", 1, wrong, 7, -1,
+         " XXX  There seem to be     1  incorrect objective gradients out of the     4", 0, nullptr},
+        {true, "", 1, skip3, 0, -1, " The user sets      3   out of     4   objective gradient elements.", 0, nullptr},
+        {true, "Derivative Level = 0", 1, none, 0, -1, " Derivative level increased to    3", 0, nullptr},
+        {true, "Verify Level = 1", 1, wg2, 7, -1, nullptr, 0, nullptr},
+        {true, "Verify Level = 3", 1, wg2, 7, -1, nullptr, 0, nullptr},
+        {true, "Verify Level = 2", 1, wj3, 7, -1, nullptr, 0, nullptr},
+        {true, "Verify Level = 3", 1, wj3, 7, -1, nullptr, 0, nullptr},
+        {true, "Verify Level = 13", 1, fault(&Faults::wrong_jacobian, 0), 7, -1, nullptr, 0, nullptr},
+        {true, "Verify Level = 1", 1, none, 0, -1, nullptr, 0, nullptr},
+        {true, "Verify Level = 3", 1, none, 0, -1, nullptr, 0, nullptr},
     };
     for (const Row &row : rows) {
-        SCOPED_TRACE(std::string(row.present) + " skip " + std::to_string(row.skip));
+        SCOPED_TRACE(std::string(row.option) + " level " + std::to_string(row.level) + (row.present ? row.present : ""));
         zek_test::OutputCapture capture;
         const Nlp p = row.nonlinear ? zek_test::sqp::hs071() : valley();
-        const Out r = run_uca(p, {"Major Print Level = " + std::to_string(row.level)}, fault(&Faults::skip_gradient, row.skip));
+        const Out r = run_uca(p, {"Major Print Level = " + std::to_string(row.level), row.option}, row.faults);
         const std::vector<std::string> &host = capture.host();
-        EXPECT_EQ(r.ifail, 0);
-        EXPECT_TRUE(*row.present == '\0' ? host.empty() : has_line(host, row.present));  // level 0: silent
-        EXPECT_FALSE(has_line(host, row.absent));
-        const auto at = std::find(host.begin(), host.end(), row.present);
+        EXPECT_EQ(r.ifail, row.ifail);
+        EXPECT_LE(r.iter, row.iter < 0 ? r.iter : row.iter);
+        EXPECT_TRUE(row.present == nullptr || (*row.present ? has_line(host, row.present) : host.empty()));
+        EXPECT_TRUE(row.absent == nullptr || !has_line(host, row.absent));
+        const auto at = std::find(host.begin(), host.end(), row.present ? row.present : "");
         if (row.width > 0 && at != host.end() && at + 1 != host.end()) {
             EXPECT_EQ(at[1].size(), row.width) << at[1];
             // The converged line closes the table: the gradient flag (and feasibility's) are met.
@@ -91,7 +119,7 @@ TEST(SqpPrint, LinesPagesAndTracesFollowThePrintLevel) {
         }
         if (!row.nonlinear) {
             for (int j = 0; j < p.n; ++j) EXPECT_NEAR(r.x[j], p.xstar[j], 1e-6);
-            EXPECT_EQ(has_line(host, " XXX  Switched to central differences at major itn"), row.skip >= 0);
+            EXPECT_EQ(has_line(host, " XXX  Switched to central differences at major itn"), row.faults.skip_gradient >= 0);
         }
         int pages = 0;
         for (std::size_t k = 3; k + 1 < host.size(); ++k) {

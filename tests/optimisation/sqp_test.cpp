@@ -1,6 +1,5 @@
-// E04UCA on problems of the Hock-Schittkowski collection (definitions, start points and optima from
-// the book) and on the whole shared table of it, its exits and the checks of the user's derivatives, and
-// E04USA on constrained least squares.
+// E04UCA on problems of the Hock-Schittkowski collection (start points and optima from the book) and on
+// the whole shared table of it, E04USA on constrained least squares, and the quasi-Newton update.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -22,7 +21,6 @@ using zek_test::sqp::Faults;
 using zek_test::sqp::Nlp;
 using zek_test::sqp::Out;
 using zek_test::sqp::fault;
-using zek_test::sqp::hs071;
 using zek_test::sqp::run_uca;
 
 // A problem of the shared table with its published minimiser.  The table states every constraint as
@@ -123,45 +121,6 @@ TEST(SqpHockSchittkowskiTable, ExitZeroOnlyAtFirstOrderPointsAndSolvedCountHolds
     EXPECT_GE(solved, kSolvedAtLeast);
     std::nth_element(evaluations.begin(), evaluations.begin() + evaluations.size() / 2, evaluations.end());
     EXPECT_LE(evaluations[evaluations.size() / 2], kMedianEvaluationsAtMost);
-}
-
-// HS071 under an option or a planted fault: the exit, the iterations it may take (-1: any) and a line
-// its page begins with (null: the exit alone).  A wrong derivative is caught at each verify level that
-// checks it; with none planted, each check passes.
-TEST(SqpExits, EachExitPrintsItsLine) {
-    const Faults none, stop = fault(&Faults::stop_after, 2), wrong = fault(&Faults::wrong_gradient, 0);
-    const Faults wg2 = fault(&Faults::wrong_gradient, 2), wj3 = fault(&Faults::wrong_jacobian, 3);
-    const struct {
-        const char *option;
-        Faults faults;
-        int ifail, iter;
-        const char *line;
-    } rows[] = {
-        {"Major Print Level = 1", none, 0, -1, " Exit E04UCA - Optimal solution found."},
-        {"Major Iterations Limit = 1", none, 4, 1, " Exit E04UCA - Too many major iterations.             "},
-        {"Major Iterations Limit = 0", none, 4, 0, nullptr},  // only the start is checked
-        {"Major Print Level = 1", stop, -1, -1, " Exit E04UCA - User requested termination."},
-        {"Verify Level = 1", wrong, 7, -1, " Exit E04UCA - Large errors found in the derivatives. "},
-        {"Verify Level = 1", wrong, 7, -1, " XXX  There seem to be     1  incorrect objective gradients out of the     4"},
-        {"Major Print Level = 1", fault(&Faults::skip_gradient, 3), 0, -1,
-         " The user sets      3   out of     4   objective gradient elements."},
-        {"Derivative Level = 0", none, 0, -1, " Derivative level increased to    3"},
-        {"Verify Level = 1", wg2, 7, -1, nullptr},
-        {"Verify Level = 3", wg2, 7, -1, nullptr},
-        {"Verify Level = 2", wj3, 7, -1, nullptr},
-        {"Verify Level = 3", wj3, 7, -1, nullptr},
-        {"Verify Level = 13", fault(&Faults::wrong_jacobian, 0), 7, -1, nullptr},
-        {"Verify Level = 1", none, 0, -1, nullptr},
-        {"Verify Level = 3", none, 0, -1, nullptr},
-    };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(std::string(row.option) + (row.line ? row.line : ""));
-        zek_test::OutputCapture capture;
-        const Out r = run_uca(hs071(), {"Major Print Level = 1", row.option}, row.faults);
-        EXPECT_EQ(r.ifail, row.ifail);
-        EXPECT_LE(r.iter, row.iter < 0 ? r.iter : row.iter);
-        EXPECT_TRUE(row.line == nullptr || has_line(capture.host(), row.line));
-    }
 }
 
 // ---- E04USA -------------------------------------------------------------------------------------------
