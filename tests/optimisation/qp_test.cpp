@@ -98,44 +98,40 @@ TEST(QuadraticProgramming, KnownAnswersAndExits) {
     }
 }
 
-// Random strictly convex QPs (H = A'A of random data) from x = 0, small ones and then larger ones whose
-// working set changes many times: there the optimum is reached with the reduced Hessian carried through
-// the changes, so the products with H number a few per iteration (plus a fresh Z'HZ now and then), not
-// one per column of Z at every change.  The largest runs past the refresh of Z'HZ from products.
-TEST(QuadraticProgramming, RandomConvexMeetConditions) {
+// Random problems from x = 0: least squares through E04NCA and, as the strictly convex QPs they are
+// (H = A'A), through E04NFA; then larger QPs whose working set changes many times: there the optimum is
+// reached with the reduced Hessian carried through the changes, so the products with H number a few
+// per iteration (plus a fresh Z'HZ now and then), not one per column of Z at every change.  The largest
+// runs past the refresh of Z'HZ from products.
+TEST(QuadraticProgramming, RandomProblemsMeetConditions) {
     std::mt19937 gen(7);
     for (int trial = 0; trial < 22; ++trial) {
         const bool large = trial >= 20;
-        const int n = large ? (trial == 20 ? 40 : 150) : 3 + trial % 9;
+        const int n = large ? (trial == 20 ? 40 : 150) : 2 + trial % 10, m = large ? n + 10 : n + trial % 4;
         if (trial == 20) gen.seed(23);
-        const Qp p = as_qp(random_ls(gen, n + (large ? 10 : 2), n, large ? n / 2 : trial % 5));
+        const Ls ls = random_ls(gen, m, n, large ? n / 2 : trial % 5);
+        const Qp p = as_qp(ls);
         Session s("E04NFA");
         s.option("Iteration Limit = 5000");
         const QpOut r = run_nfa(s, p, std::vector<double>(n, 0.0));
         ASSERT_EQ(r.ifail, 0) << trial;
         expect_optimal(p, r, 1e-9, trial);
-        if (!large) continue;
-        EXPECT_GT(r.iter, n / 2) << n;
-        EXPECT_LE(r.products, 3 * n + 3 * r.iter) << n << " variables, " << r.iter << " iterations";
-    }
-}
-
-TEST(LeastSquares, RandomBoundedProblemsMeetConditions) {
-    std::mt19937 gen(11);
-    for (int trial = 0; trial < 20; ++trial) {
-        const int n = 2 + trial % 6, m = n + trial % 4;
-        const Ls p = random_ls(gen, m, n, trial % 3);
-        Session s("E04NCA");
-        const LsOut r = run_nca(s, p, std::vector<double>(n, 0.0));
-        ASSERT_EQ(r.ifail, 0) << trial;
-        expect_optimal(as_qp(p), r, 1e-9, trial);
+        if (large) {
+            EXPECT_GT(r.iter, n / 2) << n;
+            EXPECT_LE(r.products, 3 * n + 3 * r.iter) << n << " variables, " << r.iter << " iterations";
+            continue;
+        }
+        Session t("E04NCA");
+        const LsOut q = run_nca(t, ls, std::vector<double>(n, 0.0));
+        ASSERT_EQ(q.ifail, 0) << trial;
+        expect_optimal(p, q, 1e-9, trial);
         double f = 0.0;  // OBJ is 1/2 |b - A x|^2
         for (int i = 0; i < m; ++i) {
-            double ri = p.b[i];
-            for (int j = 0; j < n; ++j) ri -= p.a[i + j * m] * r.x[j];
+            double ri = ls.b[i];
+            for (int j = 0; j < n; ++j) ri -= ls.a[i + j * m] * q.x[j];
             f += 0.5 * ri * ri;
         }
-        EXPECT_NEAR(r.obj, f, 1e-12 * std::max(1.0, f)) << trial;
+        EXPECT_NEAR(q.obj, f, 1e-12 * std::max(1.0, f)) << trial;
     }
 }
 
