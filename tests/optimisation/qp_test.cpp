@@ -5,7 +5,7 @@
 #include <random>
 
 #include "frame/host_capture.h"
-#include "optimisation/qp_test_support.h"
+#include "sqp_test_support.h"
 
 namespace {
 
