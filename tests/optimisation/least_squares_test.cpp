@@ -74,41 +74,30 @@ TEST(LeastSquares, EasyFormsSolveTheTestProblems) {
     }
 }
 
+// V a rotation by 30 degrees and FSUMSQ 6: with S = (2, 1) and M = 5, sigma2 = 6/3 = 2 and the
+// covariance is 2 V diag(1/4, 1) V'; M = N with full rank gives sigma2 0; an all-zero S is IFAIL 2 (CJ
+// untouched); a tiny second value is IFAIL 3 with one value accepted, sigma2 = 6/(5-1).
 TEST(LeastSquares, CovarianceJobsAndRankCases) {
-    // V a rotation by 30 degrees, S = (2, 1): covariance = sigma2 V diag(1/4, 1) V'.
-    const double c = std::cos(0.5235987755982988), s30 = std::sin(0.5235987755982988);
-    const double s[2] = {2.0, 1.0};
-    const int m = 5, n = 2, lv = 2;
-    const double fsumsq = 6.0;  // sigma2 = 6/3 = 2
-    const double expected[4] = {2.0 * (c * c / 4 + s30 * s30), 2.0 * (c * -s30 / 4 + s30 * c),
-                                2.0 * (c * -s30 / 4 + s30 * c), 2.0 * (s30 * s30 / 4 + c * c)};
-    for (int job = -1; job <= 2; ++job) {
-        double v[4] = {c, -s30, s30, c}, cj[2] = {0, 0}, work[2];
-        int ifail = 1;
-        E04YCF(&job, &m, &n, &fsumsq, s, v, &lv, cj, work, &n, &ifail);
-        EXPECT_EQ(ifail, 0);
-        for (int a = 0; a < 2; ++a) {
-            if (job == -1) {
-                for (int b = 0; b < 2; ++b) EXPECT_NEAR(v[a + 2 * b], expected[a + 2 * b], 1e-14);
-            } else {
-                EXPECT_NEAR(cj[a], job == 0 ? expected[3 * a] : expected[a + 2 * (job - 1)], 1e-14);
-            }
-        }
-    }
-    // M = N with full rank: SIGMA2 is 0.  All-zero S: IFAIL 2.  A tiny second value: IFAIL 3.
-    struct Row {
-        int m;
+    const double c = std::cos(0.5235987755982988), s = std::sin(0.5235987755982988), fsumsq = 6.0;
+    const double cov[4] = {2 * (c * c / 4 + s * s), 2 * (-c * s / 4 + s * c), 2 * (-c * s / 4 + s * c), 2 * (s * s / 4 + c * c)};
+    const struct {
+        int job, m;
         double s1, s2;
         int ifail;
-        double cj0;
+        std::vector<double> want;  // JOB -1: the whole of V; otherwise CJ
+    } rows[] = {
+        {-1, 5, 2, 1, 0, {cov[0], cov[1], cov[2], cov[3]}}, {0, 5, 2, 1, 0, {cov[0], cov[3]}},
+        {1, 5, 2, 1, 0, {cov[0], cov[1]}}, {2, 5, 2, 1, 0, {cov[2], cov[3]}},
+        {0, 2, 2, 1, 0, {0, 0}}, {0, 5, 0, 0, 2, {-1, -1}}, {0, 5, 2, 1e-300, 3, {1.5 * c * c / 4}},
     };
-    const Row rows[] = {{2, 2.0, 1.0, 0, 0.0}, {5, 0.0, 0.0, 2, -1.0}, {5, 2.0, 1e-300, 3, 1.5 * c * c / 4}};
-    for (const Row &r : rows) {
-        double v[4] = {c, -s30, s30, c}, cj[2] = {-1, -1}, work[2], sv[2] = {r.s1, r.s2};
-        int ifail = 1, job = 0;
-        E04YCF(&job, &r.m, &n, &fsumsq, sv, v, &lv, cj, work, &n, &ifail);
+    for (const auto &r : rows) {
+        SCOPED_TRACE(r.job * 10 + r.ifail);
+        const int n = 2, lv = 2;
+        double v[4] = {c, -s, s, c}, cj[2] = {-1, -1}, work[2], sv[2] = {r.s1, r.s2};
+        int ifail = 1;
+        E04YCF(&r.job, &r.m, &n, &fsumsq, sv, v, &lv, cj, work, &n, &ifail);
         EXPECT_EQ(ifail, r.ifail);
-        EXPECT_NEAR(cj[0], r.cj0, 1e-14);  // SIGMA2 = 6/(5-1) with one value accepted
+        for (std::size_t k = 0; k < r.want.size(); ++k) EXPECT_NEAR(r.job == -1 ? v[k] : cj[k], r.want[k], 1e-14);
     }
 }
 

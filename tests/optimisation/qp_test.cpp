@@ -5,7 +5,7 @@
 #include <random>
 
 #include "frame/host_capture.h"
-#include "optimisation/qp_test_support.h"
+#include "sqp_test_support.h"
 
 namespace {
 
@@ -58,99 +58,80 @@ Ls random_ls(std::mt19937 &gen, int m, int n, int nclin) {
 // A textbook QP: min (x1-1)^2 + (x2-2.5)^2 over three rows and x >= 0; optimum (1.4, 1.7).
 const Qp textbook{2, 3, {1, -1, -1, -2, -2, 2}, {0, 0, -2, -6, -2}, {kBig, kBig, kBig, kBig, kBig}, {-2, -5}, {2, 0, 0, 2}};
 
-TEST(QuadraticProgramming, TextbookOptimum) {
-    Session s("E04NFA");
-    const QpOut r = run_nfa(s, textbook, {2.0, 0.0});
-    ASSERT_EQ(r.ifail, 0);
-    EXPECT_NEAR(r.x[0], 1.4, 1e-12);
-    EXPECT_NEAR(r.x[1], 1.7, 1e-12);
-    EXPECT_NEAR(r.obj, 0.8 - 7.25, 1e-12);  // the constant 1 + 6.25 is not part of the objective
-    EXPECT_EQ(r.istate[2], 1);
-    expect_optimal(textbook, r, 1e-12, 0);
-}
-
-// Random strictly convex QPs (H = A'A of random data) from x = 0.
-TEST(QuadraticProgramming, RandomConvexMeetsConditions) {
-    std::mt19937 gen(7);
-    for (int trial = 0; trial < 20; ++trial) {
-        const int n = 3 + trial % 9;
-        const Qp p = as_qp(random_ls(gen, n + 2, n, trial % 5));
-        Session s("E04NFA");
-        const QpOut r = run_nfa(s, p, std::vector<double>(n, 0.0));
-        ASSERT_EQ(r.ifail, 0) << trial;
-        expect_optimal(p, r, 1e-9, trial);
-    }
-}
-
-// Larger problems whose working set changes many times: the optimum is reached with the reduced
-// Hessian carried through the changes, so the products with H number a few per iteration (plus a fresh
-// Z'HZ now and then), not one per column of Z at every change.  The second one runs past the refresh of
-// Z'HZ from products.
-TEST(QuadraticProgramming, ReducedHessianFollowsTheWorkingSet) {
-    std::mt19937 gen(23);
-    for (const int n : {40, 150}) {
-        const Qp p = as_qp(random_ls(gen, n + 10, n, n / 2));
-        Session s("E04NFA");
-        s.option("Iteration Limit = 5000");
-        const QpOut r = run_nfa(s, p, std::vector<double>(n, 0.0));
-        ASSERT_EQ(r.ifail, 0) << n;
-        expect_optimal(p, r, 1e-9, n);
-        EXPECT_GT(r.iter, n / 2) << n;
-        EXPECT_LE(r.products, 3 * n + 3 * r.iter) << n << " variables, " << r.iter << " iterations";
-    }
-}
-
-// Indefinite H: min -x1^2 + x2^2 on [-1, 2]^2 from (0.5, 0.5) follows the negative curvature to x1 = 2,
-// a point meeting the second-order conditions (the reduced Hessian is empty there).
-TEST(QuadraticProgramming, NonconvexEndsAtSecondOrderPoint) {
-    Session s("E04NFA");
-    const QpOut r = run_nfa(s, Qp{2, 0, {}, {-1, -1}, {2, 2}, {0, 0}, {-2, 0, 0, 2}}, {0.5, 0.5});
-    ASSERT_EQ(r.ifail, 0);
-    EXPECT_EQ(r.x[0], 2.0);
-    EXPECT_NEAR(r.x[1], 0.0, 1e-14);
-    EXPECT_EQ(r.istate[0], 2);
-    EXPECT_NEAR(r.obj, -4.0, 1e-14);
-}
-
-TEST(QuadraticProgramming, ExitsTable) {
+// Each exit of E04NFA, and where it is optimal the known minimiser, objective and one state.  The
+// textbook objective lacks the constant 1 + 6.25.  The indefinite -x1^2 + x2^2 on [-1, 2]^2 follows the
+// negative curvature to x1 = 2, a point meeting the second-order conditions (its reduced Hessian is empty).
+TEST(QuadraticProgramming, KnownAnswersAndExits) {
     Qp infeasible = textbook;
     infeasible.bl[0] = infeasible.bl[1] = 5.0;
+    const std::vector<double> from = {2.0, 0.0};
     const struct {
         const char *name;
         Qp problem;
+        std::vector<double> x0;
         std::vector<std::string> options;
         int ifail;
+        std::vector<double> xstar = {};  // empty: not an optimal exit
+        double obj = 0, tol = 0;
+        int state_of = 0, state = 0;
     } rows[] = {
-        {"unbounded (-x1^2, x1 free)", {2, 0, {}, {-kBig, 0}, {kBig, 1}, {0, 1}, {-2, 0, 0, 0}}, {}, 2},
-        {"weak (any x1 in [-3, 3])", {2, 0, {}, {-3, 0}, {3, 1}, {0, 1}, {0, 0, 0, 0}}, {}, 1},
-        {"infeasible", infeasible, {}, 3},
-        {"iterations", textbook, {"Feasibility Phase Iterations 0", "Optimality Phase Iterations 1"}, 4},
-        {"degrees", {2, 0, {}, {-5, -5}, {5, 5}, {-1, -1}, {2, 0, 0, 2}}, {"Maximum Degrees of Freedom 1"}, 5},
-        {"type", textbook, {"Problem Type = QQ"}, 7},
+        {"textbook", textbook, from, {}, 0, {1.4, 1.7}, 0.8 - 7.25, 1e-12, 2, 1},
+        {"indefinite", {2, 0, {}, {-1, -1}, {2, 2}, {0, 0}, {-2, 0, 0, 2}}, {0.5, 0.5}, {}, 0, {2, 0}, -4.0, 1e-14, 0, 2},
+        {"unbounded (-x1^2, x1 free)", {2, 0, {}, {-kBig, 0}, {kBig, 1}, {0, 1}, {-2, 0, 0, 0}}, from, {}, 2},
+        {"weak (any x1 in [-3, 3])", {2, 0, {}, {-3, 0}, {3, 1}, {0, 1}, {0, 0, 0, 0}}, from, {}, 1},
+        {"infeasible", infeasible, from, {}, 3},
+        {"iterations", textbook, from, {"Feasibility Phase Iterations 0", "Optimality Phase Iterations 1"}, 4},
+        {"degrees", {2, 0, {}, {-5, -5}, {5, 5}, {-1, -1}, {2, 0, 0, 2}}, from, {"Maximum Degrees of Freedom 1"}, 5},
+        {"type", textbook, from, {"Problem Type = QQ"}, 7},
     };
     for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
         Session s("E04NFA");
         for (const std::string &o : row.options) s.option(o);
-        EXPECT_EQ(run_nfa(s, row.problem, {2.0, 0.0}).ifail, row.ifail) << row.name;
+        const QpOut r = run_nfa(s, row.problem, row.x0);
+        EXPECT_EQ(r.ifail, row.ifail);
+        if (row.xstar.empty()) continue;
+        for (int j = 0; j < 2; ++j) EXPECT_NEAR(r.x[j], row.xstar[j], row.tol);
+        EXPECT_NEAR(r.obj, row.obj, row.tol);
+        EXPECT_EQ(r.istate[row.state_of], row.state);
+        expect_optimal(row.problem, r, 1e-12, 0);
     }
 }
 
-TEST(LeastSquares, RandomBoundedProblemsMeetConditions) {
-    std::mt19937 gen(11);
-    for (int trial = 0; trial < 20; ++trial) {
-        const int n = 2 + trial % 6, m = n + trial % 4;
-        const Ls p = random_ls(gen, m, n, trial % 3);
-        Session s("E04NCA");
-        const LsOut r = run_nca(s, p, std::vector<double>(n, 0.0));
+// Random problems from x = 0: least squares through E04NCA and, as the strictly convex QPs they are
+// (H = A'A), through E04NFA; then larger QPs whose working set changes many times: there the optimum is
+// reached with the reduced Hessian carried through the changes, so the products with H number a few
+// per iteration (plus a fresh Z'HZ now and then), not one per column of Z at every change.  The largest
+// runs past the refresh of Z'HZ from products.
+TEST(QuadraticProgramming, RandomProblemsMeetConditions) {
+    std::mt19937 gen(7);
+    for (int trial = 0; trial < 22; ++trial) {
+        const bool large = trial >= 20;
+        const int n = large ? (trial == 20 ? 40 : 150) : 2 + trial % 10, m = large ? n + 10 : n + trial % 4;
+        if (trial == 20) gen.seed(23);
+        const Ls ls = random_ls(gen, m, n, large ? n / 2 : trial % 5);
+        const Qp p = as_qp(ls);
+        Session s("E04NFA");
+        s.option("Iteration Limit = 5000");
+        const QpOut r = run_nfa(s, p, std::vector<double>(n, 0.0));
         ASSERT_EQ(r.ifail, 0) << trial;
-        expect_optimal(as_qp(p), r, 1e-9, trial);
+        expect_optimal(p, r, 1e-9, trial);
+        if (large) {
+            EXPECT_GT(r.iter, n / 2) << n;
+            EXPECT_LE(r.products, 3 * n + 3 * r.iter) << n << " variables, " << r.iter << " iterations";
+            continue;
+        }
+        Session t("E04NCA");
+        const LsOut q = run_nca(t, ls, std::vector<double>(n, 0.0));
+        ASSERT_EQ(q.ifail, 0) << trial;
+        expect_optimal(p, q, 1e-9, trial);
         double f = 0.0;  // OBJ is 1/2 |b - A x|^2
         for (int i = 0; i < m; ++i) {
-            double ri = p.b[i];
-            for (int j = 0; j < n; ++j) ri -= p.a[i + j * m] * r.x[j];
+            double ri = ls.b[i];
+            for (int j = 0; j < n; ++j) ri -= ls.a[i + j * m] * q.x[j];
             f += 0.5 * ri * ri;
         }
-        EXPECT_NEAR(r.obj, f, 1e-12 * std::max(1.0, f)) << trial;
+        EXPECT_NEAR(q.obj, f, 1e-12 * std::max(1.0, f)) << trial;
     }
 }
 
@@ -176,8 +157,7 @@ TEST(LeastSquares, RankDeficientDataIsWeakAndReported) {
     const std::vector<std::string> &host = capture.host();
     EXPECT_EQ(r.ifail, 1);
     for (const char *line : {" Rank of the objective function data matrix =     2", " Exit E04NCA - Weak LS solution."})
-        EXPECT_TRUE(std::any_of(host.begin(), host.end(), [&](const std::string &h) { return h.rfind(line, 0) == 0; }))
-            << line;
+        EXPECT_TRUE(has_line(host, line)) << line;
     expect_optimal(as_qp(p), r, 1e-9, 0);  // still a minimiser
 }
 

@@ -1,5 +1,5 @@
-// E04UCA on problems of the Hock-Schittkowski collection (definitions, start points and optima from
-// the book), E04USA on constrained least squares, and the checks of the user's derivatives.
+// E04UCA on problems of the Hock-Schittkowski collection (start points and optima from the book) and on
+// the whole shared table of it, E04USA on constrained least squares, and the quasi-Newton update.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -14,65 +14,52 @@
 
 namespace {
 
+namespace hs = zek_test::hs;
+using zek_test::qp::has_line;
 using zek_test::qp::kBig;
+using zek_test::sqp::Faults;
 using zek_test::sqp::Nlp;
 using zek_test::sqp::Out;
-using zek_test::sqp::hs071;
+using zek_test::sqp::fault;
+using zek_test::sqp::run_uca;
 
-Nlp hs035() {
-    Nlp p;
-    p.n = 3, p.nclin = 1, p.a = {1, 1, 2}, p.x0 = {0.5, 0.5, 0.5};
-    p.bl = {0, 0, 0, -kBig}, p.bu = {kBig, kBig, kBig, 3};
-    p.f = [](const double *x, double *g) {
-        g[0] = -8 + 4 * x[0] + 2 * x[1] + 2 * x[2];
-        g[1] = -6 + 4 * x[1] + 2 * x[0];
-        g[2] = -4 + 2 * x[2] + 2 * x[0];
-        return 9 - 8 * x[0] - 6 * x[1] - 4 * x[2] + 2 * x[0] * x[0] + 2 * x[1] * x[1] + x[2] * x[2] + 2 * x[0] * x[1] +
-               2 * x[0] * x[2];
-    };
-    p.fstar = 1.0 / 9.0, p.xstar = {4.0 / 3.0, 7.0 / 9.0, 4.0 / 9.0};
-    return p;
+// A problem of the shared table with its published minimiser.  The table states every constraint as
+// nonlinear; LINEAR moves rows that are linear, c(x) = A x + c(0), into E04UCA's linear rows, whose
+// bounds are then those of c less c(0).
+Nlp problem(const char *name, std::vector<double> xstar, bool linear = false) {
+    const auto p = std::find_if(hs::collection().begin(), hs::collection().end(),
+                                [&](const hs::Problem &q) { return std::string(q.name) == name; });
+    Nlp q = hs::as_nlp(*p);
+    q.xstar = std::move(xstar);
+    if (!linear) return q;
+    std::vector<double> zero(q.n, 0.0), c0(q.ncnln);
+    q.a.assign(static_cast<std::size_t>(q.ncnln) * q.n, 0.0);
+    q.con(zero.data(), c0.data(), q.a.data());
+    for (int i = 0; i < q.ncnln; ++i) {
+        q.bl[q.n + i] -= c0[i];
+        if (q.bu[q.n + i] < kBig) q.bu[q.n + i] -= c0[i];
+    }
+    std::swap(q.nclin, q.ncnln);
+    return q;
 }
 
-Nlp hs076() {
-    Nlp p;
-    p.n = 4, p.nclin = 3, p.a = {1, 3, 0, 2, 1, 1, 1, 2, 4, 1, -1, 0}, p.x0 = {0.5, 0.5, 0.5, 0.5};
-    p.bl = {0, 0, 0, 0, -kBig, -kBig, 1.5}, p.bu = {kBig, kBig, kBig, kBig, 5, 4, kBig};
-    p.f = [](const double *x, double *g) {
-        g[0] = 2 * x[0] - x[2] - 1;
-        g[1] = x[1] - 3;
-        g[2] = 2 * x[2] - x[0] + x[3] + 1;
-        g[3] = x[3] + x[2] - 1;
-        return x[0] * x[0] + 0.5 * x[1] * x[1] + x[2] * x[2] + 0.5 * x[3] * x[3] - x[0] * x[2] + x[2] * x[3] - x[0] -
-               3 * x[1] + x[2] - x[3];
-    };
-    p.fstar = -4.681818181, p.xstar = {0.2727273, 2.090909, 0.0, 0.5454545};
-    return p;
-}
-
-// Problems of the shared table (every constraint nonlinear there) with their published minimisers.
-Nlp from_table(const char *name, std::vector<double> xstar) {
-    for (const zek_test::hs::Problem &p : zek_test::hs::collection())
-        if (std::string(p.name) == name) {
-            Nlp q = zek_test::hs::as_nlp(p);
-            q.xstar = std::move(xstar);
-            return q;
-        }
-    return {};
-}
-Nlp hs001() { return from_table("HS001", {1, 1}); }
-Nlp hs043() { return from_table("HS043", {0, 1, 2, -1}); }
-Nlp hs100() {
-    return from_table("HS100", {2.330499, 1.951372, -0.4775414, 4.365726, -0.6244870, 1.038131, 1.594227});
-}
-
-struct Case {
+// With ESTIMATED (null: not run) as the options, a run with one gradient and one Jacobian element left
+// unset, for differences to stand in for them.
+const struct {
     const char *name;
-    Nlp (*make)();
+    bool linear;
+    std::vector<double> xstar;
+    const char *estimated;
+} kCases[] = {
+    {"HS001", false, {1, 1}, nullptr},
+    {"HS043", false, {0, 1, 2, -1}, nullptr},
+    {"HS035", true, {4.0 / 3.0, 7.0 / 9.0, 4.0 / 9.0}, nullptr},
+    {"HS071", false, {1.0, 4.7429994, 3.8211503, 1.3794082}, "Derivative Level = 0"},
+    {"HS076", true, {0.2727273, 2.090909, 0.0, 0.5454545}, nullptr},
+    {"HS100", false, {2.330499, 1.951372, -0.4775414, 4.365726, -0.6244870, 1.038131, 1.594227}, "Derivative Level = 3"},
 };
-const Case kCases[] = {{"HS001", hs001}, {"HS043", hs043}, {"HS035", hs035}, {"HS071", hs071}, {"HS076", hs076}, {"HS100", hs100}};
 
-void expect_solution(const Nlp &p, const Out &r, const char *name) {
+void expect_solution(const Nlp &p, const Out &r, const std::string &name) {
     SCOPED_TRACE(name);
     ASSERT_EQ(r.ifail, 0);
     EXPECT_NEAR(r.objf, p.fstar, 1e-6 * (1 + std::fabs(p.fstar)));
@@ -85,90 +72,55 @@ void expect_solution(const Nlp &p, const Out &r, const char *name) {
     EXPECT_LT(k.violation, 1e-7);
 }
 
+// From the published start, then warm-started from its own solution, which needs no more iterations.
 TEST(SqpHockSchittkowski, ReachesPublishedOptimumWithConsistentMultipliers) {
-    for (const Case &c : kCases) {
-        const Nlp p = c.make();
-        expect_solution(p, zek_test::sqp::run_uca(p), c.name);
+    for (const auto &c : kCases) {
+        const Nlp p = problem(c.name, c.xstar, c.linear);
+        const Out cold = run_uca(p);
+        expect_solution(p, cold, c.name);
+        const Out warm = run_uca(p, {"Warm Start"}, {}, {}, &cold);
+        expect_solution(p, warm, std::string(c.name) + " warm");
+        EXPECT_LE(warm.iter, 1) << c.name;
+        if (c.estimated == nullptr) continue;
+        Faults f = fault(&Faults::skip_gradient, 1);
+        f.skip_jacobian = 2;
+        expect_solution(p, run_uca(p, {c.estimated}, f), std::string(c.name) + " with missing derivatives");
     }
 }
 
-TEST(SqpHockSchittkowski, MissingDerivativesAreEstimated) {
-    // One gradient element and one Jacobian element left unset: differences stand in for them.
-    zek_test::sqp::Faults f;
-    f.skip_gradient = 1;
-    f.skip_jacobian = 2;
-    const Nlp p = hs071();
-    expect_solution(p, zek_test::sqp::run_uca(p, {"Derivative Level = 0"}, f), "HS071 with missing derivatives");
-    const Nlp q = hs100();
-    expect_solution(q, zek_test::sqp::run_uca(q, {}, f), "HS100 with missing derivatives");
-}
+// Floors measured on the whole table; raise them when the solver improves.
+constexpr int kSolvedAtLeast = 77;
+constexpr int kMedianEvaluationsAtMost = 12;
 
-TEST(SqpHockSchittkowski, MajorIterationsLimitZeroOnlyChecksTheStart) {
-    const Out far = zek_test::sqp::run_uca(hs071(), {"Major Iterations Limit = 0"});
-    EXPECT_EQ(far.ifail, 4);
-    EXPECT_EQ(far.iter, 0);
-}
-
-TEST(SqpHockSchittkowski, WarmStartFromASolvedRunNeedsNoMore) {
-    for (const Case &c : kCases) {
-        SCOPED_TRACE(c.name);
-        const Nlp p = c.make();
-        const Out cold = zek_test::sqp::run_uca(p);
-        ASSERT_EQ(cold.ifail, 0);
-        const Out warm = zek_test::sqp::run_uca(p, {"Warm Start"}, {}, {}, &cold);
-        expect_solution(p, warm, c.name);
-        EXPECT_LE(warm.iter, 1);
+// Every problem of the shared table from its published start: each IFAIL 0 is a first-order point,
+// the published optimum is reached on (at least) the problems it reaches today, and the evaluation
+// count stays where it is.  The same table drives bench/sqp_hock_schittkowski.cpp.
+TEST(SqpHockSchittkowskiTable, ExitZeroOnlyAtFirstOrderPointsAndSolvedCountHolds) {
+    int solved = 0;
+    std::vector<int> evaluations;
+    for (const hs::Problem &p : hs::collection()) {
+        SCOPED_TRACE(p.name);
+        const Nlp q = hs::as_nlp(p);
+        const Out r = run_uca(q);
+        evaluations.push_back(zek_test::sqp::objective_calls);
+        solved += hs::solved(p, r.objf, r.x.data());
+        if (r.ifail != 0) continue;
+        // An optimal exit: the point is feasible and the multipliers of the last QP satisfy the
+        // first-order conditions there, whether or not it is the published optimum.
+        std::vector<double> g(static_cast<std::size_t>(p.n));
+        const double f = hs::evaluate(p, r.x.data(), g.data(), nullptr, nullptr, 1);
+        double gnorm = 0.0;
+        for (double v : g) gnorm = std::max(gnorm, std::fabs(v));
+        const zek_test::sqp::Kkt k = zek_test::sqp::kkt(q, r);
+        EXPECT_LE(k.stationarity, 1e-5 * (1.0 + gnorm));
+        EXPECT_LE(k.sign, 1e-8 * (1.0 + gnorm));
+        EXPECT_LE(k.complementarity, 1e-5 * (1.0 + std::fabs(f)));
+        EXPECT_LE(hs::violation(p, r.x.data()), 1e-6);
+        EXPECT_EQ(r.objf, f);
     }
-}
-
-TEST(SqpDerivativeChecks, PlantedWrongElementIsCaughtAtEachVerifyLevel) {
-    struct Row {
-        const char *options;
-        int wrong_gradient, wrong_jacobian, ifail;
-    };
-    const Row rows[] = {
-        {"Verify Level = 1", 2, -1, 7},  {"Verify Level = 3", 2, -1, 7},  {"Verify Level = 2", -1, 3, 7},
-        {"Verify Level = 3", -1, 3, 7},  {"Verify Level = 13", -1, 0, 7}, {"Verify Level = 1", -1, -1, 0},
-        {"Verify Level = 3", -1, -1, 0},
-    };
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.options);
-        zek_test::sqp::Faults f;
-        f.wrong_gradient = row.wrong_gradient;
-        f.wrong_jacobian = row.wrong_jacobian;
-        const Out r = zek_test::sqp::run_uca(hs071(), {row.options}, f);
-        EXPECT_EQ(r.ifail, row.ifail);
-    }
-}
-
-TEST(SqpExits, EachExitPrintsItsLine) {
-    struct Row {
-        const char *option;
-        zek_test::sqp::Faults faults;
-        int ifail;
-        const char *line;
-    };
-    zek_test::sqp::Faults none, stop, wrong, skip;
-    stop.stop_after = 2;
-    wrong.wrong_gradient = 0;
-    skip.skip_gradient = 3;
-    const Row rows[] = {
-        {"Major Print Level = 1", none, 0, " Exit E04UCA - Optimal solution found."},
-        {"Major Iterations Limit = 1", none, 4, " Exit E04UCA - Too many major iterations.             "},
-        {"Major Print Level = 1", stop, -1, " Exit E04UCA - User requested termination."},
-        {"Verify Level = 1", wrong, 7, " Exit E04UCA - Large errors found in the derivatives. "},
-        {"Verify Level = 1", wrong, 7, " XXX  There seem to be     1  incorrect objective gradients out of the     4"},
-        {"Major Print Level = 1", skip, 0, " The user sets      3   out of     4   objective gradient elements."},
-        {"Derivative Level = 0", none, 0, " Derivative level increased to    3"},
-    };
-    for (const Row &row : rows) {
-        SCOPED_TRACE(row.line);
-        zek_test::OutputCapture capture;
-        const Out r = zek_test::sqp::run_uca(hs071(), {"Major Print Level = 1", row.option}, row.faults);
-        const std::vector<std::string> &host = capture.host();
-        EXPECT_EQ(r.ifail, row.ifail);
-        EXPECT_TRUE(std::any_of(host.begin(), host.end(), [&](const std::string &h) { return h.rfind(row.line, 0) == 0; }));
-    }
+    EXPECT_GE(solved, kSolvedAtLeast);
+    std::nth_element(evaluations.begin(), evaluations.begin() + evaluations.size() / 2, evaluations.end());
+    EXPECT_LE(evaluations[evaluations.size() / 2], kMedianEvaluationsAtMost);
 }
 
 // ---- E04USA -------------------------------------------------------------------------------------------
@@ -200,22 +152,20 @@ extern "C" void lsq_confun(int *mode, const int *, const int *, const int *, int
     }
 }
 
-struct LsqCase {
-    const char *name;
-    int kind, ncnln;
-    std::vector<double> bl, bu, y, x0, xstar;
-    double fstar;
-    const char *option;
-};
-
 TEST(SqpLeastSquares, ConstrainedFitsReachTheirMinimum) {
-    const LsqCase cases[] = {
+    const struct {
+        const char *name;
+        int kind, ncnln;
+        std::vector<double> bl, bu, y, x0, xstar;
+        double fstar;
+        const char *option;
+    } cases[] = {
         // Rosenbrock's residuals with x1 <= 0.5: the bound holds at (0.5, 0.25).
         {"bounded Rosenbrock", 0, 0, {-kBig, -kBig}, {0.5, kBig}, {0, 0}, {-1.2, 1.0}, {0.5, 0.25}, 0.125, "JTJ"},
         // Nearest point to (2, 2) in the disc of radius sqrt 2.
         {"disc", 1, 1, {-kBig, -kBig, -kBig}, {kBig, kBig, 2.0}, {2, 2}, {0, 0.5}, {1, 1}, 1.0, "Reset Frequency = 1"},
     };
-    for (const LsqCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         zek_test::qp::Session s("E04USA");
         for (const char *line : {c.option, "Major Print Level = 1"})
@@ -241,9 +191,8 @@ TEST(SqpLeastSquares, ConstrainedFitsReachTheirMinimum) {
         // The exit and the solution table name E04USA's rows; the active one is at its upper bound.
         const std::vector<std::string> &host = capture.host();
         EXPECT_NE(std::find(host.begin(), host.end(), " Exit E04USA - Optimal solution found."), host.end());
-        const std::string row = c.kind == 1 ? " N   1    UL              2      None                 2        -0.5"
-                                            : " V   1    UL            0.5      None               0.5        -0.5";
-        EXPECT_TRUE(std::any_of(host.begin(), host.end(), [&](const std::string &h) { return h.rfind(row, 0) == 0; }));
+        EXPECT_TRUE(has_line(host, c.kind == 1 ? " N   1    UL              2      None                 2        -0.5"
+                                               : " V   1    UL            0.5      None               0.5        -0.5"));
     }
 }
 
@@ -262,10 +211,10 @@ TEST(SqpHessianUpdate, SecantConditionHoldsAfterTheUpdate) {
     for (int i = 0; i < n; ++i) {
         EXPECT_GT(r[i + i * ldr], 0.0);
         for (int k = i + 1; k < n; ++k) EXPECT_EQ(r[k + i * ldr], 0.0);
-        double hs = 0;
+        double hs_i = 0;
         for (int j = 0; j < n; ++j)
-            for (int k = 0; k <= std::min(i, j); ++k) hs += r[k + i * ldr] * r[k + j * ldr] * s[j];
-        EXPECT_NEAR(hs, y[i], 1e-12 * 10);
+            for (int k = 0; k <= std::min(i, j); ++k) hs_i += r[k + i * ldr] * r[k + j * ldr] * s[j];
+        EXPECT_NEAR(hs_i, y[i], 1e-12 * 10);
     }
 }
 
