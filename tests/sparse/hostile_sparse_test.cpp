@@ -8,8 +8,7 @@
 #include <cstring>
 #include <vector>
 
-#include "hostile_rows.h"
-#include "zek2/f11.h"
+#include "sparse_fixtures.h"
 
 namespace {
 

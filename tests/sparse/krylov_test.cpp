@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "sparse_fixtures.h"
-#include "zek2/f11.h"
 
 namespace {
 
@@ -27,13 +26,9 @@ template <class T> struct Problem {
 
     Problem(const std::string &name, const char *method, int order, bool precon)
         : m(sparse_test::expand(sparse_test::read_matrix(name))), values(sparse_test::values_of<T>(m)),
-          b(m.n), work(static_cast<std::size_t>(lwork)), u_(b.size()), f(m, values, 20 * static_cast<std::size_t>(m.nnz())) {
-        const int lfill = 1, liwork = 7 * m.n + 2, itn = 1, maxitn = 500, monit = 0;
-        const double dtol = 0.0, tol = 1e-10, anorm = 0.0, sigmax = 0.0;
-        std::vector<int> iwork(static_cast<std::size_t>(liwork));
-        twin<T>(F11DAF, F11DNF)(&f.n, &f.nnz, raw(f.a), &f.la, f.irow.data(), f.icol.data(), &lfill, &dtol, "C", "N",
-                                f.ipiv.data(), f.ipivq.data(), f.istr.data(), f.idiag.data(), &f.nnzc, &f.npivm,
-                                iwork.data(), &liwork, &f.ifail, 1, 1);
+          b(m.n), work(static_cast<std::size_t>(lwork)), u_(b.size()), f(sparse_test::factor_lu(m, values, 1, "C", "N", 20)) {
+        const int itn = 1, maxitn = 500, monit = 0;
+        const double tol = 1e-10, anorm = 0.0, sigmax = 0.0;
         EXPECT_EQ(f.ifail, 0);
         for (std::size_t i = 0; i < b.size(); ++i) b[i] = T(1.0 + std::sin(static_cast<double>(i)));
         int lwreq = 0;

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "sparse_fixtures.h"
-#include "zek2/f11.h"
 
 namespace {
 
