@@ -89,29 +89,26 @@ TEST(WorkspaceRule, EachCaseOfTheTable) {
     }
 }
 
+// The kept table's markers decide: never built, initialised, still rounding to N, damaged; then the
+// argument checks.  Rows run in order on one table.
 TEST(TableCheck, MarkersDecide) {
     const int n = 12;
     std::vector<double> trig(2 * n, 0.0);
     int factors[zek::fft::kFactorListSize], nf = 0, code = -1;
-    C06_TABLE_CHECK(3, n, "S", trig.data(), factors, &nf, &code, 1);
-    EXPECT_EQ(code, 5); // never built
-    C06_TABLE_CHECK(3, n, "i", trig.data(), factors, &nf, &code, 1);
-    EXPECT_EQ(code, 0);
-    EXPECT_EQ(trig[n - 1], n);
-    EXPECT_EQ(trig[2 * n - 1], n);
-    EXPECT_DOUBLE_EQ(trig[0], std::cos(2 * 3.141592653589793 / n));
-    trig[2 * n - 1] = n + 0.4; // still rounds to N
-    C06_TABLE_CHECK(3, n, "Subsequent", trig.data(), factors, &nf, &code, 10);
-    EXPECT_EQ(code, 0);
-    trig[n - 1] = n - 0.6; // damaged
-    C06_TABLE_CHECK(3, n, "r", trig.data(), factors, &nf, &code, 1);
-    EXPECT_EQ(code, 5);
-    C06_TABLE_CHECK(0, n, "I", trig.data(), factors, &nf, &code, 1);
-    EXPECT_EQ(code, 1);
-    C06_TABLE_CHECK(3, 0, "I", trig.data(), factors, &nf, &code, 1);
-    EXPECT_EQ(code, 2);
-    C06_TABLE_CHECK(3, n, "X", trig.data(), factors, &nf, &code, 1);
-    EXPECT_EQ(code, 3);
+    struct Row { int m, n; const char *init; int length; double last, first; int code; };
+    const Row rows[] = {{3, n, "S", 1, 0, 0, 5},          {3, n, "i", 1, 0, 0, 0},
+                        {3, n, "Subsequent", 10, n + 0.4, n, 0}, {3, n, "r", 1, n + 0.4, n - 0.6, 5},
+                        {0, n, "I", 1, 0, 0, 1},          {3, 0, "I", 1, 0, 0, 2}, {3, n, "X", 1, 0, 0, 3}};
+    for (const Row &r : rows) {
+        if (r.last != 0) trig[2 * n - 1] = r.last, trig[n - 1] = r.first;
+        C06_TABLE_CHECK(r.m, r.n, r.init, trig.data(), factors, &nf, &code, r.length);
+        EXPECT_EQ(code, r.code) << r.init;
+        if (*r.init == 'i') {
+            EXPECT_EQ(trig[n - 1], n);
+            EXPECT_EQ(trig[2 * n - 1], n);
+            EXPECT_DOUBLE_EQ(trig[0], std::cos(2 * 3.141592653589793 / n));
+        }
+    }
 }
 
 TEST(BlockSplit, FirstWorkersTakeTheRemainder) {
