@@ -19,23 +19,19 @@ using sparse_test::kNaN;
 struct Data {
     int n = 3, nnz = 7, la = 40, lfill = 0, liwork = 7 * 3 + 2, nnzc = 0, npivm = 0, snnz = 5;
     double dtol = 0.0, dscale = 1.0;
-    std::vector<double> a = std::vector<double>(40, 0.0);
-    std::vector<int> irow = std::vector<int>(40, 0), icol = std::vector<int>(40, 0);
+    // Entries at the front of 40 places, the rest room for the factors.
+    std::vector<double> a = room<double>({4, -1, -1, 4, -1, -1, 4});
+    std::vector<int> irow = room<int>({1, 1, 2, 2, 2, 3, 3}), icol = room<int>({1, 2, 1, 2, 3, 2, 3});
     std::vector<int> ipivp{1, 2, 3}, ipivq{1, 2, 3}, istr = std::vector<int>(4), idiag = std::vector<int>(3);
     std::vector<int> iwork = std::vector<int>(400);
     std::vector<double> x = std::vector<double>(6, 0.0), y = std::vector<double>(6, 1.0);
-    Data() {
-        const int r[] = {1, 1, 2, 2, 2, 3, 3}, c[] = {1, 2, 1, 2, 3, 2, 3};
-        const double v[] = {4, -1, -1, 4, -1, -1, 4};
-        for (int k = 0; k < 7; ++k) a[k] = v[k], irow[k] = r[k], icol[k] = c[k];
-    }
+    template <class T> static std::vector<T> room(std::vector<T> v) { return v.resize(40, T(0)), v; }
     bool lowered = false;
     void lower() {
         if (lowered) return;
         lowered = true;
-        const int r[] = {1, 2, 2, 3, 3}, c[] = {1, 1, 2, 2, 3};
-        const double v[] = {4, -1, 4, -1, 4};
-        for (int k = 0; k < 5; ++k) a[k] = v[k], irow[k] = r[k], icol[k] = c[k];
+        a = room<double>({4, -1, 4, -1, 4});
+        irow = room<int>({1, 2, 2, 3, 3}), icol = room<int>({1, 1, 2, 2, 3});
     }
     int daf(const char *pstrat = "N", const char *milu = "N") {
         int ifail = -1;
