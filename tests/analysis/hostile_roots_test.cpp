@@ -50,23 +50,32 @@ TEST(HostileRoots, QuarticCoefficients) {
 double ZEK_CALLBACK returns_nan(const double *, int *, double *) { return kNan; }
 double ZEK_CALLBACK nan_on_right(const double *x, int *, double *) { return *x > 0.5 ? kNan : -1.0; }
 double ZEK_CALLBACK huge_line(const double *x, int *, double *) { return kMax * (*x - 0.3); }
+double ZEK_CALLBACK pole(const double *x, int *, double *) { return 1.0 / (*x - 0.25); }
+double ZEK_CALLBACK positive(const double *x, int *, double *) { return 1.0 + *x * *x; }
 
+// C05AGF with IFAIL -1: the exit, and its text where the row gives one.
 TEST(HostileRoots, DriverArgumentsAndFunctions) {
-    struct Row { const char *name; ZekC05Function f; double x, h, eps; int ifail; };
+    struct Row { const char *name; ZekC05Function f; double x, h, eps; int ifail; const char *text; };
     const Row rows[] = {
-        {"nan_function", returns_nan, 0, 0.1, 1e-8, 2},  {"nan_beyond", nan_on_right, 0, 0.1, 1e-8, 2},
-        {"nan_x", huge_line, kNan, 0.1, 1e-8, 2},        {"nan_h", huge_line, 0, kNan, 1e-8, 1},
-        {"nan_eps", huge_line, 0, 0.1, kNan, 1},         {"inf_h", huge_line, 0, kInf, 1e-8, 1},
-        {"overflowing_f", huge_line, 0, 0.1, 1e-10, 0},  {"largest_x", huge_line, kMax, -kMax / 4, 1e-8, 2},
+        {"nan_function", returns_nan, 0, 0.1, 1e-8, 2, ""},  {"nan_beyond", nan_on_right, 0, 0.1, 1e-8, 2, ""},
+        {"nan_x", huge_line, kNan, 0.1, 1e-8, 2, ""},        {"nan_h", huge_line, 0, kNan, 1e-8, 1, ""},
+        {"nan_eps", huge_line, 0, 0.1, kNan, 1, ""},         {"inf_h", huge_line, 0, kInf, 1e-8, 1, ""},
+        {"overflowing_f", huge_line, 0, 0.1, 1e-10, 0, ""},  {"largest_x", huge_line, kMax, -kMax / 4, 1e-8, 2, ""},
+        {"eps_zero", huge_line, 0, 0.1, 0.0, 1, " ** On entry, EPS .le. 0.0: EPS =  0.0000E+00."},
+        {"h_below_x", huge_line, 1, 1e-20, 1e-8, 1, " ** On entry, X+H .eq. X:"},
+        {"pole", pole, 0.2, 0.1, 1e-10, 3, " ** Solution may be a pole rather than a zero."},
+        {"no_sign_change", positive, 0, 0.1, 1e-10, 2, " ** An interval containing the zero could not be found."},
     };
     for (const Row &r : rows) {
         SCOPED_TRACE(r.name);
         double x = r.x, h = r.h, a = 0, b = 0;
         const double eta = 0.0;
-        int iuser = 0, ifail = 1;
+        int iuser = 0, ifail = -1;
         double ruser = 0;
+        fft_test::host_text(true);
         C05AGF(&x, &h, &r.eps, &eta, r.f, &a, &b, &iuser, &ruser, &ifail);
         EXPECT_EQ(ifail, r.ifail);
+        EXPECT_NE(fft_test::host_text(true).find(r.text), std::string::npos);
     }
 }
 
