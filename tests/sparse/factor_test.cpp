@@ -7,6 +7,7 @@
 #include <cmath>
 #include <numeric>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "sparse_fixtures.h"
@@ -143,21 +144,24 @@ TEST(SparseProduct, MatchesDenseProducts) {
     }
 }
 
-// ---- Incomplete LU ----
+// ---- Incomplete factorisations ----
 
-// L*D*U of the factors, dense, in positions.
-template <class T> std::vector<T> lu_product(const Factors<T> &r) {
+// L*D*U of the factors, dense, in positions; for an incomplete Cholesky factor (SYMMETRIC) U is L
+// transposed.  Each row stores the inverse of its D entry on the diagonal.
+template <class T> std::vector<T> lu_product(const Factors<T> &r, bool symmetric) {
     const std::size_t n = static_cast<std::size_t>(r.n);
-    std::vector<T> l(n * n, T(0.0)), u(n * n, T(0.0)), out(n * n, T(0.0));
+    std::vector<T> l(n * n, T(0.0)), u(n * n, T(0.0)), out(n * n, T(0.0)), d(n, T(0.0));
     for (std::size_t i = 0; i < n; ++i) {
-        const T d = T(1.0) / r.a[static_cast<std::size_t>(r.idiag[i] - 1)];
+        const std::size_t first = static_cast<std::size_t>(r.istr[i] - 1), end = static_cast<std::size_t>(r.istr[i + 1] - 1);
+        for (std::size_t p = first; p < end; ++p)
+            if (static_cast<std::size_t>(r.icol[p] - 1) == i) d[i] = T(1.0) / r.a[p];
         l[i + i * n] = T(1.0);
-        for (int p = r.istr[i]; p < r.istr[i + 1]; ++p) {
-            const std::size_t j = static_cast<std::size_t>(r.icol[static_cast<std::size_t>(p - 1)] - 1);
-            const T v = r.a[static_cast<std::size_t>(p - 1)];
-            if (j < i) l[i + j * n] = v;
-            else if (j == i) u[i + i * n] = d;
-            else u[i + j * n] = v * d;
+        u[i + i * n] = d[i];
+        for (std::size_t p = first; p < end; ++p) {
+            const std::size_t j = static_cast<std::size_t>(r.icol[p] - 1);
+            if (j < i) l[i + j * n] = r.a[p];
+            if (j < i && symmetric) u[j + i * n] = r.a[p] * d[j];
+            if (j > i) u[i + j * n] = r.a[p] * d[i];
         }
     }
     for (std::size_t j = 0; j < n; ++j)
@@ -167,39 +171,43 @@ template <class T> std::vector<T> lu_product(const Factors<T> &r) {
     return out;
 }
 
-// Level 0 factors reproduce the matrix on its pattern; the modified form keeps the row sums instead.
-TEST(SparseIncompleteLu, LevelZeroFactorsReproduceTheMatrixOnItsPattern) {
-    const Coo m = sparse_test::expand(sparse_test::read_matrix("gr_30_30"));
+// Level 0 factors reproduce the matrix on its pattern; the modified LU keeps the row sums instead.
+TEST(SparseIncompleteFactors, LevelZeroFactorsReproduceTheMatrixOnItsPattern) {
+    const Coo lower = sparse_test::read_matrix("gr_30_30"), m = sparse_test::expand(lower);
     const std::size_t n = static_cast<std::size_t>(m.n);
-    for (const char *pstrat : {"N", "U", "P", "C", "M"}) {
-        SCOPED_TRACE(pstrat);
-        const bool modified = *pstrat == 'M';
-        const Factors<double> r = sparse_test::factor_lu(m, m.a, 0, modified ? "N" : pstrat, modified ? "M" : "N");
+    struct Row { const char *pstrat, *milu; bool cholesky; };
+    const Row rows[] = {{"N", "N", false}, {"U", "N", false}, {"P", "N", false}, {"C", "N", false},
+                        {"N", "M", false}, {"N", "", true},   {"U", "", true},   {"M", "", true}};
+    for (const Row &t : rows) {
+        SCOPED_TRACE(std::string(t.pstrat) + t.milu + (t.cholesky ? " Cholesky" : ""));
+        const Coo &a = t.cholesky ? lower : m;
+        const Factors<double> r = t.cholesky ? sparse_test::factor_ic(a, a.a, 0, t.pstrat, 4 * a.a.size())
+                                             : sparse_test::factor_lu(a, a.a, 0, t.pstrat, t.milu);
         ASSERT_EQ(r.ifail, 0);
         ASSERT_EQ(r.npivm, 0);
-        const std::vector<double> ldu = lu_product(r);
+        const std::vector<double> ldu = lu_product(r, t.cholesky);
         std::vector<std::size_t> pos_of_row(n), pos_of_col(n);
         for (std::size_t i = 0; i < n; ++i) {
             pos_of_row[static_cast<std::size_t>(r.ipiv[i] - 1)] = i;
-            pos_of_col[static_cast<std::size_t>(r.ipivq[i] - 1)] = i;
+            pos_of_col[static_cast<std::size_t>((t.cholesky ? r.ipiv : r.ipivq)[i] - 1)] = i;
         }
         std::vector<double> want(n, 0.0), got(n, 0.0);
         double worst = 0.0;
-        for (std::size_t k = 0; k < m.a.size(); ++k) {
-            const std::size_t i = pos_of_row[static_cast<std::size_t>(m.irow[k] - 1)];
-            const std::size_t j = pos_of_col[static_cast<std::size_t>(m.icol[k] - 1)];
-            worst = std::max(worst, std::fabs(ldu[i + j * n] - m.a[k]));
-            want[static_cast<std::size_t>(m.irow[k] - 1)] += m.a[k];
+        for (std::size_t k = 0; k < a.a.size(); ++k) {
+            const std::size_t i = pos_of_row[static_cast<std::size_t>(a.irow[k] - 1)];
+            const std::size_t j = pos_of_col[static_cast<std::size_t>(a.icol[k] - 1)];
+            worst = std::max(worst, std::fabs(ldu[i + j * n] - a.a[k]));
+            want[static_cast<std::size_t>(a.irow[k] - 1)] += a.a[k];
         }
         for (std::size_t i = 0; i < n; ++i)
             for (std::size_t j = 0; j < n; ++j) got[i] += ldu[i + j * n];
-        if (modified) {
+        if (*t.milu == 'M') {
             for (std::size_t i = 0; i < n; ++i) EXPECT_NEAR(got[i], want[i], 1e-12);
         } else {
             EXPECT_LT(worst, 1e-12);
         }
         // The input entries are as they were.
-        EXPECT_TRUE(std::equal(m.a.begin(), m.a.end(), r.a.begin()));
+        EXPECT_TRUE(t.cholesky || std::equal(a.a.begin(), a.a.end(), r.a.begin()));
     }
 }
 
@@ -226,38 +234,6 @@ TEST(SparseIncompleteLu, CompleteFillSolvesExactly) {
         SCOPED_TRACE(pstrat);
         expect_exact_lu_solves(m, m.a, pstrat);
         expect_exact_lu_solves(m, sparse_test::complexify(m), pstrat);
-    }
-}
-
-// ---- Incomplete Cholesky ----
-
-TEST(SparseIncompleteCholesky, LevelZeroFactorsReproduceTheMatrixOnItsPattern) {
-    const Coo m = sparse_test::read_matrix("gr_30_30");
-    for (const char *pstrat : {"N", "U", "M"}) {
-        SCOPED_TRACE(pstrat);
-        const Factors<double> r = sparse_test::factor_ic(m, m.a, 0, pstrat, 4 * static_cast<std::size_t>(m.nnz()));
-        ASSERT_EQ(r.ifail, 0);
-        ASSERT_EQ(r.npivm, 0);
-        const std::size_t n = static_cast<std::size_t>(m.n);
-        std::vector<double> l(n * n, 0.0), d(n, 0.0);
-        for (std::size_t i = 0; i < n; ++i) {
-            l[i + i * n] = 1.0;
-            for (int p = r.istr[i]; p < r.istr[i + 1]; ++p) {
-                const std::size_t j = static_cast<std::size_t>(r.icol[static_cast<std::size_t>(p - 1)] - 1);
-                if (j == i) d[i] = 1.0 / r.a[static_cast<std::size_t>(p - 1)];
-                else l[i + j * n] = r.a[static_cast<std::size_t>(p - 1)];
-            }
-        }
-        std::vector<std::size_t> pos(n);
-        for (std::size_t k = 0; k < n; ++k) pos[static_cast<std::size_t>(r.ipiv[k] - 1)] = k;
-        double worst = 0.0;
-        for (int k = 0; k < m.nnz(); ++k) {
-            const std::size_t i = pos[static_cast<std::size_t>(m.irow[k] - 1)], j = pos[static_cast<std::size_t>(m.icol[k] - 1)];
-            double s = 0.0;
-            for (std::size_t q = 0; q <= std::min(i, j); ++q) s += l[i + q * n] * d[q] * l[j + q * n];
-            worst = std::max(worst, std::fabs(s - m.a[static_cast<std::size_t>(k)]));
-        }
-        EXPECT_LT(worst, 1e-12);
     }
 }
 
