@@ -211,50 +211,39 @@ TEST(SparseIncompleteFactors, LevelZeroFactorsReproduceTheMatrixOnItsPattern) {
     }
 }
 
-template <class T> void expect_exact_lu_solves(const Coo &m, const std::vector<T> &values, const char *pstrat) {
-    const Factors<T> r = sparse_test::factor_lu(m, values, m.n, pstrat, "N", 80);
-    ASSERT_EQ(r.ifail, 0);
+// With complete fill the factors solve exactly: LU (both ways) of a matrix with zeros on its diagonal,
+// which only the pivoting strategies factor; Cholesky of the grid Laplacian.
+template <class T> void expect_exact_solves(const Coo &m, const std::vector<T> &values, const char *pstrat) {
     const std::size_t n = static_cast<std::size_t>(m.n);
+    const bool cholesky = m.symmetric;
+    const Factors<T> r = cholesky ? sparse_test::factor_ic(m, values, m.n, pstrat, 2 * values.size() + n * n)
+                                  : sparse_test::factor_lu(m, values, m.n, pstrat, "N", 80);
+    ASSERT_EQ(r.ifail, 0);
+    EXPECT_EQ(r.npivm, 0);
     std::vector<T> y(n), x(n);
     for (std::size_t i = 0; i < n; ++i) y[i] = T(1.0 + std::cos(static_cast<double>(i)));
     for (const char *trans : {"N", "T"}) {
         SCOPED_TRACE(trans);
         int ifail = 1;
-        twin<T>(F11DBF, F11DPF)(trans, &r.n, raw(r.a), &r.la, r.irow.data(), r.icol.data(), r.ipiv.data(),
-                                r.ipivq.data(), r.istr.data(), r.idiag.data(), "C", raw(y), raw(x), &ifail, 1, 1);
+        if (cholesky && *trans == 'T') break;
+        if (cholesky)
+            twin<T>(F11JBF, F11JPF)(&r.n, raw(r.a), &r.la, r.irow.data(), r.icol.data(), r.ipiv.data(), r.istr.data(),
+                                    "C", raw(y), raw(x), &ifail, 1);
+        else
+            twin<T>(F11DBF, F11DPF)(trans, &r.n, raw(r.a), &r.la, r.irow.data(), r.icol.data(), r.ipiv.data(),
+                                    r.ipivq.data(), r.istr.data(), r.idiag.data(), "C", raw(y), raw(x), &ifail, 1, 1);
         ASSERT_EQ(ifail, 0);
         EXPECT_LT(sparse_test::relative_residual(m.n, sparse_test::dense(m, values, *trans == 'T'), x, y), 1e-13);
     }
 }
 
-TEST(SparseIncompleteLu, CompleteFillSolvesExactly) {
-    // A matrix with zeros on its diagonal: only the pivoting strategies factor it.
-    const Coo m = sparse_test::read_matrix("west0067");
-    for (const char *pstrat : {"P", "C"}) {
+TEST(SparseIncompleteFactors, CompleteFillSolvesExactly) {
+    const Coo west = sparse_test::read_matrix("west0067"), grid = sparse_test::read_matrix("gr_30_30");
+    for (auto [m, pstrat] : {std::pair(&west, "P"), {&west, "C"}, {&grid, "M"}}) {
         SCOPED_TRACE(pstrat);
-        expect_exact_lu_solves(m, m.a, pstrat);
-        expect_exact_lu_solves(m, sparse_test::complexify(m), pstrat);
+        expect_exact_solves(*m, m->a, pstrat);
+        expect_exact_solves(*m, sparse_test::complexify(*m), pstrat);
     }
-}
-
-template <class T> void expect_exact_cholesky_solve(const Coo &m, const std::vector<T> &values) {
-    const std::size_t n = static_cast<std::size_t>(m.n);
-    const Factors<T> r = sparse_test::factor_ic(m, values, m.n, "M", 2 * static_cast<std::size_t>(m.nnz()) + n * n);
-    ASSERT_EQ(r.ifail, 0);
-    EXPECT_EQ(r.npivm, 0);
-    std::vector<T> y(n), x(n);
-    for (std::size_t i = 0; i < n; ++i) y[i] = T(std::sin(1.0 + static_cast<double>(i)));
-    int ifail = 1;
-    twin<T>(F11JBF, F11JPF)(&r.n, raw(r.a), &r.la, r.irow.data(), r.icol.data(), r.ipiv.data(), r.istr.data(), "C",
-                            raw(y), raw(x), &ifail, 1);
-    ASSERT_EQ(ifail, 0);
-    EXPECT_LT(sparse_test::relative_residual(m.n, sparse_test::dense(m, values), x, y), 1e-13);
-}
-
-TEST(SparseIncompleteCholesky, CompleteFillSolvesExactly) {
-    const Coo m = sparse_test::read_matrix("gr_30_30");
-    expect_exact_cholesky_solve(m, m.a);
-    expect_exact_cholesky_solve(m, sparse_test::complexify(m));
 }
 
 // Pivots that vanish: a zero row is retried then replaced, a drop that empties a pivot has its row
