@@ -150,13 +150,9 @@ TEST_P(ManySequences, RealSequencesByPairs) {
         C06PPF("F", &m, &n, y.data(), work.data(), &ifail, 1);
         ASSERT_EQ(ifail, 0);
         // Compare only the places the transform defines (N odd leaves the last one alone).
-        std::vector<double> defined(y.size()), want(y.size());
-        for (int p = 0; p < m; ++p)
-            for (int i = 0; i < 2 * (n / 2 + 1); ++i) {
-                defined[p * stride + i] = y[p * stride + i];
-                want[p * stride + i] = expected[p * stride + i];
-            }
-        EXPECT_LT(relative_error(defined, want), tolerance(n)) << "M = " << m;
+        std::vector<double> defined = y;
+        for (int p = 0; p < m && n % 2 == 1; ++p) defined[p * stride + n + 1] = 0.0;
+        EXPECT_LT(relative_error(defined, expected), tolerance(n)) << "M = " << m;
         EXPECT_EQ(work[0], n == 1 ? 1.0 : m == 1 ? 3.0 * n : (n + 2.0) * m + 2.0 * n);
         C06PPF("B", &m, &n, y.data(), work.data(), &ifail, 1);
         ASSERT_EQ(ifail, 0);
