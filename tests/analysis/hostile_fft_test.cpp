@@ -5,7 +5,6 @@
 // product of the dimensions and workspace one short end in their exits.
 #include <gtest/gtest.h>
 
-#include <climits>
 #include <cmath>
 #include <limits>
 #include <string>

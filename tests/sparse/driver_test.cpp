@@ -1,14 +1,8 @@
 // The drivers on the Matrix Market matrices (real, and complex ones built from them), the SSOR step
 // against its splitting, the Jacobi iteration, and an exported engine driven by this test's own loop.
 // Residuals are formed here.
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <cstring>
-#include <string>
 #include <tuple>
-#include <type_traits>
-#include <vector>
 
 #include "sparse_fixtures.h"
 

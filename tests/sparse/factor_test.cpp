@@ -1,14 +1,7 @@
 // Coordinate storage, products and incomplete factorisations, checked against dense references formed
 // here: sorted lists against a library-free sort, products against dense products, level-0 factors
 // against the matrix on its pattern, complete factors by the residual of their solve.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <numeric>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "sparse_fixtures.h"
 

@@ -2,12 +2,8 @@
 // and the relaxation preconditioners: each row calls a public routine with IFAIL -1 on the 3 by 3
 // tridiagonal (4, -1) or a spoilt copy of it, and checks the outcome, the first line of its message and
 // that the front's self-check stays quiet.  Every call must end in bounded time.
-#include <algorithm>
 #include <climits>
-#include <cmath>
-#include <complex>
 #include <cstring>
-#include <vector>
 
 #include "sparse_fixtures.h"
 

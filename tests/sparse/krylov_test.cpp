@@ -1,11 +1,6 @@
 // The Krylov suites driven by this test's own reverse-communication loop, with its own dense-free
 // product and the incomplete LU as preconditioner; residuals formed here.  Two problems interleaved.
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <cstring>
-#include <string>
-#include <vector>
 
 #include "sparse_fixtures.h"
 

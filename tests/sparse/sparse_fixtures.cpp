@@ -1,7 +1,5 @@
 #include "sparse_fixtures.h"
 
-#include <algorithm>
-#include <cmath>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>

@@ -1,6 +1,7 @@
-// Matrices for the sparse tests: Matrix Market files read into coordinate storage, dense references
-// and residuals formed here, independently of the library; the incomplete factorisations the solver
-// tests start from; and the scaffolding of the hostile-input tables.
+// The support header of the sparse tests, which also brings the standard headers they share: Matrix
+// Market files read into coordinate storage, dense references and residuals formed here, independently
+// of the library; the incomplete factorisations the solver tests start from; and the scaffolding of
+// the hostile-input tables.
 #ifndef ZEK_TESTS_SPARSE_FIXTURES_H
 #define ZEK_TESTS_SPARSE_FIXTURES_H
 

@@ -1,11 +1,5 @@
 // The symmetric and Hermitian suites driven by this test's own loop, with dense products and a
 // diagonal preconditioner; residuals and the largest singular value formed here.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <string>
-#include <vector>
-
 #include "sparse_fixtures.h"
 
 namespace {
