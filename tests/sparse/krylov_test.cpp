@@ -1,5 +1,6 @@
 // The Krylov suites driven by this test's own reverse-communication loop, with its own dense-free
-// product and the incomplete LU as preconditioner; residuals formed here.  Real and complex problems interleaved.
+// product and the incomplete LU as preconditioner; residuals formed here.  Real and complex problems
+// interleaved.
 #include <cstring>
 
 #include "sparse_fixtures.h"
