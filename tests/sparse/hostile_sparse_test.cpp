@@ -71,37 +71,30 @@ struct Data {
         F11BEF(&irevcm, x.data(), y.data(), nullptr, work.data(), &lwork, &ifail);
         return ifail;
     }
-    // The symmetric (or Hermitian) suite on the 3 by 3 tridiagonal (4, -1), driven to its end; answers
-    // the first request with `answer` when it is not 0.  Returns the last IFAIL.
-    int gef(const char *method, bool hermitian = false, int nn = 3, int maxits = 5, int short_by = 0,
-            int answer = 0) {
+    // The symmetric (real T) or Hermitian (complex T) suite on the 3 by 3 tridiagonal (4, -1), driven to
+    // its end; answers the first request with `answer` when it is not 0.  Returns the last IFAIL.
+    template <class T = double>
+    int gef(const char *method, int nn = 3, int maxits = 5, int short_by = 0, int answer = 0) {
         int ifail = -1, iterm = 1, maxitn = 50, monit = 0, lwreq = 0, lwork = 400, irevcm = 0;
         double tol = 0.0, anorm = 0.0, sigmax = 0.0, sigtol = 0.0;
-        std::vector<std::complex<double>> work(400), u(3), v(3);
-        for (int i = 0; i < 3; ++i) v[i] = y[i];
-        double *w = reinterpret_cast<double *>(work.data());
-        const int len = static_cast<int>(std::strlen(method));
-        (hermitian ? F11GRF : F11GDF)(method, "N", "S", "I", "N", &iterm, &nn, &tol, &maxitn, &anorm, &sigmax,
-                                      &sigtol, &maxits, &monit, &lwreq, w, &lwork, &ifail, len, 1, 1, 1, 1);
+        std::vector<T> work(400), u(3), v(y.begin(), y.begin() + 3);
+        double *w = sparse_test::raw(work);
+        sparse_test::twin<T>(F11GDF, F11GRF)(method, "N", "S", "I", "N", &iterm, &nn, &tol, &maxitn, &anorm, &sigmax,
+                                             &sigtol, &maxits, &monit, &lwreq, w, &lwork, &ifail,
+                                             static_cast<int>(std::strlen(method)), 1, 1, 1, 1);
         if (ifail != 0) return ifail;
         lwork = lwreq - short_by;
         for (int calls = 0; calls < 1000; ++calls) {
             ifail = -1;
-            if (hermitian)
-                F11GSF(&irevcm, reinterpret_cast<double *>(u.data()), reinterpret_cast<double *>(v.data()), nullptr, w,
-                       &lwork, &ifail);
-            else {
-                double du[3] = {u[0].real(), u[1].real(), u[2].real()}, dv[3] = {v[0].real(), v[1].real(), v[2].real()};
-                F11GEF(&irevcm, du, dv, nullptr, w, &lwork, &ifail);
-                for (int i = 0; i < 3; ++i) u[i] = du[i], v[i] = dv[i];
-            }
+            sparse_test::twin<T>(F11GEF, F11GSF)(&irevcm, sparse_test::raw(u), sparse_test::raw(v), nullptr, w, &lwork,
+                                                 &ifail);
             if (ifail != 0 || irevcm == 4) return ifail;
             if (answer != 0) {
                 irevcm = answer;
                 continue;
             }
             if (irevcm == 1)
-                for (int i = 0; i < 3; ++i) v[i] = 4.0 * u[i] - (i > 0 ? u[i - 1] : 0.0) - (i < 2 ? u[i + 1] : 0.0);
+                for (int i = 0; i < 3; ++i) v[i] = 4.0 * u[i] - (i > 0 ? u[i - 1] : T(0.0)) - (i < 2 ? u[i + 1] : T(0.0));
         }
         return 99;
     }
@@ -168,17 +161,17 @@ const Row kRows[] = {
     {"driver Inf right-hand side", [](Data &d) { d.y[2] = -kInf; return d.dcf("RGMRES", 1000); }, 6, " ** Algorithmic breakdown."},
     {"driver converges", [](Data &d) { return d.dcf("BICGSTAB", 1000); }, 0, ""},
     {"symmetric bad METHOD", [](Data &d) { return d.gef("CGS"); }, -1, " ** On entry, parameter number  1 had an illegal value."},
-    {"symmetric N zero", [](Data &d) { return d.gef("CG", false, 0); }, -7, " ** On entry, parameter number  7 had an illegal value."},
-    {"symmetric MAXITS zero", [](Data &d) { return d.gef("SYMMLQ", false, 3, 0); }, -13, " ** On entry, parameter number 13 had an illegal value."},
-    {"symmetric LWORK one short", [](Data &d) { return d.gef("CG", false, 3, 5, 1); }, -6, " ** On first entry, parameter number  6 had an illegal value."},
+    {"symmetric N zero", [](Data &d) { return d.gef("CG", 0); }, -7, " ** On entry, parameter number  7 had an illegal value."},
+    {"symmetric MAXITS zero", [](Data &d) { return d.gef("SYMMLQ", 3, 0); }, -13, " ** On entry, parameter number 13 had an illegal value."},
+    {"symmetric LWORK one short", [](Data &d) { return d.gef("CG", 3, 5, 1); }, -6, " ** On first entry, parameter number  6 had an illegal value."},
     {"symmetric NaN right-hand side", [](Data &d) { d.y[1] = kNaN; return d.gef("CG"); }, 2, " ** The required accuracy could not be obtained."},
     {"symmetric Inf right-hand side", [](Data &d) { d.y[0] = kInf; return d.gef("SYMMLQ"); }, 2, " ** The required accuracy could not be obtained."},
-    {"symmetric -Inf right-hand side", [](Data &d) { d.y[2] = -kInf; return d.gef("CG", true); }, 2, " ** The required accuracy could not be obtained."},
+    {"symmetric -Inf right-hand side", [](Data &d) { d.y[2] = -kInf; return d.gef<sparse_test::Complex>("CG"); }, 2, " ** The required accuracy could not be obtained."},
     // The inner products are not scaled: a right-hand side near overflow ends in the accuracy exit.
     {"symmetric largest values", [](Data &d) { for (double &e : d.y) e = 1e300; return d.gef("SYMMLQ"); }, 2, " ** The required accuracy could not be obtained."},
-    {"symmetric smallest values", [](Data &d) { for (double &e : d.y) e = 1e-310; return d.gef("CG", true); }, 0, ""},
-    {"symmetric immediate stop", [](Data &d) { return d.gef("SYMMLQ", true, 3, 5, 0, 6); }, 8, " ** User-requested immediate termination."},
-    {"Hermitian converges", [](Data &d) { return d.gef("SYMMLQ", true); }, 0, ""},
+    {"symmetric smallest values", [](Data &d) { for (double &e : d.y) e = 1e-310; return d.gef<sparse_test::Complex>("CG"); }, 0, ""},
+    {"symmetric immediate stop", [](Data &d) { return d.gef<sparse_test::Complex>("SYMMLQ", 3, 5, 0, 6); }, 8, " ** User-requested immediate termination."},
+    {"Hermitian converges", [](Data &d) { return d.gef<sparse_test::Complex>("SYMMLQ"); }, 0, ""},
     // Products.
     {"product bad TRANS", [](Data &d) { return d.xaf("Q", "C"); }, 1, " ** On entry, TRANS .ne. 'N' or 'T': TRANS = 'Q'."},
     {"product bad structure", [](Data &d) { d.irow[6] = 1; return d.xaf("N", "C"); }, 2, " ** On entry, A(I) is out of order:"},
