@@ -1,7 +1,6 @@
 // The drivers on the Matrix Market matrices (real, and complex ones built from them), the SSOR step
 // against its splitting, the Jacobi iteration, and an exported engine driven by this test's own loop.
 // Residuals are formed here.
-#include <cstring>
 #include <tuple>
 
 #include "sparse_fixtures.h"
@@ -11,12 +10,12 @@ namespace {
 using sparse_test::Complex;
 using sparse_test::Coo;
 using sparse_test::dense;
+using sparse_test::len;
 using sparse_test::right_side;
 using sparse_test::twin;
 using sparse_test::values_of;
 
 template <class T> double *d(const std::vector<T> &v) { return sparse_test::raw(v); }
-int len(const char *s) { return static_cast<int>(std::strlen(s)); }
 
 // Jacobi and SSOR built into the general drivers; without a preconditioner sherman1 is out of reach.
 template <class T> void relaxed(const char *method, const char *precon, double omega, int expected) {

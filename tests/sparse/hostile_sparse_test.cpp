@@ -3,7 +3,6 @@
 // tridiagonal (4, -1) or a spoilt copy of it, and checks the outcome, the first line of its message and
 // that the front's self-check stays quiet.  Every call must end in bounded time.
 #include <climits>
-#include <cstring>
 
 #include "sparse_fixtures.h"
 
@@ -11,6 +10,7 @@ namespace {
 
 using sparse_test::kInf;
 using sparse_test::kNaN;
+using sparse_test::len;
 
 // A 3 by 3 tridiagonal matrix in CS with room for factors, and its SCS lower triangle.
 struct Data {
@@ -57,7 +57,7 @@ struct Data {
         std::vector<double> work(static_cast<std::size_t>(std::max(lwork, 1)));
         F11DCF(method, &n, &nnz, a.data(), &la, irow.data(), icol.data(), ipivp.data(), ipivq.data(), istr.data(),
                idiag.data(), y.data(), &m, &tol, &maxitn, x.data(), &rnorm, &itn, work.data(), &lwork, &ifail,
-               static_cast<int>(std::strlen(method)));
+               sparse_test::len(method));
         return ifail;
     }
     int bef_short() {
@@ -81,7 +81,7 @@ struct Data {
         double *w = sparse_test::raw(work);
         sparse_test::twin<T>(F11GDF, F11GRF)(method, "N", "S", "I", "N", &iterm, &nn, &tol, &maxitn, &anorm, &sigmax,
                                              &sigtol, &maxits, &monit, &lwreq, w, &lwork, &ifail,
-                                             static_cast<int>(std::strlen(method)), 1, 1, 1, 1);
+                                             sparse_test::len(method), 1, 1, 1, 1);
         if (ifail != 0) return ifail;
         lwork = lwreq - short_by;
         for (int calls = 0; calls < 1000; ++calls) {
@@ -196,7 +196,6 @@ struct Data {
         for (std::size_t k = 0; k < a.size(); ++k) z[2 * k] = a[k], z[2 * k + 1] = irow[k] == icol[k] ? 0.0 : 0.25;
     }
     void lower() { a = {4, -1, 4, -1, 4}, irow = {1, 2, 2, 3, 3}, icol = {1, 1, 2, 2, 3}, nnz = 5, complex(); }
-    static int len(const char *s) { return static_cast<int>(std::strlen(s)); }
     int def(const char *method, const char *precon, bool cplx = false) {
         (cplx ? F11DSF : F11DEF)(method, precon, &n, &nnz, cplx ? z.data() : a.data(), irow.data(), icol.data(), &omega,
                                  cplx ? zb.data() : b.data(), &m, &tol, &maxitn, x.data(), &rnorm, &itn, work.data(),

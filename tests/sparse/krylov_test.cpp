@@ -1,8 +1,6 @@
 // The Krylov suites driven by this test's own reverse-communication loop, with its own dense-free
 // product and the incomplete LU as preconditioner; residuals formed here.  Real and complex problems
 // interleaved.
-#include <cstring>
-
 #include "sparse_fixtures.h"
 
 namespace {
@@ -30,7 +28,7 @@ template <class T> struct Problem {
         for (std::size_t i = 0; i < b.size(); ++i) b[i] = T(1.0 + std::sin(static_cast<double>(i)));
         int lwreq = 0;
         twin<T>(F11BDF, F11BRF)(method, precon ? "P" : "N", "I", "N", &itn, &m.n, &order, &tol, &maxitn, &anorm,
-                                &sigmax, &monit, &lwreq, w(), &lwork, &ifail, static_cast<int>(std::strlen(method)), 1,
+                                &sigmax, &monit, &lwreq, w(), &lwork, &ifail, sparse_test::len(method), 1,
                                 1, 1);
         EXPECT_EQ(ifail, 0);
         EXPECT_LE(lwreq, lwork);
@@ -154,7 +152,7 @@ TEST(SparseDriver, IncompleteLuDriverSolvesAndChecksItsFactors) {
             std::fill(x.begin(), x.end(), 0.0), ifail = 1;
             F11DCF(c.method, &n, &nnz, f.a.data(), &f.la, f.irow.data(), f.icol.data(), f.ipiv.data(), f.ipivq.data(),
                    f.istr.data(), f.idiag.data(), p.b.data(), &order, &tol, &maxitn, x.data(), &rnorm, &itn,
-                   work.data(), &lwork, &ifail, static_cast<int>(std::strlen(c.method)));
+                   work.data(), &lwork, &ifail, sparse_test::len(c.method));
         };
         solve();
         EXPECT_EQ(ifail, 0);

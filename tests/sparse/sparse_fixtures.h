@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
+#include <cstring>
 #include <functional>
 #include <limits>
 #include <numeric>
@@ -85,6 +86,8 @@ double relative_residual(int n, const std::vector<T> &a, const std::vector<T> &x
 template <class T> double *raw(const std::vector<T> &v) {
     return const_cast<double *>(reinterpret_cast<const double *>(v.data()));
 }
+// The length of a character argument, as the routines take it.
+inline int len(const char *s) { return static_cast<int>(std::strlen(s)); }
 // The real routine or its complex twin, which takes the same arguments.
 template <class T, class F> F *twin(F *real, F *cplx) { return std::is_same_v<T, double> ? real : cplx; }
 
