@@ -1,3 +1,5 @@
+# The suite captures host-channel text with the frame suite's capture helper.
+target_sources(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/frame/host_capture.cpp)
 # The reference tests compare the Fourier transforms with FFTW (libfftw3-dev).
 target_link_libraries(${target} PRIVATE fftw3)
 # The quadrature reference tests compare the one-dimensional integrator with GSL's adaptive

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "analysis/fft.h"
@@ -16,74 +17,61 @@ using fft_test::random_reals;
 
 namespace {
 
-// Runs F once with the wide passes and once without, and returns both results.
-template <class F> std::pair<std::vector<double>, std::vector<double>> both_paths(F run) {
-    zek::fft::wide::allow(true);
-    std::vector<double> wide = run();
-    zek::fft::wide::allow(false);
-    std::vector<double> plain = run();
-    zek::fft::wide::allow(true);
-    return {wide, plain};
-}
-
 bool same_bits(const std::vector<double> &a, const std::vector<double> &b) {
     return a.size() == b.size() && std::memcmp(a.data(), b.data(), sizeof(double) * a.size()) == 0;
 }
 
+// Runs RUN once with the wide passes and once without; the two must agree to the bit.
+template <class F> void expect_same_bits(F run, const std::string &what) {
+    zek::fft::wide::allow(true);
+    const std::vector<double> wide = run();
+    zek::fft::wide::allow(false);
+    const std::vector<double> plain = run();
+    zek::fft::wide::allow(true);
+    EXPECT_TRUE(same_bits(wide, plain)) << what;
+}
+
 // Sizes with every written-out radix and odd factors of the general pass, in both directions; M with
-// a remainder beyond whole vectors.
+// a remainder beyond whole vectors.  The first engine, forward and back, on lengths with many short
+// blocks and with few long ones.
 TEST(WidePasses, SameBitsAsTheOrdinaryPasses) {
     if (!zek::fft::wide::enabled()) GTEST_SKIP() << "the processor has no wide vector registers";
     for (int n : {2, 12, 30, 64, 77, 120, 210, 625, 729, 1000, 1024, 4096, 5040}) {
         for (int m : {1, 3, 8}) {
             for (const char *direct : {"F", "B"}) {
+                const std::string what = "N = " + std::to_string(n) + " M = " + std::to_string(m) + " " + direct;
                 const std::vector<double> complex_data = random_reals(2 * static_cast<std::size_t>(m) * n, 3u + n);
-                auto complex_run = [&] {
+                expect_same_bits([&] {
                     std::vector<double> x = complex_data, work(2 * static_cast<std::size_t>(m + 1) * n);
                     int ifail = 1;
-                    if (m == 1)
-                        C06PCF(direct, x.data(), &n, work.data(), &ifail, 1);
-                    else
-                        C06PRF(direct, &m, &n, x.data(), work.data(), &ifail, 1);
+                    if (m == 1) C06PCF(direct, x.data(), &n, work.data(), &ifail, 1);
+                    else C06PRF(direct, &m, &n, x.data(), work.data(), &ifail, 1);
                     EXPECT_EQ(ifail, 0);
                     return x;
-                };
-                auto [wide, plain] = both_paths(complex_run);
-                EXPECT_TRUE(same_bits(wide, plain)) << "complex N = " << n << " M = " << m << " " << direct;
-
+                }, "complex " + what);
                 const std::vector<double> real_data = random_reals(static_cast<std::size_t>(m) * (n + 2), 5u + n);
-                auto real_run = [&] {
+                expect_same_bits([&] {
                     std::vector<double> x = real_data, work(static_cast<std::size_t>(m) * (n + 2) + 2 * n);
                     int ifail = 1;
                     C06PPF(direct, &m, &n, x.data(), work.data(), &ifail, 1);
                     EXPECT_EQ(ifail, 0);
                     return x;
-                };
-                auto [wide_real, plain_real] = both_paths(real_run);
-                EXPECT_TRUE(same_bits(wide_real, plain_real)) << "real N = " << n << " M = " << m << " " << direct;
+                }, "real " + what);
             }
         }
     }
-}
-
-// The first engine: one real sequence, forward and back, for each written-out radix and lengths with
-// many short blocks and with few long ones.
-TEST(WidePasses, FirstEngineSameBits) {
-    if (!zek::fft::wide::enabled()) GTEST_SKIP() << "the processor has no wide vector registers";
     for (int n : {8, 60, 250, 1000, 1024, 6561, 65536}) {
         const std::vector<double> data = random_reals(n, 7u + n);
-        auto run = [&] {
-            std::vector<double> x = data, work(n), forward;
+        expect_same_bits([&] {
+            std::vector<double> x = data, work(n), both;
             int ifail = 1;
             C06FAF(x.data(), &n, work.data(), &ifail);
             EXPECT_EQ(ifail, 0);
-            forward = x;
+            both = x;
             C06FBF(x.data(), &n, work.data(), &ifail);
-            forward.insert(forward.end(), x.begin(), x.end());
-            return forward;
-        };
-        auto [wide, plain] = both_paths(run);
-        EXPECT_TRUE(same_bits(wide, plain)) << "N = " << n;
+            both.insert(both.end(), x.begin(), x.end());
+            return both;
+        }, "first engine N = " + std::to_string(n));
     }
 }
 

@@ -1,5 +1,5 @@
 // Helpers of the Fourier transform tests: random data, the transform by definition in long double, the
-// relative error, and a capture of the host channel.
+// relative error, and the text a call hands to the host.
 #ifndef ZEK_TESTS_FFT_TEST_SUPPORT_H
 #define ZEK_TESTS_FFT_TEST_SUPPORT_H
 
@@ -8,6 +8,8 @@
 #include <random>
 #include <string>
 #include <vector>
+
+#include "frame/host_capture.h"
 
 namespace fft_test {
 
@@ -57,9 +59,18 @@ inline double relative_error(const std::vector<double> &a, const std::vector<dou
 // Tolerance for a transform of length n: a few eps times log2 n.
 inline double tolerance(long n) { return 4e-16 * (std::log2(static_cast<double>(n) + 1.0) + 2.0); }
 
-// Text handed to the host's print routine since the last call of host_text(true), one line per
-// call without trailing blanks.
-std::string host_text(bool clear = true);
+// The text CALL hands to the host's print routine: one line per call of the routine, without trailing
+// blanks.
+template <class F> std::string host_text(F call) {
+    zek_test::OutputCapture capture;
+    call();
+    std::string text;
+    for (std::string piece : capture.host()) {
+        piece.erase(piece.find_last_not_of(' ') + 1);
+        text += (text.empty() ? "" : "\n") + piece;
+    }
+    return text;
+}
 
 } // namespace fft_test
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <limits>
@@ -148,17 +147,15 @@ TEST_P(HostileIfail, RecordsAndErrbuf) {
     char errbuf[200];
     int ifail = -13;
     g_calls = 0;
-    fft_test::host_text();
-    r.call(errbuf, &ifail);
+    const std::string text = fft_test::host_text([&] { r.call(errbuf, &ifail); });
     EXPECT_EQ(ifail, r.ierror);
     EXPECT_EQ(std::string(errbuf).substr(0, std::string(r.errbuf).size()), r.errbuf);
     if (r.message) {
-        EXPECT_EQ(fft_test::host_text(), r.message);
+        EXPECT_EQ(text, r.message);
     }
-    if (r.ierror == 4 || std::string(r.label).find("simplex_") == 0) {
-        if (r.ierror != 3) {
-            EXPECT_EQ(g_calls, 0);
-        }
+    // Argument exits, and a flat simplex, end before any evaluation.
+    if (r.ierror == 4 || (std::string(r.label).rfind("simplex_", 0) == 0 && r.ierror != 3)) {
+        EXPECT_EQ(g_calls, 0);
     }
 }
 

@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <complex>
-#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
@@ -88,24 +87,6 @@ TEST(Quartic, ComplexCoefficients) {
                   {2.915736996857966915, 6.6474024287283417987}});
 }
 
-TEST(Quartic, FailureExitsMarkTheOutputs) {
-    struct Row { const char *name; bool complex; double e, d; int ifail; const char *text; };
-    const Row rows[] = {
-        {"real_e_zero", false, 0.0, 1.0, 1, " ** On entry, E .eq. 0.0."},
-        {"complex_e_zero", true, 0.0, 1.0, 1, " ** On entry, E .eq. (0.0,0.0)."},
-        {"real_overflow", false, 1e-300, 1e300, 2, " ** The companion matrix H cannot be formed without overflow."},
-        {"complex_overflow", true, 1e-300, 1e300, 2, " ** The companion matrix H cannot be formed without overflow."},
-    };
-    for (const Row &r : rows) {
-        SCOPED_TRACE(r.name);
-        fft_test::host_text(true);
-        const Quartic q = r.complex ? c02anf(r.e, 1, 1, 1, r.d) : c02alf(r.e, 1, 1, 1, r.d);
-        EXPECT_EQ(q.ifail, r.ifail);
-        EXPECT_NE(fft_test::host_text(true).find(r.text), std::string::npos);
-        for (int i = 0; i < 4; ++i) EXPECT_EQ(q.zr[i], -2139062144.0);
-    }
-}
-
 // ---- Scalar equations ------------------------------------------------------------------------------
 
 struct Equation {
@@ -148,11 +129,35 @@ int run_c05azc(const std::function<double(double)> &f, double *x, double *y, dou
     return evaluations;
 }
 
+#if defined(ZEK_HAVE_GSL)
+// Evaluations of Brent's method (GSL) on E, stopped by the same test on its bracket.
+int brent_evaluations(const Equation &e, double tolx) {
+    static const Equation *current;
+    static int count;
+    current = &e;
+    count = 0;
+    gsl_function fn{[](double t, void *) { return ++count, current->f(t); }, nullptr};
+    gsl_root_fsolver *s = gsl_root_fsolver_alloc(gsl_root_fsolver_brent);
+    gsl_root_fsolver_set(s, &fn, e.a, e.b);
+    for (int it = 0; it < 500; ++it) {
+        gsl_root_fsolver_iterate(s);
+        const double lo = gsl_root_fsolver_x_lower(s), hi = gsl_root_fsolver_x_upper(s);
+        if ((hi - lo) / 2 <= 0.5 * tolx * std::max(std::fabs(gsl_root_fsolver_root(s)), 1.0)) break;
+    }
+    gsl_root_fsolver_free(s);
+    return count;
+}
+#endif
+
+// Against Brent's method, when GSL is there: our refinement interpolates linearly until the bracket
+// has been slow to shrink twice, where Brent's method takes the inverse quadratic whenever it has three
+// distinct points: 133 evaluations against Brent's 127 on this battery, ahead on four equations and
+// behind on six.
 TEST(ScalarZeros, BatteryByReverseCommunication) {
-    int total = 0;
+    int total = 0, brent = 0;
+    const double tolx = 1e-10;
     for (const Equation &e : battery()) {
         SCOPED_TRACE(e.name);
-        const double tolx = 1e-10;
         double x = e.a, y = e.b;
         ZekFail fail{};
         const int n = run_c05azc(e.f, &x, &y, tolx, 0, &fail);
@@ -165,44 +170,18 @@ TEST(ScalarZeros, BatteryByReverseCommunication) {
         if (!std::isnan(e.root)) {
             EXPECT_NEAR(x, e.root, tolx * std::max(1.0, std::fabs(e.root)));
         }
+#if defined(ZEK_HAVE_GSL)
+        gsl_set_error_handler_off();
+        brent += brent_evaluations(e, tolx);
+#endif
     }
     EXPECT_LE(total, 12 * 15);
     RecordProperty("evaluations", total);
-}
-
 #if defined(ZEK_HAVE_GSL)
-// Brent's method (GSL) on the same battery, stopped by the same test on its bracket.  Our refinement
-// interpolates linearly until the bracket has been slow to shrink twice, where Brent's method takes the
-// inverse quadratic whenever it has three distinct points: 133 evaluations against Brent's 127 on this
-// battery, ahead on four equations and behind on six.
-TEST(ScalarZerosReference, BatteryAgainstBrent) {
-    gsl_set_error_handler_off();
-    int ours = 0, brent = 0;
-    for (const Equation &e : battery()) {
-        const double tolx = 1e-10;
-        double x = e.a, y = e.b;
-        ZekFail fail{};
-        ours += run_c05azc(e.f, &x, &y, tolx, 0, &fail);
-        static const Equation *current;
-        static int count;
-        current = &e;
-        count = 0;
-        gsl_function fn{[](double t, void *) { return ++count, current->f(t); }, nullptr};
-        gsl_root_fsolver *s = gsl_root_fsolver_alloc(gsl_root_fsolver_brent);
-        gsl_root_fsolver_set(s, &fn, e.a, e.b);
-        for (int it = 0; it < 500; ++it) {
-            gsl_root_fsolver_iterate(s);
-            const double lo = gsl_root_fsolver_x_lower(s), hi = gsl_root_fsolver_x_upper(s);
-            if ((hi - lo) / 2 <= 0.5 * tolx * std::max(std::fabs(gsl_root_fsolver_root(s)), 1.0)) break;
-        }
-        gsl_root_fsolver_free(s);
-        brent += count;
-    }
-    RecordProperty("evaluations", ours);
     RecordProperty("brent_evaluations", brent);
-    EXPECT_LE(ours, brent + brent / 16);
-}
+    EXPECT_LE(total, brent + brent / 16);
 #endif
+}
 
 TEST(ScalarZeros, InterleavedSearchesKeepTheirOwnState) {
     double c1[17], c2[17], x1 = 0, y1 = 2, x2 = 1, y2 = 3, f1 = 0, f2 = 0;
@@ -259,8 +238,6 @@ double ZEK_CALLBACK cubic(const double *x, int *iuser, double *ruser) {
     ++iuser[0];
     return *x * *x * *x - ruser[0];
 }
-double ZEK_CALLBACK pole(const double *x, int *, double *) { return 1.0 / (*x - 0.25); }
-double ZEK_CALLBACK positive(const double *x, int *, double *) { return 1.0 + *x * *x; }
 
 TEST(ScalarZeros, DriverWithUserWords) {
     int iuser[1] = {0};
@@ -274,20 +251,6 @@ TEST(ScalarZeros, DriverWithUserWords) {
     EXPECT_GE(b, x);
     EXPECT_GT(iuser[0], 3);
     EXPECT_LT(iuser[0], 80);
-    struct Row { ZekC05Function f; double x, h, eps; int ifail; const char *text; };
-    const Row rows[] = {
-        {cubic, 0, 0.1, 0.0, 1, " ** On entry, EPS .le. 0.0: EPS =  0.0000E+00."},
-        {cubic, 1, 1e-20, 1e-8, 1, " ** On entry, X+H .eq. X:"},
-        {pole, 0.2, 0.1, 1e-10, 3, " ** Solution may be a pole rather than a zero."},
-        {positive, 0, 0.1, 1e-10, 2, " ** An interval containing the zero could not be found."},
-    };
-    for (const Row &r : rows) {
-        fft_test::host_text(true);
-        x = r.x, h = r.h, eps = r.eps, ifail = -1;
-        C05AGF(&x, &h, &eps, &eta, r.f, &a, &b, iuser, ruser, &ifail);
-        EXPECT_EQ(ifail, r.ifail) << r.text;
-        EXPECT_NE(fft_test::host_text(true).find(r.text), std::string::npos) << r.text;
-    }
 }
 
 TEST(ScalarZeros, BracketSearchByReverseCommunication) {

@@ -1,29 +1,21 @@
 // The drivers on the Matrix Market matrices (real, and complex ones built from them), the SSOR step
 // against its splitting, the Jacobi iteration, and an exported engine driven by this test's own loop.
 // Residuals are formed here.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <cstring>
-#include <string>
 #include <tuple>
-#include <type_traits>
-#include <vector>
 
 #include "sparse_fixtures.h"
-#include "zek2/f11.h"
 
 namespace {
 
 using sparse_test::Complex;
 using sparse_test::Coo;
 using sparse_test::dense;
+using sparse_test::len;
 using sparse_test::right_side;
 using sparse_test::twin;
 using sparse_test::values_of;
 
 template <class T> double *d(const std::vector<T> &v) { return sparse_test::raw(v); }
-int len(const char *s) { return static_cast<int>(std::strlen(s)); }
 
 // Jacobi and SSOR built into the general drivers; without a preconditioner sherman1 is out of reach.
 template <class T> void relaxed(const char *method, const char *precon, double omega, int expected) {
@@ -57,11 +49,10 @@ TEST(SparseDrivers, ComplexDriversSolveWithFactorsJacobiAndSsor) {
     const Coo h = sparse_test::read_matrix("gr_30_30"), g = sparse_test::expand(sparse_test::read_matrix("west0067"));
     const std::vector<Complex> ha = sparse_test::complexify(h), hb = right_side<Complex>(h.n), work(12 * h.n + 200),
                                ga = sparse_test::complexify(g), gb = right_side<Complex>(g.n);
-    const int n = h.n, nnz = h.nnz(), gn = g.n, gnnz = g.nnz(), maxitn = 800, lwork = 12 * n + 200, la = 10 * nnz,
-              lfill = 1, liwork = 7 * n + 1 + 2 * la - 3 * nnz, gla = 20 * gnnz, gliwork = 7 * gn + 2;
-    const double tol = 1e-10, dtol = 0.0, dscale = 1.0;
-    std::vector<int> iwork(static_cast<std::size_t>(liwork));
-    int itn = 0, ifail = 1, nnzc = 0, npivm = 0;
+    const int n = h.n, nnz = h.nnz(), gn = g.n, gnnz = g.nnz(), maxitn = 800, lwork = 12 * n + 200;
+    const double tol = 1e-10;
+    std::vector<int> iwork(static_cast<std::size_t>(n));
+    int itn = 0, ifail = 1;
     double rnorm = 0.0;
     for (auto [method, precon, omega] : {std::tuple("CG", "J", 0.0), {"SYMMLQ", "S", 1.5}, {"CG", "S", 1.0}}) {
         const std::vector<Complex> x(hb.size());
@@ -70,11 +61,9 @@ TEST(SparseDrivers, ComplexDriversSolveWithFactorsJacobiAndSsor) {
         EXPECT_EQ(ifail, 0) << method << precon;
         EXPECT_LT(sparse_test::relative_residual(n, dense(h, ha), x, hb), 1e-9) << method << precon;
     }
-    sparse_test::Factors<Complex> c(h, ha, la), f(g, ga, gla);
-    F11JNF(&n, &nnz, d(c.a), &la, c.irow.data(), c.icol.data(), &lfill, &dtol, "N", &dscale, "M", c.ipiv.data(),
-           c.istr.data(), &nnzc, &npivm, iwork.data(), &liwork, &ifail, 1, 1);
-    F11DNF(&gn, &gnnz, d(f.a), &gla, f.irow.data(), f.icol.data(), &lfill, &dtol, "C", "N", f.ipiv.data(), f.ipivq.data(),
-           f.istr.data(), f.idiag.data(), &nnzc, &npivm, iwork.data(), &gliwork, &ifail, 1, 1);
+    const sparse_test::Factors<Complex> c = sparse_test::factor_ic(h, ha, 1, "M", 10 * static_cast<std::size_t>(nnz)),
+                                        f = sparse_test::factor_lu(g, ga, 1, "C", "N", 20);
+    const int la = c.la, gla = f.la;
     for (const char *method : {"CG", "SYMMLQ", "RGMRES", "BICGSTAB", "TFQMR"}) {
         const std::vector<Complex> x(hb.size());
         const int order = *method == 'R' ? 20 : 4;
@@ -103,17 +92,10 @@ Coo small(bool lower) {
                 m.irow.push_back(i), m.icol.push_back(j), m.a.push_back(i == j ? 6.0 + i : 0.5 * (i - j) + 0.25 * j);
     return m;
 }
-template <class T> std::vector<T> dense_of(const Coo &m, const std::vector<T> &a, bool transpose) {
-    std::vector<T> f = dense(m, a);
-    for (int i = 0; transpose && i < m.n; ++i)
-        for (int j = 0; j < i; ++j) std::swap(f[i + j * m.n], f[j + i * m.n]);
-    return f;
-}
-
 // (D/w + L) inverse(D) (D/w + U) x = ((2 - w)/w) v, checked with the dense triangles.
 template <class T> void ssor_case(bool hermitian, const char *trans) {
     const Coo m = small(hermitian);
-    const std::vector<T> a = values_of<T>(m), v = right_side<T>(m.n), f = dense_of(m, a, *trans == 'T'), x(v.size());
+    const std::vector<T> a = values_of<T>(m), v = right_side<T>(m.n), f = dense(m, a, *trans == 'T'), x(v.size());
     const int n = m.n, nnz = m.nnz();
     const double w = 1.3;
     int ifail = 1;
@@ -143,7 +125,7 @@ template <class T> void jacobi_case(const char *trans) {
     jacobi("N", trans, "I", &first, &n, &nnz, d(a), m.irow.data(), m.icol.data(), "C", d(v), d(x), d(diag), d(work), &ifail, 1, 1, 1, 1);
     jacobi("S", trans, "N", &more, &n, &nnz, d(a), m.irow.data(), m.icol.data(), "N", d(v), d(x), d(diag), d(work), &ifail, 1, 1, 1, 1);
     EXPECT_EQ(ifail, 0);
-    EXPECT_LT(sparse_test::relative_residual(n, dense_of(m, a, *trans == 'T'), x, v), 1e-13) << trans;
+    EXPECT_LT(sparse_test::relative_residual(n, dense(m, a, *trans == 'T'), x, v), 1e-13) << trans;
 }
 
 TEST(SparseRelaxation, SsorStepSolvesItsSplittingAndJacobiConverges) {

@@ -1,17 +1,9 @@
 // Coordinate storage, products and incomplete factorisations, checked against dense references formed
 // here: sorted lists against a library-free sort, products against dense products, level-0 factors
 // against the matrix on its pattern, complete factors by the residual of their solve.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <numeric>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "sparse_fixtures.h"
-#include "zek2/f11.h"
 
 namespace {
 
@@ -100,13 +92,11 @@ TEST(SparseSort, ShuffledMatrixSortsBackRealAndComplex) {
 
 // ---- Products ----
 
-template <class T> std::vector<T> dense_times(int n, const std::vector<T> &d, const std::vector<T> &x, bool trans) {
+// y = D x with the dense matrix.
+template <class T> std::vector<T> dense_times(int n, const std::vector<T> &d, const std::vector<T> &x) {
     std::vector<T> y(static_cast<std::size_t>(n), T(0.0));
-    for (int i = 0; i < n; ++i)
-        for (int j = 0; j < n; ++j) {
-            const std::size_t ij = static_cast<std::size_t>(i + j * n), ji = static_cast<std::size_t>(j + i * n);
-            y[static_cast<std::size_t>(i)] += (trans ? d[ji] : d[ij]) * x[static_cast<std::size_t>(j)];
-        }
+    for (std::size_t i = 0; i < y.size(); ++i)
+        for (std::size_t j = 0; j < y.size(); ++j) y[i] += d[i + j * y.size()] * x[j];
     return y;
 }
 
@@ -127,9 +117,7 @@ TEST(SparseProduct, MatchesDenseProducts) {
             x[static_cast<std::size_t>(i)] = std::sin(1.0 + i);
             zx[static_cast<std::size_t>(i)] = Complex(std::cos(2.0 * i), std::sin(0.5 + i));
         }
-        const std::vector<double> d = sparse_test::dense(m);
         std::vector<Complex> zv = sparse_test::complexify(m);
-        const std::vector<Complex> zd = sparse_test::dense(m, zv);
         int nnz = m.nnz(), ifail = 1;
         const double scale = 1e-12 * (1.0 + *std::max_element(m.a.begin(), m.a.end(), [](double p, double q) {
                                           return std::fabs(p) < std::fabs(q);
@@ -140,46 +128,33 @@ TEST(SparseProduct, MatchesDenseProducts) {
             if (m.symmetric) F11XEF(&n, &nnz, m.a.data(), m.irow.data(), m.icol.data(), "C", x.data(), y.data(), &ifail, 1);
             else F11XAF(t, &n, &nnz, m.a.data(), m.irow.data(), m.icol.data(), "C", x.data(), y.data(), &ifail, 1, 1);
             EXPECT_EQ(ifail, 0);
-            EXPECT_LT(max_diff(y, dense_times(n, d, x, trans)), scale);
+            EXPECT_LT(max_diff(y, dense_times(n, sparse_test::dense(m, m.a, trans), x)), scale);
             if (m.symmetric) F11XSF(&n, &nnz, raw(zv), m.irow.data(), m.icol.data(), "C", raw(zx), raw(zy), &ifail, 1);
             else F11XNF(t, &n, &nnz, raw(zv), m.irow.data(), m.icol.data(), "C", raw(zx), raw(zy), &ifail, 1, 1);
             EXPECT_EQ(ifail, 0);
-            EXPECT_LT(max_diff(zy, dense_times(n, zd, zx, trans)), scale);
+            EXPECT_LT(max_diff(zy, dense_times(n, sparse_test::dense(m, zv, trans), zx)), scale);
         }
     }
 }
 
-// ---- Incomplete LU ----
+// ---- Incomplete factorisations ----
 
-template <class T>
-Factors<T> factor_lu(const Coo &m, const std::vector<T> &values, int lfill, double dtol, const char *pstrat,
-                   const char *milu, int room = 40) {
-    Factors<T> r(m, values, static_cast<std::size_t>(room) * static_cast<std::size_t>(m.nnz()) +
-                              static_cast<std::size_t>(m.n) * static_cast<std::size_t>(m.n));
-    std::iota(r.ipiv.begin(), r.ipiv.end(), 1);
-    std::reverse_copy(r.ipiv.begin(), r.ipiv.end(), r.ipivq.begin());
-    if (std::string(pstrat) == "U") r.ipivq = r.ipiv; // natural columns, for a diagonal that is present
-    std::vector<int> iwork(7 * r.ipiv.size() + 2);
-    const int liwork = static_cast<int>(iwork.size());
-    twin<T>(F11DAF, F11DNF)(&r.n, &r.nnz, raw(r.a), &r.la, r.irow.data(), r.icol.data(), &lfill, &dtol, pstrat, milu,
-                            r.ipiv.data(), r.ipivq.data(), r.istr.data(), r.idiag.data(), &r.nnzc, &r.npivm,
-                            iwork.data(), &liwork, &r.ifail, 1, 1);
-    return r;
-}
-
-// L*D*U of the factors, dense, in positions.
-template <class T> std::vector<T> lu_product(const Factors<T> &r) {
+// L*D*U of the factors, dense, in positions; for an incomplete Cholesky factor (SYMMETRIC) U is L
+// transposed.  Each row stores the inverse of its D entry on the diagonal.
+template <class T> std::vector<T> lu_product(const Factors<T> &r, bool symmetric) {
     const std::size_t n = static_cast<std::size_t>(r.n);
-    std::vector<T> l(n * n, T(0.0)), u(n * n, T(0.0)), out(n * n, T(0.0));
+    std::vector<T> l(n * n, T(0.0)), u(n * n, T(0.0)), out(n * n, T(0.0)), d(n, T(0.0));
     for (std::size_t i = 0; i < n; ++i) {
-        const T d = T(1.0) / r.a[static_cast<std::size_t>(r.idiag[i] - 1)];
+        const std::size_t first = static_cast<std::size_t>(r.istr[i] - 1), end = static_cast<std::size_t>(r.istr[i + 1] - 1);
+        for (std::size_t p = first; p < end; ++p)
+            if (static_cast<std::size_t>(r.icol[p] - 1) == i) d[i] = T(1.0) / r.a[p];
         l[i + i * n] = T(1.0);
-        for (int p = r.istr[i]; p < r.istr[i + 1]; ++p) {
-            const std::size_t j = static_cast<std::size_t>(r.icol[static_cast<std::size_t>(p - 1)] - 1);
-            const T v = r.a[static_cast<std::size_t>(p - 1)];
-            if (j < i) l[i + j * n] = v;
-            else if (j == i) u[i + i * n] = d;
-            else u[i + j * n] = v * d;
+        u[i + i * n] = d[i];
+        for (std::size_t p = first; p < end; ++p) {
+            const std::size_t j = static_cast<std::size_t>(r.icol[p] - 1);
+            if (j < i) l[i + j * n] = r.a[p];
+            if (j < i && symmetric) u[j + i * n] = r.a[p] * d[j];
+            if (j > i) u[i + j * n] = r.a[p] * d[i];
         }
     }
     for (std::size_t j = 0; j < n; ++j)
@@ -189,157 +164,95 @@ template <class T> std::vector<T> lu_product(const Factors<T> &r) {
     return out;
 }
 
-TEST(SparseIncompleteLu, LevelZeroFactorsReproduceTheMatrixOnItsPattern) {
-    const Coo m = sparse_test::expand(sparse_test::read_matrix("gr_30_30"));
-    for (const char *pstrat : {"N", "U", "P", "C"}) {
-        SCOPED_TRACE(pstrat);
-        const Factors<double> r = factor_lu(m, m.a, 0, 0.0, pstrat, "N");
+// Level 0 factors reproduce the matrix on its pattern; the modified LU keeps the row sums instead.
+TEST(SparseIncompleteFactors, LevelZeroFactorsReproduceTheMatrixOnItsPattern) {
+    const Coo lower = sparse_test::read_matrix("gr_30_30"), m = sparse_test::expand(lower);
+    const std::size_t n = static_cast<std::size_t>(m.n);
+    struct Row { const char *pstrat, *milu; bool cholesky; };
+    const Row rows[] = {{"N", "N", false}, {"U", "N", false}, {"P", "N", false}, {"C", "N", false},
+                        {"N", "M", false}, {"N", "", true},   {"U", "", true},   {"M", "", true}};
+    for (const Row &t : rows) {
+        SCOPED_TRACE(std::string(t.pstrat) + t.milu + (t.cholesky ? " Cholesky" : ""));
+        const Coo &a = t.cholesky ? lower : m;
+        const Factors<double> r = t.cholesky ? sparse_test::factor_ic(a, a.a, 0, t.pstrat, 4 * a.a.size())
+                                             : sparse_test::factor_lu(a, a.a, 0, t.pstrat, t.milu);
         ASSERT_EQ(r.ifail, 0);
         ASSERT_EQ(r.npivm, 0);
-        const std::vector<double> ldu = lu_product(r);
-        std::vector<int> pos_of_row(static_cast<std::size_t>(m.n)), pos_of_col(pos_of_row.size());
-        for (int i = 0; i < m.n; ++i) {
-            pos_of_row[static_cast<std::size_t>(r.ipiv[static_cast<std::size_t>(i)] - 1)] = i;
-            pos_of_col[static_cast<std::size_t>(r.ipivq[static_cast<std::size_t>(i)] - 1)] = i;
+        const std::vector<double> ldu = lu_product(r, t.cholesky);
+        std::vector<std::size_t> pos_of_row(n), pos_of_col(n);
+        for (std::size_t i = 0; i < n; ++i) {
+            pos_of_row[static_cast<std::size_t>(r.ipiv[i] - 1)] = i;
+            pos_of_col[static_cast<std::size_t>((t.cholesky ? r.ipiv : r.ipivq)[i] - 1)] = i;
         }
+        std::vector<double> want(n, 0.0), got(n, 0.0);
         double worst = 0.0;
-        for (int k = 0; k < m.nnz(); ++k) {
-            const std::size_t i = static_cast<std::size_t>(pos_of_row[static_cast<std::size_t>(m.irow[k] - 1)]);
-            const std::size_t j = static_cast<std::size_t>(pos_of_col[static_cast<std::size_t>(m.icol[k] - 1)]);
-            worst = std::max(worst, std::fabs(ldu[i + j * static_cast<std::size_t>(m.n)] - m.a[static_cast<std::size_t>(k)]));
+        for (std::size_t k = 0; k < a.a.size(); ++k) {
+            const std::size_t i = pos_of_row[static_cast<std::size_t>(a.irow[k] - 1)];
+            const std::size_t j = pos_of_col[static_cast<std::size_t>(a.icol[k] - 1)];
+            worst = std::max(worst, std::fabs(ldu[i + j * n] - a.a[k]));
+            want[static_cast<std::size_t>(a.irow[k] - 1)] += a.a[k];
         }
-        EXPECT_LT(worst, 1e-12);
+        for (std::size_t i = 0; i < n; ++i)
+            for (std::size_t j = 0; j < n; ++j) got[i] += ldu[i + j * n];
+        if (*t.milu == 'M') {
+            for (std::size_t i = 0; i < n; ++i) EXPECT_NEAR(got[i], want[i], 1e-12);
+        } else {
+            EXPECT_LT(worst, 1e-12);
+        }
         // The input entries are as they were.
-        EXPECT_TRUE(std::equal(m.a.begin(), m.a.end(), r.a.begin()));
+        EXPECT_TRUE(t.cholesky || std::equal(a.a.begin(), a.a.end(), r.a.begin()));
     }
 }
 
-TEST(SparseIncompleteLu, ModifiedFormKeepsRowSums) {
-    const Coo m = sparse_test::expand(sparse_test::read_matrix("gr_30_30"));
-    const Factors<double> r = factor_lu(m, m.a, 0, 0.0, "N", "M");
-    ASSERT_EQ(r.ifail, 0);
-    const std::vector<double> ldu = lu_product(r);
-    std::vector<double> want(static_cast<std::size_t>(m.n), 0.0), got(want.size(), 0.0);
-    for (int k = 0; k < m.nnz(); ++k) want[static_cast<std::size_t>(m.irow[k] - 1)] += m.a[static_cast<std::size_t>(k)];
-    for (std::size_t i = 0; i < got.size(); ++i)
-        for (std::size_t j = 0; j < got.size(); ++j) got[i] += ldu[i + j * got.size()];
-    for (std::size_t i = 0; i < got.size(); ++i) EXPECT_NEAR(got[i], want[i], 1e-12);
-}
-
-template <class T> void expect_exact_lu_solves(const Coo &m, const std::vector<T> &values, const char *pstrat) {
-    const Factors<T> r = factor_lu(m, values, m.n, 0.0, pstrat, "N", 80);
-    ASSERT_EQ(r.ifail, 0);
-    const std::vector<T> d = sparse_test::dense(m, values);
-    std::vector<T> dt(d.size());
+// With complete fill the factors solve exactly: LU (both ways) of a matrix with zeros on its diagonal,
+// which only the pivoting strategies factor; Cholesky of the grid Laplacian.
+template <class T> void expect_exact_solves(const Coo &m, const std::vector<T> &values, const char *pstrat) {
     const std::size_t n = static_cast<std::size_t>(m.n);
-    for (std::size_t i = 0; i < n; ++i)
-        for (std::size_t j = 0; j < n; ++j) dt[i + j * n] = d[j + i * n];
+    const bool cholesky = m.symmetric;
+    const Factors<T> r = cholesky ? sparse_test::factor_ic(m, values, m.n, pstrat, 2 * values.size() + n * n)
+                                  : sparse_test::factor_lu(m, values, m.n, pstrat, "N", 80);
+    ASSERT_EQ(r.ifail, 0);
+    EXPECT_EQ(r.npivm, 0);
     std::vector<T> y(n), x(n);
     for (std::size_t i = 0; i < n; ++i) y[i] = T(1.0 + std::cos(static_cast<double>(i)));
     for (const char *trans : {"N", "T"}) {
         SCOPED_TRACE(trans);
         int ifail = 1;
-        twin<T>(F11DBF, F11DPF)(trans, &r.n, raw(r.a), &r.la, r.irow.data(), r.icol.data(), r.ipiv.data(),
-                                r.ipivq.data(), r.istr.data(), r.idiag.data(), "C", raw(y), raw(x), &ifail, 1, 1);
+        if (cholesky && *trans == 'T') break;
+        if (cholesky)
+            twin<T>(F11JBF, F11JPF)(&r.n, raw(r.a), &r.la, r.irow.data(), r.icol.data(), r.ipiv.data(), r.istr.data(),
+                                    "C", raw(y), raw(x), &ifail, 1);
+        else
+            twin<T>(F11DBF, F11DPF)(trans, &r.n, raw(r.a), &r.la, r.irow.data(), r.icol.data(), r.ipiv.data(),
+                                    r.ipivq.data(), r.istr.data(), r.idiag.data(), "C", raw(y), raw(x), &ifail, 1, 1);
         ASSERT_EQ(ifail, 0);
-        EXPECT_LT(sparse_test::relative_residual(m.n, trans[0] == 'N' ? d : dt, x, y), 1e-13);
+        EXPECT_LT(sparse_test::relative_residual(m.n, sparse_test::dense(m, values, *trans == 'T'), x, y), 1e-13);
     }
 }
 
-TEST(SparseIncompleteLu, CompleteFillSolvesExactly) {
-    // A matrix with zeros on its diagonal: only the pivoting strategies factor it.
-    const Coo m = sparse_test::read_matrix("west0067");
-    for (const char *pstrat : {"P", "C"}) {
+TEST(SparseIncompleteFactors, CompleteFillSolvesExactly) {
+    const Coo west = sparse_test::read_matrix("west0067"), grid = sparse_test::read_matrix("gr_30_30");
+    for (auto [m, pstrat] : {std::pair(&west, "P"), {&west, "C"}, {&grid, "M"}}) {
         SCOPED_TRACE(pstrat);
-        expect_exact_lu_solves(m, m.a, pstrat);
-        expect_exact_lu_solves(m, sparse_test::complexify(m), pstrat);
+        expect_exact_solves(*m, m->a, pstrat);
+        expect_exact_solves(*m, sparse_test::complexify(*m), pstrat);
     }
 }
 
-TEST(SparseIncompleteLu, ZeroRowIsRetriedThenReplaced) {
-    Coo m{3, false, {4.0, 1.0, 2.0, 5.0}, {1, 1, 3, 3}, {1, 2, 2, 3}};
-    for (const char *pstrat : {"N", "P", "C"}) {
-        const Factors<double> r = factor_lu(m, m.a, 0, 0.0, pstrat, "N");
-        ASSERT_EQ(r.ifail, 0) << pstrat;
-        EXPECT_EQ(r.npivm, 1) << pstrat;
+// Pivots that vanish: a zero row is retried then replaced, a drop that empties a pivot has its row
+// redone with nothing replaced (NPIVM -1), and a missing diagonal takes the Cholesky safeguard.
+TEST(SparseIncompleteFactors, VanishingPivots) {
+    struct Row { const char *pstrat; bool cholesky; Coo m; int npivm; };
+    const Coo zero_row{3, false, {4.0, 1.0, 2.0, 5.0}, {1, 1, 3, 3}, {1, 2, 2, 3}};
+    const Row rows[] = {{"N", false, zero_row, 1}, {"P", false, zero_row, 1}, {"C", false, zero_row, 1},
+                        {"N", false, {2, false, {1.0, 1.0, 1.0}, {1, 1, 2}, {1, 2, 1}}, -1},
+                        {"N", true, {2, true, {4.0, 1.0}, {1, 2}, {1, 1}}, 1}};
+    for (const Row &t : rows) {
+        const Factors<double> r = t.cholesky ? sparse_test::factor_ic(t.m, t.m.a, 0, t.pstrat, 16)
+                                             : sparse_test::factor_lu(t.m, t.m.a, 0, t.pstrat, "N");
+        ASSERT_EQ(r.ifail, 0) << t.pstrat << t.cholesky;
+        EXPECT_EQ(r.npivm, t.npivm) << t.pstrat << t.cholesky;
     }
-    // A drop that empties a pivot needs the row redone, nothing replaced.
-    const Coo c{2, false, {1.0, 1.0, 1.0}, {1, 1, 2}, {1, 2, 1}};
-    const Factors<double> r = factor_lu(c, c.a, 0, 0.0, "N", "N");
-    ASSERT_EQ(r.ifail, 0);
-    EXPECT_EQ(r.npivm, -1);
-}
-
-// ---- Incomplete Cholesky ----
-
-template <class T>
-Factors<T> factor_ic(const Coo &m, const std::vector<T> &values, int lfill, double dtol, const char *pstrat,
-                   std::size_t la) {
-    Factors<T> r(m, values, la);
-    std::iota(r.ipiv.rbegin(), r.ipiv.rend(), 1);
-    const int liwork = 7 * r.n + 1 + 2 * r.la - 3 * r.nnz;
-    std::vector<int> iwork(static_cast<std::size_t>(liwork));
-    const double dscale = 1.0;
-    twin<T>(F11JAF, F11JNF)(&r.n, &r.nnz, raw(r.a), &r.la, r.irow.data(), r.icol.data(), &lfill, &dtol, "N", &dscale,
-                            pstrat, r.ipiv.data(), r.istr.data(), &r.nnzc, &r.npivm, iwork.data(), &liwork, &r.ifail, 1, 1);
-    return r;
-}
-
-TEST(SparseIncompleteCholesky, LevelZeroFactorsReproduceTheMatrixOnItsPattern) {
-    const Coo m = sparse_test::read_matrix("gr_30_30");
-    for (const char *pstrat : {"N", "U", "M"}) {
-        SCOPED_TRACE(pstrat);
-        const Factors<double> r = factor_ic(m, m.a, 0, 0.0, pstrat, 4 * static_cast<std::size_t>(m.nnz()));
-        ASSERT_EQ(r.ifail, 0);
-        ASSERT_EQ(r.npivm, 0);
-        const std::size_t n = static_cast<std::size_t>(m.n);
-        std::vector<double> l(n * n, 0.0), d(n, 0.0);
-        for (std::size_t i = 0; i < n; ++i) {
-            l[i + i * n] = 1.0;
-            for (int p = r.istr[i]; p < r.istr[i + 1]; ++p) {
-                const std::size_t j = static_cast<std::size_t>(r.icol[static_cast<std::size_t>(p - 1)] - 1);
-                if (j == i) d[i] = 1.0 / r.a[static_cast<std::size_t>(p - 1)];
-                else l[i + j * n] = r.a[static_cast<std::size_t>(p - 1)];
-            }
-        }
-        std::vector<std::size_t> pos(n);
-        for (std::size_t k = 0; k < n; ++k) pos[static_cast<std::size_t>(r.ipiv[k] - 1)] = k;
-        double worst = 0.0;
-        for (int k = 0; k < m.nnz(); ++k) {
-            const std::size_t i = pos[static_cast<std::size_t>(m.irow[k] - 1)], j = pos[static_cast<std::size_t>(m.icol[k] - 1)];
-            double s = 0.0;
-            for (std::size_t q = 0; q <= std::min(i, j); ++q) s += l[i + q * n] * d[q] * l[j + q * n];
-            worst = std::max(worst, std::fabs(s - m.a[static_cast<std::size_t>(k)]));
-        }
-        EXPECT_LT(worst, 1e-12);
-    }
-}
-
-template <class T> void expect_exact_cholesky_solve(const Coo &m, const std::vector<T> &values) {
-    const std::size_t n = static_cast<std::size_t>(m.n);
-    const Factors<T> r = factor_ic(m, values, m.n, 0.0, "M", 2 * static_cast<std::size_t>(m.nnz()) + n * n);
-    ASSERT_EQ(r.ifail, 0);
-    EXPECT_EQ(r.npivm, 0);
-    std::vector<T> y(n), x(n);
-    for (std::size_t i = 0; i < n; ++i) y[i] = T(std::sin(1.0 + static_cast<double>(i)));
-    int ifail = 1;
-    twin<T>(F11JBF, F11JPF)(&r.n, raw(r.a), &r.la, r.irow.data(), r.icol.data(), r.ipiv.data(), r.istr.data(), "C",
-                            raw(y), raw(x), &ifail, 1);
-    ASSERT_EQ(ifail, 0);
-    EXPECT_LT(sparse_test::relative_residual(m.n, sparse_test::dense(m, values), x, y), 1e-13);
-}
-
-TEST(SparseIncompleteCholesky, CompleteFillSolvesExactly) {
-    const Coo m = sparse_test::read_matrix("gr_30_30");
-    expect_exact_cholesky_solve(m, m.a);
-    expect_exact_cholesky_solve(m, sparse_test::complexify(m));
-}
-
-TEST(SparseIncompleteCholesky, MissingDiagonalTakesTheSafeguard) {
-    const Coo m{2, true, {4.0, 1.0}, {1, 2}, {1, 1}};
-    const Factors<double> r = factor_ic(m, m.a, 0, 0.0, "N", 16);
-    ASSERT_EQ(r.ifail, 0);
-    EXPECT_EQ(r.npivm, 1);
 }
 
 } // namespace

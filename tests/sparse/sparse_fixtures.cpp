@@ -1,7 +1,5 @@
 #include "sparse_fixtures.h"
 
-#include <algorithm>
-#include <cmath>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -64,52 +62,6 @@ std::vector<Complex> complexify(const Coo &m) {
         else v[k] = m.a[k] * (diagonal ? Complex(1.0, 0.25) : Complex(1.0, 0.5));
     }
     return v;
-}
-
-template <class T> std::vector<T> dense_of(const Coo &m, const std::vector<T> &values) {
-    const std::size_t n = static_cast<std::size_t>(m.n);
-    std::vector<T> d(n * n, T(0.0));
-    for (int k = 0; k < m.nnz(); ++k) {
-        const std::size_t r = static_cast<std::size_t>(m.irow[k] - 1), c = static_cast<std::size_t>(m.icol[k] - 1);
-        d[r + c * n] += values[static_cast<std::size_t>(k)];
-        if (m.symmetric && r != c) {
-            if constexpr (std::is_same_v<T, Complex>) d[c + r * n] += std::conj(values[static_cast<std::size_t>(k)]);
-            else d[c + r * n] += values[static_cast<std::size_t>(k)];
-        }
-    }
-    return d;
-}
-
-std::vector<double> dense(const Coo &m) { return dense_of(m, m.a); }
-std::vector<double> dense(const Coo &m, const std::vector<double> &values) { return dense_of(m, values); }
-std::vector<Complex> dense(const Coo &m, const std::vector<Complex> &values) { return dense_of(m, values); }
-
-template <class T>
-double residual_of(int n, const std::vector<T> &a, const std::vector<T> &x, const std::vector<T> &b) {
-    double rmax = 0.0, anorm = 0.0, xnorm = 0.0, bnorm = 0.0;
-    const std::size_t nn = static_cast<std::size_t>(n);
-    for (std::size_t i = 0; i < nn; ++i) {
-        T s = b[i];
-        double row = 0.0;
-        for (std::size_t j = 0; j < nn; ++j) {
-            s -= a[i + j * nn] * x[j];
-            row += std::abs(a[i + j * nn]);
-        }
-        rmax = std::max(rmax, std::abs(s));
-        anorm = std::max(anorm, row);
-        xnorm = std::max(xnorm, std::abs(x[i]));
-        bnorm = std::max(bnorm, std::abs(b[i]));
-    }
-    return rmax / (anorm * xnorm + bnorm);
-}
-
-double relative_residual(int n, const std::vector<double> &a, const std::vector<double> &x,
-                         const std::vector<double> &b) {
-    return residual_of(n, a, x, b);
-}
-double relative_residual(int n, const std::vector<Complex> &a, const std::vector<Complex> &x,
-                         const std::vector<Complex> &b) {
-    return residual_of(n, a, x, b);
 }
 
 } // namespace sparse_test

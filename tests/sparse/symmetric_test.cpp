@@ -1,13 +1,6 @@
 // The symmetric and Hermitian suites driven by this test's own loop, with dense products and a
 // diagonal preconditioner; residuals and the largest singular value formed here.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <string>
-#include <vector>
-
 #include "sparse_fixtures.h"
-#include "zek2/f11.h"
 
 namespace {
 
@@ -59,13 +52,11 @@ Outcome run(const std::string &method, int n, const std::vector<T> &a, const std
     return out;
 }
 
-std::vector<double> rhs(int n) { return sparse_test::right_side<double>(n); }
-
 TEST(SymmetricSuite, ConvergesOnDefiniteMatricesAndHermitianForms) {
     for (const char *name : {"gr_30_30", "bcsstk01"}) {
         const auto coo = sparse_test::read_matrix(name);
         const auto a = sparse_test::dense(coo);
-        const auto b = rhs(coo.n);
+        const auto b = sparse_test::right_side<double>(coo.n);
         // The largest eigenvalue of the nine-point operator of gr_30_30, in closed form.
         const double c = std::cos(std::acos(-1.0) / 31.0), sigma = 8.0 + 4.0 * c * c;
         for (const char *method : {"CG", "SYMMLQ"})
@@ -101,7 +92,7 @@ TEST(SymmetricSuite, DefinitenessFailures) {
         a[i + static_cast<std::size_t>(i) * n] = (i % 3 == 0 ? -1.0 : 1.0) * (2.0 + i);
         if (i + 1 < n) a[i + 1 + static_cast<std::size_t>(i) * n] = a[i + static_cast<std::size_t>(i + 1) * n] = 0.5;
     }
-    const auto b = rhs(n);
+    const auto b = sparse_test::right_side<double>(n);
     EXPECT_EQ(run<double>("CG", n, a, b, 'N', false).ifail, 4);
     const Outcome s = run<double>("SYMMLQ", n, a, b, 'N', false);
     EXPECT_EQ(s.ifail, 0);
