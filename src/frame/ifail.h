@@ -3,9 +3,15 @@
 //
 // A routine of this layer is then its argument checks, its arithmetic and its message texts:
 //
+//     enum C02alfExit { kNLessThan1, kNotFinite };
+//     constexpr zek::ExitRow kC02alfExits[] = {
+//         {1, 99999, " ** On entry, N .lt. 1: N =%16ld."},
+//         {2, 99998, " ** On entry, element %16ld of E is not finite."},
+//     };
+//
 //     void c02alf_worker(double e, ..., char *errbuf, int *ifail, int errbuf_len) {
 //         zek::FailureExit exit("C02ALF", errbuf, ifail);
-//         if (n < 1) { exit.fail(1, 99999, " ** On entry, N .lt. 1: N =%16ld.", {n}); return; }
+//         if (n < 1) return void(zek::take(exit, kC02alfExits, kNLessThan1, {n}));
 //         ...
 //         exit.succeed();
 //     }
@@ -18,6 +24,8 @@
 //     }
 #ifndef ZEK_FRAME_IFAIL_H
 #define ZEK_FRAME_IFAIL_H
+
+#include <cstddef>
 
 #include <initializer_list>
 #include <string>
@@ -106,6 +114,23 @@ private:
     int *ifail_;
     Channel channel_;
 };
+
+// One failure exit of a family's table: IFAIL, exit number and message text.  A family keeps all its
+// exits as one table beside its routines, with an enum naming the rows in table order, and raises a row
+// by its key, so that the ERRBUF line and the printed message both follow from the one row.
+struct ExitRow {
+    int ierror;
+    long number;
+    const char *text;
+};
+
+// Takes the exit ROW of TABLE with its values.
+template <std::size_t K, class Key>
+int take(FailureExit &exit, const ExitRow (&table)[K], Key row, std::initializer_list<MessageValue> values = {},
+         int width = kRecordWidth) {
+    const ExitRow &r = table[static_cast<std::size_t>(row)];
+    return exit.fail(r.ierror, r.number, r.text, values, width);
+}
 
 // The two-level front: owns ERRBUF, and after the worker compares the IERR that the failure exit
 // wrote with the IFAIL that came back, printing the mismatch line when they differ.

@@ -9,19 +9,6 @@
 
 namespace zek {
 
-// One failure exit of a family's table: IFAIL, exit number and message text.
-struct ExitRow {
-    int ierror;
-    long number;
-    const char *text;
-};
-
-// Takes exit ROW of TABLE with its values.
-template <std::size_t K>
-int take(FailureExit &exit, const ExitRow (&table)[K], std::size_t row, std::initializer_list<MessageValue> values = {}) {
-    return exit.fail(table[row].ierror, table[row].number, table[row].text, values);
-}
-
 // 2^-e for the exponent e of LARGEST_MAGNITUDE (1 for zero or a value not finite): scaling data by it
 // is exact and brings its largest element into [1, 2).
 double power_of_two_scale(double largest_magnitude);

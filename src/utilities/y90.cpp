@@ -29,15 +29,9 @@ namespace {
 using std::ptrdiff_t;
 using Complex = std::complex<double>;
 
-struct Exit {
-    int ierror;
-    long number;
-    const char *text;
-};
-
 // The argument exits shared by the family, each routine reporting under its own name.
 enum Row { kN, kM, kLd, kDist, kSd, kMode, kCond, kKlKu, kUplo, kRoom, kNotFinite, kSeed };
-constexpr Exit kExits[] = {
+constexpr ExitRow kExits[] = {
     {1, 99999, " ** On entry, N.lt.0 : N = %16ld"},
     {1, 99998, " ** On entry, M.lt.0 : M = %16ld"},
     {1, 99997, " ** On entry, a leading dimension is too small : LD = %16ld, needed %16ld"},
@@ -51,10 +45,6 @@ constexpr Exit kExits[] = {
     {3, 99989, " ** On entry, element %16ld of the data is not finite"},
     {1, 99988, " ** On entry, ISEED is not a valid state of the generator"},
 };
-
-int take(FailureExit &exit, Row row, std::initializer_list<MessageValue> values = {}) {
-    return exit.fail(kExits[row].ierror, kExits[row].number, kExits[row].text, values);
-}
 
 // A routine's front and failure exits around its body.
 template <class Body>
@@ -217,10 +207,10 @@ void Y90RVF(const char *dist, const int *n, const double *a, const double *b, in
             int dist_len) {
     zek::with_front("Y90RVF", ifail, [&](zek::FailureExit &exit) {
     const char d = dist_len > 0 ? dist[0] : ' ';
-    if (*n < 0) return void(zek::take(exit, zek::kN, {*n}));
-    if (!zek::is(d, 'U') && !zek::is(d, 'N')) return void(zek::take(exit, zek::kDist, {std::string(1, d)}));
-    if (!zek::valid_distribution(d, *a, *b)) return void(zek::take(exit, zek::kSd, {*a, *b}));
-    if (!zek::valid_seed(iseed)) return void(zek::take(exit, zek::kSeed));
+    if (*n < 0) return void(zek::take(exit, zek::kExits, zek::kN, {*n}));
+    if (!zek::is(d, 'U') && !zek::is(d, 'N')) return void(zek::take(exit, zek::kExits, zek::kDist, {std::string(1, d)}));
+    if (!zek::valid_distribution(d, *a, *b)) return void(zek::take(exit, zek::kExits, zek::kSd, {*a, *b}));
+    if (!zek::valid_seed(iseed)) return void(zek::take(exit, zek::kExits, zek::kSeed));
     zek::fill(d, *n, *a, *b, iseed, x);
     exit.succeed();
     });
@@ -230,12 +220,12 @@ void Y90RGF(const char *dist, const int *m, const int *n, const double *a, const
             const int *ldx, int *ifail, int dist_len) {
     zek::with_front("Y90RGF", ifail, [&](zek::FailureExit &exit) {
     const char d = dist_len > 0 ? dist[0] : ' ';
-    if (*m < 0) return void(zek::take(exit, zek::kM, {*m}));
-    if (*n < 0) return void(zek::take(exit, zek::kN, {*n}));
-    if (*ldx < std::max(*m, 1)) return void(zek::take(exit, zek::kLd, {*ldx, std::max(*m, 1)}));
-    if (!zek::is(d, 'U') && !zek::is(d, 'N')) return void(zek::take(exit, zek::kDist, {std::string(1, d)}));
-    if (!zek::valid_distribution(d, *a, *b)) return void(zek::take(exit, zek::kSd, {*a, *b}));
-    if (!zek::valid_seed(iseed)) return void(zek::take(exit, zek::kSeed));
+    if (*m < 0) return void(zek::take(exit, zek::kExits, zek::kM, {*m}));
+    if (*n < 0) return void(zek::take(exit, zek::kExits, zek::kN, {*n}));
+    if (*ldx < std::max(*m, 1)) return void(zek::take(exit, zek::kExits, zek::kLd, {*ldx, std::max(*m, 1)}));
+    if (!zek::is(d, 'U') && !zek::is(d, 'N')) return void(zek::take(exit, zek::kExits, zek::kDist, {std::string(1, d)}));
+    if (!zek::valid_distribution(d, *a, *b)) return void(zek::take(exit, zek::kExits, zek::kSd, {*a, *b}));
+    if (!zek::valid_seed(iseed)) return void(zek::take(exit, zek::kExits, zek::kSeed));
     for (ptrdiff_t j = 0; j < *n; ++j) zek::fill(d, *m, *a, *b, iseed, x + j * *ldx);
     exit.succeed();
     });
@@ -243,9 +233,9 @@ void Y90RGF(const char *dist, const int *m, const int *n, const double *a, const
 
 void Y90ROF(const int *n, int iseed[], double q[], const int *ldq, double work[], int *ifail) {
     zek::with_front("Y90ROF", ifail, [&](zek::FailureExit &exit) {
-    if (*n < 0) return void(zek::take(exit, zek::kN, {*n}));
-    if (*ldq < std::max(*n, 1)) return void(zek::take(exit, zek::kLd, {*ldq, std::max(*n, 1)}));
-    if (!zek::valid_seed(iseed)) return void(zek::take(exit, zek::kSeed));
+    if (*n < 0) return void(zek::take(exit, zek::kExits, zek::kN, {*n}));
+    if (*ldq < std::max(*n, 1)) return void(zek::take(exit, zek::kExits, zek::kLd, {*ldq, std::max(*n, 1)}));
+    if (!zek::valid_seed(iseed)) return void(zek::take(exit, zek::kExits, zek::kSeed));
     zek::haar_orthogonal(*n, iseed, q, *ldq, work);
     exit.succeed();
     });
@@ -253,9 +243,9 @@ void Y90ROF(const int *n, int iseed[], double q[], const int *ldq, double work[]
 
 void Y90RUF(const int *n, int iseed[], double q[], const int *ldq, double work[], int *ifail) {
     zek::with_front("Y90RUF", ifail, [&](zek::FailureExit &exit) {
-    if (*n < 0) return void(zek::take(exit, zek::kN, {*n}));
-    if (*ldq < std::max(*n, 1)) return void(zek::take(exit, zek::kLd, {*ldq, std::max(*n, 1)}));
-    if (!zek::valid_seed(iseed)) return void(zek::take(exit, zek::kSeed));
+    if (*n < 0) return void(zek::take(exit, zek::kExits, zek::kN, {*n}));
+    if (*ldq < std::max(*n, 1)) return void(zek::take(exit, zek::kExits, zek::kLd, {*ldq, std::max(*n, 1)}));
+    if (!zek::valid_seed(iseed)) return void(zek::take(exit, zek::kExits, zek::kSeed));
     zek::haar_unitary(*n, iseed, reinterpret_cast<zek::Complex *>(q), *ldq, reinterpret_cast<zek::Complex *>(work));
     exit.succeed();
     });
@@ -265,12 +255,12 @@ void Y90CDF(const int *mode, const int *n, const double *cond, const double *dma
             int *ifail) {
     zek::with_front("Y90CDF", ifail, [&](zek::FailureExit &exit) {
     const int md = std::abs(*mode), nn = *n;
-    if (md < 1 || md > 5) return void(zek::take(exit, zek::kMode, {*mode}));
-    if (nn < 0) return void(zek::take(exit, zek::kN, {nn}));
+    if (md < 1 || md > 5) return void(zek::take(exit, zek::kExits, zek::kMode, {*mode}));
+    if (nn < 0) return void(zek::take(exit, zek::kExits, zek::kN, {nn}));
     if (!(*cond >= 1.0) || std::isinf(*cond) || !std::isfinite(*dmax)) {
-        return void(zek::take(exit, zek::kCond, {*cond, *dmax}));
+        return void(zek::take(exit, zek::kExits, zek::kCond, {*cond, *dmax}));
     }
-    if (md == 5 && !zek::valid_seed(iseed)) return void(zek::take(exit, zek::kSeed));
+    if (md == 5 && !zek::valid_seed(iseed)) return void(zek::take(exit, zek::kExits, zek::kSeed));
     const double small = 1.0 / *cond, last = std::max(nn - 1, 1);
     for (ptrdiff_t i = 0; i < nn; ++i) {
         const double t = static_cast<double>(i) / last;  // 0 at the first value, 1 at the last
@@ -295,13 +285,13 @@ void Y90CDF(const int *mode, const int *n, const double *cond, const double *dma
 void Y90SVF(const int *m, const int *n, const double d[], int iseed[], double a[], const int *lda, double work[],
             int *ifail) {
     zek::with_front("Y90SVF", ifail, [&](zek::FailureExit &exit) {
-    if (*m < 0) return void(zek::take(exit, zek::kM, {*m}));
-    if (*n < 0) return void(zek::take(exit, zek::kN, {*n}));
-    if (*lda < std::max(*m, 1)) return void(zek::take(exit, zek::kLd, {*lda, std::max(*m, 1)}));
+    if (*m < 0) return void(zek::take(exit, zek::kExits, zek::kM, {*m}));
+    if (*n < 0) return void(zek::take(exit, zek::kExits, zek::kN, {*n}));
+    if (*lda < std::max(*m, 1)) return void(zek::take(exit, zek::kExits, zek::kLd, {*lda, std::max(*m, 1)}));
     for (ptrdiff_t i = 0; i < std::min(*m, *n); ++i) {
-        if (!std::isfinite(d[i])) return void(zek::take(exit, zek::kNotFinite, {static_cast<long>(i + 1)}));
+        if (!std::isfinite(d[i])) return void(zek::take(exit, zek::kExits, zek::kNotFinite, {static_cast<long>(i + 1)}));
     }
-    if (!zek::valid_seed(iseed)) return void(zek::take(exit, zek::kSeed));
+    if (!zek::valid_seed(iseed)) return void(zek::take(exit, zek::kExits, zek::kSeed));
     zek::prescribed(*m, *n, d, iseed, a, *lda, work, false);
     exit.succeed();
     });
@@ -309,12 +299,12 @@ void Y90SVF(const int *m, const int *n, const double d[], int iseed[], double a[
 
 void Y90EVF(const int *n, const double d[], int iseed[], double a[], const int *lda, double work[], int *ifail) {
     zek::with_front("Y90EVF", ifail, [&](zek::FailureExit &exit) {
-    if (*n < 0) return void(zek::take(exit, zek::kN, {*n}));
-    if (*lda < std::max(*n, 1)) return void(zek::take(exit, zek::kLd, {*lda, std::max(*n, 1)}));
+    if (*n < 0) return void(zek::take(exit, zek::kExits, zek::kN, {*n}));
+    if (*lda < std::max(*n, 1)) return void(zek::take(exit, zek::kExits, zek::kLd, {*lda, std::max(*n, 1)}));
     for (ptrdiff_t i = 0; i < *n; ++i) {
-        if (!std::isfinite(d[i])) return void(zek::take(exit, zek::kNotFinite, {static_cast<long>(i + 1)}));
+        if (!std::isfinite(d[i])) return void(zek::take(exit, zek::kExits, zek::kNotFinite, {static_cast<long>(i + 1)}));
     }
-    if (!zek::valid_seed(iseed)) return void(zek::take(exit, zek::kSeed));
+    if (!zek::valid_seed(iseed)) return void(zek::take(exit, zek::kExits, zek::kSeed));
     zek::prescribed(*n, *n, d, iseed, a, *lda, work, true);
     exit.succeed();
     });
@@ -323,12 +313,12 @@ void Y90EVF(const int *n, const double d[], int iseed[], double a[], const int *
 void Y90BNF(const int *m, const int *n, const int *kl, const int *ku, const double a[], const int *lda, double ab[],
             const int *ldab, int *ifail) {
     zek::with_front("Y90BNF", ifail, [&](zek::FailureExit &exit) {
-    if (*m < 0) return void(zek::take(exit, zek::kM, {*m}));
-    if (*n < 0) return void(zek::take(exit, zek::kN, {*n}));
-    if (*kl < 0 || *ku < 0) return void(zek::take(exit, zek::kKlKu, {*kl, *ku}));
-    if (*lda < std::max(*m, 1)) return void(zek::take(exit, zek::kLd, {*lda, std::max(*m, 1)}));
+    if (*m < 0) return void(zek::take(exit, zek::kExits, zek::kM, {*m}));
+    if (*n < 0) return void(zek::take(exit, zek::kExits, zek::kN, {*n}));
+    if (*kl < 0 || *ku < 0) return void(zek::take(exit, zek::kExits, zek::kKlKu, {*kl, *ku}));
+    if (*lda < std::max(*m, 1)) return void(zek::take(exit, zek::kExits, zek::kLd, {*lda, std::max(*m, 1)}));
     const long need = static_cast<long>(*kl) + *ku + 1;
-    if (*ldab < need) return void(zek::take(exit, zek::kLd, {*ldab, need}));
+    if (*ldab < need) return void(zek::take(exit, zek::kExits, zek::kLd, {*ldab, need}));
     const ptrdiff_t la = *lda, lb = *ldab;
     for (ptrdiff_t j = 0; j < *n; ++j) {
         for (ptrdiff_t r = 0; r < need; ++r) {
@@ -343,9 +333,9 @@ void Y90BNF(const int *m, const int *n, const int *kl, const int *ku, const doub
 void Y90PKF(const char *uplo, const int *n, const double a[], const int *lda, double ap[], int *ifail, int uplo_len) {
     zek::with_front("Y90PKF", ifail, [&](zek::FailureExit &exit) {
     const char u = uplo_len > 0 ? uplo[0] : ' ';
-    if (!zek::is(u, 'U') && !zek::is(u, 'L')) return void(zek::take(exit, zek::kUplo, {std::string(1, u)}));
-    if (*n < 0) return void(zek::take(exit, zek::kN, {*n}));
-    if (*lda < std::max(*n, 1)) return void(zek::take(exit, zek::kLd, {*lda, std::max(*n, 1)}));
+    if (!zek::is(u, 'U') && !zek::is(u, 'L')) return void(zek::take(exit, zek::kExits, zek::kUplo, {std::string(1, u)}));
+    if (*n < 0) return void(zek::take(exit, zek::kExits, zek::kN, {*n}));
+    if (*lda < std::max(*n, 1)) return void(zek::take(exit, zek::kExits, zek::kLd, {*lda, std::max(*n, 1)}));
     ptrdiff_t k = 0;
     for (ptrdiff_t j = 0; j < *n; ++j) {
         const ptrdiff_t lo = zek::is(u, 'U') ? 0 : j, hi = zek::is(u, 'U') ? j : *n - 1;
@@ -358,9 +348,9 @@ void Y90PKF(const char *uplo, const int *n, const double a[], const int *lda, do
 void Y90SPF(const int *m, const int *n, const double a[], const int *lda, const double *drop, const int *la, int *nnz,
             double val[], int irow[], int icol[], int *ifail) {
     zek::with_front("Y90SPF", ifail, [&](zek::FailureExit &exit) {
-    if (*m < 0) return void(zek::take(exit, zek::kM, {*m}));
-    if (*n < 0) return void(zek::take(exit, zek::kN, {*n}));
-    if (*lda < std::max(*m, 1)) return void(zek::take(exit, zek::kLd, {*lda, std::max(*m, 1)}));
+    if (*m < 0) return void(zek::take(exit, zek::kExits, zek::kM, {*m}));
+    if (*n < 0) return void(zek::take(exit, zek::kExits, zek::kN, {*n}));
+    if (*lda < std::max(*m, 1)) return void(zek::take(exit, zek::kExits, zek::kLd, {*lda, std::max(*m, 1)}));
     const double t = std::isnan(*drop) ? 0.0 : std::fabs(*drop);
     // Row by row, columns ascending within a row: the order the coordinate routines of F11 expect.
     long count = 0;
@@ -377,7 +367,7 @@ void Y90SPF(const int *m, const int *n, const double a[], const int *lda, const 
         }
     }
     *nnz = count > 2147483647L ? 2147483647 : static_cast<int>(count);
-    if (count > *la) return void(zek::take(exit, zek::kRoom, {*la, count}));
+    if (count > *la) return void(zek::take(exit, zek::kExits, zek::kRoom, {*la, count}));
     exit.succeed();
     });
 }
