@@ -15,6 +15,19 @@ namespace {
 // The step of order k (k >= 1) in n dimensions.
 double order_step(int n, int k) { return 2.0 / (n + 2 * k - 1); }
 
+// The integration over a simplex, D01PAF.
+enum D01pafExit { kNdimBelow2, kIv1TooSmall, kIv2TooSmall, kMinordNegative, kMaxordNotAbove, kVolume, kTooManyPoints };
+constexpr zek::ExitRow kD01pafExits[] = {
+    {1, 99999, " ** On entry, NDIM .lt. 2: NDIM =%16ld."},
+    {1, 99998, " ** On entry, IV1 .lt. NDIM+1:\n    IV1 =%16ld, NDIM =%16ld."},
+    {1, 99997, " ** On entry, IV2 .lt. 2*NDIM+2:\n    IV2 =%16ld, NDIM =%16ld."},
+    {1, 99996, " ** On entry, MINORD .lt. 0: MINORD =%16ld."},
+    {1, 99995, " ** On entry, MAXORD .le. MINORD:\n    MAXORD =%16ld, MINORD =%16ld."},
+    {2, 99994, " ** The volume of the simplex integration region is too\n    large or too small to be represented on "
+               "the machine."},
+    {3, 99993, " ** The ladder would need more than 2147483647 evaluations at order K:\n    K =%16ld."},
+};
+
 } // namespace
 
 extern "C" void D01PAF_WORKER(int ndim, double vert[], int iv1, int iv2, ZekD01Function functn, int *minord,
@@ -22,20 +35,11 @@ extern "C" void D01PAF_WORKER(int ndim, double vert[], int iv1, int iv2, ZekD01F
                               int *ifail, int) {
     zek::FailureExit exit("D01PAF", errbuf, ifail);
     const int n = ndim;
-    if (n < 2) { exit.fail(1, 99999, " ** On entry, NDIM .lt. 2: NDIM =%16ld.", {ndim}); return; }
-    if (iv1 < n + 1) {
-        exit.fail(1, 99998, " ** On entry, IV1 .lt. NDIM+1:\n    IV1 =%16ld, NDIM =%16ld.", {iv1, ndim});
-        return;
-    }
-    if (iv2 < 2 * n + 2) {
-        exit.fail(1, 99997, " ** On entry, IV2 .lt. 2*NDIM+2:\n    IV2 =%16ld, NDIM =%16ld.", {iv2, ndim});
-        return;
-    }
-    if (*minord < 0) { exit.fail(1, 99996, " ** On entry, MINORD .lt. 0: MINORD =%16ld.", {*minord}); return; }
-    if (maxord <= *minord) {
-        exit.fail(1, 99995, " ** On entry, MAXORD .le. MINORD:\n    MAXORD =%16ld, MINORD =%16ld.", {maxord, *minord});
-        return;
-    }
+    if (n < 2) return void(zek::take(exit, kD01pafExits, kNdimBelow2, {ndim}));
+    if (iv1 < n + 1) return void(zek::take(exit, kD01pafExits, kIv1TooSmall, {iv1, ndim}));
+    if (iv2 < 2 * n + 2) return void(zek::take(exit, kD01pafExits, kIv2TooSmall, {iv2, ndim}));
+    if (*minord < 0) return void(zek::take(exit, kD01pafExits, kMinordNegative, {*minord}));
+    if (maxord <= *minord) return void(zek::take(exit, kD01pafExits, kMaxordNotAbove, {maxord, *minord}));
     const std::ptrdiff_t ld = iv1;
     auto v = [&](int i, int j) -> double & { return vert[(i - 1) + (j - 1) * ld]; };  // one-based
     double &volume_slot = v(1, 2 * n + 2);
@@ -51,12 +55,8 @@ extern "C" void D01PAF_WORKER(int ndim, double vert[], int iv1, int iv2, ZekD01F
         double factorial = 1.0;
         for (int i = 2; i <= n; ++i) factorial *= i;
         const double volume = std::fabs(det) / factorial;
-        if (fail != 0 || !std::isfinite(det) || !(volume > 0.0) || !std::isfinite(volume)) {
-            exit.fail(2, 99994,
-                      " ** The volume of the simplex integration region is too\n    large or too small to be "
-                      "represented on the machine.");
-            return;
-        }
+        if (fail != 0 || !std::isfinite(det) || !(volume > 0.0) || !std::isfinite(volume))
+            return void(zek::take(exit, kD01pafExits, kVolume));
         volume_slot = volume;
         count_slot = 0.0;
     }
@@ -69,10 +69,7 @@ extern "C" void D01PAF_WORKER(int ndim, double vert[], int iv1, int iv2, ZekD01F
         const int m = n + 2 * k - 1;
         double points = 1.0;
         for (int i = 1; i <= n; ++i) points = points * (budget + i) / i;
-        if (points > 2147483647.0 - count_slot) {
-            exit.fail(3, 99993, " ** The ladder would need more than 2147483647 evaluations at order K:\n    K =%16ld.", {k});
-            return;
-        }
+        if (points > 2147483647.0 - count_slot) return void(zek::take(exit, kD01pafExits, kTooManyPoints, {k}));
         // Odometer over beta(1..n) with their sum at most BUDGET; beta(0) takes the rest.
         for (int j = 0; j <= n; ++j) walker[j] = 1.0;
         walker[0] = 2.0 * budget + 1.0;

@@ -156,6 +156,26 @@ double ball_estimate(Sphere &sp, int big_s) {
     return unit_surface(n, sp.pi) * std::pow(sp.radius, n) * total;
 }
 
+// The integration over a ball, D01JAF.
+enum D01jafExit {
+    kNdimAbove4, kNdimBelow2, kMethodNegative, kMethodAbove6, kIcoordNegative, kIcoordAbove2,
+    kMethod3NotRadial, kMethod4NotRadial, kRadialNot3Or4, kRadiusInvalid, kAccuracyTryMethod, kAccuracy,
+};
+constexpr zek::ExitRow kD01jafExits[] = {
+    {4, 99999, " ** On entry, NDIM .gt. 4: NDIM =%16ld."},
+    {4, 99998, " ** On entry, NDIM .lt. 2: NDIM =%16ld."},
+    {4, 99997, " ** On entry, METHOD .lt. 0: METHOD =%16ld."},
+    {4, 99996, " ** On entry, METHOD .gt. 6: METHOD =%16ld."},
+    {4, 99995, " ** On entry, ICOORD .lt. 0: ICOORD =%16ld."},
+    {4, 99994, " ** On entry, ICOORD .gt. 2: ICOORD =%16ld."},
+    {4, 99993, " ** On entry, METHOD .eq. 3, but ICOORD .ne. 2: ICOORD =%16ld."},
+    {4, 99992, " ** On entry, METHOD .eq. 4, but ICOORD .ne. 2: ICOORD =%16ld."},
+    {4, 99991, " ** On entry, METHOD .ne. 3 or 4, but ICOORD .eq. 2:\n    METHOD =%16ld."},
+    {4, 99990, " ** On entry, RADIUS .lt. 0.0 or is not finite: RADIUS =%13.5E."},
+    {1, 99989, " ** The required accuracy could not be achieved.\n    Try setting METHOD .eq. 3 or 4."},
+    {1, 99988, " ** The required accuracy could not be achieved."},
+};
+
 } // namespace
 
 extern "C" double D01_ADAPT_F(ZekD01Function f, int ndim, const double x[], int iuser[], double ruser[]) {
@@ -241,28 +261,17 @@ extern "C" void D01JAF_WORKER(ZekD01Function f, int ndim, double radius, double 
                               int icoord, double *result, double *esterr, int *nevals, int iuser[], double ruser[],
                               char *errbuf, int *ifail, int) {
     zek::FailureExit exit("D01JAF", errbuf, ifail);
-    if (ndim > 4) { exit.fail(4, 99999, " ** On entry, NDIM .gt. 4: NDIM =%16ld.", {ndim}); return; }
-    if (ndim < 2) { exit.fail(4, 99998, " ** On entry, NDIM .lt. 2: NDIM =%16ld.", {ndim}); return; }
-    if (method < 0) { exit.fail(4, 99997, " ** On entry, METHOD .lt. 0: METHOD =%16ld.", {method}); return; }
-    if (method > 6) { exit.fail(4, 99996, " ** On entry, METHOD .gt. 6: METHOD =%16ld.", {method}); return; }
-    if (icoord < 0) { exit.fail(4, 99995, " ** On entry, ICOORD .lt. 0: ICOORD =%16ld.", {icoord}); return; }
-    if (icoord > 2) { exit.fail(4, 99994, " ** On entry, ICOORD .gt. 2: ICOORD =%16ld.", {icoord}); return; }
-    if (method == 3 && icoord != 2) {
-        exit.fail(4, 99993, " ** On entry, METHOD .eq. 3, but ICOORD .ne. 2: ICOORD =%16ld.", {icoord});
-        return;
-    }
-    if (method == 4 && icoord != 2) {
-        exit.fail(4, 99992, " ** On entry, METHOD .eq. 4, but ICOORD .ne. 2: ICOORD =%16ld.", {icoord});
-        return;
-    }
-    if (icoord == 2 && method != 3 && method != 4) {
-        exit.fail(4, 99991, " ** On entry, METHOD .ne. 3 or 4, but ICOORD .eq. 2:\n    METHOD =%16ld.", {method});
-        return;
-    }
-    if (!(radius >= 0.0) || !std::isfinite(radius)) {
-        exit.fail(4, 99990, " ** On entry, RADIUS .lt. 0.0 or is not finite: RADIUS =%13.5E.", {radius});
-        return;
-    }
+    auto bad = [&](D01jafExit row, zek::MessageValue value) { zek::take(exit, kD01jafExits, row, {value}); };
+    if (ndim > 4) return bad(kNdimAbove4, ndim);
+    if (ndim < 2) return bad(kNdimBelow2, ndim);
+    if (method < 0) return bad(kMethodNegative, method);
+    if (method > 6) return bad(kMethodAbove6, method);
+    if (icoord < 0) return bad(kIcoordNegative, icoord);
+    if (icoord > 2) return bad(kIcoordAbove2, icoord);
+    if (method == 3 && icoord != 2) return bad(kMethod3NotRadial, icoord);
+    if (method == 4 && icoord != 2) return bad(kMethod4NotRadial, icoord);
+    if (icoord == 2 && method != 3 && method != 4) return bad(kRadialNot3Or4, method);
+    if (!(radius >= 0.0) || !std::isfinite(radius)) return bad(kRadiusInvalid, radius);
     Sphere sp{f, ndim, method, icoord, radius, X01_PI(), iuser, ruser, 0};
     (void)zek::safe_minimum();
     const double tol_a = std::fabs(epsa), tol_r = std::fabs(epsr);
@@ -286,13 +295,10 @@ extern "C" void D01JAF_WORKER(ZekD01Function f, int ndim, double radius, double 
     *result = estimate;
     *esterr = std::isfinite(estimate) ? error : estimate;
     *nevals = static_cast<int>(sp.evaluations);
-    if (converged) {
+    if (converged)
         exit.succeed();
-    } else if (method < 3) {
-        exit.fail(1, 99989, " ** The required accuracy could not be achieved.\n    Try setting METHOD .eq. 3 or 4.");
-    } else {
-        exit.fail(1, 99988, " ** The required accuracy could not be achieved.");
-    }
+    else
+        zek::take(exit, kD01jafExits, method < 3 ? kAccuracyTryMethod : kAccuracy);
 }
 
 extern "C" void D01JAF(ZekD01Function f, const int *ndim, const double *radius, const double *epsa, const double *epsr,

@@ -19,12 +19,21 @@ extern "C" double C05_ADAPT_F(ZekC05Function f, double x, int *iuser, double *ru
 
 namespace zek {
 
-const char *const kToleranceTooSmallX =
-    " ** The tolerance EPS has been set too small for the problem\n    being solved. However, the value X returned "
-    "may well\n    be a good approximation to the zero.";
-const char *const kToleranceTooSmallXY =
-    " ** The tolerance TOLX has been set too small for the problem\n    being solved. However, the values X and Y "
-    "returned may well\n    be good approximations to the zero.";
+namespace {
+
+// The bracket refinement C05AZF.
+enum C05azfExit { kAzIndInvalid, kAzTolxNotPositive, kAzIrInvalid, kAzSameSign, kAzTolxTooSmall, kAzPole };
+constexpr ExitRow kC05azfExits[] = {
+    {2, 99999, " ** On entry, IND .ne. -1, 1, 2, 3, or 4: IND =%16ld."},
+    {3, 99998, " ** On entry, TOLX .le. 0.0: TOLX =%12.4E."},
+    {3, 99997, " ** On entry, IR .ne. 0, 1, or 2: IR =%16ld."},
+    {1, 99996, " ** On entry, f(X) and f(Y) have the same sign with f(X) .ne. 0.0."},
+    {5, 99995, " ** The tolerance TOLX has been set too small for the problem\n    being solved. However, the values X "
+               "and Y returned may well\n    be good approximations to the zero."},
+    {4, 99994, " ** Interval may contain a pole rather than a zero."},
+};
+
+} // namespace
 
 bool valid_refine_ind(int ind) { return ind == -1 || (ind >= 1 && ind <= 4); }
 
@@ -32,30 +41,14 @@ bool valid_refine_ind(int ind) { return ind == -1 || (ind >= 1 && ind <= 4); }
 void C05AZF_worker(double *x, double *y, double fx, double tolx, int ir, double *c, int *ind, char *errbuf,
                    int *ifail) {
     FailureExit exit("C05AZF", errbuf, ifail);
-    if (!valid_refine_ind(*ind)) {
-        exit.fail(2, 99999, " ** On entry, IND .ne. -1, 1, 2, 3, or 4: IND =%16ld.", {static_cast<long>(*ind)});
-        return;
-    }
-    if (!(tolx > 0.0)) {
-        exit.fail(3, 99998, " ** On entry, TOLX .le. 0.0: TOLX =%12.4E.", {tolx});
-        return;
-    }
-    if (ir < 0 || ir > 2) {
-        exit.fail(3, 99997, " ** On entry, IR .ne. 0, 1, or 2: IR =%16ld.", {static_cast<long>(ir)});
-        return;
-    }
+    if (!valid_refine_ind(*ind)) return void(take(exit, kC05azfExits, kAzIndInvalid, {static_cast<long>(*ind)}));
+    if (!(tolx > 0.0)) return void(take(exit, kC05azfExits, kAzTolxNotPositive, {tolx}));
+    if (ir < 0 || ir > 2) return void(take(exit, kC05azfExits, kAzIrInvalid, {static_cast<long>(ir)}));
     switch (refine_bracket(x, y, fx, tolx, ir, c, ind)) {
-    case ZeroOutcome::SameSign:
-        exit.fail(1, 99996, " ** On entry, f(X) and f(Y) have the same sign with f(X) .ne. 0.0.");
-        return;
-    case ZeroOutcome::TooSmall:
-        exit.fail(5, 99995, kToleranceTooSmallXY);
-        return;
-    case ZeroOutcome::Pole:
-        exit.fail(4, 99994, " ** Interval may contain a pole rather than a zero.");
-        return;
-    default:
-        exit.succeed();
+    case ZeroOutcome::SameSign: take(exit, kC05azfExits, kAzSameSign); return;
+    case ZeroOutcome::TooSmall: take(exit, kC05azfExits, kAzTolxTooSmall); return;
+    case ZeroOutcome::Pole: take(exit, kC05azfExits, kAzPole); return;
+    default: exit.succeed();
     }
 }
 
@@ -86,34 +79,49 @@ extern "C" void c05azc(double *x, double *y, double fx, double tolx, int ir, dou
 
 namespace {
 
+// The bracket search C05AVF.
+enum C05avfExit { kAvBoundsOrder, kAvXOutside, kAvHTooSmall, kAvBothOutside, kAvIndInvalid, kAvNoBracket };
+constexpr zek::ExitRow kC05avfExits[] = {
+    {1, 99999, " ** On entry, BOUNDU .le. BOUNDL:\n    BOUNDL =%12.4E  BOUNDU =%12.4E"},
+    {1, 99998, " ** On entry, X .lt. BOUNDL or X .gt. BOUNDU:\n    X =%12.4E  BOUNDL =%12.4E  BOUNDU =%12.4E"},
+    {2, 99997, " ** On entry, H is too small for use as a perturbation of X.\n    X =%12.4E  H =%12.4E"},
+    {1, 99996, " ** On entry, X+H and X-H both lie outside the interval [BOUNDL,BOUNDU]:\n    X      =%12.4E  H "
+               "=%12.4E  BOUNDL =%12.4E  BOUNDU =%12.4E"},
+    {3, 99995, " ** On entry, IND is not equal to -1, 1, 2, or 3: IND =%16ld."},
+    {4, 99994, " ** Unable to find an interval containing a simple zero."},
+};
+
+// The driver C05AGF.
+enum C05agfExit { kAgEpsNotPositive, kAgHTooSmall, kAgNoInterval, kAgInternal, kAgPole, kAgEpsTooSmall };
+constexpr zek::ExitRow kC05agfExits[] = {
+    {1, 99999, " ** On entry, EPS .le. 0.0: EPS =%12.4E."},
+    {1, 99998, " ** On entry, X+H .eq. X:\n    X =%12.4E  H =%12.4E"},
+    {2, 99996, " ** An interval containing the zero could not be found."},
+    {5, 99997, " ** A serious error occurred in an internal call to an auxiliary routine."},
+    {3, 99995, " ** Solution may be a pole rather than a zero."},
+    {4, 99994, " ** The tolerance EPS has been set too small for the problem\n    being solved. However, the value X "
+               "returned may well\n    be a good approximation to the zero."},
+};
+
 void c05avf_worker(double *x, double fx, double *h, double boundl, double boundu, double *y, double *c, int *ind,
                    char *errbuf, int *ifail, int /*errbuf_len*/) {
     zek::FailureExit exit("C05AVF", errbuf, ifail);
     if (*ind != -1 && (*ind < 1 || *ind > 3)) {
         const long bad = *ind;
         *ind = 0;
-        exit.fail(3, 99995, " ** On entry, IND is not equal to -1, 1, 2, or 3: IND =%16ld.", {bad});
-        return;
+        return void(zek::take(exit, kC05avfExits, kAvIndInvalid, {bad}));
     }
     if (*ind == 1 || *ind == -1) {
         const double xv = *x, hv = *h;
         bool failed = true;
         if (!(boundu > boundl)) {
-            exit.fail(1, 99999, " ** On entry, BOUNDU .le. BOUNDL:\n    BOUNDL =%12.4E  BOUNDU =%12.4E",
-                               {boundl, boundu});
+            zek::take(exit, kC05avfExits, kAvBoundsOrder, {boundl, boundu});
         } else if (!(xv >= boundl && xv <= boundu)) {
-            exit.fail(1, 99998,
-                               " ** On entry, X .lt. BOUNDL or X .gt. BOUNDU:\n    X =%12.4E  BOUNDL =%12.4E  BOUNDU "
-                               "=%12.4E",
-                               {xv, boundl, boundu});
+            zek::take(exit, kC05avfExits, kAvXOutside, {xv, boundl, boundu});
         } else if (!std::isfinite(hv) || xv + hv == xv) {
-            exit.fail(2, 99997, " ** On entry, H is too small for use as a perturbation of X.\n    X =%12.4E  H =%12.4E",
-                               {xv, hv});
+            zek::take(exit, kC05avfExits, kAvHTooSmall, {xv, hv});
         } else if ((xv + hv < boundl || xv + hv > boundu) && (xv - hv < boundl || xv - hv > boundu)) {
-            exit.fail(1, 99996,
-                               " ** On entry, X+H and X-H both lie outside the interval [BOUNDL,BOUNDU]:\n    X      "
-                               "=%12.4E  H =%12.4E  BOUNDL =%12.4E  BOUNDU =%12.4E",
-                               {xv, hv, boundl, boundu});
+            zek::take(exit, kC05avfExits, kAvBothOutside, {xv, hv, boundl, boundu});
         } else {
             failed = false;
         }
@@ -122,24 +130,16 @@ void c05avf_worker(double *x, double fx, double *h, double boundl, double boundu
             return;
         }
     }
-    if (zek::search_bracket(x, fx, *h, boundl, boundu, y, c, ind) == zek::ZeroOutcome::NoBracket) {
-        exit.fail(4, 99994, " ** Unable to find an interval containing a simple zero.");
-        return;
-    }
+    if (zek::search_bracket(x, fx, *h, boundl, boundu, y, c, ind) == zek::ZeroOutcome::NoBracket)
+        return void(zek::take(exit, kC05avfExits, kAvNoBracket));
     exit.succeed();
 }
 
 void c05agf_worker(double *x, double *h, double eps, double eta, ZekC05Function f, double *a, double *b, int *iuser,
                    double *ruser, char *errbuf, int *ifail, int /*errbuf_len*/) {
     zek::FailureExit exit("C05AGF", errbuf, ifail);
-    if (!(eps > 0.0)) {
-        exit.fail(1, 99999, " ** On entry, EPS .le. 0.0: EPS =%12.4E.", {eps});
-        return;
-    }
-    if (!std::isfinite(*h) || *x + *h == *x) {
-        exit.fail(1, 99998, " ** On entry, X+H .eq. X:\n    X =%12.4E  H =%12.4E", {*x, *h});
-        return;
-    }
+    if (!(eps > 0.0)) return void(zek::take(exit, kC05agfExits, kAgEpsNotPositive, {eps}));
+    if (!std::isfinite(*h) || *x + *h == *x) return void(zek::take(exit, kC05agfExits, kAgHTooSmall, {*x, *h}));
     // The bracket, searched over the whole range of numbers from X with the step H.
     const double big = zek::largest();
     double sx = *x, sy = *x, fx = C05_ADAPT_F(f, sx, iuser, ruser);
@@ -148,10 +148,7 @@ void c05agf_worker(double *x, double *h, double eps, double eta, ZekC05Function 
     zek::ZeroOutcome outcome;
     while ((outcome = zek::search_bracket(&sx, fx, *h, -big, big, &sy, cs, &ind)) == zek::ZeroOutcome::Request)
         fx = C05_ADAPT_F(f, sx, iuser, ruser);
-    if (outcome != zek::ZeroOutcome::Found) {
-        exit.fail(2, 99996, " ** An interval containing the zero could not be found.");
-        return;
-    }
+    if (outcome != zek::ZeroOutcome::Found) return void(zek::take(exit, kC05agfExits, kAgNoInterval));
     // Then the zero inside it: fx is f(sx).
     double cz[zek::kRefineState] = {};
     ind = -1;
@@ -170,11 +167,9 @@ void c05agf_worker(double *x, double *h, double eps, double eta, ZekC05Function 
     *b = std::max(sx, sy);
     switch (outcome) {
     case zek::ZeroOutcome::Found: exit.succeed(); return;
-    case zek::ZeroOutcome::Pole: exit.fail(3, 99995, " ** Solution may be a pole rather than a zero."); return;
-    case zek::ZeroOutcome::TooSmall: exit.fail(4, 99994, zek::kToleranceTooSmallX); return;
-    default:
-        exit.fail(5, 99997, " ** A serious error occurred in an internal call to an auxiliary routine.");
-        return;
+    case zek::ZeroOutcome::Pole: zek::take(exit, kC05agfExits, kAgPole); return;
+    case zek::ZeroOutcome::TooSmall: zek::take(exit, kC05agfExits, kAgEpsTooSmall); return;
+    default: zek::take(exit, kC05agfExits, kAgInternal); return;
     }
 }
 

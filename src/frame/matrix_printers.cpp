@@ -210,7 +210,24 @@ struct Printer {
     }
 };
 
-// The checks and printing shared by both printers; the failure exits count down from 99999.
+// The exits of both printers, each reporting under its own name.  The general printer names its
+// shape argument MATRIX and the packed one UPLO, so that exit has a row for each.
+enum PrinterExit {
+    kMatrixInvalid, kUploInvalid, kDiagInvalid, kLabelInvalid, kFormStar, kFormTooLong, kFormUnusable, kTooNarrow,
+};
+constexpr ExitRow kPrinterExits[] = {
+    {1, 99999, " ** On entry, MATRIX is not valid: MATRIX = '%s'."},
+    {1, 99999, " ** On entry, UPLO is not valid: UPLO = '%s'."},
+    {2, 99998, " ** On entry, DIAG is not valid: DIAG = '%s'."},
+    {3, 99997, " ** On entry, either LABROW or LABCOL is not valid:\n    LABROW = '%s', LABCOL = '%s'."},
+    {4, 99996, " ** FORM=* not supported by this version of X04CDF"},
+    {5, 99995, " ** On entry, FORM has more than 80 characters: the first 75 are\n    %s."},
+    {6, 99994, " ** The format specifier in FORM cannot be used to print a number: FORM =\n    %s."},
+    {7, 99993, " ** On entry, NCOLS-INDENT is not wide enough to hold at least one matrix\n    column: NCOLS = "
+               "%16ld, INDENT =%16ld."},
+};
+
+// The checks and printing shared by both printers.
 void print_matrix(FailureExit &exit, const char *matrix_arg, int matrix_len, const char *diag_arg, int diag_len,
                   bool packed, int m, int n, const Element &element, const char *form_arg, int form_len,
                   const std::string &title, Labels labels, int ncols, int indent) {
@@ -219,26 +236,18 @@ void print_matrix(FailureExit &exit, const char *matrix_arg, int matrix_len, con
     const std::string matrix = argument(matrix_arg, matrix_len), diag = argument(diag_arg, diag_len);
     const char mc = matrix.empty() ? ' ' : upper(matrix[0]);
     const char dc = diag.empty() ? ' ' : upper(diag[0]);
-    const char *name = packed ? "UPLO" : "MATRIX";
     const bool triangular = mc == 'U' || mc == 'L';
-    if (!triangular && (packed || mc != 'G')) {
-        const std::string text = format(" ** On entry, %s is not valid: %s = '%%s'.", name, name);
-        exit.fail(1, 99999, text.c_str(), {matrix.substr(0, 1)});
-        return;
-    }
-    if (triangular && dc != 'N' && dc != 'U' && dc != 'B') {
-        exit.fail(2, 99998, " ** On entry, DIAG is not valid: DIAG = '%s'.", {diag.substr(0, 1)});
-        return;
-    }
+    if (!triangular && (packed || mc != 'G'))
+        return void(take(exit, kPrinterExits, packed ? kUploInvalid : kMatrixInvalid, {matrix.substr(0, 1)}));
+    if (triangular && dc != 'N' && dc != 'U' && dc != 'B')
+        return void(take(exit, kPrinterExits, kDiagInvalid, {diag.substr(0, 1)}));
     labels.row = upper(labels.row);
     labels.col = upper(labels.col);
     auto valid = [](char c) { return c == 'N' || c == 'I' || c == 'C'; };
-    if (!valid(labels.row) || !valid(labels.col)) {
-        exit.fail(3, 99997, " ** On entry, either LABROW or LABCOL is not valid:\n    LABROW = '%s', LABCOL = '%s'.",
-                  {std::string(1, labels.row == '\0' ? ' ' : labels.row),
-                   std::string(1, labels.col == '\0' ? ' ' : labels.col)});
-        return;
-    }
+    if (!valid(labels.row) || !valid(labels.col))
+        return void(take(exit, kPrinterExits, kLabelInvalid,
+                         {std::string(1, labels.row == '\0' ? ' ' : labels.row),
+                          std::string(1, labels.col == '\0' ? ' ' : labels.col)}));
     const Layout layout{triangular ? mc : 'G', dc};
     const std::string form = argument(form_arg, form_len);
     const std::size_t first = form.find_first_not_of(' ');
@@ -246,25 +255,14 @@ void print_matrix(FailureExit &exit, const char *matrix_arg, int matrix_len, con
     if (first == std::string::npos) {
         fmt = default_format(layout, m, n, element);
     } else if (form.substr(first) == "*") {
-        exit.fail(4, 99996, " ** FORM=* not supported by this version of X04CDF");
-        return;
+        return void(take(exit, kPrinterExits, kFormStar));
     } else if (form.size() > static_cast<std::size_t>(kFormLimit)) {
-        exit.fail(5, 99995, " ** On entry, FORM has more than 80 characters: the first 75 are\n    %s.",
-                  {form.substr(0, 75)});
-        return;
+        return void(take(exit, kPrinterExits, kFormTooLong, {form.substr(0, 75)}));
     } else if (!parse_form(form, &fmt)) {
-        exit.fail(6, 99994, " ** The format specifier in FORM cannot be used to print a number: FORM =\n    %s.",
-                  {form});
-        return;
+        return void(take(exit, kPrinterExits, kFormUnusable, {form}));
     }
     const Printer printer{layout, labels, fmt, width, indent};
-    if (printer.columns_per_block(m) < 1) {
-        exit.fail(7, 99993,
-                  " ** On entry, NCOLS-INDENT is not wide enough to hold at least one matrix\n    column: NCOLS = "
-                  "%16ld, INDENT =%16ld.",
-                  {ncols, indent});
-        return;
-    }
+    if (printer.columns_per_block(m) < 1) return void(take(exit, kPrinterExits, kTooNarrow, {ncols, indent}));
     printer.print(title, m, n, element);
     exit.succeed();
 }
