@@ -115,6 +115,135 @@ SearchSetup search_setup(const BranchLayout &l, int *iwork, double *rwork, int n
 namespace {
 
 using zek::format;
+using namespace zek::h02;
+
+// The exits of the branch-and-bound driver, under the name of the routine that runs it (H02BBF,
+// H02CBF, H02CEF): its argument checks, then the ends of the search.
+enum BranchExit {
+    kNNotPositive,
+    kMNegative,
+    kLdaTooSmall,
+    kLdhTooSmall,
+    kIntvarNotBinary,
+    kMaxdptBelow2,
+    kRworkTooShort,
+    kIworkTooShort,
+    kBadBounds,
+    kNoSlot,
+    kNoTree,
+    kNoIntegerPoint,
+    kUnboundedLp,
+    kInfeasibleLp,
+    kLpIterationLimit,
+    kRootHessianExceeds,
+    kBranchIterationLimit,
+    kDepthExceeded,
+    kBestForNodes,
+    kNoneForNodes,
+    kBestButUnsearched,
+    kNoneButUnsearched,
+    kNonFiniteQp,
+    kWorkspaceExhausted,
+};
+constexpr zek::ExitRow kBranchExits[] = {
+    {6, 99999, " ** On entry, N .le. 0:\n    N =%16ld."},
+    {6, 99998, " ** On entry, M .lt. 0:\n    M =%16ld."},
+    {6, 99997, " ** On entry, LDA .lt. max(1,M):\n    LDA =%16ld, M =%16ld."},
+    {6, 99979, " ** On entry, LDH .lt. N:\n    LDH =%16ld, N =%16ld."},
+    {6, 99996, " ** On entry, element%16ld of INTVAR is not equal to 0 or 1\n    INTVAR(%16ld) =%16ld."},
+    {6, 99995, " ** On entry, MAXDPT .lt. 2:\n    MAXDPT =%16ld."},
+    {6, 99994,
+     " ** On entry, the dimension of RWORK is too small: LRWORK =%16ld.\n"
+     "    RWORK must be of dimension (at least)%16ld."},
+    {6, 99993,
+     " ** On entry, the dimension of IWORK is too small: LIWORK =%16ld.\n"
+     "    IWORK must be of dimension (at least)%16ld."},
+    {6, 99992,
+     " ** On entry, NERROR bounds are infinite or inconsistent.\n    NERROR =%16ld.\n"
+     "    For further advisory details set MSGLVL > 2."},
+    {6, 99991, " ** MAXDPT is too small to solve the problem:\n    MAXDPT =%16ld."},
+    {8, 99990, " ** MAXDPT is too small to solve the problem:\n    MAXDPT =%16ld."},
+    {1, 99989, " ** The problem does not have a feasible integer solution."},
+    {2, 99988, " ** The LP solution is unbounded."},
+    {3, 99987, " ** The LP does not have a feasible solution."},
+    {4, 99986, " ** Iteration limit reached without finding a solution."},
+    {5, 99978,
+     " ** The reduced Hessian of the first QP exceeds its assigned dimension.\n"
+     "    Increase Maximum Degrees of Freedom with H02CDF and rerun %s."},
+    {7, 99985, " ** Search of a branch was terminated due to iteration limit."},
+    {8, 99984, " ** Maximum depth value is too small. Increase MAXDPT and rerun %s."},
+    {9, 99983,
+     " ** The IP solution returned is the best solution for\n"
+     "    the number of nodes investigated in the B&B tree."},
+    {10, 99982, " ** No feasible solution was found for the number of nodes\n    investigated in the B&B tree."},
+    {12, 99977,
+     " ** The IP solution returned is the best found, but%5ld branches were not\n"
+     "    searched: their reduced Hessian exceeded its assigned dimension."},
+    {13, 99976,
+     " ** No feasible integer solution was found, but%5ld branches were not\n"
+     "    searched: their reduced Hessian exceeded its assigned dimension."},
+    {14, 99975,
+     " ** A QP gave a value that is not finite (a product by the Hessian, or its\n"
+     "    objective).  Search abandoned."},
+    {11, 99981, " ** Not enough workspace to solve problem."},
+};
+
+// What an end of the search shows beside its text.
+enum class Shows { Nothing, Routine, Unsearched };
+
+// The ends of a search, keyed by its outcome: the exit taken (none for the optimum), what the message
+// shows, and whether the incumbent's state is handed on for H02BZF.  An outcome not listed is a
+// workspace failure.
+struct OutcomeRow {
+    int outcome;
+    int exit;
+    Shows shows;
+    bool exports_state;
+};
+constexpr int kNoExit = -1;
+constexpr OutcomeRow kOutcomes[] = {
+    {kSearchOptimum, kNoExit, Shows::Nothing, true},
+    {kNoIntegerSolution, kNoIntegerPoint, Shows::Nothing, false},
+    {kRootUnbounded, kUnboundedLp, Shows::Nothing, false},
+    {kRootInfeasible, kInfeasibleLp, Shows::Nothing, false},
+    {kRootIterationLimit, kLpIterationLimit, Shows::Nothing, false},
+    {kRootHessianTooBig, kRootHessianExceeds, Shows::Routine, false},
+    {kBranchAbandoned, kBranchIterationLimit, Shows::Nothing, true},
+    {kDepthTooSmall, kDepthExceeded, Shows::Routine, false},
+    {kNodeLimitBest, kBestForNodes, Shows::Nothing, true},
+    {kNodeLimitNone, kNoneForNodes, Shows::Nothing, false},
+    {kTreeWorkspace, kWorkspaceExhausted, Shows::Nothing, false},
+    {kUnsearchedBest, kBestButUnsearched, Shows::Unsearched, true},
+    {kUnsearchedNone, kNoneButUnsearched, Shows::Unsearched, false},
+    {kHessianFailed, kNonFiniteQp, Shows::Nothing, false},
+};
+constexpr OutcomeRow kOtherOutcome = {kTreeWorkspace, kWorkspaceExhausted, Shows::Nothing, false};
+
+const OutcomeRow &outcome_row(int outcome) {
+    for (const OutcomeRow &o : kOutcomes)
+        if (o.outcome == outcome) return o;
+    return kOtherOutcome;
+}
+
+// Takes the exit of a search's end.  The routine's name is pasted into its text, not passed as a value:
+// these messages carry no values in ERRBUF.
+void take_outcome(zek::FailureExit &exit, const OutcomeRow &o, const SearchOutcome &r) {
+    if (o.exit == kNoExit) {
+        exit.succeed();
+        return;
+    }
+    switch (o.shows) {
+    case Shows::Nothing: zek::take(exit, kBranchExits, o.exit); break;
+    case Shows::Unsearched: zek::take(exit, kBranchExits, o.exit, {static_cast<long>(r.too_big)}); break;
+    case Shows::Routine: {
+        const zek::ExitRow &row = kBranchExits[o.exit];
+        std::string text = row.text;
+        text.replace(text.find("%s"), 2, exit.routine());
+        exit.fail(row.ierror, row.number, text.c_str());
+        break;
+    }
+    }
+}
 
 // The detail of a bad bound, printed on UNIT before the failure.
 void bound_detail(int unit, int j, int n, double l, double u, double bigbnd) {
@@ -158,62 +287,24 @@ void branch_and_bound(const char *routine, const BranchArguments &args, const No
     int *iwork = args.iwork;
     double *rwork = args.rwork;
 
-    // N, M and LDA are all tested; the last failure is the one reported.
-    const char *message = nullptr;
-    long exit_number = 0;
-    int values = 0;
-    if (n <= 0) {
-        message = " ** On entry, N .le. 0:\n    N =%16ld.";
-        exit_number = 99999;
-        values = 1;
-    }
-    if (m < 0) {
-        message = " ** On entry, M .lt. 0:\n    M =%16ld.";
-        exit_number = 99998;
-        values = 2;
-    }
-    if (lda < std::max(1, m)) {
-        message = " ** On entry, LDA .lt. max(1,M):\n    LDA =%16ld, M =%16ld.";
-        exit_number = 99997;
-        values = 3;
-    }
-    if (message != nullptr) {
-        if (values == 1) exit.fail(6, exit_number, message, {n});
-        else if (values == 2) exit.fail(6, exit_number, message, {m});
-        else exit.fail(6, exit_number, message, {lda, m});
-        return;
-    }
-    if (args.quadratic && args.ldh < n) {
-        exit.fail(6, 99979, " ** On entry, LDH .lt. N:\n    LDH =%16ld, N =%16ld.", {args.ldh, n});
-        return;
-    }
-    for (int j = 0; j < n; ++j) {
-        if (intvar[j] == 0 || intvar[j] == 1) continue;
-        exit.fail(6, 99996,
-                  " ** On entry, element%16ld of INTVAR is not equal to 0 or 1\n    INTVAR(%16ld) =%16ld.",
-                  {j + 1, j + 1, intvar[j]});
-        return;
-    }
-    if (maxdpt < 2) {
-        exit.fail(6, 99995, " ** On entry, MAXDPT .lt. 2:\n    MAXDPT =%16ld.", {maxdpt});
-        return;
-    }
+    // N, M and LDA are all tested and the last failure is the one reported, so they are taken from LDA
+    // back to N.
+    if (lda < std::max(1, m)) return void(zek::take(exit, kBranchExits, kLdaTooSmall, {lda, m}));
+    if (m < 0) return void(zek::take(exit, kBranchExits, kMNegative, {m}));
+    if (n <= 0) return void(zek::take(exit, kBranchExits, kNNotPositive, {n}));
+    if (args.quadratic && args.ldh < n) return void(zek::take(exit, kBranchExits, kLdhTooSmall, {args.ldh, n}));
+    for (int j = 0; j < n; ++j)
+        if (intvar[j] != 0 && intvar[j] != 1)
+            return void(zek::take(exit, kBranchExits, kIntvarNotBinary, {j + 1, j + 1, intvar[j]}));
+    if (maxdpt < 2) return void(zek::take(exit, kBranchExits, kMaxdptBelow2, {maxdpt}));
     const long long rneed = branch_real_work_needed(n, m, maxdpt, work.reals);
-    if (lrwork < rneed) {
-        exit.fail(6, 99994,
-                  " ** On entry, the dimension of RWORK is too small: LRWORK =%16ld.\n"
-                  "    RWORK must be of dimension (at least)%16ld.",
-                  {lrwork, static_cast<long>(std::min<long long>(rneed, LONG_MAX))});
-        return;
-    }
+    if (lrwork < rneed)
+        return void(zek::take(exit, kBranchExits, kRworkTooShort,
+                              {lrwork, static_cast<long>(std::min<long long>(rneed, LONG_MAX))}));
     const long long ineed = branch_integer_work_needed(n, m, maxdpt, work.integers);
-    if (liwork < ineed) {
-        exit.fail(6, 99993,
-                  " ** On entry, the dimension of IWORK is too small: LIWORK =%16ld.\n"
-                  "    IWORK must be of dimension (at least)%16ld.",
-                  {liwork, static_cast<long>(std::min<long long>(ineed, LONG_MAX))});
-        return;
-    }
+    if (liwork < ineed)
+        return void(zek::take(exit, kBranchExits, kIworkTooShort,
+                              {liwork, static_cast<long>(std::min<long long>(ineed, LONG_MAX))}));
     if (args.quadratic) {
         zek::Records rec;
         const bool finite = (m == 0 || zek::qp::matrix_finite("A", m, n, args.a, lda, rec)) &&
@@ -241,13 +332,7 @@ void branch_and_bound(const char *routine, const BranchArguments &args, const No
         ++nerror;
         if (msglvl_in > 2) bound_detail(unit, j, n, l, u, big);
     }
-    if (nerror > 0) {
-        exit.fail(6, 99992,
-                  " ** On entry, NERROR bounds are infinite or inconsistent.\n    NERROR =%16ld.\n"
-                  "    For further advisory details set MSGLVL > 2.",
-                  {nerror});
-        return;
-    }
+    if (nerror > 0) return void(zek::take(exit, kBranchExits, kBadBounds, {nerror}));
     *args.itmax = iterations;
     *args.toliv = integer_tol;
     *args.tolfes = feasibility_tol;
@@ -278,15 +363,9 @@ void branch_and_bound(const char *routine, const BranchArguments &args, const No
     // Slots are bound to MAXDPT; more RWORK than the minimum buys nothing.
     const long long room = (lrwork - (rneed - (static_cast<long long>(n) + 1) * maxdpt)) / (n + 1);
     const int slots = static_cast<int>(std::min<long long>(maxdpt, room));
-    if (slots < 1) {
-        exit.fail(6, 99991, " ** MAXDPT is too small to solve the problem:\n    MAXDPT =%16ld.", {maxdpt});
-        return;
-    }
+    if (slots < 1) return void(zek::take(exit, kBranchExits, kNoSlot, {maxdpt}));
     const BranchLayout l = branch_layout(n, m, slots, liwork, work.integers);
-    if (l.tree < 4LL * maxdpt) {
-        exit.fail(8, 99990, " ** MAXDPT is too small to solve the problem:\n    MAXDPT =%16ld.", {maxdpt});
-        return;
-    }
+    if (l.tree < 4LL * maxdpt) return void(zek::take(exit, kBranchExits, kNoTree, {maxdpt}));
 
     SearchSetup s = search_setup(l, iwork, rwork, static_cast<int>(work.integers), static_cast<int>(work.reals));
     s.routine = routine;
@@ -309,54 +388,9 @@ void branch_and_bound(const char *routine, const BranchArguments &args, const No
     const SearchOutcome r = tree_search(s, solver);
     *args.objmip = r.objmip;
 
-    const int code = r.code;
-    if (code == 0 || code == 7 || code == 9 || code == 12) export_state(nct, l, slots, iwork, rwork);
-    switch (code) {
-    case 0: exit.succeed(); break;
-    case 1: exit.fail(1, 99989, " ** The problem does not have a feasible integer solution."); break;
-    case 2: exit.fail(2, 99988, " ** The LP solution is unbounded."); break;
-    case 3: exit.fail(3, 99987, " ** The LP does not have a feasible solution."); break;
-    case 4: exit.fail(4, 99986, " ** Iteration limit reached without finding a solution."); break;
-    case 5:
-        exit.fail(5, 99978,
-                  format(" ** The reduced Hessian of the first QP exceeds its assigned dimension.\n"
-                         "    Increase Maximum Degrees of Freedom with H02CDF and rerun %s.",
-                         routine)
-                      .c_str());
-        break;
-    case 7: exit.fail(7, 99985, " ** Search of a branch was terminated due to iteration limit."); break;
-    case 8:
-        exit.fail(8, 99984,
-                  format(" ** Maximum depth value is too small. Increase MAXDPT and rerun %s.", routine).c_str());
-        break;
-    case 9:
-        exit.fail(9, 99983,
-                  " ** The IP solution returned is the best solution for\n"
-                  "    the number of nodes investigated in the B&B tree.");
-        break;
-    case 10:
-        exit.fail(10, 99982,
-                  " ** No feasible solution was found for the number of nodes\n    investigated in the B&B tree.");
-        break;
-    case 12:
-        exit.fail(12, 99977,
-                  " ** The IP solution returned is the best found, but%5ld branches were not\n"
-                  "    searched: their reduced Hessian exceeded its assigned dimension.",
-                  {static_cast<long>(r.too_big)});
-        break;
-    case 13:
-        exit.fail(13, 99976,
-                  " ** No feasible integer solution was found, but%5ld branches were not\n"
-                  "    searched: their reduced Hessian exceeded its assigned dimension.",
-                  {static_cast<long>(r.too_big)});
-        break;
-    case kNodeHessianFailed:
-        exit.fail(14, 99975,
-                  " ** A QP gave a value that is not finite (a product by the Hessian, or its\n"
-                  "    objective).  Search abandoned.");
-        break;
-    default: exit.fail(11, 99981, " ** Not enough workspace to solve problem."); break;
-    }
+    const OutcomeRow &end = outcome_row(r.code);
+    if (end.exports_state) export_state(nct, l, slots, iwork, rwork);
+    take_outcome(exit, end, r);
 }
 
 } // namespace zek::h02

@@ -120,8 +120,26 @@ struct SearchSetup {
     int *node_iwork = nullptr, node_liwork = 0, node_lwork = 0;
     double *node_work = nullptr;
 };
-// How it ended: CODE is the IFAIL value (0, 1, 2, 3, 4, 8, 9, 10, 11, and with a QP solver 5, 12, 13,
-// 14), EXIT_KIND 0 optimum, 1 first solution, 2 best solution.
+// How a search ends, as the IFAIL value its driver reports.  A root node that fails ends the search
+// with the node solver's own code, which is why the codes 2 to 5 and 14 are the node solver's.
+enum SearchCode : int {
+    kSearchOptimum = 0,
+    kNoIntegerSolution = 1,      // the tree is exhausted without an integer point
+    kRootUnbounded = 2,          // the root relaxation is unbounded
+    kRootInfeasible = 3,         // the root relaxation has no feasible point
+    kRootIterationLimit = 4,     // the root relaxation reached its iteration limit
+    kRootHessianTooBig = kNodeHessianTooBig,
+    kBranchAbandoned = 7,        // a node reached its iteration limit; its branch was not searched
+    kDepthTooSmall = 8,          // MAXDPT slots are not enough for the tree
+    kNodeLimitBest = 9,          // MAXNOD reached, the best integer point so far returned
+    kNodeLimitNone = 10,         // MAXNOD reached without an integer point
+    kTreeWorkspace = 11,         // the tree's nodes or the slots ran out
+    kUnsearchedBest = 12,        // exhausted with an integer point, but branches of too large a Hessian left
+    kUnsearchedNone = 13,        // exhausted without one, and such branches left
+    kHessianFailed = kNodeHessianFailed,
+};
+// How it ended: CODE is a SearchCode (with the LP solver only 0 to 4 and 7 to 11), EXIT_KIND 0 optimum,
+// 1 first solution, 2 best solution.
 struct SearchOutcome {
     double objmip = 0.0;
     int code = 0, exit_kind = 0, depth = 0, abandoned = 0, too_big = 0, best_node = 0;

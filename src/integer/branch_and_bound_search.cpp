@@ -291,7 +291,7 @@ void TreeSearch::run() {
         } else {
             objective = none;
             if (msglvl >= 2) say(unit, " ** Cannot find optimum LP, terminate the search of this branch");
-            out.code = 7;
+            out.code = kBranchAbandoned;
             out.exit_kind = 2;
             ++out.abandoned;
         }
@@ -319,7 +319,7 @@ void TreeSearch::run() {
         } else if (first_fractional(n, intvar, x, toliv) != 0) {
             log_row(NodeOutcome::Kept);
             if (out.depth >= slots) {
-                out.code = 8;
+                out.code = kDepthTooSmall;
                 end = End::Code;
                 out.objmip = objective;
                 break;
@@ -349,7 +349,7 @@ void TreeSearch::run() {
             if (found && msglvl > 1) print_tree_heading(unit);
             found = false;
             if (out.depth > slots) {
-                out.code = 8;
+                out.code = kDepthTooSmall;
                 end = End::Code;
                 break;
             }
@@ -372,7 +372,7 @@ void TreeSearch::run() {
             value(p) = branching_value(x[jb - 1]);
             const int lchild = take_node(p);
             if (lchild == 0 || free_slot == 0) {
-                out.code = 11;
+                out.code = kTreeWorkspace;
                 end = End::Code;
                 break;
             }
@@ -397,7 +397,7 @@ void TreeSearch::run() {
             // The parent's slot goes on as the right child, solved next.
             const int rchild = take_node(p);
             if (rchild == 0) {
-                out.code = 11;
+                out.code = kTreeWorkspace;
                 end = End::Code;
                 break;
             }
@@ -417,36 +417,36 @@ void TreeSearch::run() {
         if (!have_best) {
             if (msglvl >= 1) say(unit, " ** No integer solution so far **");
             out.objmip = none;
-            out.code = 10;
+            out.code = kNodeLimitNone;
         } else {
             if (msglvl >= 1) say(unit, " ** The best integer solution **");
             std::memcpy(x, best_x, sizeof(double) * static_cast<std::size_t>(n));
             out.objmip = best;
             out.exit_kind = 2;
             final_block(best);
-            out.code = 9;
+            out.code = kNodeLimitBest;
         }
         break;
     case End::Empty:
         // Step 9: every end of the search writes its code afresh.
         if (!have_best) {
             out.objmip = none;
-            out.code = 1;
+            out.code = kNoIntegerSolution;
         } else {
             std::memcpy(x, best_x, sizeof(double) * static_cast<std::size_t>(n));
             out.objmip = best;
             if (msglvl >= 2) say(unit, "     *** End of tree search ***");
             final_block(best);
-            out.code = 0;
+            out.code = kSearchOptimum;
         }
         // Branches whose reduced Hessian outgrew its dimension were not searched: no optimum is claimed.
-        if (out.too_big > 0) out.code = have_best ? 12 : 13;
+        if (out.too_big > 0) out.code = have_best ? kUnsearchedBest : kUnsearchedNone;
         break;
     case End::Code:
-        if ((out.code == 11 || out.code == kNodeHessianFailed) && have_best) {
+        if ((out.code == kTreeWorkspace || out.code == kHessianFailed) && have_best) {
             std::memcpy(x, best_x, sizeof(double) * static_cast<std::size_t>(n));
             out.objmip = best;
-        } else if (out.code != 8) {
+        } else if (out.code != kDepthTooSmall) {
             out.objmip = none;
         }
         break;

@@ -26,6 +26,33 @@ const StoreOwner kOwners[] = {
 };
 constexpr int kLcwsav = 1, kLlwsav = 120, kLiwsav = 610, kLrwsav = 475;
 
+// H02WBF's exits.
+enum H02wbfExit { kUnknownRoutine, kStoreTooSmall };
+constexpr zek::ExitRow kH02wbfExits[] = {
+    {1, 99999, " ** Invalid routine name: %6.6s."},
+    {2, 99998,
+     " ** One or more of the workspace array lengths is too small.\n"
+     "    Supplied values are:\n"
+     "    LCWSAV = %6ld, LLWSAV = %6ld.\n"
+     "    LIWSAV = %6ld, LRWSAV = %6ld.\n"
+     "    Required values are:\n"
+     "    LCWSAV = %6ld, LLWSAV = %6ld.\n"
+     "    LIWSAV = %6ld, LRWSAV = %6ld."},
+};
+
+// H02BZF's exits.
+enum H02bzfExit { kNNotPositive, kMNegative, kIworkTooShort, kRworkTooShort };
+constexpr zek::ExitRow kH02bzfExits[] = {
+    {1, 99999, " ** On entry, N .le. 0:\n    N = %16ld."},
+    {1, 99998, " ** On entry, M .lt. 0:\n    M = %16ld."},
+    {1, 99997,
+     " ** On entry, the dimension of IWORK is too small: LIWORK =%16ld.\n"
+     "    IWORK must be of dimension (at least)%16ld."},
+    {1, 99996,
+     " ** On entry, the dimension of RWORK is too small: LRWORK =%16ld.\n"
+     "    RWORK must be of dimension (at least)%16ld."},
+};
+
 } // namespace
 
 extern "C" {
@@ -40,21 +67,10 @@ void H02WBF(const char *rname, char *cwsav, const int *lcwsav, int *lwsav, const
     const StoreOwner *owner = nullptr;
     for (const StoreOwner &o : kOwners)
         if (name == o.name) owner = &o;
-    if (owner == nullptr) {
-        exit.fail(1, 99999, " ** Invalid routine name: %6.6s.", {given});
-        return;
-    }
+    if (owner == nullptr) return void(zek::take(exit, kH02wbfExits, kUnknownRoutine, {given}));
     const int lc = *lcwsav, ll = *llwsav, li = *liwsav, lr = *lrwsav;
     if (lc < kLcwsav || ll < kLlwsav || li < kLiwsav || lr < kLrwsav) {
-        exit.fail(2, 99998,
-                  " ** One or more of the workspace array lengths is too small.\n"
-                  "    Supplied values are:\n"
-                  "    LCWSAV = %6ld, LLWSAV = %6ld.\n"
-                  "    LIWSAV = %6ld, LRWSAV = %6ld.\n"
-                  "    Required values are:\n"
-                  "    LCWSAV = %6ld, LLWSAV = %6ld.\n"
-                  "    LIWSAV = %6ld, LRWSAV = %6ld.",
-                  {lc, ll, li, lr, kLcwsav, kLlwsav, kLiwsav, kLrwsav});
+        zek::take(exit, kH02wbfExits, kStoreTooSmall, {lc, ll, li, lr, kLcwsav, kLlwsav, kLiwsav, kLrwsav});
         return;
     }
     int inner = 1;
@@ -66,29 +82,12 @@ void H02BZF(const int *n, const int *m, const int *iwork, const int *liwork, con
             int *istate, double *bl, double *bu, double *clamda, int *ifail) {
     zek::FailureExit exit("H02BZF", nullptr, ifail);
     const int nn = *n, mm = *m;
-    if (nn <= 0) {
-        exit.fail(1, 99999, " ** On entry, N .le. 0:\n    N = %16ld.", {nn});
-        return;
-    }
-    if (mm < 0) {
-        exit.fail(1, 99998, " ** On entry, M .lt. 0:\n    M = %16ld.", {mm});
-        return;
-    }
+    if (nn <= 0) return void(zek::take(exit, kH02bzfExits, kNNotPositive, {nn}));
+    if (mm < 0) return void(zek::take(exit, kH02bzfExits, kMNegative, {mm}));
     const long long nct = static_cast<long long>(nn) + mm;
-    if (*liwork < nct) {
-        exit.fail(1, 99997,
-                  " ** On entry, the dimension of IWORK is too small: LIWORK =%16ld.\n"
-                  "    IWORK must be of dimension (at least)%16ld.",
-                  {*liwork, static_cast<long>(nct)});
-        return;
-    }
-    if (*lrwork < 3 * nct) {
-        exit.fail(1, 99996,
-                  " ** On entry, the dimension of RWORK is too small: LRWORK =%16ld.\n"
-                  "    RWORK must be of dimension (at least)%16ld.",
-                  {*lrwork, static_cast<long>(3 * nct)});
-        return;
-    }
+    if (*liwork < nct) return void(zek::take(exit, kH02bzfExits, kIworkTooShort, {*liwork, static_cast<long>(nct)}));
+    if (*lrwork < 3 * nct)
+        return void(zek::take(exit, kH02bzfExits, kRworkTooShort, {*lrwork, static_cast<long>(3 * nct)}));
     const std::size_t k = static_cast<std::size_t>(nct);
     std::memcpy(istate, iwork, sizeof(int) * k);
     std::memcpy(bl, rwork, sizeof(double) * k);

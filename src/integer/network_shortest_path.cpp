@@ -16,6 +16,41 @@ namespace {
 // The line naming an edge (k, IROW(k), ICOL(k)) is 81 characters: its records are wider than usual.
 constexpr int kWideRecord = 96;
 
+// H03ADF's exits.
+enum H03adfExit {
+    kNLessThan2,
+    kStartOutOfRange,
+    kEndOutOfRange,
+    kStartIsEnd,
+    kDirectedEdgeCount,
+    kUndirectedEdgeCount,
+    kDirectedEdgeEnds,
+    kUndirectedEdgeEnds,
+    kLengthNotPositive,
+    kRepeatedEdge,
+    kNotConnected,
+};
+constexpr ExitRow kH03adfExits[] = {
+    {1, 99999, " ** On entry, N .lt. 2: N =%16ld."},
+    {2, 99998, " ** On entry, NS .lt. 1 or NS .gt. N:\n    NS =%16ld, N =%16ld."},
+    {2, 99997, " ** On entry, NE .lt. 1 or NE .gt. N:\n    NE =%16ld, N =%16ld."},
+    {3, 99996, " ** On entry, NS .eq. NE:\n    NS =%16ld, NE =%16ld."},
+    {4, 99995, " ** On entry, NNZ .lt. 1 or NNZ .gt. N*(N-1) when DIRECT = .TRUE.:\n    NNZ = %16ld, N = %16ld."},
+    {4, 99994, " ** On entry, NNZ .lt. 1 or NNZ .gt. N*(N-1)/2 when DIRECT = .FALSE.:\n    NNZ = %16ld, N = %16ld."},
+    {5, 99993,
+     " ** On entry, IROW(k) .lt. 1 or IROW(k) .gt. N or ICOL(k) .lt. 1 or\n    ICOL(k) .gt. N or "
+     "ICOL(k) .eq. IROW(k) for some k when DIRECT = .TRUE.:\n    k = %16ld, IROW(k) = %16ld, "
+     "ICOL(k) = %16ld."},
+    {5, 99992,
+     " ** On entry, IROW(k) .lt. 1 or IROW(k) .ge. ICOL(k) or ICOL(k) .gt. N\n    for some k when "
+     "DIRECT = .FALSE.:\n    k = %16ld, IROW(k) = %16ld, ICOL(k) = %16ld."},
+    {6, 99991, " ** On entry, D(k) .le. 0.0 for some k:\n    k = %16ld, D(k) = %12.4E."},
+    {7, 99990,
+     " ** On entry, IROW(k) .eq. IROW(k-1) and ICOL(k) .eq. ICOL(k-1) for some k:\n    IROW(k) = "
+     "%16ld, IROW(k-1) = %16ld\n    ICOL(k) = %16ld, ICOL(k-1) = %16ld."},
+    {8, 99989, " ** No connected network exists between vertices NS and NE:\n    NS = %16ld, NE = %16ld."},
+};
+
 // Sorts the edges (IROW, ICOL, D) in place by row, then column: a heap sort, so no memory is taken.
 void sort_edges(int *irow, int *icol, double *d, std::ptrdiff_t nnz) {
     auto less = [&](std::ptrdiff_t x, std::ptrdiff_t y) {
@@ -48,52 +83,26 @@ void sort_edges(int *irow, int *icol, double *d, std::ptrdiff_t nnz) {
 void h03adf_worker(int n, int ns, int ne, bool direct, int nnz, double d[], int irow[], int icol[], double *splen,
                    int path[], int iwork[], double work[], char *errbuf, int *ifail) {
     FailureExit exit("H03ADF", errbuf, ifail);
-    if (n < 2) { exit.fail(1, 99999, " ** On entry, N .lt. 2: N =%16ld.", {n}); return; }
-    if (ns < 1 || ns > n) { exit.fail(2, 99998, " ** On entry, NS .lt. 1 or NS .gt. N:\n    NS =%16ld, N =%16ld.", {ns, n}); return; }
-    if (ne < 1 || ne > n) { exit.fail(2, 99997, " ** On entry, NE .lt. 1 or NE .gt. N:\n    NE =%16ld, N =%16ld.", {ne, n}); return; }
-    if (ns == ne) { exit.fail(3, 99996, " ** On entry, NS .eq. NE:\n    NS =%16ld, NE =%16ld.", {ns, ne}); return; }
+    if (n < 2) return void(take(exit, kH03adfExits, kNLessThan2, {n}));
+    if (ns < 1 || ns > n) return void(take(exit, kH03adfExits, kStartOutOfRange, {ns, n}));
+    if (ne < 1 || ne > n) return void(take(exit, kH03adfExits, kEndOutOfRange, {ne, n}));
+    if (ns == ne) return void(take(exit, kH03adfExits, kStartIsEnd, {ns, ne}));
     const std::int64_t pairs = static_cast<std::int64_t>(n) * (n - 1);
-    if (nnz < 1 || nnz > (direct ? pairs : pairs / 2)) {
-        if (direct)
-            exit.fail(4, 99995, " ** On entry, NNZ .lt. 1 or NNZ .gt. N*(N-1) when DIRECT = .TRUE.:\n    NNZ = %16ld, N = %16ld.", {nnz, n});
-        else
-            exit.fail(4, 99994, " ** On entry, NNZ .lt. 1 or NNZ .gt. N*(N-1)/2 when DIRECT = .FALSE.:\n    NNZ = %16ld, N = %16ld.", {nnz, n});
-        return;
-    }
+    if (nnz < 1 || nnz > (direct ? pairs : pairs / 2))
+        return void(take(exit, kH03adfExits, direct ? kDirectedEdgeCount : kUndirectedEdgeCount, {nnz, n}));
     for (int k = 1; k <= nnz; ++k) {
         const int r = irow[k - 1], c = icol[k - 1];
         const bool bad = direct ? (r < 1 || r > n || c < 1 || c > n || c == r) : (r < 1 || r >= c || c > n);
-        if (bad) {
-            if (direct)
-                exit.fail(5, 99993,
-                          " ** On entry, IROW(k) .lt. 1 or IROW(k) .gt. N or ICOL(k) .lt. 1 or\n    ICOL(k) .gt. N or "
-                          "ICOL(k) .eq. IROW(k) for some k when DIRECT = .TRUE.:\n    k = %16ld, IROW(k) = %16ld, "
-                          "ICOL(k) = %16ld.",
-                          {k, r, c}, kWideRecord);
-            else
-                exit.fail(5, 99992,
-                          " ** On entry, IROW(k) .lt. 1 or IROW(k) .ge. ICOL(k) or ICOL(k) .gt. N\n    for some k when "
-                          "DIRECT = .FALSE.:\n    k = %16ld, IROW(k) = %16ld, ICOL(k) = %16ld.",
-                          {k, r, c}, kWideRecord);
-            return;
-        }
+        if (bad)
+            return void(take(exit, kH03adfExits, direct ? kDirectedEdgeEnds : kUndirectedEdgeEnds, {k, r, c},
+                             kWideRecord));
     }
-    for (int k = 1; k <= nnz; ++k) {
-        if (!(d[k - 1] > 0.0)) {
-            exit.fail(6, 99991, " ** On entry, D(k) .le. 0.0 for some k:\n    k = %16ld, D(k) = %12.4E.", {k, d[k - 1]});
-            return;
-        }
-    }
+    for (int k = 1; k <= nnz; ++k)
+        if (!(d[k - 1] > 0.0)) return void(take(exit, kH03adfExits, kLengthNotPositive, {k, d[k - 1]}));
     sort_edges(irow, icol, d, nnz);
-    for (int k = 2; k <= nnz; ++k) {
-        if (irow[k - 1] == irow[k - 2] && icol[k - 1] == icol[k - 2]) {
-            exit.fail(7, 99990,
-                      " ** On entry, IROW(k) .eq. IROW(k-1) and ICOL(k) .eq. ICOL(k-1) for some k:\n    IROW(k) = "
-                      "%16ld, IROW(k-1) = %16ld\n    ICOL(k) = %16ld, ICOL(k-1) = %16ld.",
-                      {irow[k - 1], irow[k - 2], icol[k - 1], icol[k - 2]});
-            return;
-        }
-    }
+    for (int k = 2; k <= nnz; ++k)
+        if (irow[k - 1] == irow[k - 2] && icol[k - 1] == icol[k - 2])
+            return void(take(exit, kH03adfExits, kRepeatedEdge, {irow[k - 1], irow[k - 2], icol[k - 1], icol[k - 2]}));
     // Integer work: row starts, predecessors, and for undirected graphs column starts and edges by column.
     int *start = iwork;            // start[r-1] .. start[r]-1: edges of row r (zero-based edge numbers)
     int *pred = iwork + n + 1;     // pred[v-1]
@@ -146,11 +155,7 @@ void h03adf_worker(int n, int ns, int ne, bool direct, int nnz, double d[], int 
         for (int k = start[c]; k < start[c + 1]; ++k) row[icol[k] - 1] = 0.0;
         if (!direct)
             for (int p = cstart[c]; p < cstart[c + 1]; ++p) row[irow[bycol[p]] - 1] = 0.0;
-        if (next == 0) {
-            exit.fail(8, 99989, " ** No connected network exists between vertices NS and NE:\n    NS = %16ld, NE = %16ld.",
-                      {ns, ne});
-            return;
-        }
+        if (next == 0) return void(take(exit, kH03adfExits, kNotConnected, {ns, ne}));
         pred[next - 1] = -pred[next - 1];
         if (next == ne) break;
         current = next;

@@ -11,6 +11,30 @@
 namespace zek {
 namespace {
 
+// H03ABF's exits.
+enum H03abfExit {
+    kMaNotPositive,
+    kMbNotPositive,
+    kMaAboveMmm,
+    kVertexCount,
+    kMaxitNotPositive,
+    kNegativeAmount,
+    kUnbalanced,
+    kPotentialOverflow,
+    kMaxitExceeded,
+};
+constexpr ExitRow kH03abfExits[] = {
+    {1, 99999, " ** On entry, MA .le. 0: MA =%16ld."},
+    {1, 99998, " ** On entry, MB .le. 0: MB =%16ld."},
+    {1, 99997, " ** On entry, MA .gt. MMM:\n    MA =%16ld, MMM =%16ld."},
+    {1, 99996, " ** On entry, M-MA-MB .ne. 0:\n    M =%10ld, MA =%10ld, MB =%10ld."},
+    {1, 99995, " ** On entry, MAXIT .le. 0: MAXIT =%16ld."},
+    {1, 99994, " ** On entry, an availability or requirement is negative:\n    I =%16ld, A(I) =%16ld."},
+    {1, 99993, " ** On entry, the sum of the availabilities does not\n    equal the sum of the requirements."},
+    {3, 99992, " ** The potentials of the basis leave the integer range:\n    the costs are too large."},
+    {2, 99991, " ** During computations MAXIT has been exceeded."},
+};
+
 // The tree: cells 1..M-1 joining source vertex SRC (1..MA) and destination vertex DST (MA+1..M).
 struct Basis {
     int *src, *dst, *flow, *cost;
@@ -66,27 +90,17 @@ void h03abf_worker(const int cost[], int mmm, int ma, int mb, int m, const int a
                    int k15[], int k7[], int k9[], int kost[], double *z, int iwork1[], int iwork2[], char *errbuf,
                    int *ifail) {
     FailureExit exit("H03ABF", errbuf, ifail);
-    if (ma <= 0) { exit.fail(1, 99999, " ** On entry, MA .le. 0: MA =%16ld.", {ma}); return; }
-    if (mb <= 0) { exit.fail(1, 99998, " ** On entry, MB .le. 0: MB =%16ld.", {mb}); return; }
-    if (ma > mmm) { exit.fail(1, 99997, " ** On entry, MA .gt. MMM:\n    MA =%16ld, MMM =%16ld.", {ma, mmm}); return; }
-    if (static_cast<std::int64_t>(m) - ma - mb != 0) {
-        exit.fail(1, 99996, " ** On entry, M-MA-MB .ne. 0:\n    M =%10ld, MA =%10ld, MB =%10ld.", {m, ma, mb});
-        return;
-    }
-    if (maxit <= 0) { exit.fail(1, 99995, " ** On entry, MAXIT .le. 0: MAXIT =%16ld.", {maxit}); return; }
+    if (ma <= 0) return void(take(exit, kH03abfExits, kMaNotPositive, {ma}));
+    if (mb <= 0) return void(take(exit, kH03abfExits, kMbNotPositive, {mb}));
+    if (ma > mmm) return void(take(exit, kH03abfExits, kMaAboveMmm, {ma, mmm}));
+    if (static_cast<std::int64_t>(m) - ma - mb != 0) return void(take(exit, kH03abfExits, kVertexCount, {m, ma, mb}));
+    if (maxit <= 0) return void(take(exit, kH03abfExits, kMaxitNotPositive, {maxit}));
     std::int64_t avail = 0, need = 0;
     for (int i = 0; i < m; ++i) {
-        if (a[i] < 0) {
-            exit.fail(1, 99994, " ** On entry, an availability or requirement is negative:\n    I =%16ld, A(I) =%16ld.",
-                      {i + 1, a[i]});
-            return;
-        }
+        if (a[i] < 0) return void(take(exit, kH03abfExits, kNegativeAmount, {i + 1, a[i]}));
         (i < ma ? avail : need) += a[i];
     }
-    if (avail != need) {
-        exit.fail(1, 99993, " ** On entry, the sum of the availabilities does not\n    equal the sum of the requirements.");
-        return;
-    }
+    if (avail != need) return void(take(exit, kH03abfExits, kUnbalanced));
     const std::ptrdiff_t ld = mmm;
     auto c = [&](int i, int j) { return cost[(i - 1) + (j - 1) * ld]; };  // j a destination 1..MB
     // One-based views; destinations are vertices MA+1..M inside.
@@ -146,10 +160,7 @@ void h03abf_worker(const int cost[], int mmm, int ma, int mb, int m, const int a
     int it = 0;
     while (it < maxit) {
         ++it;
-        if (!order_and_price(b, m, parent, potential)) {
-            exit.fail(3, 99992, " ** The potentials of the basis leave the integer range:\n    the costs are too large.");
-            return;
-        }
+        if (!order_and_price(b, m, parent, potential)) return void(take(exit, kH03abfExits, kPotentialOverflow));
         // The most negative reduced cost, the first of equals.
         std::int64_t best = 0;
         int ei = 0, ej = 0;
@@ -202,10 +213,7 @@ void h03abf_worker(const int cost[], int mmm, int ma, int mb, int m, const int a
     *z = total;
     for (int k = 1; k <= m - 1; ++k) b.dst[k] -= ma;
     b.dst[m] = b.dst[m] > ma ? b.dst[m] - ma : b.dst[m];
-    if (!optimal) {
-        exit.fail(2, 99991, " ** During computations MAXIT has been exceeded.");
-        return;
-    }
+    if (!optimal) return void(take(exit, kH03abfExits, kMaxitExceeded));
     exit.succeed();
 }
 

@@ -16,6 +16,24 @@ namespace {
 
 using zek::h02::kNameLength;
 
+// The argument exits of the problem file readers, H02BUF and E04MZF; the reader's own exits follow from
+// the MPSX code table.
+enum ReaderExit { kMaxnBelow1, kMaxmBelow1, kDefaultBoundsCross, kBadSense };
+constexpr zek::ExitRow kReaderExits[] = {
+    {14, 99999, " ** On entry, MAXN .lt. 1:\n    MAXN = %16ld."},
+    {14, 99998, " ** On entry, MAXM .lt. 1:\n    MAXM = %16ld."},
+    {14, 99997, " ** On entry, XBLDEF .gt. XBUDEF:\n    XBLDEF = %16.7G, XBUDEF = %16.7G."},
+    {14, 99996, " ** On entry, OPTIM does not equal MIN or MAX:\n    OPTIM = %3.3s."},
+};
+
+// H02BVF's exits.
+enum H02bvfExit { kNBelow1, kMNegative, kLdaTooSmall };
+constexpr zek::ExitRow kH02bvfExits[] = {
+    {1, 99999, " ** On entry, N .le. 0: N =%16ld."},
+    {1, 99998, " ** On entry, M .lt. 0: M =%16ld."},
+    {1, 99997, " ** On entry, LDA .lt. max(1,M):\n    LDA =%16ld, M =%16ld."},
+};
+
 // A name argument as 8 characters, blank padded.
 std::string name8(const char *text, int length) {
     std::string s = zek::fixed_string(text, std::min(length, kNameLength));
@@ -101,27 +119,14 @@ void read_problem(const char *routine, bool integer_items, int infile, int *m, i
                   const char *optim, int mpslst, char *errbuf, int *ifail, int nmprob_len, int nmobj_len,
                   int nmrhs_len, int nmrng_len, int nmbnd_len, int crname_len, int optim_len) {
     zek::FailureExit exit(routine, errbuf, ifail);
-    if (maxn < 1) {
-        exit.fail(14, 99999, " ** On entry, MAXN .lt. 1:\n    MAXN = %16ld.", {maxn});
-        return;
-    }
-    if (maxm < 1) {
-        exit.fail(14, 99998, " ** On entry, MAXM .lt. 1:\n    MAXM = %16ld.", {maxm});
-        return;
-    }
-    if (xbldef > xbudef) {
-        exit.fail(14, 99997, " ** On entry, XBLDEF .gt. XBUDEF:\n    XBLDEF = %16.7G, XBUDEF = %16.7G.",
-                  {xbldef, xbudef});
-        return;
-    }
+    if (maxn < 1) return void(zek::take(exit, kReaderExits, kMaxnBelow1, {maxn}));
+    if (maxm < 1) return void(zek::take(exit, kReaderExits, kMaxmBelow1, {maxm}));
+    if (xbldef > xbudef) return void(zek::take(exit, kReaderExits, kDefaultBoundsCross, {xbldef, xbudef}));
     std::string sense = zek::fixed_string(optim, std::min(optim_len, 3));
     sense.resize(3, ' ');
     for (char &c : sense) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    if (sense != "MIN" && sense != "MAX") {
-        exit.fail(14, 99996, " ** On entry, OPTIM does not equal MIN or MAX:\n    OPTIM = %3.3s.",
-                  {zek::fixed_string(optim, std::min(optim_len, 3))});
-        return;
-    }
+    if (sense != "MIN" && sense != "MAX")
+        return void(zek::take(exit, kReaderExits, kBadSense, {zek::fixed_string(optim, std::min(optim_len, 3))}));
 
     const int width = std::max(crname_len, 1);
     zek::h02::MpsxArrays ar;
@@ -251,18 +256,9 @@ void H02BVF(const int *n, const int *m, const double *a, const int *lda, const c
             int *ifail, int crname_len) {
     zek::FailureExit exit("H02BVF", nullptr, ifail);
     const int nn = *n, mm = *m, ld = *lda;
-    if (nn < 1) {
-        exit.fail(1, 99999, " ** On entry, N .le. 0: N =%16ld.", {nn});
-        return;
-    }
-    if (mm < 0) {
-        exit.fail(1, 99998, " ** On entry, M .lt. 0: M =%16ld.", {mm});
-        return;
-    }
-    if (ld < std::max(1, mm)) {
-        exit.fail(1, 99997, " ** On entry, LDA .lt. max(1,M):\n    LDA =%16ld, M =%16ld.", {ld, mm});
-        return;
-    }
+    if (nn < 1) return void(zek::take(exit, kH02bvfExits, kNBelow1, {nn}));
+    if (mm < 0) return void(zek::take(exit, kH02bvfExits, kMNegative, {mm}));
+    if (ld < std::max(1, mm)) return void(zek::take(exit, kH02bvfExits, kLdaTooSmall, {ld, mm}));
     const int unit = zek::advisory_unit();
     const double big = *bigbnd;
     auto say = [&](const std::string &s) { zek::host_line(unit, s.c_str(), static_cast<int>(s.size())); };
