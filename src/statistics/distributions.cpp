@@ -89,33 +89,35 @@ dist::Tails f_tails(double f, double df1, double df2) {
     return {S15_UPPER_TAIL(z), S15_LOWER_TAIL(z)};
 }
 
+// The failure exits of G01EEF.
+enum G01eefExit { kXOutside01, kANotPositive, kATooLarge, kProbabilityAtLimit, kNoAccuracy };
+constexpr ExitRow kG01eefExits[] = {
+    {1, 99999, " ** On entry X.lt.0.0 or X.gt.1.0: X = %13.5e"},
+    {2, 99998, " ** On entry A.le.0.0 or B.le.0.0: A = %13.5e B = %13.5e"},
+    {3, 99997, " ** On entry A or B is too large: A = %13.5e B = %13.5e"},
+    {4, 99996, " ** Probability too close to 0.0 or 1.0."},
+    {5, 99995, " ** Required accuracy not achieved"},
+};
+
+// The failure exits of G01EAF.
+enum G01eafExit { kTailInvalid, kXNaN };
+constexpr ExitRow kG01eafExits[] = {
+    {1, 99999, " ** On entry, TAIL is an invalid character : TAIL = %1.1s"},
+    {2, 99998, " ** On entry, X is NaN."},
+};
+
 // The IFAIL worker of G01EEF, also called by g01eec.
 void g01eef_worker(double x, double a, double b, double /*tol*/, double *p, double *q, double *pdf, int *ifail) {
     FailureExit exit("G01EEF", nullptr, ifail, Channel::Stream);
-    if (!(x >= 0.0 && x <= 1.0)) {
-        exit.fail(1, 99999, " ** On entry X.lt.0.0 or X.gt.1.0: X = %13.5e", {x});
-        return;
-    }
-    if (!(a > 0.0 && b > 0.0)) {
-        exit.fail(2, 99998, " ** On entry A.le.0.0 or B.le.0.0: A = %13.5e B = %13.5e", {a, b});
-        return;
-    }
-    if (a > kBetaLimit || b > kBetaLimit) {
-        exit.fail(3, 99997, " ** On entry A or B is too large: A = %13.5e B = %13.5e", {a, b});
-        return;
-    }
+    if (!(x >= 0.0 && x <= 1.0)) return void(take(exit, kG01eefExits, kXOutside01, {x}));
+    if (!(a > 0.0 && b > 0.0)) return void(take(exit, kG01eefExits, kANotPositive, {a, b}));
+    if (a > kBetaLimit || b > kBetaLimit) return void(take(exit, kG01eefExits, kATooLarge, {a, b}));
     const dist::BetaTails t = dist::incomplete_beta(a, b, x);
     *p = t.p;
     *q = t.q;
     *pdf = t.pdf;
-    if (x > 0.0 && x < 1.0 && (t.p <= 0.0 || t.q <= 0.0)) {
-        exit.fail(4, 99996, " ** Probability too close to 0.0 or 1.0.");
-        return;
-    }
-    if (!t.converged) {
-        exit.fail(5, 99995, " ** Required accuracy not achieved");
-        return;
-    }
+    if (x > 0.0 && x < 1.0 && (t.p <= 0.0 || t.q <= 0.0)) return void(take(exit, kG01eefExits, kProbabilityAtLimit));
+    if (!t.converged) return void(take(exit, kG01eefExits, kNoAccuracy));
     exit.succeed();
 }
 
@@ -151,11 +153,11 @@ double G01EAF(const char *tail, const double *x, int *ifail, int tail_len) {
     }
     if (code == 0) {
         const char text[2] = {c, '\0'};
-        exit.fail(1, 99999, " ** On entry, TAIL is an invalid character : TAIL = %1.1s", {text});
+        zek::take(exit, zek::kG01eafExits, zek::kTailInvalid, {text});
         return 0.0;
     }
     if (std::isnan(*x)) {
-        exit.fail(2, 99998, " ** On entry, X is NaN.");
+        zek::take(exit, zek::kG01eafExits, zek::kXNaN);
         return 0.0;
     }
     exit.succeed();

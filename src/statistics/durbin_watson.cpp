@@ -16,6 +16,14 @@ namespace {
 
 constexpr double kPi = 3.14159265358979323846;
 
+// The failure exits of G01EPF.
+enum G01epfExit { kIpLessThan1, kNNotAboveIp, kDNegative };
+constexpr ExitRow kG01epfExits[] = {
+    {1, 99999, " ** On entry, IP.lt.1 : IP = %16ld"},
+    {1, 99998, " ** On entry, N.le.IP : N = %16ld IP = %16ld"},
+    {2, 99997, " ** On entry, D.lt.0.0 : D = %13.5e"},
+};
+
 // P(sum c_i z_i^2 <= 0) = 1/2 - (1/pi) int_0^inf sin(theta(u)) / (u rho(u)) du (Imhof's inversion),
 // theta = (1/2) sum atan(c_i u), rho = prod (1 + c_i^2 u^2)^(1/4), over u = v/(1 - v), v in [0, 1).
 double quadratic_form_below_zero(int m, const double *lambda, double d) {
@@ -75,11 +83,11 @@ void G01EPF(const int *n, const int *ip, const double *d, double *pdl, double *p
     zek::FailureExit exit("G01EPF", front.errbuf(), ifail);
     const long nv = *n, pv = *ip;
     if (pv < 1) {
-        exit.fail(1, 99999, " ** On entry, IP.lt.1 : IP = %16ld", {pv});
+        zek::take(exit, zek::kG01epfExits, zek::kIpLessThan1, {pv});
     } else if (nv <= pv) {
-        exit.fail(1, 99998, " ** On entry, N.le.IP : N = %16ld IP = %16ld", {nv, pv});
+        zek::take(exit, zek::kG01epfExits, zek::kNNotAboveIp, {nv, pv});
     } else if (!(*d >= 0.0) || std::isinf(*d)) {
-        exit.fail(2, 99997, " ** On entry, D.lt.0.0 : D = %13.5e", {*d});
+        zek::take(exit, zek::kG01epfExits, zek::kDNegative, {*d});
     } else {
         zek::durbin_watson_bounds(nv, pv, *d, work, pdl, pdu);
         exit.succeed();

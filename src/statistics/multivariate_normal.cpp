@@ -353,40 +353,50 @@ int tail_of(char c) {
     }
 }
 
+// The failure exits of G01HBF.
+enum G01hbfExit {
+    kNLessThan1, kNAboveMax, kLdsigLessThanN, kLwkBelow4N, kLwkLessThan1, kTolNotPositive, kTailInvalid,
+    kNotFinite, kEmptyInterval, kNotPosDef, kNoAccuracy
+};
+constexpr ExitRow kG01hbfExits[] = {
+    {1, 99999, " ** On entry, N.lt.1 : N = %16ld"},
+    {1, 99998, " ** On entry, N.gt.10 : N = %16ld"},
+    {1, 99997, " ** On entry, LDSIG.lt.N : LDSIG = %16ld N = %16ld"},
+    {1, 99996, " ** On entry, LWK.lt.4*N : LWK = %16ld"},
+    {1, 99995, " ** On entry, LWK.lt.1 : LWK = %16ld"},
+    {1, 99994, " ** On entry, TOL.le.0.0 : TOL = %13.5e"},
+    {1, 99993, " ** On entry, TAIL is not valid : TAIL = %1.1s"},
+    {1, 99992, " ** On entry, an element of A, B, XMU or SIG is not finite."},
+    {2, 99991, " ** On entry, TAIL = 'C' and A(I).ge.B(I) for I = %16ld"},
+    {3, 99990, " ** On entry, SIG is not positive definite."},
+    {4, 99989, " ** Accuracy requested by TOL not achieved: error estimate = %13.5e"},
+};
+
 // The IFAIL worker.  RS, CS: the strides of SIG (1, LDSIG from G01HBF).
 double g01hbf_worker(char tail_char, int n, const double a[], const double b[], const double xmu[], const double sig[],
                      std::ptrdiff_t rs, std::ptrdiff_t cs, int ldsig, double tol, double wk[], int lwk, int *ifail) {
     FailureExit exit("G01HBF", nullptr, ifail, Channel::Stream);
     const int tail = tail_of(tail_char);
-    if (n < 1) return exit.fail(1, 99999, " ** On entry, N.lt.1 : N = %16ld", {static_cast<long>(n)}), 0.0;
-    if (n > kMaxOrder) return exit.fail(1, 99998, " ** On entry, N.gt.10 : N = %16ld", {static_cast<long>(n)}), 0.0;
-    if (ldsig < n) {
-        return exit.fail(1, 99997, " ** On entry, LDSIG.lt.N : LDSIG = %16ld N = %16ld",
-                         {static_cast<long>(ldsig), static_cast<long>(n)}),
-               0.0;
-    }
-    if (n >= 3 && lwk < 4 * n) return exit.fail(1, 99996, " ** On entry, LWK.lt.4*N : LWK = %16ld", {static_cast<long>(lwk)}), 0.0;
-    if (lwk < 1) return exit.fail(1, 99995, " ** On entry, LWK.lt.1 : LWK = %16ld", {static_cast<long>(lwk)}), 0.0;
-    if (n > 1 && !(tol > 0.0)) return exit.fail(1, 99994, " ** On entry, TOL.le.0.0 : TOL = %13.5e", {tol}), 0.0;
+    const long nv = n;
+    if (n < 1) return take(exit, kG01hbfExits, kNLessThan1, {nv}), 0.0;
+    if (n > kMaxOrder) return take(exit, kG01hbfExits, kNAboveMax, {nv}), 0.0;
+    if (ldsig < n) return take(exit, kG01hbfExits, kLdsigLessThanN, {static_cast<long>(ldsig), nv}), 0.0;
+    if (n >= 3 && lwk < 4 * n) return take(exit, kG01hbfExits, kLwkBelow4N, {static_cast<long>(lwk)}), 0.0;
+    if (lwk < 1) return take(exit, kG01hbfExits, kLwkLessThan1, {static_cast<long>(lwk)}), 0.0;
+    if (n > 1 && !(tol > 0.0)) return take(exit, kG01hbfExits, kTolNotPositive, {tol}), 0.0;
     if (tail == 0) {
         const char text[2] = {tail_char, '\0'};
-        return exit.fail(1, 99993, " ** On entry, TAIL is not valid : TAIL = %1.1s", {text}), 0.0;
+        return take(exit, kG01hbfExits, kTailInvalid, {text}), 0.0;
     }
     const MvnOutcome out = mvn_compute(tail, n, a, b, xmu, StridedSig{sig, rs, cs}, tol, lwk);
     // WK returns the error estimate of the rule in WK(1) (0 for N <= 2).
     wk[0] = out.err;
     switch (out.status) {
     case kMvnOk: break;
-    case kMvnNaN:
-        return exit.fail(1, 99992, " ** On entry, an element of A, B, XMU or SIG is not finite."), 0.0;
-    case kMvnEmptyInterval:
-        return exit.fail(2, 99991, " ** On entry, TAIL = 'C' and A(I).ge.B(I) for I = %16ld",
-                         {static_cast<long>(out.index + 1)}),
-               0.0;
-    case kMvnNotPosDef: return exit.fail(3, 99990, " ** On entry, SIG is not positive definite."), 0.0;
-    case kMvnNoAccuracy:
-        return exit.fail(4, 99989, " ** Accuracy requested by TOL not achieved: error estimate = %13.5e", {out.err}),
-               out.p;
+    case kMvnNaN: return take(exit, kG01hbfExits, kNotFinite), 0.0;
+    case kMvnEmptyInterval: return take(exit, kG01hbfExits, kEmptyInterval, {static_cast<long>(out.index + 1)}), 0.0;
+    case kMvnNotPosDef: return take(exit, kG01hbfExits, kNotPosDef), 0.0;
+    case kMvnNoAccuracy: return take(exit, kG01hbfExits, kNoAccuracy, {out.err}), out.p;
     }
     exit.succeed();
     return out.p;

@@ -148,12 +148,49 @@ Series non_central_t_upper_half(double t, double nu, double delta, double tol, i
     return s;
 }
 
+// The failure exits of the non-central family (G01GBF, G01GCF, G01GEF, G01GDF); the last three rows
+// serve every routine that checks RLAMDA, MAXIT or its series at that exit number.
+enum NoncentralExit {
+    kTDfNotPositive, kTMaxitLessThan1, kTNotFinite, kTNoConvergence, kTProbabilityTooSmall,
+    kChiDfNegative, kChiLambdaNegative, kChiXNegative, kChiBothZero, kChiCentralFails, kChiNoConvergence,
+    kBetaXOutside01, kBetaShapeNotPositive, kBetaShapeTooLarge,
+    kFNotPositive, kFDfNotPositive, kFDf1TooLarge,
+    kLambdaOutOfRange, kMaxitLessThan1, kNoConvergence
+};
+constexpr ExitRow kNoncentralExits[] = {
+    // G01GBF: the t distribution
+    {1, 99999, " ** On entry, DF.le.0.0 : DF = %13.5e"},
+    {1, 99998, " ** On entry, MAXIT.lt.1 : MAXIT = %16ld"},
+    {1, 99997, " ** On entry, T or DELTA is not finite: T = %13.5e DELTA = %13.5e"},
+    {2, 99996, " ** Series failed to converge in %16ld iterations."},
+    {3, 99995, " ** Probability too small to calculate."},
+    // G01GCF: chi-squared
+    {1, 99999, " ** On entry, DF.lt.0.0 : DF = %13.5e"},
+    {1, 99998, " ** On entry, RLAMDA.lt.0.0 : RLAMDA = %13.5e"},
+    {1, 99997, " ** On entry, X.lt.0.0 : X = %13.5e"},
+    {2, 99996, " ** On entry, DF.eq.0.0 and RLAMDA.eq.0.0"},
+    {3, 99994, " ** Central Chi squared function fails to converge."},
+    {4, 99993, " ** Convergence has not been achieved in MAXIT steps: MAXIT = %16ld"},
+    // G01GEF: beta
+    {1, 99999, " ** On entry X.lt.0.0 or X.gt.1.0: X = %13.5e"},
+    {1, 99998, " ** On entry A.le.0.0 or B.le.0.0: A = %13.5e B = %13.5e"},
+    {1, 99997, " ** On entry A or B is too large: A = %13.5e B = %13.5e"},
+    // G01GDF: F
+    {1, 99999, " ** On entry, F.le.0.0: F = %13.5e"},
+    {1, 99998, " ** On entry, DF1.le.0.0 or DF2.le.0.0: DF1 = %13.5e DF2 = %13.5e"},
+    {1, 99997, " ** On entry, DF1 is too large: DF1 = %13.5e"},
+    // shared
+    {1, 99996, " ** On entry, RLAMDA.lt.0.0 or RLAMDA too large: RLAMDA = %13.5e"},
+    {1, 99995, " ** On entry, MAXIT.lt.1 : MAXIT = %16ld"},
+    {2, 99994, " ** Solution has failed to converge in %16ld iterations"},
+};
+
 double g01gbf_worker(double t, double df, double delta, double tol, int maxit, int *ifail) {
     FailureExit exit("G01GBF", nullptr, ifail, Channel::Stream);
-    if (!(df > 0.0)) return exit.fail(1, 99999, " ** On entry, DF.le.0.0 : DF = %13.5e", {df}), 0.0;
-    if (maxit < 1) return exit.fail(1, 99998, " ** On entry, MAXIT.lt.1 : MAXIT = %16ld", {static_cast<long>(maxit)}), 0.0;
+    if (!(df > 0.0)) return take(exit, kNoncentralExits, kTDfNotPositive, {df}), 0.0;
+    if (maxit < 1) return take(exit, kNoncentralExits, kTMaxitLessThan1, {static_cast<long>(maxit)}), 0.0;
     if (!std::isfinite(t) || !std::isfinite(delta)) {
-        return exit.fail(1, 99997, " ** On entry, T or DELTA is not finite: T = %13.5e DELTA = %13.5e", {t, delta}), 0.0;
+        return take(exit, kNoncentralExits, kTNotFinite, {t, delta}), 0.0;
     }
     const double e = series_tolerance(tol);
     // Beyond 1e12 degrees of freedom T is normal about delta to within 1/df.
@@ -167,29 +204,27 @@ double g01gbf_worker(double t, double df, double delta, double tol, int maxit, i
     double p = t >= 0.0 ? s.sum : 1.0 - s.sum;
     p = p < 0.0 ? 0.0 : (p > 1.0 ? 1.0 : p);
     if (!s.converged || !s.central_ok) {
-        return exit.fail(2, 99996, " ** Series failed to converge in %16ld iterations.", {static_cast<long>(maxit)}), p;
+        return take(exit, kNoncentralExits, kTNoConvergence, {static_cast<long>(maxit)}), p;
     }
-    if (t < 0.0 && p < 1000.0 * precision()) return exit.fail(3, 99995, " ** Probability too small to calculate."), p;
+    if (t < 0.0 && p < 1000.0 * precision()) return take(exit, kNoncentralExits, kTProbabilityTooSmall), p;
     exit.succeed();
     return p;
 }
 
 double g01gcf_worker(double x, double df, double lambda, double tol, int maxit, int *ifail) {
     FailureExit exit("G01GCF", nullptr, ifail, Channel::Stream);
-    if (!(df >= 0.0) || std::isinf(df)) return exit.fail(1, 99999, " ** On entry, DF.lt.0.0 : DF = %13.5e", {df}), 0.0;
+    if (!(df >= 0.0) || std::isinf(df)) return take(exit, kNoncentralExits, kChiDfNegative, {df}), 0.0;
     if (!(lambda >= 0.0) || std::isinf(lambda)) {
-        return exit.fail(1, 99998, " ** On entry, RLAMDA.lt.0.0 : RLAMDA = %13.5e", {lambda}), 0.0;
+        return take(exit, kNoncentralExits, kChiLambdaNegative, {lambda}), 0.0;
     }
-    if (!(x >= 0.0)) return exit.fail(1, 99997, " ** On entry, X.lt.0.0 : X = %13.5e", {x}), 0.0;
-    if (df == 0.0 && lambda == 0.0) return exit.fail(2, 99996, " ** On entry, DF.eq.0.0 and RLAMDA.eq.0.0"), 0.0;
-    if (maxit < 1) return exit.fail(1, 99995, " ** On entry, MAXIT.lt.1 : MAXIT = %16ld", {static_cast<long>(maxit)}), 0.0;
+    if (!(x >= 0.0)) return take(exit, kNoncentralExits, kChiXNegative, {x}), 0.0;
+    if (df == 0.0 && lambda == 0.0) return take(exit, kNoncentralExits, kChiBothZero), 0.0;
+    if (maxit < 1) return take(exit, kNoncentralExits, kMaxitLessThan1, {static_cast<long>(maxit)}), 0.0;
     const Series s = non_central_chi(x, df, lambda, series_tolerance(tol), maxit);
     const double p = s.sum > 1.0 ? 1.0 : s.sum;
-    if (!s.central_ok) return exit.fail(3, 99994, " ** Central Chi squared function fails to converge."), 0.0;
+    if (!s.central_ok) return take(exit, kNoncentralExits, kChiCentralFails), 0.0;
     if (!s.converged) {
-        return exit.fail(4, 99993, " ** Convergence has not been achieved in MAXIT steps: MAXIT = %16ld",
-                         {static_cast<long>(maxit)}),
-               p;
+        return take(exit, kNoncentralExits, kChiNoConvergence, {static_cast<long>(maxit)}), p;
     }
     exit.succeed();
     return p;
@@ -197,21 +232,21 @@ double g01gcf_worker(double x, double df, double lambda, double tol, int maxit, 
 
 double g01gef_worker(double x, double a, double b, double lambda, double tol, int maxit, int *ifail) {
     FailureExit exit("G01GEF", nullptr, ifail, Channel::Stream);
-    if (!(x >= 0.0 && x <= 1.0)) return exit.fail(1, 99999, " ** On entry X.lt.0.0 or X.gt.1.0: X = %13.5e", {x}), 0.0;
+    if (!(x >= 0.0 && x <= 1.0)) return take(exit, kNoncentralExits, kBetaXOutside01, {x}), 0.0;
     if (!(a > 0.0 && b > 0.0)) {
-        return exit.fail(1, 99998, " ** On entry A.le.0.0 or B.le.0.0: A = %13.5e B = %13.5e", {a, b}), 0.0;
+        return take(exit, kNoncentralExits, kBetaShapeNotPositive, {a, b}), 0.0;
     }
     if (a > kShapeLimit || b > kShapeLimit) {
-        return exit.fail(1, 99997, " ** On entry A or B is too large: A = %13.5e B = %13.5e", {a, b}), 0.0;
+        return take(exit, kNoncentralExits, kBetaShapeTooLarge, {a, b}), 0.0;
     }
     if (!(lambda >= 0.0 && lambda <= lambda_limit())) {
-        return exit.fail(1, 99996, " ** On entry, RLAMDA.lt.0.0 or RLAMDA too large: RLAMDA = %13.5e", {lambda}), 0.0;
+        return take(exit, kNoncentralExits, kLambdaOutOfRange, {lambda}), 0.0;
     }
-    if (maxit < 1) return exit.fail(1, 99995, " ** On entry, MAXIT.lt.1 : MAXIT = %16ld", {static_cast<long>(maxit)}), 0.0;
+    if (maxit < 1) return take(exit, kNoncentralExits, kMaxitLessThan1, {static_cast<long>(maxit)}), 0.0;
     const Series s = non_central_beta(x, a, b, lambda, series_tolerance(tol), maxit);
     const double p = s.sum > 1.0 ? 1.0 : s.sum;
     if (!s.converged || !s.central_ok) {
-        return exit.fail(2, 99994, " ** Solution has failed to converge in %16ld iterations", {static_cast<long>(maxit)}), p;
+        return take(exit, kNoncentralExits, kNoConvergence, {static_cast<long>(maxit)}), p;
     }
     exit.succeed();
     return p;
@@ -221,15 +256,15 @@ double g01gef_worker(double x, double a, double b, double lambda, double tol, in
 // shape limit for df2, df1 f is non-central chi-squared on df1 (the limit as df2 grows).
 double g01gdf_worker(double f, double df1, double df2, double lambda, double tol, int maxit, int *ifail) {
     FailureExit exit("G01GDF", nullptr, ifail, Channel::Stream);
-    if (!(f > 0.0)) return exit.fail(1, 99999, " ** On entry, F.le.0.0: F = %13.5e", {f}), 0.0;
+    if (!(f > 0.0)) return take(exit, kNoncentralExits, kFNotPositive, {f}), 0.0;
     if (!(df1 > 0.0 && df2 > 0.0)) {
-        return exit.fail(1, 99998, " ** On entry, DF1.le.0.0 or DF2.le.0.0: DF1 = %13.5e DF2 = %13.5e", {df1, df2}), 0.0;
+        return take(exit, kNoncentralExits, kFDfNotPositive, {df1, df2}), 0.0;
     }
-    if (df1 > kShapeLimit) return exit.fail(1, 99997, " ** On entry, DF1 is too large: DF1 = %13.5e", {df1}), 0.0;
+    if (df1 > kShapeLimit) return take(exit, kNoncentralExits, kFDf1TooLarge, {df1}), 0.0;
     if (!(lambda >= 0.0 && lambda <= lambda_limit())) {
-        return exit.fail(1, 99996, " ** On entry, RLAMDA.lt.0.0 or RLAMDA too large: RLAMDA = %13.5e", {lambda}), 0.0;
+        return take(exit, kNoncentralExits, kLambdaOutOfRange, {lambda}), 0.0;
     }
-    if (maxit < 1) return exit.fail(1, 99995, " ** On entry, MAXIT.lt.1 : MAXIT = %16ld", {static_cast<long>(maxit)}), 0.0;
+    if (maxit < 1) return take(exit, kNoncentralExits, kMaxitLessThan1, {static_cast<long>(maxit)}), 0.0;
     Series s;
     if (df2 > kShapeLimit || std::isinf(f)) {
         s = non_central_chi(df1 * f, df1, lambda, series_tolerance(tol), maxit);
@@ -241,7 +276,7 @@ double g01gdf_worker(double f, double df1, double df2, double lambda, double tol
     }
     const double p = s.sum > 1.0 ? 1.0 : s.sum;
     if (!s.converged || !s.central_ok) {
-        return exit.fail(2, 99994, " ** Solution has failed to converge in %16ld iterations", {static_cast<long>(maxit)}), p;
+        return take(exit, kNoncentralExits, kNoConvergence, {static_cast<long>(maxit)}), p;
     }
     exit.succeed();
     return p;

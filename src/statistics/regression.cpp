@@ -93,6 +93,30 @@ void refine_coefficients(const FitArgs &a, const Design &d, double *design, int 
     }
 }
 
+// The failure exits of G02DAF: the argument checks, then the fit's own two.
+enum G02dafExit {
+    kNLessThan2, kMLessThan1, kIpLessThan1, kIpAboveN, kLdxLessThanN, kLdqLessThanN, kTolNegative, kMeanInvalid,
+    kWeightInvalid, kIsxNegative, kWtNegative, kIpNotIsxCount, kXNotFinite, kYNotFinite, kNoErrorDegrees, kSvdFails
+};
+constexpr ExitRow kG02dafExits[] = {
+    {1, 99999, " ** On entry N .lt. 2 : N = %16ld"},
+    {1, 99998, " ** On entry M .lt. 1 : M = %16ld"},
+    {1, 99997, " ** On entry IP .lt. 1 : IP = %16ld"},
+    {1, 99996, " ** On entry IP .gt. N : IP = %16ld N = %16ld"},
+    {1, 99995, " ** On entry LDX .lt. N : LDX = %16ld N = %16ld"},
+    {1, 99994, " ** On entry LDQ .lt. N : LDQ = %16ld N = %16ld"},
+    {1, 99993, " ** On entry TOL .lt. 0.0: TOL = %12.5e"},
+    {1, 99992, " ** On entry MEAN is not a valid character : MEAN is %1.1s"},
+    {1, 99991, " ** On entry WEIGHT is not a valid character : WEIGHT is %1.1s"},
+    {1, 99990, " ** On entry element %16ld of ISX .lt. 0"},
+    {2, 99989, " ** On entry element %16ld of WT .lt. 0"},
+    {3, 99988, " ** On entry value of IP incompatible with number of non-zero values of ISX :\n             IP = %16ld"},
+    {1, 99987, " ** On entry element %16ld of X is not finite"},
+    {1, 99986, " ** On entry element %16ld of Y is not finite"},
+    {4, 99996, " ** Degrees of freedom for error equal 0"},
+    {5, 99995, " ** SVD solution failed to converge"},
+};
+
 void g02daf_worker(const FitArgs &a, const FitOut &o, char *errbuf, int *ifail) {
     FailureExit exit("G02DAF", errbuf, ifail);
     const int n = a.n, ip = a.ip;
@@ -120,7 +144,7 @@ void g02daf_worker(const FitArgs &a, const FitOut &o, char *errbuf, int *ifail) 
     bool full = true;
     const int rank = triangle_fit(ip, design, ldq, o.q, a.tol, o.p + ip, o.p + 2 * static_cast<ptrdiff_t>(ip), rinv,
                                   work, o.b, o.res, &full);
-    if (rank < 0) return void(exit.fail(5, 99995, " ** SVD solution failed to converge"));
+    if (rank < 0) return void(take(exit, kG02dafExits, kSvdFails));
     if (full) {
         // RES is free until the residuals are formed; its first IP values are zero for a full-rank fit.
         // SE and COV are free as well until the statistics are formed.
@@ -156,7 +180,7 @@ void g02daf_worker(const FitArgs &a, const FitOut &o, char *errbuf, int *ifail) 
     if (*o.idf <= 0) {
         for (ptrdiff_t k = 0; k < ip; ++k) o.se[k] = 0.0;
         for (ptrdiff_t k = 0; k < packed; ++k) o.cov[k] = 0.0;
-        exit.fail(4, 99996, " ** Degrees of freedom for error equal 0");
+        take(exit, kG02dafExits, kNoErrorDegrees);
         return;
     }
     packed_covariance(ip, rank, rinv, rss / *o.idf, o.cov, o.se);
@@ -167,50 +191,44 @@ void g02daf_worker(const FitArgs &a, const FitOut &o, char *errbuf, int *ifail) 
 // The checks, in their fixed order; returns false after the failure exit.
 bool g02daf_checks(FailureExit &exit, char mean, char weight, const FitArgs &a, int ldq) {
     const long n = a.n, m = a.m, ip = a.ip, ldx = a.ldx;
-    if (n < 2) return exit.fail(1, 99999, " ** On entry N .lt. 2 : N = %16ld", {n}), false;
-    if (m < 1) return exit.fail(1, 99998, " ** On entry M .lt. 1 : M = %16ld", {m}), false;
-    if (ip < 1) return exit.fail(1, 99997, " ** On entry IP .lt. 1 : IP = %16ld", {ip}), false;
-    if (ip > n) return exit.fail(1, 99996, " ** On entry IP .gt. N : IP = %16ld N = %16ld", {ip, n}), false;
-    if (ldx < n) return exit.fail(1, 99995, " ** On entry LDX .lt. N : LDX = %16ld N = %16ld", {ldx, n}), false;
-    if (ldq < n) return exit.fail(1, 99994, " ** On entry LDQ .lt. N : LDQ = %16ld N = %16ld", {static_cast<long>(ldq), n}), false;
-    if (!(a.tol >= 0.0)) return exit.fail(1, 99993, " ** On entry TOL .lt. 0.0: TOL = %12.5e", {a.tol}), false;
+    if (n < 2) return take(exit, kG02dafExits, kNLessThan2, {n}), false;
+    if (m < 1) return take(exit, kG02dafExits, kMLessThan1, {m}), false;
+    if (ip < 1) return take(exit, kG02dafExits, kIpLessThan1, {ip}), false;
+    if (ip > n) return take(exit, kG02dafExits, kIpAboveN, {ip, n}), false;
+    if (ldx < n) return take(exit, kG02dafExits, kLdxLessThanN, {ldx, n}), false;
+    if (ldq < n) return take(exit, kG02dafExits, kLdqLessThanN, {static_cast<long>(ldq), n}), false;
+    if (!(a.tol >= 0.0)) return take(exit, kG02dafExits, kTolNegative, {a.tol}), false;
     if (mean != 'M' && mean != 'm' && mean != 'Z' && mean != 'z') {
         const char t[2] = {mean, '\0'};
-        return exit.fail(1, 99992, " ** On entry MEAN is not a valid character : MEAN is %1.1s", {t}), false;
+        return take(exit, kG02dafExits, kMeanInvalid, {t}), false;
     }
     if (weight != 'W' && weight != 'w' && weight != 'U' && weight != 'u') {
         const char t[2] = {weight, '\0'};
-        return exit.fail(1, 99991, " ** On entry WEIGHT is not a valid character : WEIGHT is %1.1s", {t}), false;
+        return take(exit, kG02dafExits, kWeightInvalid, {t}), false;
     }
     long chosen = 0;
     for (long j = 0; j < m; ++j) {
-        if (a.isx[j] < 0) return exit.fail(1, 99990, " ** On entry element %16ld of ISX .lt. 0", {j + 1}), false;
+        if (a.isx[j] < 0) return take(exit, kG02dafExits, kIsxNegative, {j + 1}), false;
         chosen += a.isx[j] > 0 ? 1 : 0;
     }
     if (a.weighted) {
         for (long i = 0; i < n; ++i) {
             if (!(a.wt[i] >= 0.0) || std::isinf(a.wt[i])) {
-                return exit.fail(2, 99989, " ** On entry element %16ld of WT .lt. 0", {i + 1}), false;
+                return take(exit, kG02dafExits, kWtNegative, {i + 1}), false;
             }
         }
     }
-    if (chosen + (a.mean ? 1 : 0) != ip) {
-        return exit.fail(3, 99988,
-                         " ** On entry value of IP incompatible with number of non-zero values of ISX :\n"
-                         "             IP = %16ld",
-                         {ip}),
-               false;
-    }
+    if (chosen + (a.mean ? 1 : 0) != ip) return take(exit, kG02dafExits, kIpNotIsxCount, {ip}), false;
     for (long j = 0; j < m; ++j) {
         if (a.isx[j] <= 0) continue;
         for (long i = 0; i < n; ++i) {
             if (!std::isfinite(a.x[i + j * ldx])) {
-                return exit.fail(1, 99987, " ** On entry element %16ld of X is not finite", {i + j * ldx + 1}), false;
+                return take(exit, kG02dafExits, kXNotFinite, {i + j * ldx + 1}), false;
             }
         }
     }
     for (long i = 0; i < n; ++i) {
-        if (!std::isfinite(a.y[i])) return exit.fail(1, 99986, " ** On entry element %16ld of Y is not finite", {i + 1}), false;
+        if (!std::isfinite(a.y[i])) return take(exit, kG02dafExits, kYNotFinite, {i + 1}), false;
     }
     return true;
 }
@@ -221,34 +239,46 @@ void g02daf_checked(char mean, char weight, const FitArgs &a, const FitOut &o, c
     g02daf_worker(a, o, errbuf, ifail);
 }
 
+// The failure exits of G02DGF, the refit of a new response on the same design.
+enum G02dgfExit {
+    kRefitIpLessThan1, kRefitRankNotPositive, kRefitRankNotIp, kRefitRankAboveIp, kRefitLdqLessThanN,
+    kRefitNLessThanIp, kRefitRssNotPositive, kRefitWeightInvalid, kRefitWtNegative, kRefitYNotFinite
+};
+constexpr ExitRow kG02dgfExits[] = {
+    {1, 99999, " ** On entry, IP.lt.1 : IP = %16ld"},
+    {1, 99998, " ** On entry, IRANK.le.0: IRANK = %16ld"},
+    {1, 99997, " ** On entry, IRANK.ne.IP and SVD is .FALSE. :\n              IRANK = %16ld IP = %16ld"},
+    {1, 99996, " ** On entry, IRANK.gt.IP and SVD is .TRUE. :\n              IRANK = %16ld IP = %16ld"},
+    {1, 99995, " ** On entry, LDQ.lt.N : LDQ = %16ld N = %16ld"},
+    {1, 99994, " ** On entry, N.lt.IP : N = %16ld IP = %16ld"},
+    {1, 99993, " ** On entry, RSS.le.0.0 : RSS = %13.5e"},
+    {1, 99992, " ** On entry, WEIGHT is not valid : WEIGHT = %1.1s"},
+    {2, 99991, " ** On entry, WT(%16ld).lt.0.0"},
+    {1, 99990, " ** On entry element %16ld of Y is not finite"},
+};
+
 void g02dgf_worker(char weight, int n, const double *wt, double *rss, int ip, int irank, double *cov, double *q,
                    int ldq, int svd, const double *p, const double *y, double *b, double *se, double *res, double *wk,
                    char *errbuf, int *ifail) {
     FailureExit exit("G02DGF", errbuf, ifail);
     const long ln = n, lip = ip, lrank = irank, lq = ldq;
-    if (ip < 1) return void(exit.fail(1, 99999, " ** On entry, IP.lt.1 : IP = %16ld", {lip}));
-    if (irank <= 0) return void(exit.fail(1, 99998, " ** On entry, IRANK.le.0: IRANK = %16ld", {lrank}));
-    if (irank != ip && svd == 0) {
-        return void(exit.fail(1, 99997, " ** On entry, IRANK.ne.IP and SVD is .FALSE. :\n              IRANK = %16ld IP = %16ld",
-                              {lrank, lip}));
-    }
-    if (irank > ip && svd != 0) {
-        return void(exit.fail(1, 99996, " ** On entry, IRANK.gt.IP and SVD is .TRUE. :\n              IRANK = %16ld IP = %16ld",
-                              {lrank, lip}));
-    }
-    if (ldq < n) return void(exit.fail(1, 99995, " ** On entry, LDQ.lt.N : LDQ = %16ld N = %16ld", {lq, ln}));
-    if (n < ip) return void(exit.fail(1, 99994, " ** On entry, N.lt.IP : N = %16ld IP = %16ld", {ln, lip}));
-    if (!(*rss > 0.0)) return void(exit.fail(1, 99993, " ** On entry, RSS.le.0.0 : RSS = %13.5e", {*rss}));
+    if (ip < 1) return void(take(exit, kG02dgfExits, kRefitIpLessThan1, {lip}));
+    if (irank <= 0) return void(take(exit, kG02dgfExits, kRefitRankNotPositive, {lrank}));
+    if (irank != ip && svd == 0) return void(take(exit, kG02dgfExits, kRefitRankNotIp, {lrank, lip}));
+    if (irank > ip && svd != 0) return void(take(exit, kG02dgfExits, kRefitRankAboveIp, {lrank, lip}));
+    if (ldq < n) return void(take(exit, kG02dgfExits, kRefitLdqLessThanN, {lq, ln}));
+    if (n < ip) return void(take(exit, kG02dgfExits, kRefitNLessThanIp, {ln, lip}));
+    if (!(*rss > 0.0)) return void(take(exit, kG02dgfExits, kRefitRssNotPositive, {*rss}));
     const bool weighted = weight == 'W' || weight == 'w';
     if (!weighted && weight != 'U' && weight != 'u') {
         const char t[2] = {weight, '\0'};
-        return void(exit.fail(1, 99992, " ** On entry, WEIGHT is not valid : WEIGHT = %1.1s", {t}));
+        return void(take(exit, kG02dgfExits, kRefitWeightInvalid, {t}));
     }
     for (long i = 0; weighted && i < ln; ++i) {
-        if (!(wt[i] >= 0.0) || std::isinf(wt[i])) return void(exit.fail(2, 99991, " ** On entry, WT(%16ld).lt.0.0", {i + 1}));
+        if (!(wt[i] >= 0.0) || std::isinf(wt[i])) return void(take(exit, kG02dgfExits, kRefitWtNegative, {i + 1}));
     }
     for (long i = 0; i < ln; ++i) {
-        if (!std::isfinite(y[i])) return void(exit.fail(1, 99990, " ** On entry element %16ld of Y is not finite", {i + 1}));
+        if (!std::isfinite(y[i])) return void(take(exit, kG02dgfExits, kRefitYNotFinite, {i + 1}));
     }
     double *design = q + static_cast<ptrdiff_t>(ldq);
     for (ptrdiff_t i = 0; i < n; ++i) q[i] = weighted ? y[i] * std::sqrt(wt[i]) : y[i];

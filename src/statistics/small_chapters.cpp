@@ -17,6 +17,17 @@ namespace {
 constexpr double kNormalQuartile = 0.6744897501962756;
 constexpr int kLargestSortable = 0xfffffff;
 
+// The failure exits of G03ZAF.
+enum G03zafExit { kNvarLessThan1, kMLessThanNvar, kLdxLessThanN, kLdzLessThanN, kIsxCountNotNvar, kSNotPositive };
+constexpr zek::ExitRow kG03zafExits[] = {
+    {1, 99999, " ** On entry, NVAR.lt.1: NVAR = %16ld"},
+    {1, 99998, " ** On entry, M.lt.NVAR: M = %16ld NVAR = %16ld"},
+    {1, 99997, " ** On entry, LDX.lt.N : LDX = %16ld N = %16ld"},
+    {1, 99996, " ** On entry, LDZ.lt.N : LDZ = %16ld N = %16ld"},
+    {2, 99995, " ** On entry, %16ld values of ISX.gt.0,\n    but NVAR = %16ld"},
+    {3, 99994, " ** On entry, element %16ld of S.le.0.0"},
+};
+
 // The median of |y - med| of the ascending y[0..n-1] by one walk outward from the median: the
 // deviations below the median grow leftward and those above grow rightward, so merging the two runs
 // meets them in ascending order.
@@ -86,33 +97,15 @@ void G03ZAF(const int *n, const int *m, const double x[], const int *ldx, const 
             const double s[], const double e[], double z[], const int *ldz, int *ifail) {
     zek::FailureExit exit("G03ZAF", nullptr, ifail);
     const long rows = *n, cols = *m, nv = *nvar, lx = *ldx, lz = *ldz;
-    if (nv < 1) {
-        exit.fail(1, 99999, " ** On entry, NVAR.lt.1: NVAR = %16ld", {nv});
-        return;
-    }
-    if (cols < nv) {
-        exit.fail(1, 99998, " ** On entry, M.lt.NVAR: M = %16ld NVAR = %16ld", {cols, nv});
-        return;
-    }
-    if (lx < rows) {
-        exit.fail(1, 99997, " ** On entry, LDX.lt.N : LDX = %16ld N = %16ld", {lx, rows});
-        return;
-    }
-    if (lz < rows) {
-        exit.fail(1, 99996, " ** On entry, LDZ.lt.N : LDZ = %16ld N = %16ld", {lz, rows});
-        return;
-    }
+    if (nv < 1) return void(zek::take(exit, kG03zafExits, kNvarLessThan1, {nv}));
+    if (cols < nv) return void(zek::take(exit, kG03zafExits, kMLessThanNvar, {cols, nv}));
+    if (lx < rows) return void(zek::take(exit, kG03zafExits, kLdxLessThanN, {lx, rows}));
+    if (lz < rows) return void(zek::take(exit, kG03zafExits, kLdzLessThanN, {lz, rows}));
     long chosen = 0;
     for (long j = 0; j < cols; ++j) chosen += isx[j] > 0 ? 1 : 0;
-    if (chosen != nv) {
-        exit.fail(2, 99995, " ** On entry, %16ld values of ISX.gt.0,\n    but NVAR = %16ld", {chosen, nv});
-        return;
-    }
+    if (chosen != nv) return void(zek::take(exit, kG03zafExits, kIsxCountNotNvar, {chosen, nv}));
     for (long j = 0; j < cols; ++j) {
-        if (isx[j] > 0 && !(s[j] > 0.0)) {
-            exit.fail(3, 99994, " ** On entry, element %16ld of S.le.0.0", {j + 1});
-            return;
-        }
+        if (isx[j] > 0 && !(s[j] > 0.0)) return void(zek::take(exit, kG03zafExits, kSNotPositive, {j + 1}));
     }
     std::ptrdiff_t k = 0;
     for (long j = 0; j < cols; ++j) {
