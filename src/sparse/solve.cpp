@@ -183,6 +183,15 @@ template void cholesky_solve<Complex>(int, const Complex[], const int[], const i
 
 namespace {
 
+// The argument exits of the four solvers.  The corruption exits above paste each solver's own advice
+// into their texts, so they are built where they are raised.
+enum SolveExit { kCheck, kNLessThan1, kTrans };
+constexpr ExitRow kSolveExits[] = {
+    {1, 99999, kCheckLetter},
+    {2, 99998, kNLessOne},
+    {1, 99986, kTransLetter},
+};
+
 template <class T>
 void solve_worker(const SolveTexts &texts, const char *trans, int n, const double a[], int la, const int irow[],
                   const int icol[], const int ipivp[], const int ipivq[], const int istr[], const int idiag[],
@@ -191,18 +200,18 @@ void solve_worker(const SolveTexts &texts, const char *trans, int n, const doubl
     FailureExit exit(texts.name, errbuf, ifail);
     const char c = letter(check, check_len);
     if (c != 'C' && c != 'N') {
-        exit.fail(1, 99999, kCheckLetter, {letter_text(check, check_len)});
+        take(exit, kSolveExits, kCheck, {letter_text(check, check_len)});
         return;
     }
     if (n < 1) {
-        exit.fail(2, 99998, kNLessOne, {n});
+        take(exit, kSolveExits, kNLessThan1, {n});
         return;
     }
     T *xv = values<T>(x);
     if (c == 'C' && !check_factors(exit, texts, n, la, irow, icol, ipivp, ipivq, istr, idiag, xv)) return;
     const char t = texts.symmetric ? 'N' : letter(trans, trans_len);
     if (t != 'N' && t != 'T') {
-        exit.fail(1, 99986, kTransLetter, {letter_text(trans, trans_len)});
+        take(exit, kSolveExits, kTrans, {letter_text(trans, trans_len)});
         return;
     }
     if (texts.symmetric) cholesky_solve(n, values<T>(a), icol, ipivp, istr, values<T>(y), xv);
