@@ -15,39 +15,83 @@
 namespace zek::sparse {
 namespace {
 
-// What differs between the drivers' messages.
-struct DriverTexts {
-    const char *step;                      // the solver as the IREVCM text names it
-    const char *setup_w, *step_w, *diag_w; // internal names in the serious-error text
-    const char *advice;                    // appended to structure and preconditioner texts, or null
-    const char *invalid;                   // IFAIL 3 of a factor preconditioner
-    const char *tol;                       // the TOL text
-    const char *accuracy;                  // the accuracy exit
+// The drivers' failure exits.  Where the drivers' texts differ (the TOL layout, the accuracy wording, the
+// internal names) each variant is a row of its own, and a driver names its rows in DriverTexts.
+#define ZEK_ADVICE_DCF                                                                                            \
+    "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between "             \
+    "calls to F11DAF and F11DCF."
+#define ZEK_ADVICE_DQF                                                                                            \
+    "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between "             \
+    "calls to F11DNF and F11DQF."
+#define ZEK_ADVICE_JQF                                                                                            \
+    "\n    Check that A, IROW, ICOL, IPIV and ISTR have not been\n    corrupted between calls to F11JNF and F11JQF."
+#define ZEK_SERIOUS_ADVICE "\n    Check all subroutine calls and array sizes. Seek expert help."
+#define ZEK_SERIOUS " ** A serious error has occurred in an internal call to %6s: IFAIL =%6ld" ZEK_SERIOUS_ADVICE
+#define ZEK_IREVCM(step) " ** A serious error has occurred in an internal call to " step ": IREVCM =%6ld" ZEK_SERIOUS_ADVICE
+#define ZEK_INVALID_CS " ** The CS representation of the preconditioner is invalid."
+
+enum DriverExit {
+    kMethodHermitian, kMethodGeneral, kLworkShort, kPreconLetter, kOmegaRange, kNoDiagonal, kZeroDiagonal,
+    kNonRealDiagonal, kLaShort, kMRange, kTolTight, kTolBlank, kMaxitnLessThan1, kSetupSerious, kSetupSeriousHermitian,
+    kIrevcmBef, kIrevcmBsf, kIrevcmGsf, kInvalidDcf, kInvalidDqf, kInvalidJqf, kMayHave, kHas, kNotConverged,
+    kBreakdown, kPreconditionerNotDefinite, kMatrixNotDefinite, kStepSerious, kStepSeriousHermitian
+};
+constexpr ExitRow kDriverExits[] = {
+    {1, 99991, " ** On entry, METHOD .ne. 'CG' or 'SYMMLQ': METHOD = '%s'."},
+    {1, 99991, " ** On entry, METHOD .ne. 'RGMRES', 'CGS', or '  BICGSTAB':\n    METHOD = '%s'."},
+    {1, 99990, " ** On entry, LWORK is too small: LWORK =%16ld.\n    Minimum required value of LWORK =%16ld."},
+    {1, 99993, " ** On entry, PRECON .ne. 'N', 'J' or 'S': PRE  CON = '%s'."},
+    {1, 99992, " ** On entry, OMEGA .le. 0.0 or OMEGA .ge. 2.0: OMEGA = %12.4E."},
+    {3, 99979, " ** The matrix A has no diagonal entry in row%16ld."},
+    {3, 99978, " ** The matrix A has a zero diagonal entry in row%16ld."},
+    {3, 99977, " ** The matrix A has a non-real diagonal entry in row%16ld."},
+    {1, 99992, " ** On entry, LA .lt. 2*NNZ:\n    LA =%16ld NNZ =%16ld."},
+    {1, 99989, " ** On entry, M .lt. 1 or M .gt. MIN (N,%2ld):\n    M =%16ld"},
+    {1, 99988, " ** On entry, TOL .ge. 1.0: TOL =%12.4E."},
+    {1, 99988, " ** On entry, TOL .ge. 1.0: TOL = %12.4E."},
+    {1, 99987, " ** On entry, MAXITN .lt. 1: MAXITN =%16ld."},
+    {7, 99986, ZEK_SERIOUS},
+    {8, 99986, ZEK_SERIOUS},
+    {7, 99984, ZEK_IREVCM("F11BEF")},
+    {7, 99984, ZEK_IREVCM("F11BSF")},
+    {8, 99984, ZEK_IREVCM("F11GSF")},
+    {3, 99985, ZEK_INVALID_CS ZEK_ADVICE_DCF},
+    {3, 99985, ZEK_INVALID_CS ZEK_ADVICE_DQF},
+    {3, 99985, " ** The SCS representation of the preconditioner is invalid." ZEK_ADVICE_JQF},
+    {4, 99983, " ** The required accuracy could not be obtained.\n    However a reasonable accuracy may have been achieved."},
+    {4, 99983, " ** The required accuracy could not be obtained.\n    However a reasonable accuracy has been achieved."},
+    {5, 99982, " ** The solution has not converged after%7ld iterations."},
+    {6, 99981, " ** Algorithmic breakdown. A solution is returned, although\n    it is possible that it is completely inaccurate."},
+    {6, 99981, " ** The preconditioner appears not to be positive-definite.\n    The computation cannot continue."},
+    {7, 99980, " ** The matrix of the coefficients A appears not to be positive-definite.\n    The computation cannot continue."},
+    {7, 99979, ZEK_SERIOUS},
+    {8, 99979, ZEK_SERIOUS},
 };
 
-const char *kAdviceDcf = "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between "
-                         "calls to F11DAF and F11DCF.";
-const char *kAdviceDqf = "\n    Check that A, IROW, ICOL, IPIVP, IPIVQ, ISTR and IDIAG\n    have not been corrupted between "
-                         "calls to F11DNF and F11DQF.";
-const char *kAdviceJqf = "\n    Check that A, IROW, ICOL, IPIV and ISTR have not been\n    corrupted between calls to F11JNF "
-                         "and F11JQF.";
-const char *kTolTight = " ** On entry, TOL .ge. 1.0: TOL =%12.4E.";
-const char *kTolBlank = " ** On entry, TOL .ge. 1.0: TOL = %12.4E.";
-const char *kMayHave = " ** The required accuracy could not be obtained.\n    However a reasonable accuracy may have been achieved.";
-const char *kHas = " ** The required accuracy could not be obtained.\n    However a reasonable accuracy has been achieved.";
-const char *kSerious = " ** A serious error has occurred in an internal call to %6s: IFAIL =%6ld\n    Check all subroutine "
-                       "calls and array sizes. Seek expert help.";
+// What differs between the drivers' messages.
+struct DriverTexts {
+    const char *setup_w, *step_w, *diag_w; // internal names in the serious-error text
+    const char *advice;                    // appended to structure texts, or null
+    DriverExit irevcm;                     // the IREVCM exit, naming the solver's step routine
+    DriverExit invalid;                    // IFAIL 3 of a factor preconditioner (the relaxation steps never fail)
+    DriverExit tol;                        // the TOL layout
+    DriverExit accuracy;                   // the accuracy wording
+};
 
-const std::string kInvalidCs = std::string(" ** The CS representation of the preconditioner is invalid.");
-const std::string kInvalidDcf = kInvalidCs + kAdviceDcf, kInvalidDqf = kInvalidCs + kAdviceDqf;
-const std::string kInvalidJqf = std::string(" ** The SCS representation of the preconditioner is invalid.") + kAdviceJqf;
+const DriverTexts kDcf{"F11BDFN", "F11BEFN", "F11BFFN", ZEK_ADVICE_DCF, kIrevcmBef, kInvalidDcf, kTolTight, kMayHave};
+const DriverTexts kDqf{"F11BRFN", "F11BSFN", "F11BTFN", ZEK_ADVICE_DQF, kIrevcmBsf, kInvalidDqf, kTolTight, kMayHave};
+const DriverTexts kDef{"F11BDFN", "F11BEFN", "F11BFFN", nullptr, kIrevcmBef, kInvalidDcf, kTolBlank, kMayHave};
+const DriverTexts kDsf{"F11BRFN", "F11BSFN", "F11BTFN", nullptr, kIrevcmBsf, kInvalidDqf, kTolBlank, kMayHave};
+const DriverTexts kJqf{"F11GRFN", "F11GSFN", "F11GTFN", ZEK_ADVICE_JQF, kIrevcmGsf, kInvalidJqf, kTolTight, kHas};
+const DriverTexts kJsf{"F11GRFN", "F11GSFN", "F11GTFN", nullptr, kIrevcmGsf, kInvalidJqf, kTolBlank, kHas};
 
-const DriverTexts kDcf{"F11BEF", "F11BDFN", "F11BEFN", "F11BFFN", kAdviceDcf, kInvalidDcf.c_str(), kTolTight, kMayHave};
-const DriverTexts kDqf{"F11BSF", "F11BRFN", "F11BSFN", "F11BTFN", kAdviceDqf, kInvalidDqf.c_str(), kTolTight, kMayHave};
-const DriverTexts kDef{"F11BEF", "F11BDFN", "F11BEFN", "F11BFFN", nullptr, nullptr, kTolBlank, kMayHave};
-const DriverTexts kDsf{"F11BSF", "F11BRFN", "F11BSFN", "F11BTFN", nullptr, nullptr, kTolBlank, kMayHave};
-const DriverTexts kJqf{"F11GSF", "F11GRFN", "F11GSFN", "F11GTFN", kAdviceJqf, kInvalidJqf.c_str(), kTolTight, kHas};
-const DriverTexts kJsf{"F11GSF", "F11GRFN", "F11GSFN", "F11GTFN", nullptr, nullptr, kTolBlank, kHas};
+#undef ZEK_ADVICE_DCF
+#undef ZEK_ADVICE_DQF
+#undef ZEK_ADVICE_JQF
+#undef ZEK_SERIOUS
+#undef ZEK_SERIOUS_ADVICE
+#undef ZEK_IREVCM
+#undef ZEK_INVALID_CS
 
 // The method as a code: general suites 1 RGMRES, 2 CGS, 3 BICGSTAB, 4 TFQMR; Hermitian 1 CG, 2 SYMMLQ.
 int driver_method(bool hermitian, const char *method, int len) {
@@ -89,15 +133,13 @@ int checked_method(FailureExit &exit, bool hermitian, const char *method, int me
     const int code = driver_method(hermitian, method, method_len);
     const std::string given(method, static_cast<std::size_t>(std::max(method_len, 0)));
     if (code == 0) {
-        if (hermitian) exit.fail(1, 99991, " ** On entry, METHOD .ne. 'CG' or 'SYMMLQ': METHOD = '%s'.", {given});
-        else exit.fail(1, 99991, " ** On entry, METHOD .ne. 'RGMRES', 'CGS', or '  BICGSTAB':\n    METHOD = '%s'.", {given});
+        take(exit, kDriverExits, hermitian ? kMethodHermitian : kMethodGeneral, {given});
         return 0;
     }
     const bool ordered = !hermitian && (code == 1 || code == 3);
     const long need = driver_work(hermitian, code, n, ordered ? std::max(m, 1) : 0);
     if (lwork < need) {
-        exit.fail(1, 99990, " ** On entry, LWORK is too small: LWORK =%16ld.\n    Minimum required value of LWORK =%16ld.",
-                  {lwork, need});
+        take(exit, kDriverExits, kLworkShort, {lwork, need});
         return 0;
     }
     return code;
@@ -108,11 +150,11 @@ int checked_method(FailureExit &exit, bool hermitian, const char *method, int me
 char checked_relaxation(FailureExit &exit, const char *precon, int precon_len, double omega) {
     const char p = letter(precon, precon_len);
     if (p != 'N' && p != 'J' && p != 'S') {
-        exit.fail(1, 99993, " ** On entry, PRECON .ne. 'N', 'J' or 'S': PRE  CON = '%s'.", {letter_text(precon, precon_len)});
+        take(exit, kDriverExits, kPreconLetter, {letter_text(precon, precon_len)});
         return ' ';
     }
     if (p == 'S' && !(omega > 0.0 && omega < 2.0)) {
-        exit.fail(1, 99992, " ** On entry, OMEGA .le. 0.0 or OMEGA .ge. 2.0: OMEGA = %12.4E.", {omega});
+        take(exit, kDriverExits, kOmegaRange, {omega});
         return ' ';
     }
     return p;
@@ -125,9 +167,9 @@ bool found_diagonal(FailureExit &exit, bool hermitian, int n, int nnz, const T a
     int row = 0;
     switch (find_diagonal(n, nnz, a, irow, icol, hermitian, idiag, &row)) {
     case 0: return true;
-    case 1: exit.fail(3, 99979, " ** The matrix A has no diagonal entry in row%16ld.", {row}); return false;
-    case 2: exit.fail(3, 99978, " ** The matrix A has a zero diagonal entry in row%16ld.", {row}); return false;
-    default: exit.fail(3, 99977, " ** The matrix A has a non-real diagonal entry in row%16ld.", {row}); return false;
+    case 1: take(exit, kDriverExits, kNoDiagonal, {row}); return false;
+    case 2: take(exit, kDriverExits, kZeroDiagonal, {row}); return false;
+    default: take(exit, kDriverExits, kNonRealDiagonal, {row}); return false;
     }
 }
 
@@ -156,7 +198,6 @@ template <class T> struct Problem {
 template <class T, bool Hermitian, class Apply>
 void drive(FailureExit &exit, const DriverTexts &texts, const Problem<T> &p, Apply &&apply) {
     const int n = p.n;
-    const int serious = Hermitian ? 8 : 7;
     // The one-norm of the matrix (both triangles of an SCS one), so that no estimator runs.
     double *sums = p.work;
     std::fill(sums, sums + n, 0.0);
@@ -181,19 +222,19 @@ void drive(FailureExit &exit, const DriverTexts &texts, const Problem<T> &p, App
                                                                      inner, &f, p.method_len, 1, 1, 1, kErrbufLength);
     }
     if (!Hermitian && f == -7) {
-        exit.fail(1, 99989, " ** On entry, M .lt. 1 or M .gt. MIN (N,%2ld):\n    M =%16ld", {p.method == 1 ? 50 : 10, p.m});
+        take(exit, kDriverExits, kMRange, {p.method == 1 ? 50 : 10, p.m});
         return;
     }
     if (f == -8) {
-        exit.fail(1, 99988, texts.tol, {p.tol});
+        take(exit, kDriverExits, texts.tol, {p.tol});
         return;
     }
     if (f == -9) {
-        exit.fail(1, 99987, " ** On entry, MAXITN .lt. 1: MAXITN =%16ld.", {p.maxitn});
+        take(exit, kDriverExits, kMaxitnLessThan1, {p.maxitn});
         return;
     }
     if (f != 0) {
-        exit.fail(serious, 99986, kSerious, {texts.setup_w, f});
+        take(exit, kDriverExits, Hermitian ? kSetupSeriousHermitian : kSetupSerious, {texts.setup_w, f});
         return;
     }
     auto *const step = Hermitian ? F11GSF_WORKER : std::is_same_v<T, double> ? F11BEF_WORKER : F11BSF_WORKER;
@@ -207,17 +248,14 @@ void drive(FailureExit &exit, const DriverTexts &texts, const Problem<T> &p, App
         step(&irevcm, u, v, nullptr, record, length, inner, &f, kErrbufLength);
         if (irevcm == 4) break;
         if (calls > most || (irevcm != 1 && irevcm != -1 && irevcm != 2 && irevcm != 3)) {
-            exit.fail(serious, 99984,
-                      (std::string(" ** A serious error has occurred in an internal call to ") + texts.step +
-                       ": IREVCM =%6ld\n    Check all subroutine calls and array sizes. Seek expert help.").c_str(),
-                      {irevcm});
+            take(exit, kDriverExits, texts.irevcm, {irevcm});
             return;
         }
         if (irevcm == 1 || irevcm == -1) {
             if constexpr (Hermitian) apply_symmetric_product(n, p.nnz, p.a, p.irow, p.icol, p.x, rhs);
             else apply_product(irevcm == -1, n, p.nnz, p.a, p.irow, p.icol, p.x, rhs);
         } else if (irevcm == 2 && !apply(p.x, rhs)) {
-            exit.fail(3, 99985, texts.invalid);
+            take(exit, kDriverExits, texts.invalid);
             return;
         }
     }
@@ -228,17 +266,17 @@ void drive(FailureExit &exit, const DriverTexts &texts, const Problem<T> &p, App
     if (f == 0) {
         exit.succeed();
     } else if (f == 2) {
-        exit.fail(4, 99983, texts.accuracy);
+        take(exit, kDriverExits, texts.accuracy);
     } else if (Hermitian ? f == 7 : f == 5) {
-        exit.fail(5, 99982, " ** The solution has not converged after%7ld iterations.", {iterations});
+        take(exit, kDriverExits, kNotConverged, {iterations});
     } else if (!Hermitian && f == 6) {
-        exit.fail(6, 99981, " ** Algorithmic breakdown. A solution is returned, although\n    it is possible that it is completely inaccurate.");
+        take(exit, kDriverExits, kBreakdown);
     } else if (Hermitian && f == 5) {
-        exit.fail(6, 99981, " ** The preconditioner appears not to be positive-definite.\n    The computation cannot continue.");
+        take(exit, kDriverExits, kPreconditionerNotDefinite);
     } else if (Hermitian && f == 4) {
-        exit.fail(7, 99980, " ** The matrix of the coefficients A appears not to be positive-definite.\n    The computation cannot continue.");
+        take(exit, kDriverExits, kMatrixNotDefinite);
     } else {
-        exit.fail(serious, 99979, kSerious, {texts.step_w, f});
+        take(exit, kDriverExits, Hermitian ? kStepSeriousHermitian : kStepSerious, {texts.step_w, f});
     }
 }
 
@@ -250,7 +288,7 @@ void drive_factored(FailureExit &exit, const DriverTexts &texts, bool hermitian,
                     Solve &&solve) {
     if (!checked_matrix(exit, texts, hermitian, n, nnz, irow, icol)) return;
     if (static_cast<Index>(la) < 2 * static_cast<Index>(nnz)) {
-        exit.fail(1, 99992, " ** On entry, LA .lt. 2*NNZ:\n    LA =%16ld NNZ =%16ld.", {la, nnz});
+        take(exit, kDriverExits, kLaShort, {la, nnz});
         return;
     }
     const int code = checked_method(exit, hermitian, method, method_len, n, m, lwork);

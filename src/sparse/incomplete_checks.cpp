@@ -6,11 +6,22 @@
 #include <cstring>
 
 namespace zek::sparse {
+namespace {
+
+// The exits whose numbers the two factorisations share; the others take their numbers and texts from
+// the factorisation that raises them.
+enum IncompleteExit { kLaShort, kDtolNegative };
+constexpr ExitRow kIncompleteExits[] = {
+    {1, 99999, " ** On entry, LA .lt. 2*NNZ:\n    LA =%16ld NNZ =%16ld."},
+    {1, 99998, " ** On entry, DTOL .lt. 0.0: DTOL =%12.4E."},
+};
+
+} // namespace
 
 bool incomplete_options(FailureExit &exit, int la, int nnz, int lfill, double dtol, const LetterOption &first,
                         const LetterOption &second) {
     if (static_cast<Index>(la) < 2 * static_cast<Index>(nnz)) {
-        exit.fail(1, 99999, " ** On entry, LA .lt. 2*NNZ:\n    LA =%16ld NNZ =%16ld.", {la, nnz});
+        take(exit, kIncompleteExits, kLaShort, {la, nnz});
         return false;
     }
     const LetterOption *fault = nullptr;
@@ -21,7 +32,7 @@ bool incomplete_options(FailureExit &exit, int la, int nnz, int lfill, double dt
             dtol_fault = false;
         }
     if (dtol_fault) {
-        exit.fail(1, 99998, " ** On entry, DTOL .lt. 0.0: DTOL =%12.4E.", {dtol});
+        take(exit, kIncompleteExits, kDtolNegative, {dtol});
         return false;
     }
     if (fault != nullptr) {

@@ -628,7 +628,39 @@ long work_needed(int method, int n, int m) {
     }
 }
 
-const char *kIllegal = " ** On entry, parameter number %2ld had an illegal value.";
+constexpr const char *kIllegal = " ** On entry, parameter number %2ld had an illegal value.";
+
+// The set-up routines count their argument checks, and the failing one gives both IFAIL and the exit.
+void illegal_setup_argument(FailureExit &exit, int bad) { exit.fail(-bad, 99999 - bad, kIllegal, {bad}); }
+
+// The solver and diagnostic routines of the suites.  The exits that name a routine of the suite stay
+// with solve_step and diagnostics, which build those texts.
+#define ZEK_ACCURACY " required accuracy could not be obtained.\n ** However, a reasonable accuracy may have been achieved."
+#define ZEK_NOT_DEFINITE " appears not to be positive-definite.\n ** The computation cannot continue."
+#define ZEK_NOT_CONVERGED " ** The solution has not converged after%7ld iterations."
+enum SuiteExit {
+    kStepLworkShort, kReentryIrevcm, kReentryLwork, kAccuracyTidy, kAccuracy, kImmediate, kTidyNotConverged, kNotConverged,
+    kBreakdown, kMatrixNotDefinite, kPreconditionerNotDefinite, kTidySymmetric, kNotConvergedSymmetric, kDiagnosticsLwork
+};
+constexpr ExitRow kSuiteExits[] = {
+    {-6, 99999, kIllegal},
+    {-1, 99997, " ** On %sentry, parameter number %2ld had an illegal value."},
+    {-6, 99997, " ** On %sentry, parameter number %2ld had an illegal value."},
+    {2, 99995, " ** User-requested termination: the" ZEK_ACCURACY},
+    {2, 99995, " ** The" ZEK_ACCURACY},
+    {8, 99991, " ** User-requested immediate termination."},
+    {4, 99994, " ** User-requested tidy termination.\n" ZEK_NOT_CONVERGED},
+    {5, 99993, ZEK_NOT_CONVERGED},
+    {6, 99992, " ** Algorithm breakdown at iteration no.%7ld"},
+    {4, 99990, " ** The matrix of the coefficients A" ZEK_NOT_DEFINITE},
+    {5, 99989, " ** The preconditioner" ZEK_NOT_DEFINITE},
+    {6, 99994, " ** User-requested tidy termination.\n" ZEK_NOT_CONVERGED},
+    {7, 99993, ZEK_NOT_CONVERGED},
+    {-7, 99999, kIllegal},
+};
+#undef ZEK_ACCURACY
+#undef ZEK_NOT_DEFINITE
+#undef ZEK_NOT_CONVERGED
 
 // The set-up routine of the general suites.
 void setup(const char *name, const char *method, const char *precon, const char *norm, const char *weight, int iterm,
@@ -658,10 +690,7 @@ void setup(const char *name, const char *method, const char *precon, const char 
     else if (iterm == 2 && nc != '2') bad = 5;
     else if (iterm == 2 && wc != 'N') bad = 4;
     else if (iterm == 2 && code != 1 && !(sigmax > 0.0)) bad = 11;
-    if (bad != 0) {
-        exit.fail(-bad, 99999 - bad, kIllegal, {bad});
-        return;
-    }
+    if (bad != 0) return illegal_setup_argument(exit, bad);
     const double eps = precision();
     const int mm = (code == 1 || code == 3) ? m : 0;
     Record rec;
@@ -723,10 +752,7 @@ void setup_symmetric(const char *name, const char *method, const char *precon, c
     else if (iterm == 2 && nc != '2') bad = 6;
     else if (iterm == 2 && wc != 'N') bad = 5;
     else if (iterm == 2 && sc == 'N' && !(sigmax > 0.0)) bad = 11;
-    if (bad != 0) {
-        exit.fail(-bad, 99999 - bad, kIllegal, {bad});
-        return;
-    }
+    if (bad != 0) return illegal_setup_argument(exit, bad);
     const double eps = precision();
     Record rec;
     std::fill(rec.r, rec.r + kRecord, 0.0);
@@ -828,7 +854,7 @@ void solve_step(const char *name, int *irevcm, double *u, double *v, const doubl
                 char *errbuf, int *ifail) {
     FailureExit exit(name, errbuf, ifail);
     if (lwork < kRecord) {
-        exit.fail(-6, 99999, " ** On entry, parameter number %2ld had an illegal value.", {6});
+        take(exit, kSuiteExits, kStepLworkShort, {6});
         return;
     }
     Record rec;
@@ -839,14 +865,12 @@ void solve_step(const char *name, int *irevcm, double *u, double *v, const doubl
     const std::string not_set_up =
         " ** Either " + setup_name + " was not called before calling this routine\n ** or it has returned an error.";
     const std::string again = std::string(" ** ") + name + " has already completed its tasks. You need to set a new problem.";
-    if (rec.r[kMarkA] != kMarkValueA || rec.r[kMarkB] != kMarkValueB || rec.i(kState) < 1) {
-        exit.fail(3, 99998, not_set_up.c_str());
-        return;
-    }
+    // The texts that name a routine of the suite are built here, the name pasted in.
+    auto not_set_up_exit = [&] { exit.fail(3, 99998, not_set_up.c_str()); };
+    if (rec.r[kMarkA] != kMarkValueA || rec.r[kMarkB] != kMarkValueB || rec.i(kState) < 1) return not_set_up_exit();
     const bool first = rec.flag(kFirst);
     auto illegal = [&](int number) {
-        exit.fail(-number, 99997, " ** On %sentry, parameter number %2ld had an illegal value.",
-                  {first ? "first " : "re-", number});
+        take(exit, kSuiteExits, number == 1 ? kReentryIrevcm : kReentryLwork, {first ? "first " : "re-", number});
     };
     if (rec.i(kState) == 3) {
         exit.fail(1, 99996, again.c_str());
@@ -854,10 +878,7 @@ void solve_step(const char *name, int *irevcm, double *u, double *v, const doubl
     }
     if (first) {
         if (*irevcm != 0) return illegal(1);
-        if (rec.i(kState) != 1) {
-            exit.fail(3, 99998, not_set_up.c_str());
-            return;
-        }
+        if (rec.i(kState) != 1) return not_set_up_exit();
         if (lwork < rec.i(kLwreq)) return illegal(6);
         rec.set(kState, 2);
         rec.set(kLwork, lwork);
@@ -898,30 +919,28 @@ void solve_step(const char *name, int *irevcm, double *u, double *v, const doubl
         case 0: exit.succeed(); return;
         case 2:
         case 6:
-            exit.fail(2, 99995, rec.i(kTidy) ? " ** User-requested termination: the required accuracy could not be obtained.\n ** However, a reasonable accuracy may have been achieved."
-                                             : " ** The required accuracy could not be obtained.\n ** However, a reasonable accuracy may have been achieved.");
+            take(exit, kSuiteExits, rec.i(kTidy) ? kAccuracyTidy : kAccuracy);
             return;
-        case 10: exit.fail(4, 99990, " ** The matrix of the coefficients A appears not to be positive-definite.\n ** The computation cannot continue."); return;
-        case 11: exit.fail(5, 99989, " ** The preconditioner appears not to be positive-definite.\n ** The computation cannot continue."); return;
-        case 4: exit.fail(6, 99994, " ** User-requested tidy termination.\n ** The solution has not converged after%7ld iterations.", {iterations}); return;
-        case 5: exit.fail(7, 99993, " ** The solution has not converged after%7ld iterations.", {iterations}); return;
-        case 8: exit.fail(8, 99991, " ** User-requested immediate termination."); return;
-        default: exit.fail(3, 99998, not_set_up.c_str()); return;
+        case 10: take(exit, kSuiteExits, kMatrixNotDefinite); return;
+        case 11: take(exit, kSuiteExits, kPreconditionerNotDefinite); return;
+        case 4: take(exit, kSuiteExits, kTidySymmetric, {iterations}); return;
+        case 5: take(exit, kSuiteExits, kNotConvergedSymmetric, {iterations}); return;
+        case 8: take(exit, kSuiteExits, kImmediate); return;
+        default: return not_set_up_exit();
         }
     }
     switch (rec.i(kStatus)) {
     case 0: exit.succeed(); return;
     case 2:
-        exit.fail(2, 99995, rec.i(kTidy) ? " ** User-requested termination: the required accuracy could not be obtained.\n ** However, a reasonable accuracy may have been achieved."
-                                         : " ** The required accuracy could not be obtained.\n ** However, a reasonable accuracy may have been achieved.");
+        take(exit, kSuiteExits, rec.i(kTidy) ? kAccuracyTidy : kAccuracy);
         return;
     case 4:
-        exit.fail(4, 99994, " ** User-requested tidy termination.\n ** The solution has not converged after%7ld iterations.", {iterations});
+        take(exit, kSuiteExits, kTidyNotConverged, {iterations});
         return;
-    case 5: exit.fail(5, 99993, " ** The solution has not converged after%7ld iterations.", {iterations}); return;
-    case 6: exit.fail(6, 99992, " ** Algorithm breakdown at iteration no.%7ld", {iterations}); return;
-    case 8: exit.fail(8, 99991, " ** User-requested immediate termination."); return;
-    default: exit.fail(3, 99998, not_set_up.c_str()); return;
+    case 5: take(exit, kSuiteExits, kNotConverged, {iterations}); return;
+    case 6: take(exit, kSuiteExits, kBreakdown, {iterations}); return;
+    case 8: take(exit, kSuiteExits, kImmediate); return;
+    default: return not_set_up_exit();
     }
 }
 
@@ -931,7 +950,7 @@ void diagnostics(const char *name, int *itn, double *stplhs, double *stprhs, dou
     *itn = 0;
     *stplhs = *stprhs = *anorm = *sigmax = 0.0;
     if (lwork < kRecord) {
-        exit.fail(-7, 99999, kIllegal, {7});
+        take(exit, kSuiteExits, kDiagnosticsLwork, {7});
         return;
     }
     Record rec;

@@ -96,8 +96,31 @@ template void ssor_apply<Complex>(Sweep, int, int, const Complex[], const int[],
 
 namespace {
 
-const char *kOmegaRange = " ** On entry, OMEGA .le. 0.0 or OMEGA .ge. 2.0: OMEGA = %12.4E.";
-const char *kDiagonalRow = " ** On entry, the diagonal element of the I-th row is zero or missing:\n    I =%16ld.";
+const char *const kDiagonalRow = " ** On entry, the diagonal element of the I-th row is zero or missing:\n    I =%16ld.";
+
+// The SSOR step (F11DDF, F11DRF, F11JRF).
+enum SsorExit { kSsorTrans, kSsorCheck, kSsorOmega, kSsorNonRealDiagonal, kSsorDiagonal };
+constexpr ExitRow kSsorExits[] = {
+    {1, 99999, kTransLetter},
+    {1, 99998, kCheckLetter},
+    {1, 99997, " ** On entry, OMEGA .le. 0.0 or OMEGA .ge. 2.0: OMEGA = %12.4E."},
+    {3, 99982, " ** The matrix A has a non-real diagonal entry in row%16ld."},
+    {3, 99983, kDiagonalRow},
+};
+
+// The Jacobi iterations.
+enum JacobiExit {
+    kJacobiStore, kJacobiTrans, kJacobiInit, kJacobiCheck, kJacobiNiter, kJacobiDiagonal, kJacobiDiagZero
+};
+constexpr ExitRow kJacobiExits[] = {
+    {1, 99999, " ** On entry, STORE .ne. 'N' or 'S': STORE = '%s'."},
+    {1, 99998, kTransLetter},
+    {1, 99997, " ** On entry, INIT .ne. 'N' or 'I': INIT = '%s' ."},
+    {1, 99996, " ** On entry, CHECK .ne. 'N' or 'C': CHECK = '%s'."},
+    {1, 99995, " ** On entry, NITER .lt. 1: NITER =%16ld."},
+    {3, 99983, kDiagonalRow},
+    {3, 99982, " ** On entry, the element DIAG(I) is zero:\n    I =%16ld."},
+};
 
 // The sizes, and with CHECK 'C' the whole structure: IFAIL 1 for sizes, 2 for indices.
 bool checked_structure(FailureExit &exit, bool check, bool symmetric, int n, int nnz, const int irow[],
@@ -122,18 +145,18 @@ void ssor_step(const char *name, Sweep kind, const char *trans, int trans_len, i
     if (kind != Sweep::Hermitian) {
         const char t = letter(trans, trans_len);
         if (t != 'N' && t != 'T') {
-            exit.fail(1, 99999, kTransLetter, {letter_text(trans, trans_len)});
+            take(exit, kSsorExits, kSsorTrans, {letter_text(trans, trans_len)});
             return;
         }
         kind = t == 'T' ? Sweep::Upper : Sweep::Lower;
     }
     const char c = letter(check, check_len);
     if (c != 'C' && c != 'N') {
-        exit.fail(1, 99998, kCheckLetter, {letter_text(check, check_len)});
+        take(exit, kSsorExits, kSsorCheck, {letter_text(check, check_len)});
         return;
     }
     if (!(omega > 0.0 && omega < 2.0)) {
-        exit.fail(1, 99997, kOmegaRange, {omega});
+        take(exit, kSsorExits, kSsorOmega, {omega});
         return;
     }
     const bool hermitian = kind == Sweep::Hermitian;
@@ -143,11 +166,11 @@ void ssor_step(const char *name, Sweep kind, const char *trans, int trans_len, i
         int row = 0;
         const int status = find_diagonal(n, nnz, values_a, irow, icol, hermitian, nullptr, &row);
         if (status == 3) {
-            exit.fail(3, 99982, " ** The matrix A has a non-real diagonal entry in row%16ld.", {row});
+            take(exit, kSsorExits, kSsorNonRealDiagonal, {row});
             return;
         }
         if (status != 0) {
-            exit.fail(3, 99983, kDiagonalRow, {row});
+            take(exit, kSsorExits, kSsorDiagonal, {row});
             return;
         }
     }
@@ -165,23 +188,23 @@ void jacobi_iteration(const char *name, const char *store, const char *trans, co
     const char s = letter(store, store_len), t = letter(trans, trans_len), in = letter(init, init_len),
                c = letter(check, check_len);
     if (s != 'N' && s != 'S') {
-        exit.fail(1, 99999, " ** On entry, STORE .ne. 'N' or 'S': STORE = '%s'.", {letter_text(store, store_len)});
+        take(exit, kJacobiExits, kJacobiStore, {letter_text(store, store_len)});
         return;
     }
     if (t != 'N' && t != 'T') {
-        exit.fail(1, 99998, kTransLetter, {letter_text(trans, trans_len)});
+        take(exit, kJacobiExits, kJacobiTrans, {letter_text(trans, trans_len)});
         return;
     }
     if (in != 'N' && in != 'I') {
-        exit.fail(1, 99997, " ** On entry, INIT .ne. 'N' or 'I': INIT = '%s' .", {letter_text(init, init_len)});
+        take(exit, kJacobiExits, kJacobiInit, {letter_text(init, init_len)});
         return;
     }
     if (c != 'N' && c != 'C') {
-        exit.fail(1, 99996, " ** On entry, CHECK .ne. 'N' or 'C': CHECK = '%s'.", {letter_text(check, check_len)});
+        take(exit, kJacobiExits, kJacobiCheck, {letter_text(check, check_len)});
         return;
     }
     if (niter < 1) {
-        exit.fail(1, 99995, " ** On entry, NITER .lt. 1: NITER =%16ld.", {niter});
+        take(exit, kJacobiExits, kJacobiNiter, {niter});
         return;
     }
     if (!checked_structure(exit, c == 'C', false, n, nnz, irow, icol)) return;
@@ -196,13 +219,13 @@ void jacobi_iteration(const char *name, const char *store, const char *trans, co
         for (int i = 0; i < n && row == 0; ++i)
             if (is_zero(vd[i])) row = i + 1;
         if (row != 0) {
-            exit.fail(3, 99983, kDiagonalRow, {row});
+            take(exit, kJacobiExits, kJacobiDiagonal, {row});
             return;
         }
     } else {
         for (int i = 0; i < n; ++i)
             if (is_zero(vd[i])) {
-                exit.fail(3, 99982, " ** On entry, the element DIAG(I) is zero:\n    I =%16ld.", {i + 1});
+                take(exit, kJacobiExits, kJacobiDiagZero, {i + 1});
                 return;
             }
     }

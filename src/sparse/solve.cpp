@@ -33,15 +33,46 @@ std::string cholesky_advice(const char *factor, const char *solve) {
            factor + " and " + solve + ".";
 }
 
+// A permutation's range and repeated-value rows, the second numbered one below the first.
+#define ZEK_PERMUTATION(p, number)                                                                                \
+    {3, number, " ** On entry, " p "(I) .lt. 1 or " p "(I) .gt. N:\n    I =%16ld, " p "(I) =%16ld, N =%16ld."},    \
+    {3, number - 1, " ** On entry, " p "(I) is a repeated value:\n    I =%16ld."}
+// The corruption exits of the factor region.  Each solver ends these texts with its own advice on which
+// calls must leave the factors alone, so a row holds the text before the advice.
+enum CorruptExit {
+    kIstrInvalid, kIrowOutside, kIcolOutside, kIcolAboveRow, kEntryOutOfOrder, kEntryDuplicate, kIstrInconsistent,
+    kIdiagIncorrect, kIpivRange, kIpivRepeat, kIpivpRange, kIpivpRepeat, kIpivqRange, kIpivqRepeat
+};
+constexpr ExitRow kCorruptExits[] = {
+    {3, 99997, " ** On entry, ISTR appears to be invalid."},
+    {3, 99996, kIrowRange},
+    {3, 99995, kIcolRange},
+    {3, 99995, kIcolLower},
+    {3, 99994, kOutOfOrder},
+    {3, 99993, kDuplicate},
+    {3, 99992, " ** On entry, ISTR(I) is inconsistent with IROW:\n    I =%16ld."},
+    {3, 99991, " ** On entry, IDIAG(I) appears to be incorrect:\n    I =%16ld."},
+    ZEK_PERMUTATION("IPIV", 99990),
+    ZEK_PERMUTATION("IPIVP", 99990),
+    ZEK_PERMUTATION("IPIVQ", 99988),
+};
+#undef ZEK_PERMUTATION
+
+// Raises a corruption exit with the solver's advice after its text.
+void take_advised(FailureExit &exit, CorruptExit key, const std::string &advice,
+                  std::initializer_list<MessageValue> values = {}) {
+    const ExitRow &row = kCorruptExits[key];
+    exit.fail(row.ierror, row.number, (row.text + advice).c_str(), values);
+}
+
 // Checks a permutation; X (real parts) is the scratch: -1 everywhere, negated at each visit.
 template <class T>
-bool check_permutation(FailureExit &exit, const SolveTexts &texts, const char *pname, int n, const int perm[], T x[],
-                       long exit_number) {
+bool check_permutation(FailureExit &exit, const SolveTexts &texts, CorruptExit range, int n, const int perm[], T x[]) {
+    // The repeated-value row follows the range row of the same permutation.
+    const CorruptExit repeat = static_cast<CorruptExit>(range + 1);
     for (int i = 0; i < n; ++i) {
         if (perm[i] < 1 || perm[i] > n) {
-            const std::string text = std::string(" ** On entry, ") + pname + "(I) .lt. 1 or " + pname + "(I) .gt. N:\n    I =%16ld, " +
-                                     pname + "(I) =%16ld, N =%16ld." + texts.range;
-            exit.fail(3, exit_number, text.c_str(), {i + 1, perm[i], n});
+            take_advised(exit, range, texts.range, {i + 1, perm[i], n});
             return false;
         }
     }
@@ -51,9 +82,7 @@ bool check_permutation(FailureExit &exit, const SolveTexts &texts, const char *p
         mark = -mark;
         if (real_part(mark) < 0.0) {
             std::fill(x, x + n, T(0.0));
-            const std::string text = std::string(" ** On entry, ") + pname + "(I) is a repeated value:\n    I =%16ld." +
-                                     texts.repeat;
-            exit.fail(3, exit_number - 1, text.c_str(), {i + 1});
+            take_advised(exit, repeat, texts.repeat, {i + 1});
             return false;
         }
     }
@@ -65,11 +94,10 @@ bool check_permutation(FailureExit &exit, const SolveTexts &texts, const char *p
 template <class T>
 bool check_factors(FailureExit &exit, const SolveTexts &texts, int n, int la, const int irow[], const int icol[],
                    const int ipivp[], const int ipivq[], const int istr[], const int idiag[], T x[]) {
-    const std::string invalid = " ** On entry, ISTR appears to be invalid." + texts.istr;
     const Index first = istr[0];
     const Index count = static_cast<Index>(istr[n]) - first;
     if (first < 1 || count < 1 || first - 1 + count > la || count > 2147483647) {
-        exit.fail(3, 99997, invalid.c_str());
+        take_advised(exit, kIstrInvalid, texts.istr);
         return false;
     }
     const int *ri = irow + (first - 1);
@@ -77,23 +105,22 @@ bool check_factors(FailureExit &exit, const SolveTexts &texts, int n, int la, co
     int bad = 0;
     const int status = cs_check(n, static_cast<int>(count), ri, ci, texts.symmetric, &bad);
     if (status == 2 || status == 3) {
-        exit.fail(3, 99997, invalid.c_str());
+        take_advised(exit, kIstrInvalid, texts.istr);
         return false;
     }
     if (status != 0) {
         // Positions are reported in the caller's numbering of the whole array.
         const int at = static_cast<int>(bad + first - 1);
         if (status == 4) {
-            exit.fail(3, 99996, (kIrowRange + texts.range).c_str(),
-                      {at, irow[at - 1], n});
+            take_advised(exit, kIrowOutside, texts.range, {at, irow[at - 1], n});
         } else if (status == 5 && !texts.symmetric) {
-            exit.fail(3, 99995, (kIcolRange + texts.range).c_str(), {at, icol[at - 1], n});
+            take_advised(exit, kIcolOutside, texts.range, {at, icol[at - 1], n});
         } else if (status == 5) {
-            exit.fail(3, 99995, (kIcolLower + texts.regular).c_str(), {at, icol[at - 1], irow[at - 1]});
+            take_advised(exit, kIcolAboveRow, texts.regular, {at, icol[at - 1], irow[at - 1]});
         } else if (status == 6) {
-            exit.fail(3, 99994, (kOutOfOrder + texts.regular).c_str(), {at});
+            take_advised(exit, kEntryOutOfOrder, texts.regular, {at});
         } else {
-            exit.fail(3, 99993, (kDuplicate + texts.regular).c_str(), {at});
+            take_advised(exit, kEntryDuplicate, texts.regular, {at});
         }
         return false;
     }
@@ -104,22 +131,22 @@ bool check_factors(FailureExit &exit, const SolveTexts &texts, int n, int la, co
         for (Index p = s; consistent && p < e; ++p) consistent = irow[p - 1] == i;
         if (consistent && s > first) consistent = irow[s - 2] < i;
         if (!consistent) {
-            exit.fail(3, 99992, (" ** On entry, ISTR(I) is inconsistent with IROW:\n    I =%16ld." + texts.regular).c_str(), {i});
+            take_advised(exit, kIstrInconsistent, texts.regular, {i});
             return false;
         }
         const Index d = texts.symmetric ? e - 1 : idiag[i - 1];
         if (d < s || d >= e || icol[d - 1] != i) {
             if (texts.symmetric) {
-                exit.fail(3, 99997, invalid.c_str());
+                take_advised(exit, kIstrInvalid, texts.istr);
             } else {
-                exit.fail(3, 99991, (" ** On entry, IDIAG(I) appears to be incorrect:\n    I =%16ld." + texts.regular).c_str(), {i});
+                take_advised(exit, kIdiagIncorrect, texts.regular, {i});
             }
             return false;
         }
     }
-    if (texts.symmetric) return check_permutation(exit, texts, "IPIV", n, ipivp, x, 99990);
-    return check_permutation(exit, texts, "IPIVP", n, ipivp, x, 99990) &&
-           check_permutation(exit, texts, "IPIVQ", n, ipivq, x, 99988);
+    if (texts.symmetric) return check_permutation(exit, texts, kIpivRange, n, ipivp, x);
+    return check_permutation(exit, texts, kIpivpRange, n, ipivp, x) &&
+           check_permutation(exit, texts, kIpivqRange, n, ipivq, x);
 }
 
 } // namespace
@@ -183,6 +210,15 @@ template void cholesky_solve<Complex>(int, const Complex[], const int[], const i
 
 namespace {
 
+// The argument exits of the four solvers.  The corruption exits above paste each solver's own advice
+// into their texts, so they are built where they are raised.
+enum SolveExit { kCheck, kNLessThan1, kTrans };
+constexpr ExitRow kSolveExits[] = {
+    {1, 99999, kCheckLetter},
+    {2, 99998, kNLessOne},
+    {1, 99986, kTransLetter},
+};
+
 template <class T>
 void solve_worker(const SolveTexts &texts, const char *trans, int n, const double a[], int la, const int irow[],
                   const int icol[], const int ipivp[], const int ipivq[], const int istr[], const int idiag[],
@@ -191,18 +227,18 @@ void solve_worker(const SolveTexts &texts, const char *trans, int n, const doubl
     FailureExit exit(texts.name, errbuf, ifail);
     const char c = letter(check, check_len);
     if (c != 'C' && c != 'N') {
-        exit.fail(1, 99999, kCheckLetter, {letter_text(check, check_len)});
+        take(exit, kSolveExits, kCheck, {letter_text(check, check_len)});
         return;
     }
     if (n < 1) {
-        exit.fail(2, 99998, kNLessOne, {n});
+        take(exit, kSolveExits, kNLessThan1, {n});
         return;
     }
     T *xv = values<T>(x);
     if (c == 'C' && !check_factors(exit, texts, n, la, irow, icol, ipivp, ipivq, istr, idiag, xv)) return;
     const char t = texts.symmetric ? 'N' : letter(trans, trans_len);
     if (t != 'N' && t != 'T') {
-        exit.fail(1, 99986, kTransLetter, {letter_text(trans, trans_len)});
+        take(exit, kSolveExits, kTrans, {letter_text(trans, trans_len)});
         return;
     }
     if (texts.symmetric) cholesky_solve(n, values<T>(a), icol, ipivp, istr, values<T>(y), xv);

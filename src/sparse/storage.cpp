@@ -178,60 +178,71 @@ template SortOutcome sort_entries<Complex>(int, int *, Complex[], int[], int[], 
 
 namespace {
 
-// The sort routines: CS (F11ZAF, F11ZNF) and SCS (F11ZBF, F11ZPF) with the same exits.
+// The sort routines: CS (F11ZAF, F11ZNF) and SCS (F11ZBF, F11ZPF); the letter options list fewer
+// choices for SCS.
+enum SortExit {
+    kSortNLessThan1, kSortNnzNegative, kSortIrowRange, kSortIcolLower, kSortIcolRange, kSortDupScs, kSortDupCs,
+    kSortZeroScs, kSortZeroCs, kSortDuplicate, kSortZero
+};
+constexpr ExitRow kSortExits[] = {
+    {1, 99999, kNLessOne},
+    {1, 99998, " ** On entry, NNZ .lt. 0: NNZ =%16ld."},
+    {2, 99997, kIrowRange},
+    {2, 99996, kIcolLower},
+    {2, 99996, kIcolRange},
+    {1, 99995, " ** On entry, DUP .ne. 'R' or 'S': DUP = '%s'."},
+    {1, 99995, " ** On entry, DUP .ne. 'R', 'S', or 'F': DUP = '%s'."},
+    {1, 99994, " ** On entry, ZERO .ne. 'R' or 'K': ZERO = '%s' ."},
+    {1, 99994, " ** On entry, ZERO .ne. 'R', 'K', or 'F': ZERO   = '%s'."},
+    {3, 99993, " ** On entry, a duplicate entry has been found in row I and column J:\n    I = %16ld, J = %16ld."},
+    {4, 99992, " ** On entry, a zero entry has been found in row I and column J:\n    I = %16ld, J = %16ld."},
+};
+
 template <class T>
 void sort_worker(const char *name, bool symmetric, int n, int *nnz, double a[], int irow[], int icol[],
                  const char *dup, const char *zero, int istr[], int iwork[], char *errbuf, int *ifail, int dup_len,
                  int zero_len) {
     FailureExit exit(name, errbuf, ifail);
     if (n < 1) {
-        exit.fail(1, 99999, kNLessOne, {n});
+        take(exit, kSortExits, kSortNLessThan1, {n});
         return;
     }
     if (*nnz < 0) {
-        exit.fail(1, 99998, " ** On entry, NNZ .lt. 0: NNZ =%16ld.", {*nnz});
+        take(exit, kSortExits, kSortNnzNegative, {*nnz});
         return;
     }
     for (Index k = 0; k < *nnz; ++k) {
         const int i = static_cast<int>(k + 1);
         if (irow[k] < 1 || irow[k] > n) {
-            exit.fail(2, 99997, kIrowRange, {i, irow[k], n});
+            take(exit, kSortExits, kSortIrowRange, {i, irow[k], n});
             return;
         }
         if (symmetric && (icol[k] < 1 || icol[k] > irow[k])) {
-            exit.fail(2, 99996, kIcolLower, {i, icol[k], irow[k]});
+            take(exit, kSortExits, kSortIcolLower, {i, icol[k], irow[k]});
             return;
         }
         if (!symmetric && (icol[k] < 1 || icol[k] > n)) {
-            exit.fail(2, 99996, kIcolRange, {i, icol[k], n});
+            take(exit, kSortExits, kSortIcolRange, {i, icol[k], n});
             return;
         }
     }
     const char d = letter(dup, dup_len);
     const char z = letter(zero, zero_len);
     if (symmetric ? (d != 'R' && d != 'S') : (d != 'R' && d != 'S' && d != 'F')) {
-        exit.fail(1, 99995,
-                  symmetric ? " ** On entry, DUP .ne. 'R' or 'S': DUP = '%s'."
-                            : " ** On entry, DUP .ne. 'R', 'S', or 'F': DUP = '%s'.",
-                  {letter_text(dup, dup_len)});
+        take(exit, kSortExits, symmetric ? kSortDupScs : kSortDupCs, {letter_text(dup, dup_len)});
         return;
     }
     if (symmetric ? (z != 'R' && z != 'K') : (z != 'R' && z != 'K' && z != 'F')) {
-        exit.fail(1, 99994,
-                  symmetric ? " ** On entry, ZERO .ne. 'R' or 'K': ZERO = '%s' ."
-                            : " ** On entry, ZERO .ne. 'R', 'K', or 'F': ZERO   = '%s'.",
-                  {letter_text(zero, zero_len)});
+        take(exit, kSortExits, symmetric ? kSortZeroScs : kSortZeroCs, {letter_text(zero, zero_len)});
         return;
     }
     const SortOutcome out = sort_entries(n, nnz, values<T>(a), irow, icol, d, z, istr, iwork);
     if (out.status == 3) {
-        exit.fail(3, 99993, " ** On entry, a duplicate entry has been found in row I and column J:\n    I = %16ld, J = %16ld.",
-                  {out.row, out.col});
+        take(exit, kSortExits, kSortDuplicate, {out.row, out.col});
         return;
     }
     if (out.status == 4) {
-        exit.fail(4, 99992, " ** On entry, a zero entry has been found in row I and column J:\n    I = %16ld, J = %16ld.",
-                  {out.row, out.col});
+        take(exit, kSortExits, kSortZero, {out.row, out.col});
         return;
     }
     exit.succeed();
@@ -263,6 +274,13 @@ void product(bool transpose, bool symmetric, int n, Index nnz, const T a[], cons
     for (; k < nnz; ++k) y[to[k] - 1] += a[k] * x[from[k] - 1];
 }
 
+// The products (F11XAF, F11XNF, F11XEF, F11XSF); the structure exits follow from report_structure.
+enum ProductExit { kProductTrans, kProductCheck };
+constexpr ExitRow kProductExits[] = {
+    {1, 99999, kTransLetter},
+    {1, 99998, kCheckLetter},
+};
+
 template <class T>
 void product_worker(const char *name, bool symmetric, const char *trans, int n, int nnz, const double a[],
                     const int irow[], const int icol[], const char *check, const double x[], double y[],
@@ -270,12 +288,12 @@ void product_worker(const char *name, bool symmetric, const char *trans, int n, 
     FailureExit exit(name, errbuf, ifail);
     const char t = symmetric ? 'N' : letter(trans, trans_len);
     if (t != 'N' && t != 'T') {
-        exit.fail(1, 99999, kTransLetter, {letter_text(trans, trans_len)});
+        take(exit, kProductExits, kProductTrans, {letter_text(trans, trans_len)});
         return;
     }
     const char c = letter(check, check_len);
     if (c != 'C' && c != 'N') {
-        exit.fail(1, 99998, kCheckLetter, {letter_text(check, check_len)});
+        take(exit, kProductExits, kProductCheck, {letter_text(check, check_len)});
         return;
     }
     if (c == 'C') {
