@@ -74,15 +74,14 @@ int data_rank(int m, int n, const double *a, int lda, bool upper, double rank_to
     return std::min(rank, m);
 }
 
-// E04NCA's exits (the argument count, 99999, builds its own records).
-enum E04ncaExit { kWeak, kUnbounded, kInfeasible, kIterationLimit, kObjectiveOverflow };
+// E04NCA's exits with a message of one line; the argument count (99999) and the overflow of A'B
+// (99994) build their records where they are raised.
+enum E04ncaExit { kWeak, kUnbounded, kInfeasible, kIterationLimit };
 constexpr zek::ExitRow kE04ncaExits[] = {
     {1, 99998, " ** Weak %2.2s solution."},
     {2, 99997, " ** %2.2s solution is unbounded."},
     {3, 99996, " ** Cannot satisfy the linear constraints. "},
     {4, 99995, " ** Too many iterations."},
-    {6, 99994, " ** On entry, A'B overflows: the objective data are too large.\n"
-               " ** %7ld errors found in the input parameters.  Problem abandoned."},
 };
 
 } // namespace
@@ -189,10 +188,13 @@ extern "C" void E04NCA(const int *m_, const int *n_, const int *nclin_, const in
         bool finite = true;
         for (int j = 0; j < n; ++j) finite = finite && std::isfinite(ceff[j]);
         if (!finite) {
+            zek::Records rec;
+            rec.add(" ** On entry, A'B overflows: the objective data are too large.");
+            rec.add(format(" ** %7ld errors found in the input parameters.  Problem abandoned.", 1L));
             say("");
             say(format(" Exit E04NCA - %7ld errors found in the input parameters.  Problem abandoned.", 1L));
             finish();
-            zek::take(exit, kE04ncaExits, kObjectiveOverflow, {1L});
+            exit.fail_with_records(6, 99994, rec, {1L});
             return;
         }
     }

@@ -65,30 +65,23 @@ zek::active_set::Settings settings_of(const int *iwsav, const double *rwsav, int
     return s;
 }
 
-// E04NFA's exits (the argument count, 99998, builds its own records).
+// E04NFA's exits with a message of one line; the argument count (99998) and the exits that add a
+// line of figures (99996, 99993, 99990) build their records where they are raised.
 enum E04nfaExit {
     kProblemType,
     kDeadPoint,
-    kNotUnique,
     kUnbounded,
     kInfeasible,
-    kRowError,
     kIterationLimit,
     kReducedHessianTooBig,
-    kHessianNotFinite,
 };
 constexpr zek::ExitRow kE04nfaExits[] = {
     {7, 99999, " ** Problem type not recognized.  Problem abandoned."},
     {1, 99997, " ** Iterations terminated at a dead-point."},
-    {1, 99996, " ** Optimal solution is not unique.\n             - Artificial constraints in working set = %4ld."},
     {2, 99995, " ** %2.2s solution is unbounded."},
     {3, 99994, " ** No feasible point for the linear constraints."},
-    {3, 99993, " ** Cannot satisfy the working set constraints to the accuracy requested.\n"
-               " Sum of infeasibilities =%16.7G\n Maximum row error =%16.7G"},
     {4, 99992, " ** Too many iterations."},
     {5, 99991, " ** Reduced Hessian exceeds assigned dimension."},
-    {6, 99990, " ** The Hessian routine returned a value that is not finite.\n"
-               " ** %7ld errors found in the input parameters.  Problem abandoned."},
 };
 
 } // namespace
@@ -227,19 +220,35 @@ extern "C" void E04NFA(const int *n_, const int *nclin_, const double *a, const 
 
     switch (word) {
     case Word::DeadPoint: zek::take(exit, kE04nfaExits, kDeadPoint); break;
-    case Word::Weak: zek::take(exit, kE04nfaExits, kNotUnique, {static_cast<long>(r.artificial)}); break;
+    case Word::Weak: {
+        zek::Records rec;
+        rec.add(" ** Optimal solution is not unique.");
+        rec.add(format("             - Artificial constraints in working set = %4ld.", static_cast<long>(r.artificial)));
+        exit.fail_with_records(1, 99996, rec, {static_cast<long>(r.artificial)});
+        break;
+    }
     case Word::Unbounded: zek::take(exit, kE04nfaExits, kUnbounded, {kind}); break;
     case Word::Infeasible: zek::take(exit, kE04nfaExits, kInfeasible); break;
-    case Word::RowError:
-        zek::take(exit, kE04nfaExits, kRowError, {core.suminf, zek::qp::working_set_error(core)});
+    case Word::RowError: {
+        zek::Records rec;
+        rec.add(" ** Cannot satisfy the working set constraints to the accuracy requested.");
+        rec.add(format(" Sum of infeasibilities =%16.7G", core.suminf));
+        const double rowerr = zek::qp::working_set_error(core);
+        rec.add(format(" Maximum row error =%16.7G", rowerr));
+        exit.fail_with_records(3, 99993, rec, {core.suminf, rowerr});
         break;
+    }
     case Word::IterationLimit: zek::take(exit, kE04nfaExits, kIterationLimit); break;
     case Word::Rz2Big: zek::take(exit, kE04nfaExits, kReducedHessianTooBig); break;
-    case Word::Errors:
+    case Word::Errors: {
+        zek::Records rec;
+        rec.add(" ** The Hessian routine returned a value that is not finite.");
+        rec.add(format(" ** %7ld errors found in the input parameters.  Problem abandoned.", 1L));
         say("");
         say(format(" Exit E04NFA - %7ld errors found in the input parameters.  Problem abandoned.", 1L));
-        zek::take(exit, kE04nfaExits, kHessianNotFinite, {1L});
+        exit.fail_with_records(6, 99990, rec, {1L});
         break;
+    }
     default: exit.succeed(); break;
     }
 }
