@@ -53,47 +53,72 @@ extern "C" void F04YAY(const int *direction, const int *n, const double *t, cons
     *ifail = zek::guarded_triangular_solve(*direction, *n, t, *ldt, b);
 }
 
+namespace {
+
+// F04YAF's exits.
+enum F04yafExit {
+    kPLessThan1,
+    kSigmaNegative,
+    kJobOutOfRange,
+    kIrankOutOfRange,
+    kNraBelowIrank,
+    kSvdNraBelowP,
+    kIrankNotPositive,
+    kTriangleNraBelowP,
+    kOverflow,
+    kSingularValueZero,
+};
+constexpr zek::ExitRow kF04yafExits[] = {
+    {1, 99999, " ** On entry, P .lt. 1: P =%16ld."},
+    {1, 99998, " ** On entry, SIGMA .lt. 0.0: SIGMA =%12.4E."},
+    {1, 99997, " ** On entry, JOB .lt. -1 or JOB .gt. P:\n    JOB =%16ld and P =%16ld."},
+    {1, 99996, " ** On entry, SVD = .TRUE. and (IRANK .lt. 0 or IRANK .gt. P):\n    IRANK =%16ld and P =%16ld."},
+    {1, 99995, " ** On entry, SVD = .TRUE., JOB .ge. 0 and NRA .lt. max(1,IRANK):\n    NRA =%16ld and IRANK =%16ld."},
+    {1, 99994, " ** On entry, SVD = .TRUE., JOB = -1 and NRA .lt. P:\n    NRA =%16ld and P =%16ld."},
+    {1, 99993, " ** On entry, SVD = .TRUE. and IRANK .le. 0:\n    IRANK =%16ld."},
+    {1, 99992, " ** On entry, SVD = .FALSE. and NRA .lt. P:\n    NRA =%16ld and P =%16ld."},
+    {2, 99991, " ** On entry, SVD = .FALSE. and overflow would occur in calculating\n    the covariance matrix: R is "
+               "singular or nearly so."},
+    {3, 99990, " ** On entry, SVD = .FALSE. and one of the first IRANK singular\n    values is zero: IRANK =%16ld."},
+};
+
+} // namespace
+
 extern "C" void F04YAF(const int *job, const int *p, const double *sigma, double *a, const int *nra, const int *svd,
                        const int *irank, const double *sv, double *cj, double *work, int *ifail) {
     zek::FailureExit exit("F04YAF", nullptr, ifail);
     const long j = *job, np = *p, nr = *nra, ir = *irank;
     if (*p < 1) {
-        exit.fail(1, 99999, " ** On entry, P .lt. 1: P =%16ld.", {np});
+        zek::take(exit, kF04yafExits, kPLessThan1, {np});
         return;
     }
     if (!(*sigma >= 0.0)) {  // a NaN is refused with the negative values
-        exit.fail(1, 99998, " ** On entry, SIGMA .lt. 0.0: SIGMA =%12.4E.", {*sigma});
+        zek::take(exit, kF04yafExits, kSigmaNegative, {*sigma});
         return;
     }
     if (*job < -1 || *job > *p) {
-        exit.fail(1, 99997, " ** On entry, JOB .lt. -1 or JOB .gt. P:\n    JOB =%16ld and P =%16ld.", {j, np});
+        zek::take(exit, kF04yafExits, kJobOutOfRange, {j, np});
         return;
     }
     if (*svd) {
         if (*irank < 0 || *irank > *p) {
-            exit.fail(1, 99996,
-                      " ** On entry, SVD = .TRUE. and (IRANK .lt. 0 or IRANK .gt. P):\n    IRANK =%16ld and P =%16ld.",
-                      {ir, np});
+            zek::take(exit, kF04yafExits, kIrankOutOfRange, {ir, np});
             return;
         }
         if (*job >= 0 && *nra < std::max(1, *irank)) {
-            exit.fail(1, 99995,
-                      " ** On entry, SVD = .TRUE., JOB .ge. 0 and NRA .lt. max(1,IRANK):\n    NRA =%16ld and IRANK "
-                      "=%16ld.",
-                      {nr, ir});
+            zek::take(exit, kF04yafExits, kNraBelowIrank, {nr, ir});
             return;
         }
         if (*job == -1 && *nra < *p) {
-            exit.fail(1, 99994, " ** On entry, SVD = .TRUE., JOB = -1 and NRA .lt. P:\n    NRA =%16ld and P =%16ld.",
-                      {nr, np});
+            zek::take(exit, kF04yafExits, kSvdNraBelowP, {nr, np});
             return;
         }
         if (*irank <= 0) {
-            exit.fail(1, 99993, " ** On entry, SVD = .TRUE. and IRANK .le. 0:\n    IRANK =%16ld.", {ir});
+            zek::take(exit, kF04yafExits, kIrankNotPositive, {ir});
             return;
         }
     } else if (*nra < *p) {
-        exit.fail(1, 99992, " ** On entry, SVD = .FALSE. and NRA .lt. P:\n    NRA =%16ld and P =%16ld.", {nr, np});
+        zek::take(exit, kF04yafExits, kTriangleNraBelowP, {nr, np});
         return;
     }
 
@@ -104,10 +129,7 @@ extern "C" void F04YAF(const int *job, const int *p, const double *sigma, double
         const int r = *irank;
         for (int i = 0; i < r; ++i) {
             if (sv[i] == 0.0) {
-                exit.fail(3, 99990,
-                          " ** On entry, SVD = .FALSE. and one of the first IRANK singular\n    values is zero: "
-                          "IRANK =%16ld.",
-                          {ir});
+                zek::take(exit, kF04yafExits, kSingularValueZero, {ir});
                 return;
             }
         }
@@ -140,9 +162,6 @@ extern "C" void F04YAF(const int *job, const int *p, const double *sigma, double
     }
 
     // C = sigma**2 * (R'*R)^-1 with R the upper triangle of A(1:p, 1:p).
-    const char *overflow =
-        " ** On entry, SVD = .FALSE. and overflow would occur in calculating\n    the covariance matrix: R is "
-        "singular or nearly so.";
     if (*job >= 0) {
         const int first = *job == 0 ? 0 : *job - 1, last = *job == 0 ? n - 1 : *job - 1;
         for (int jc = first; jc <= last; ++jc) {
@@ -150,7 +169,7 @@ extern "C" void F04YAF(const int *job, const int *p, const double *sigma, double
             zek::vector_load(n, 0.0, work, 1);
             work[jc] = 1.0;
             if (zek::guarded_triangular_solve(-1, n, a, *nra, work) != 0) {
-                exit.fail(2, 99991, overflow);
+                zek::take(exit, kF04yafExits, kOverflow);
                 return;
             }
             if (*job == 0) {
@@ -158,7 +177,7 @@ extern "C" void F04YAF(const int *job, const int *p, const double *sigma, double
                 cj[jc] = s2 * w * w;
             } else {
                 if (zek::guarded_triangular_solve(1, n, a, *nra, work) != 0) {
-                    exit.fail(2, 99991, overflow);
+                    zek::take(exit, kF04yafExits, kOverflow);
                     return;
                 }
                 zek::scaled_copy(n, s2, work, 1, cj, 1);
@@ -172,7 +191,7 @@ extern "C" void F04YAF(const int *job, const int *p, const double *sigma, double
         zek::vector_load(jc + 1, 0.0, work, 1);
         work[jc] = 1.0;
         if (zek::guarded_triangular_solve(1, jc + 1, a, *nra, work) != 0) {
-            exit.fail(2, 99991, overflow);
+            zek::take(exit, kF04yafExits, kOverflow);
             return;
         }
         zek::copy(jc + 1, work, 1, a + jc * ld, 1);

@@ -74,19 +74,31 @@ int spd_inverse_from_cholesky(int n, const double *l, int ldl, const double *d, 
 
 } // namespace zek
 
+namespace {
+
+// F01AAZ's exits.
+enum F01aazExit { kNLessThan1, kLeadingDimensionBelowN, kSingular };
+constexpr zek::ExitRow kF01aazExits[] = {
+    {2, 99999, " ** On entry, N .lt. 1: N =%16ld."},
+    {2, 99998, " ** On entry, IA .lt. N or IX .lt. N: IA =%16ld, IX =%16ld, N =%16ld."},
+    {1, 99997, " ** The matrix A is singular, possibly due to rounding errors."},
+};
+
+} // namespace
+
 extern "C" void F01AAZ(double *a, const int *ia, const int *n, double *x, const int *ix, double *p, int *ifail) {
     zek::FailureExit exit("F01AAZ", nullptr, ifail);
     if (*n < 1) {
-        exit.fail(2, 99999, " ** On entry, N .lt. 1: N =%16ld.", {static_cast<long>(*n)});
+        zek::take(exit, kF01aazExits, kNLessThan1, {static_cast<long>(*n)});
         return;
     }
     if (*ia < *n || *ix < *n) {
-        exit.fail(2, 99998, " ** On entry, IA .lt. N or IX .lt. N: IA =%16ld, IX =%16ld, N =%16ld.",
+        zek::take(exit, kF01aazExits, kLeadingDimensionBelowN,
                   {static_cast<long>(*ia), static_cast<long>(*ix), static_cast<long>(*n)});
         return;
     }
     if (zek::general_inverse(*n, a, *ia, x, *ix, p) != 0) {
-        exit.fail(1, 99997, " ** The matrix A is singular, possibly due to rounding errors.");
+        zek::take(exit, kF01aazExits, kSingular);
         return;
     }
     exit.succeed();

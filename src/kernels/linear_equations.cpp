@@ -134,20 +134,28 @@ int refined_solve(int n, int nrhs, const double *a, int lda, const double *lu, i
 
 namespace {
 
-// The common failure exits of F03AAF and F03AFF.
+// The failure exits of F03AAF and F03AFF.
+enum F03Exit { kNLessThan1, kIaLessThanN, kSingular, kDeterminantTooLarge, kDeterminantTooSmall };
+constexpr ExitRow kF03Exits[] = {
+    {2, 99999, " ** On entry, N .lt. 1: N =%16ld."},
+    {2, 99998, " ** On entry, IA .lt. N: IA =%16ld, N =%16ld."},
+    {1, 99997, " ** The matrix A is singular, possibly due to rounding errors."},
+    {3, 99996, " ** The determinant is too large to be represented: DETERMINANT = D1*2**ID, ID =%16ld."},
+    {4, 99995, " ** The determinant is too small to be represented: DETERMINANT = D1*2**ID, ID =%16ld."},
+};
+
+// The argument checks F03AAF and F03AFF share.
 bool f03_arguments(FailureExit &exit, int n, int lda) {
     if (n < 1) {
-        exit.fail(2, 99999, " ** On entry, N .lt. 1: N =%16ld.", {static_cast<long>(n)});
+        take(exit, kF03Exits, kNLessThan1, {static_cast<long>(n)});
         return false;
     }
     if (lda < n) {
-        exit.fail(2, 99998, " ** On entry, IA .lt. N: IA =%16ld, N =%16ld.", {static_cast<long>(lda), static_cast<long>(n)});
+        take(exit, kF03Exits, kIaLessThanN, {static_cast<long>(lda), static_cast<long>(n)});
         return false;
     }
     return true;
 }
-
-constexpr const char *kSingular = " ** The matrix A is singular, possibly due to rounding errors.";
 
 // The one-based integer pivots of the real pivot array of scaled_lu.
 void integer_pivots(int n, const double *p, int *ipiv) {
@@ -173,7 +181,7 @@ extern "C" void F03AFF(const int *n, const double *eps, double *a, const int *ia
     if (!zek::f03_arguments(exit, *n, *ia)) return;
     const double tol = *eps > 0.0 ? *eps : zek::precision();
     if (zek::scaled_lu(*n, tol, a, *ia, p, d1, id) != 0) {
-        exit.fail(1, 99997, zek::kSingular);
+        zek::take(exit, zek::kF03Exits, zek::kSingular);
         return;
     }
     exit.succeed();
@@ -186,20 +194,18 @@ extern "C" void F03AAF(double *a, const int *ia, const int *n, double *det, doub
     int id = 0;
     if (zek::scaled_lu(*n, zek::precision(), a, *ia, wkspce, &d1, &id) != 0) {
         *det = 0.0;
-        exit.fail(1, 99997, zek::kSingular);
+        zek::take(exit, zek::kF03Exits, zek::kSingular);
         return;
     }
     const double value = std::ldexp(d1, id);
     if (std::isinf(value)) {
         *det = 0.0;
-        exit.fail(3, 99996, " ** The determinant is too large to be represented: DETERMINANT = D1*2**ID, ID =%16ld.",
-                  {static_cast<long>(id)});
+        zek::take(exit, zek::kF03Exits, zek::kDeterminantTooLarge, {static_cast<long>(id)});
         return;
     }
     if (std::fabs(value) < zek::safe_minimum()) {
         *det = 0.0;
-        exit.fail(4, 99995, " ** The determinant is too small to be represented: DETERMINANT = D1*2**ID, ID =%16ld.",
-                  {static_cast<long>(id)});
+        zek::take(exit, zek::kF03Exits, zek::kDeterminantTooSmall, {static_cast<long>(id)});
         return;
     }
     *det = value;

@@ -168,14 +168,21 @@ void estimate_norm(int n, Complex *v, Complex *x, int *isave, double *est, int *
 
 namespace {
 
+// The failure exits of both estimators.
+enum EstimatorExit { kNLessThan1, kIcaseOutOfRange };
+constexpr ExitRow kEstimatorExits[] = {
+    {1, 99999, " ** On entry, N .lt. 1: N =%16ld."},
+    {2, 99998, " ** On entry, ICASE .lt. 0 or ICASE .gt. 2: ICASE =%16ld."},
+};
+
 // The checks shared by both estimators: N, and a reverse-communication code the estimator handed out.
 bool estimator_arguments(FailureExit &exit, int icase, int n) {
     if (n < 1) {
-        exit.fail(1, 99999, " ** On entry, N .lt. 1: N =%16ld.", {static_cast<long>(n)});
+        take(exit, kEstimatorExits, kNLessThan1, {static_cast<long>(n)});
         return false;
     }
     if (icase < 0 || icase > 2) {
-        exit.fail(2, 99998, " ** On entry, ICASE .lt. 0 or ICASE .gt. 2: ICASE =%16ld.", {static_cast<long>(icase)});
+        take(exit, kEstimatorExits, kIcaseOutOfRange, {static_cast<long>(icase)});
         return false;
     }
     return true;

@@ -282,6 +282,16 @@ int bidiagonal_qr(int n, double *d, double *e, int ncolb, double *b, int ldb, in
 
 } // namespace zek
 
+namespace {
+
+// F02SYZ's exit after the argument count (which builds its own record).
+enum F02syzExit { kNotConverged };
+constexpr zek::ExitRow kF02syzExits[] = {
+    {2, 99998, "    The QR algorithm has failed to converge.\n    %6ld singular values have NOT been found."},
+};
+
+} // namespace
+
 extern "C" void F02SYZ(const int *n, double *d, double *e, const int *ncolb, double *b, const int *ldb,
                        const int *nrowy, double *y, const int *ldy, const int *ncolz, double *z, const int *ldz,
                        double *work, int *ifail) {
@@ -304,8 +314,7 @@ extern "C" void F02SYZ(const int *n, double *d, double *e, const int *ncolb, dou
     }
     const int missing = zek::bidiagonal_qr(*n, d, e, *ncolb, b, *ldb, *nrowy, y, *ldy, *ncolz, z, *ldz, work);
     if (missing > 0) {
-        exit.fail(2, 99998, "    The QR algorithm has failed to converge.\n    %6ld singular values have NOT been found.",
-                  {static_cast<long>(missing)});
+        zek::take(exit, kF02syzExits, kNotConverged, {static_cast<long>(missing)});
         return;
     }
     exit.succeed();

@@ -212,6 +212,12 @@ int triangular_core(int n, double *a, int lda, int ncolb, double *b, int ldb, bo
     return bidiagonal_qr(n, sv, work, ncolb, b, ldb, wantq ? n : 0, q, ldq, wantp ? n : 0, a, lda, work + n);
 }
 
+// F02WUF's exit after the argument count (which builds its own record).
+enum F02wufExit { kNotConverged };
+constexpr ExitRow kF02wufExits[] = {
+    {2, 99998, "    The QR algorithm has failed to converge.\n    %6ld singular values have NOT been found."},
+};
+
 } // namespace
 
 void F02WUF(const int *n, double *a, const int *lda, const int *ncolb, double *b, const int *ldb, const int *wantq,
@@ -237,8 +243,7 @@ void F02WUF(const int *n, double *a, const int *lda, const int *ncolb, double *b
     }
     const int missing = triangular_core(*n, a, *lda, *ncolb, b, *ldb, *wantq != 0, q, *ldq, sv, *wantp != 0, work);
     if (missing > 0) {
-        exit.fail(2, 99998, "    The QR algorithm has failed to converge.\n    %6ld singular values have NOT been found.",
-                  {static_cast<long>(missing)});
+        take(exit, kF02wufExits, kNotConverged, {static_cast<long>(missing)});
         return;
     }
     exit.succeed();

@@ -64,6 +64,12 @@ constexpr RunExit kRunExits[] = {
     {Word::IterationLimit, 4, 99993, "Too many iterations."},
 };
 
+// The exit before a run starts (the argument count, 99998, builds its own records).
+enum E04mfaExit { kProblemType };
+constexpr zek::ExitRow kE04mfaExits[] = {
+    {7, 99999, " ** Problem type not recognized.  Problem abandoned."},
+};
+
 const RunExit *run_exit(Word word) {
     for (const RunExit &e : kRunExits)
         if (e.word == word) return &e;
@@ -123,7 +129,7 @@ extern "C" void E04MFA(const int *n_, const int *nclin_, const double *a, const 
         say("");
         say(" Exit E04MFA - Problem type not recognized.  Problem abandoned.");
         zek::e04::end_run(Family::MFA, lwsav, iwsav, rwsav);
-        exit.fail(7, 99999, " ** Problem type not recognized.  Problem abandoned.");
+        zek::take(exit, kE04mfaExits, kProblemType);
         return;
     }
     const int start_code = setting(iwsav, Block::LC, lc::kStart);

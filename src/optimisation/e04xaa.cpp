@@ -24,6 +24,18 @@ IntervalSearch load(const double *state) {
 }
 void store(const IntervalSearch &s, double *state) { std::memcpy(state, static_cast<const void *>(&s), sizeof s); }
 
+// E04XAA's exits.  An argument exit's text is also the line printed at message level 1 and above;
+// a stop asked for by the user function takes that function's MODE as IFAIL.
+enum E04xaaExit { kNLessThan1, kLhesBelowN, kModeOutOfRange, kLworkBelowN, kUserStop, kNotFinite };
+constexpr zek::ExitRow kE04xaaExits[] = {
+    {1, 99999, " Error return from E04XAA because N is less than 1"},
+    {1, 99999, " Error return from E04XAA because LHES is less than N"},
+    {1, 99999, " Error return from E04XAA because MODE is out of range"},
+    {1, 99999, " Error return from E04XAA because LWORK is less than N"},
+    {0, 99998, " ** User requested termination by setting MODE negative in routine OBJFUN."},
+    {2, 99997, " ** The function is not finite at X."},
+};
+
 } // namespace
 
 extern "C" void E04XAZ(double fx, double h, double epsrf, double e, double *state) {
@@ -52,16 +64,14 @@ extern "C" void E04XAA(const int *msglvl_, const int *n_, double *epsrf, const d
     const auto say = [&](const std::string &line) {
         if (msglvl >= 1) zek::host_line(6, line.c_str(), static_cast<int>(line.size()) + 1);
     };
-    const char *bad = n < 1 ? " Error return from E04XAA because N is less than 1"
-                      : lhes < n ? " Error return from E04XAA because LHES is less than N"
-                      : (*mode != 0 && *mode != 1) ? " Error return from E04XAA because MODE is out of range"
-                      : lwork < n ? " Error return from E04XAA because LWORK is less than N"
-                      : nullptr;
-    if (bad != nullptr) {
-        say(bad);
-        exit.fail(1, 99999, bad);
-        return;
-    }
+    const auto reject = [&](E04xaaExit key) {
+        say(kE04xaaExits[key].text);
+        zek::take(exit, kE04xaaExits, key);
+    };
+    if (n < 1) return reject(kNLessThan1);
+    if (lhes < n) return reject(kLhesBelowN);
+    if (*mode != 0 && *mode != 1) return reject(kModeOutOfRange);
+    if (lwork < n) return reject(kLworkBelowN);
     const double eps = std::ldexp(1.0, -52);
     if (!(*epsrf >= eps && *epsrf < 1.0)) *epsrf = std::pow(eps, 0.9);
     const double e = *e_ > 0.0 && *e_ < 1.0 ? *e_ : eps;
@@ -78,13 +88,14 @@ extern "C" void E04XAA(const int *msglvl_, const int *n_, double *epsrf, const d
     auto stop = [&](int m) {
         *mode = m;
         say(" User requested termination by setting MODE negative in routine OBJFUN.");
-        exit.fail(m, 99998, " ** User requested termination by setting MODE negative in routine OBJFUN.");
+        const zek::ExitRow &row = kE04xaaExits[kUserStop];
+        exit.fail(m, row.number, row.text);
     };
     std::copy(x, x + n, work);
     int m = value(objf);
     if (m < 0) return stop(m);
     if (!std::isfinite(*objf)) {
-        exit.fail(2, 99997, " ** The function is not finite at X.");
+        zek::take(exit, kE04xaaExits, kNotFinite);
         return;
     }
     *iwarn = 0;

@@ -633,59 +633,101 @@ int Solver::run() {
     return result;
 }
 
-// The workspace bound each routine states, and its literal message.
+// The failure exits of the least-squares family.  The workspace exit names the formula of the
+// routine's bound (one row a formula); the user's stop takes the stop code as IFAIL.
+enum LsqExit {
+    kNLessThan1,
+    kMLessThanN,
+    kMaxcalLessThan1,
+    kEtaOutOfRange,
+    kXtolNegative,
+    kStepmxBelowXtol,
+    kLjBelowM,
+    kLvBelowN,
+    kLwFcf,
+    kLwFcfOne,
+    kLwGbf,
+    kLwGbfOne,
+    kLwFyf,
+    kLwFyfOne,
+    kLwEasyDerivatives,
+    kLwEasyDerivativesOne,
+    kMaxcalEvaluations,
+    kMaxcalCalls,
+    kNoLowerPointFound,
+    kSvdFailure,
+    kNotFiniteAtStart,
+    kUserStop,
+    kLsqhesMissing,
+};
+constexpr zek::ExitRow kLsqExits[] = {
+    {1, 99998, " ** On entry, N must be at least 1: N =%16ld"},
+    {1, 99998, " ** On entry, M must be at least N: M =%16ld, N =%16ld"},
+    {1, 99998, " ** On entry, MAXCAL must be at least 1: MAXCAL =%16ld"},
+    {1, 99998, " ** On entry, ETA must satisfy 0.le.ETA.lt.1: ETA =%13.5E"},
+    {1, 99998, " ** On entry, XTOL must be at least 0.0: XTOL =%13.5E"},
+    {1, 99998, " ** On entry, STEPMX must be at least XTOL:\n ** STEPMX =%13.5E, XTOL =%13.5E"},
+    {1, 99998, " ** On entry, LJ must be at least M: LJ =%16ld, M =%16ld"},
+    {1, 99998, " ** On entry, LV must be at least N: LV =%16ld, N =%16ld"},
+    {1, 99998, " ** On entry, LW must be at least 6*N + M*N + 2*M + N*(N-1)/2 if N.gt.1:\n"
+               " ** LW =%16ld, LW must be at least%16ld"},
+    {1, 99998, " ** On entry, LW must be at least 7 + 3*M if N.eq.1:\n ** LW =%16ld, LW must be at least%16ld"},
+    {1, 99998, " ** On entry, LW must be at least 7*N + M*N + 2*M + N*N if N.gt.1:\n"
+               " ** LW =%16ld, LW must be at least%16ld"},
+    {1, 99998, " ** On entry, LW must be at least 9 + 3*M if N.eq.1:\n ** LW =%16ld, LW must be at least%16ld"},
+    {1, 99998, " ** On entry, LW must be at least 7*N + N*N + 2*M*N + 2*M + N*(N-1)/2 if N.gt.1:\n"
+               " ** LW =%16ld, LW must be at least%16ld"},
+    {1, 99998, " ** On entry, LW must be at least 9 + 5*M if N.eq.1:\n ** LW =%16ld, LW must be at least%16ld"},
+    {1, 99998, " ** On entry, LW must be at least 8*N + 2*N*N + 2*M*N + 3*M if N.gt.1:\n"
+               " ** LW =%16ld, LW must be at least%16ld"},
+    {1, 99998, " ** On entry, LW must be at least 11 + 5*M if N.eq.1:\n ** LW =%16ld, LW must be at least%16ld"},
+    {2, 99997, " ** There have been MAXCAL evaluations of the residuals: MAXCAL =%15ld"},
+    {2, 99997, " ** There have been MAXCAL calls to LSQFUN: MAXCAL =%16ld"},
+    {3, 99996, " ** The conditions for a minimum have not all been satisfied, but a lower point could not be found."},
+    {4, 99995, " ** The singular value decomposition of the Jacobian failed."},
+    {5, 99994, " ** The residuals or the Jacobian are not finite at the starting point."},
+    {0, 99993, " ** User requested termination."},
+    {1, 99992, " ** On entry, LSQHES must be given."},
+};
+
+// The workspace a routine needs, and the exit that states its formula.
 struct Workspace {
     std::ptrdiff_t need;
-    const char *formula;
+    LsqExit exit;
 };
 Workspace workspace(const char *name, int m, int n) {
     const std::ptrdiff_t mm = m, nn = n, half = nn * (nn - 1) / 2;
     const std::string r = name;
     if (r == "E04FCF")
-        return n > 1 ? Workspace{6 * nn + mm * nn + 2 * mm + half,
-                                 " ** On entry, LW must be at least 6*N + M*N + 2*M + N*(N-1)/2 if N.gt.1:"}
-                     : Workspace{7 + 3 * mm, " ** On entry, LW must be at least 7 + 3*M if N.eq.1:"};
-    if (r == "E04GBF")
-        return n > 1 ? Workspace{7 * nn + mm * nn + 2 * mm + nn * nn,
-                                 " ** On entry, LW must be at least 7*N + M*N + 2*M + N*N if N.gt.1:"}
-                     : Workspace{9 + 3 * mm, " ** On entry, LW must be at least 9 + 3*M if N.eq.1:"};
-    if (r == "E04GDF" || r == "E04HEF")
-        return n > 1 ? Workspace{7 * nn + mm * nn + 2 * mm + nn * nn,
-                                 " ** On entry, LW must be at least 7*N + M*N + 2*M + N*N if N.gt.1:"}
-                     : Workspace{9 + 3 * mm, " ** On entry, LW must be at least 9 + 3*M if N.eq.1:"};
+        return n > 1 ? Workspace{6 * nn + mm * nn + 2 * mm + half, kLwFcf} : Workspace{7 + 3 * mm, kLwFcfOne};
+    if (r == "E04GBF" || r == "E04GDF" || r == "E04HEF")
+        return n > 1 ? Workspace{7 * nn + mm * nn + 2 * mm + nn * nn, kLwGbf} : Workspace{9 + 3 * mm, kLwGbfOne};
     if (r == "E04FYF")
-        return n > 1 ? Workspace{7 * nn + nn * nn + 2 * mm * nn + 2 * mm + half,
-                                 " ** On entry, LW must be at least 7*N + N*N + 2*M*N + 2*M + N*(N-1)/2 if N.gt.1:"}
-                     : Workspace{9 + 5 * mm, " ** On entry, LW must be at least 9 + 5*M if N.eq.1:"};
-    return n > 1 ? Workspace{8 * nn + 2 * nn * nn + 2 * mm * nn + 3 * mm,
-                             " ** On entry, LW must be at least 8*N + 2*N*N + 2*M*N + 3*M if N.gt.1:"}
-                 : Workspace{11 + 5 * mm, " ** On entry, LW must be at least 11 + 5*M if N.eq.1:"};
+        return n > 1 ? Workspace{7 * nn + nn * nn + 2 * mm * nn + 2 * mm + half, kLwFyf}
+                     : Workspace{9 + 5 * mm, kLwFyfOne};
+    return n > 1 ? Workspace{8 * nn + 2 * nn * nn + 2 * mm * nn + 3 * mm, kLwEasyDerivatives}
+                 : Workspace{11 + 5 * mm, kLwEasyDerivativesOne};
 }
 
 // Argument checks in their order; false after the failure exit.
 bool check(zek::FailureExit &exit, const char *name, int m, int n, const Settings *s, double eta, int lj, int lv,
            int lw) {
-    auto bad = [&](const char *text, std::initializer_list<zek::MessageValue> values) {
-        exit.fail(1, 99998, text, values);
+    auto bad = [&](LsqExit key, std::initializer_list<zek::MessageValue> values) {
+        zek::take(exit, kLsqExits, key, values);
         return false;
     };
-    if (n < 1) return bad(" ** On entry, N must be at least 1: N =%16ld", {n});
-    if (m < n) return bad(" ** On entry, M must be at least N: M =%16ld, N =%16ld", {m, n});
+    if (n < 1) return bad(kNLessThan1, {n});
+    if (m < n) return bad(kMLessThanN, {m, n});
     if (s != nullptr) {
-        if (s->maxcal < 1) return bad(" ** On entry, MAXCAL must be at least 1: MAXCAL =%16ld", {s->maxcal});
-        if (!(eta >= 0.0 && eta < 1.0)) return bad(" ** On entry, ETA must satisfy 0.le.ETA.lt.1: ETA =%13.5E", {eta});
-        if (!(s->xtol >= 0.0)) return bad(" ** On entry, XTOL must be at least 0.0: XTOL =%13.5E", {s->xtol});
-        if (!(s->stepmx >= s->xtol))
-            return bad(" ** On entry, STEPMX must be at least XTOL:\n ** STEPMX =%13.5E, XTOL =%13.5E",
-                       {s->stepmx, s->xtol});
-        if (lj < m) return bad(" ** On entry, LJ must be at least M: LJ =%16ld, M =%16ld", {lj, m});
-        if (lv < n) return bad(" ** On entry, LV must be at least N: LV =%16ld, N =%16ld", {lv, n});
+        if (s->maxcal < 1) return bad(kMaxcalLessThan1, {s->maxcal});
+        if (!(eta >= 0.0 && eta < 1.0)) return bad(kEtaOutOfRange, {eta});
+        if (!(s->xtol >= 0.0)) return bad(kXtolNegative, {s->xtol});
+        if (!(s->stepmx >= s->xtol)) return bad(kStepmxBelowXtol, {s->stepmx, s->xtol});
+        if (lj < m) return bad(kLjBelowM, {lj, m});
+        if (lv < n) return bad(kLvBelowN, {lv, n});
     }
     const Workspace w = workspace(name, m, n);
-    if (lw < w.need) {
-        const std::string text = std::string(w.formula) + "\n ** LW =%16ld, LW must be at least%16ld";
-        return bad(text.c_str(), {lw, static_cast<long>(w.need)});
-    }
+    if (lw < w.need) return bad(w.exit, {lw, static_cast<long>(w.need)});
     return true;
 }
 
@@ -693,17 +735,12 @@ void finish(zek::FailureExit &exit, const char *name, int code, int maxcal) {
     switch (code) {
     case kDone: exit.succeed(); break;
     case kLimit:
-        exit.fail(2, 99997, std::string(name) == "E04GDF" ? " ** There have been MAXCAL evaluations of the residuals: MAXCAL =%15ld"
-                                                          : " ** There have been MAXCAL calls to LSQFUN: MAXCAL =%16ld",
-                  {maxcal});
+        zek::take(exit, kLsqExits, std::string(name) == "E04GDF" ? kMaxcalEvaluations : kMaxcalCalls, {maxcal});
         break;
-    case kNoLowerPoint:
-        exit.fail(3, 99996, " ** The conditions for a minimum have not all been satisfied, but a lower point could"
-                            " not be found.");
-        break;
-    case kSvdFailed: exit.fail(4, 99995, " ** The singular value decomposition of the Jacobian failed."); break;
-    case kNotFinite: exit.fail(5, 99994, " ** The residuals or the Jacobian are not finite at the starting point."); break;
-    default: exit.fail(code, 99993, " ** User requested termination."); break;
+    case kNoLowerPoint: zek::take(exit, kLsqExits, kNoLowerPointFound); break;
+    case kSvdFailed: zek::take(exit, kLsqExits, kSvdFailure); break;
+    case kNotFinite: zek::take(exit, kLsqExits, kNotFiniteAtStart); break;
+    default: exit.fail(code, kLsqExits[kUserStop].number, kLsqExits[kUserStop].text); break;
     }
 }
 
@@ -807,7 +844,7 @@ Functions with_term(Functions fn, ZekE04LsqHes lsqhes, ZekE04AdaptLsqHes hadapt)
 bool term_missing(const char *name, ZekE04LsqHes lsqhes, int *ifail) {
     if (lsqhes != nullptr) return false;
     zek::FailureExit exit(name, nullptr, ifail);
-    exit.fail(1, 99992, " ** On entry, LSQHES must be given.");
+    zek::take(exit, kLsqExits, kLsqhesMissing);
     return true;
 }
 

@@ -74,6 +74,16 @@ int data_rank(int m, int n, const double *a, int lda, bool upper, double rank_to
     return std::min(rank, m);
 }
 
+// E04NCA's exits with a message of one line; the argument count (99999) and the overflow of A'B
+// (99994) build their records where they are raised.
+enum E04ncaExit { kWeak, kUnbounded, kInfeasible, kIterationLimit };
+constexpr zek::ExitRow kE04ncaExits[] = {
+    {1, 99998, " ** Weak %2.2s solution."},
+    {2, 99997, " ** %2.2s solution is unbounded."},
+    {3, 99996, " ** Cannot satisfy the linear constraints. "},
+    {4, 99995, " ** Too many iterations."},
+};
+
 } // namespace
 
 extern "C" void E04NCA(const int *m_, const int *n_, const int *nclin_, const int *ldc_, const int *lda_,
@@ -240,11 +250,11 @@ extern "C" void E04NCA(const int *m_, const int *n_, const int *nclin_, const in
 
     switch (word) {
     case Word::Weak:
-    case Word::DeadPoint: exit.fail(1, 99998, " ** Weak %2.2s solution.", {kind}); break;
-    case Word::Unbounded: exit.fail(2, 99997, " ** %2.2s solution is unbounded.", {kind}); break;
+    case Word::DeadPoint: zek::take(exit, kE04ncaExits, kWeak, {kind}); break;
+    case Word::Unbounded: zek::take(exit, kE04ncaExits, kUnbounded, {kind}); break;
     case Word::Infeasible:
-    case Word::RowError: exit.fail(3, 99996, " ** Cannot satisfy the linear constraints. "); break;
-    case Word::IterationLimit: exit.fail(4, 99995, " ** Too many iterations."); break;
+    case Word::RowError: zek::take(exit, kE04ncaExits, kInfeasible); break;
+    case Word::IterationLimit: zek::take(exit, kE04ncaExits, kIterationLimit); break;
     default: exit.succeed(); break;
     }
 }

@@ -65,6 +65,25 @@ zek::active_set::Settings settings_of(const int *iwsav, const double *rwsav, int
     return s;
 }
 
+// E04NFA's exits with a message of one line; the argument count (99998) and the exits that add a
+// line of figures (99996, 99993, 99990) build their records where they are raised.
+enum E04nfaExit {
+    kProblemType,
+    kDeadPoint,
+    kUnbounded,
+    kInfeasible,
+    kIterationLimit,
+    kReducedHessianTooBig,
+};
+constexpr zek::ExitRow kE04nfaExits[] = {
+    {7, 99999, " ** Problem type not recognized.  Problem abandoned."},
+    {1, 99997, " ** Iterations terminated at a dead-point."},
+    {2, 99995, " ** %2.2s solution is unbounded."},
+    {3, 99994, " ** No feasible point for the linear constraints."},
+    {4, 99992, " ** Too many iterations."},
+    {5, 99991, " ** Reduced Hessian exceeds assigned dimension."},
+};
+
 } // namespace
 
 extern "C" void E04NFA(const int *n_, const int *nclin_, const double *a, const int *lda_, const double *bl,
@@ -93,7 +112,7 @@ extern "C" void E04NFA(const int *n_, const int *nclin_, const double *a, const 
         say("");
         say(" Exit E04NFA - Problem type not recognized.  Problem abandoned.");
         finish();
-        exit.fail(7, 99999, " ** Problem type not recognized.  Problem abandoned.");
+        zek::take(exit, kE04nfaExits, kProblemType);
         return;
     }
     const bool quadratic = type >= 3, linear_term = type == 2 || type == 4 || type == 6;
@@ -200,7 +219,7 @@ extern "C" void E04NFA(const int *n_, const int *nclin_, const double *a, const 
     finish();
 
     switch (word) {
-    case Word::DeadPoint: exit.fail(1, 99997, " ** Iterations terminated at a dead-point."); break;
+    case Word::DeadPoint: zek::take(exit, kE04nfaExits, kDeadPoint); break;
     case Word::Weak: {
         zek::Records rec;
         rec.add(" ** Optimal solution is not unique.");
@@ -208,8 +227,8 @@ extern "C" void E04NFA(const int *n_, const int *nclin_, const double *a, const 
         exit.fail_with_records(1, 99996, rec, {static_cast<long>(r.artificial)});
         break;
     }
-    case Word::Unbounded: exit.fail(2, 99995, " ** %2.2s solution is unbounded.", {kind}); break;
-    case Word::Infeasible: exit.fail(3, 99994, " ** No feasible point for the linear constraints."); break;
+    case Word::Unbounded: zek::take(exit, kE04nfaExits, kUnbounded, {kind}); break;
+    case Word::Infeasible: zek::take(exit, kE04nfaExits, kInfeasible); break;
     case Word::RowError: {
         zek::Records rec;
         rec.add(" ** Cannot satisfy the working set constraints to the accuracy requested.");
@@ -219,8 +238,8 @@ extern "C" void E04NFA(const int *n_, const int *nclin_, const double *a, const 
         exit.fail_with_records(3, 99993, rec, {core.suminf, rowerr});
         break;
     }
-    case Word::IterationLimit: exit.fail(4, 99992, " ** Too many iterations."); break;
-    case Word::Rz2Big: exit.fail(5, 99991, " ** Reduced Hessian exceeds assigned dimension."); break;
+    case Word::IterationLimit: zek::take(exit, kE04nfaExits, kIterationLimit); break;
+    case Word::Rz2Big: zek::take(exit, kE04nfaExits, kReducedHessianTooBig); break;
     case Word::Errors: {
         zek::Records rec;
         rec.add(" ** The Hessian routine returned a value that is not finite.");

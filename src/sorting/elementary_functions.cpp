@@ -98,10 +98,20 @@ double s07aac(double x, ZekFail *fail) {
     return odd ? -1.0 / t : t;
 }
 
+namespace {
+
+// S09ABF's exit.
+enum S09abfExit { kAbsXAboveOne };
+constexpr ExitRow kS09abfExits[] = {
+    {1, 99999, " ** On entry, ABS(X) .gt. 1.0: X =%12.4E."},
+};
+
+} // namespace
+
 double S09ABF(double x, char *errbuf, int *ifail, int /*errbuf_len*/) {
     FailureExit exit("S09ABF", errbuf, ifail);
     if (std::fabs(x) > 1.0) {
-        exit.fail(1, 99999, " ** On entry, ABS(X) .gt. 1.0: X =%12.4E.", {x});
+        take(exit, kS09abfExits, kAbsXAboveOne, {x});
         return 0.0;
     }
     exit.succeed();

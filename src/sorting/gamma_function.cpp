@@ -117,19 +117,28 @@ double stirling_correction(double x) {
 
 } // namespace special
 
+namespace {
+
+// S14AAF's exits.
+enum S14aafExit { kTooLarge, kTooNegative, kTooSmall, kNegativeInteger };
+constexpr ExitRow kS14aafExits[] = {
+    {1, 99999, " ** On entry, X is too large: X =%12.4E."},
+    {2, 99998, " ** On entry, X is too large and negative: X =%12.4E."},
+    {3, 99997, " ** On entry, X is too close to zero: X =%12.4E."},
+    {4, 99996, " ** On entry, X is a negative integer: X =%12.4E."},
+};
+
+} // namespace
+
 double s14aaf_worker(double x, char *errbuf, int *ifail, int /*errbuf_len*/) {
     FailureExit exit("S14AAF", errbuf, ifail);
     const GammaResult r = gamma_with_failure(x);
     switch (r.failure) {
     case GammaFailure::None: exit.succeed(); break;
-    case GammaFailure::TooLarge: exit.fail(1, 99999, " ** On entry, X is too large: X =%12.4E.", {x}); break;
-    case GammaFailure::TooNegative:
-        exit.fail(2, 99998, " ** On entry, X is too large and negative: X =%12.4E.", {x});
-        break;
-    case GammaFailure::TooSmall: exit.fail(3, 99997, " ** On entry, X is too close to zero: X =%12.4E.", {x}); break;
-    case GammaFailure::NegativeInteger:
-        exit.fail(4, 99996, " ** On entry, X is a negative integer: X =%12.4E.", {x});
-        break;
+    case GammaFailure::TooLarge: take(exit, kS14aafExits, kTooLarge, {x}); break;
+    case GammaFailure::TooNegative: take(exit, kS14aafExits, kTooNegative, {x}); break;
+    case GammaFailure::TooSmall: take(exit, kS14aafExits, kTooSmall, {x}); break;
+    case GammaFailure::NegativeInteger: take(exit, kS14aafExits, kNegativeInteger, {x}); break;
     }
     return r.value;
 }

@@ -17,22 +17,35 @@ namespace zek {
 
 namespace {
 
-// Checks P(M1:M2) (P is IRANK or IPERM, NAME its name in the messages) and leaves it marked on
-// success.  True when a failure was reported; P is then as it came.
-bool permutation_fails(FailureExit &exit, int *p, int m1, int m2, const char *name) {
+// The permutation exits of the rearranging members (IRANK) and of M01ZAF and M01ZBF (IPERM).
+enum PermutationExit { kIrankOutOfRange, kIrankRepeated, kIpermOutOfRange, kIpermRepeated };
+constexpr ExitRow kPermutationExits[] = {
+    {2, 99996, " ** IRANK(M1:M2) does not contain a permutation of the integers M1 to M2.\n"
+               "    IRANK(I) contains an out-of-range value:\n    I =%16ld, IRANK(I) =%16ld."},
+    {3, 99995, " ** IRANK(M1:M2) does not contain a permutation of the integers M1 to M2.\n"
+               "    IRANK contains a repeated value:%16ld."},
+    {2, 99996, " ** IPERM(M1:M2) does not contain a permutation of the integers M1 to M2.\n"
+               "    IPERM(I) contains an out-of-range value:\n    I =%16ld, IPERM(I) =%16ld."},
+    {3, 99995, " ** IPERM(M1:M2) does not contain a permutation of the integers M1 to M2.\n"
+               "    IPERM contains a repeated value:%16ld."},
+};
+
+// Which array a permutation check reports on.
+enum class Permutation { Irank, Iperm };
+
+// Checks P(M1:M2) (IRANK or IPERM, as WHICH says) and leaves it marked on success.  True when a
+// failure was reported; P is then as it came.
+bool permutation_fails(FailureExit &exit, int *p, int m1, int m2, Permutation which) {
     const std::ptrdiff_t n = static_cast<std::ptrdiff_t>(m2) - m1 + 1;
     const m01::PermutationCheck check = m01::check_and_mark(p, n, m1);
-    const std::string head =
-        format(" ** %s(M1:M2) does not contain a permutation of the integers M1 to M2.\n", name);
+    const bool irank = which == Permutation::Irank;
     if (check.ierror == 2) {
-        const std::string message =
-            head + format("    %s(I) contains an out-of-range value:\n    I =%%16ld, %s(I) =%%16ld.", name, name);
-        exit.fail(2, 99996, message.c_str(), {static_cast<long>(m1 + check.index), check.value});
+        take(exit, kPermutationExits, irank ? kIrankOutOfRange : kIpermOutOfRange,
+             {static_cast<long>(m1 + check.index), check.value});
         return true;
     }
     if (check.ierror == 3) {
-        const std::string message = head + format("    %s contains a repeated value:%%16ld.", name);
-        exit.fail(3, 99995, message.c_str(), {check.value});
+        take(exit, kPermutationExits, irank ? kIrankRepeated : kIpermRepeated, {check.value});
         return true;
     }
     return false;
@@ -57,7 +70,7 @@ void rearrange_worker(const char *routine, T *v, int m1, int m2, int irank[], ch
     FailureExit exit(routine, errbuf, ifail);
     if (m01::section_fails(exit, m1, m2)) return;
     int *p = irank + (m1 - 1);
-    if (permutation_fails(exit, p, m1, m2, "IRANK")) return;
+    if (permutation_fails(exit, p, m1, m2, Permutation::Irank)) return;
     m01::rearrange_values(v + (m1 - 1), p, static_cast<std::ptrdiff_t>(m2) - m1 + 1, m1);
     exit.succeed();
 }
@@ -77,7 +90,7 @@ void m01edf_worker(char ch[], int m1, int m2, int irank[], char *errbuf, int *if
     FailureExit exit("M01EDF", errbuf, ifail);
     if (m01::section_fails(exit, m1, m2)) return;
     int *p = irank + (m1 - 1);
-    if (permutation_fails(exit, p, m1, m2, "IRANK")) return;
+    if (permutation_fails(exit, p, m1, m2, Permutation::Irank)) return;
     const std::size_t length = static_cast<std::size_t>(std::max(ch_len, 0));
     char *section = ch + static_cast<std::ptrdiff_t>(m1 - 1) * static_cast<std::ptrdiff_t>(length);
     m01::follow_cycles(p, static_cast<std::ptrdiff_t>(m2) - m1 + 1, m1, [&](std::ptrdiff_t i, std::ptrdiff_t k) {
@@ -112,7 +125,7 @@ void m01zaf_worker(int iperm[], int m1, int m2, char *errbuf, int *ifail, int /*
     FailureExit exit("M01ZAF", errbuf, ifail);
     if (m01::section_fails(exit, m1, m2)) return;
     int *p = iperm + (m1 - 1);
-    if (permutation_fails(exit, p, m1, m2, "IPERM")) return;
+    if (permutation_fails(exit, p, m1, m2, Permutation::Iperm)) return;
     invert_marked(p, static_cast<std::ptrdiff_t>(m2) - m1 + 1, m1);
     exit.succeed();
 }
@@ -121,7 +134,7 @@ void M01ZBF(int iperm[], int m1, int m2, int *ifail) {
     FailureExit exit("M01ZBF", nullptr, ifail);
     if (m01::section_fails(exit, m1, m2)) return;
     int *p = iperm + (m1 - 1);
-    if (permutation_fails(exit, p, m1, m2, "IPERM")) return;
+    if (permutation_fails(exit, p, m1, m2, Permutation::Iperm)) return;
     for (std::ptrdiff_t k = 0, n = static_cast<std::ptrdiff_t>(m2) - m1 + 1; k < n; ++k) p[k] = m01::unmarked(p[k]);
     exit.succeed();
 }
