@@ -96,7 +96,7 @@ template void ssor_apply<Complex>(Sweep, int, int, const Complex[], const int[],
 
 namespace {
 
-const char *const kDiagonalRow = " ** On entry, the diagonal element of the I-th row is zero or missing:\n    I =%16ld.";
+constexpr const char *kDiagonalRow = " ** On entry, the diagonal element of the I-th row is zero or missing:\n    I =%16ld.";
 
 // The SSOR step (F11DDF, F11DRF, F11JRF).
 enum SsorExit { kSsorTrans, kSsorCheck, kSsorOmega, kSsorNonRealDiagonal, kSsorDiagonal };
