@@ -95,7 +95,7 @@ template <class T> std::vector<T> values_of(const Coo &m) {
     if constexpr (std::is_same_v<T, double>) return m.a;
     else return complexify(m);
 }
-// 1 + sin(i), with the imaginary part 0.5 cos(i) when complex.
+// 1 + sin(i), whose imaginary component is 0.5 cos(i) when complex.
 template <class T> std::vector<T> right_side(int n) {
     std::vector<T> b(static_cast<std::size_t>(n));
     for (int i = 0; i < n; ++i) {
