@@ -132,6 +132,18 @@ int take(FailureExit &exit, const ExitRow (&table)[K], Key row, std::initializer
     return exit.fail(r.ierror, r.number, r.text, values, width);
 }
 
+// Takes the exit ROW of TABLE with WORD (a routine's name, say) pasted where its text has "%s": the word
+// becomes part of the message but not a value of the ERRBUF line.
+template <std::size_t K, class Key>
+int take_pasting(FailureExit &exit, const ExitRow (&table)[K], Key row, std::string_view word,
+                 std::initializer_list<MessageValue> values = {}) {
+    const ExitRow &r = table[static_cast<std::size_t>(row)];
+    std::string text = r.text;
+    const std::size_t at = text.find("%s");
+    if (at != std::string::npos) text.replace(at, 2, word);
+    return exit.fail(r.ierror, r.number, text.c_str(), values);
+}
+
 // The two-level front: owns ERRBUF, and after the worker compares the IERR that the failure exit
 // wrote with the IFAIL that came back, printing the mismatch line when they differ.
 class Front {

@@ -235,13 +235,7 @@ void take_outcome(zek::FailureExit &exit, const OutcomeRow &o, const SearchOutco
     switch (o.shows) {
     case Shows::Nothing: zek::take(exit, kBranchExits, o.exit); break;
     case Shows::Unsearched: zek::take(exit, kBranchExits, o.exit, {static_cast<long>(r.too_big)}); break;
-    case Shows::Routine: {
-        const zek::ExitRow &row = kBranchExits[o.exit];
-        std::string text = row.text;
-        text.replace(text.find("%s"), 2, exit.routine());
-        exit.fail(row.ierror, row.number, text.c_str());
-        break;
-    }
+    case Shows::Routine: zek::take_pasting(exit, kBranchExits, o.exit, exit.routine()); break;
     }
 }
 

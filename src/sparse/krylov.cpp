@@ -640,7 +640,8 @@ void illegal_setup_argument(FailureExit &exit, int bad) { exit.fail(-bad, 99999 
 #define ZEK_NOT_CONVERGED " ** The solution has not converged after%7ld iterations."
 enum SuiteExit {
     kStepLworkShort, kReentryIrevcm, kReentryLwork, kAccuracyTidy, kAccuracy, kImmediate, kTidyNotConverged, kNotConverged,
-    kBreakdown, kMatrixNotDefinite, kPreconditionerNotDefinite, kTidySymmetric, kNotConvergedSymmetric, kDiagnosticsLwork
+    kBreakdown, kMatrixNotDefinite, kPreconditionerNotDefinite, kTidySymmetric, kNotConvergedSymmetric, kDiagnosticsLwork,
+    kNotSetUp, kAlreadyCompleted, kOutOfSequence
 };
 constexpr ExitRow kSuiteExits[] = {
     {-6, 99999, kIllegal},
@@ -657,6 +658,10 @@ constexpr ExitRow kSuiteExits[] = {
     {6, 99994, " ** User-requested tidy termination.\n" ZEK_NOT_CONVERGED},
     {7, 99993, ZEK_NOT_CONVERGED},
     {-7, 99999, kIllegal},
+    // The routine of the suite that these name is pasted in (take_pasting): its name is no ERRBUF value.
+    {3, 99998, " ** Either %s was not called before calling this routine\n ** or it has returned an error."},
+    {1, 99996, " ** %s has already completed its tasks. You need to set a new problem."},
+    {1, 99998, " ** %s has been called out of sequence."},
 };
 #undef ZEK_ACCURACY
 #undef ZEK_NOT_DEFINITE
@@ -862,18 +867,14 @@ void solve_step(const char *name, int *irevcm, double *u, double *v, const doubl
     // The set-up routine's name is the solver's with the fifth letter one back (BEF, BDF; GSF, GRF).
     std::string setup_name(name);
     setup_name[4] = static_cast<char>(setup_name[4] - 1);
-    const std::string not_set_up =
-        " ** Either " + setup_name + " was not called before calling this routine\n ** or it has returned an error.";
-    const std::string again = std::string(" ** ") + name + " has already completed its tasks. You need to set a new problem.";
-    // The texts that name a routine of the suite are built here, the name pasted in.
-    auto not_set_up_exit = [&] { exit.fail(3, 99998, not_set_up.c_str()); };
+    auto not_set_up_exit = [&] { take_pasting(exit, kSuiteExits, kNotSetUp, setup_name); };
     if (rec.r[kMarkA] != kMarkValueA || rec.r[kMarkB] != kMarkValueB || rec.i(kState) < 1) return not_set_up_exit();
     const bool first = rec.flag(kFirst);
     auto illegal = [&](int number) {
         take(exit, kSuiteExits, number == 1 ? kReentryIrevcm : kReentryLwork, {first ? "first " : "re-", number});
     };
     if (rec.i(kState) == 3) {
-        exit.fail(1, 99996, again.c_str());
+        take_pasting(exit, kSuiteExits, kAlreadyCompleted, name);
         return;
     }
     if (first) {
@@ -958,7 +959,7 @@ void diagnostics(const char *name, int *itn, double *stplhs, double *stprhs, dou
     int order = 0;
     sequence_check(4, rec.r, &order);
     if (order != 0) {
-        exit.fail(1, 99998, (std::string(" ** ") + name + " has been called out of sequence.").c_str());
+        take_pasting(exit, kSuiteExits, kOutOfSequence, name);
         return;
     }
     *itn = rec.i(kIter);

@@ -103,11 +103,27 @@ TEST(SparseKrylov, ZeroRightHandSideAndStops) {
     EXPECT_FALSE(p.step());
     EXPECT_EQ(p.ifail, 0);
     EXPECT_EQ(p.u_, std::vector<double>(p.u_.size(), 0.0));
-    // A further call reports the finished sequence.
-    p.irevcm = 4;
-    p.ifail = 1;
-    F11BEF(&p.irevcm, p.u_.data(), p.v_.data(), nullptr, p.w(), &p.lwork, &p.ifail);
-    EXPECT_EQ(p.ifail, 1);
+    // A further call reports the finished sequence, and a call on a record never set up names the set-up
+    // routine: both texts carry a routine's name pasted in.
+    std::vector<double> blank(p.w(), p.w() + p.lwork);
+    std::fill(blank.begin(), blank.end(), 0.0);
+    struct {
+        double *work;
+        int ifail;
+        const char *text;
+    } const calls[] = {
+        {p.w(), 1, " ** F11BEF has already completed its tasks. You need to set a new problem."},
+        {blank.data(), 3, " ** Either F11BDF was not called before calling this routine"},
+    };
+    for (const auto &c : calls) {
+        zek_test::OutputCapture capture;
+        p.irevcm = 4;
+        p.ifail = -1; // soft failure, message printed
+        F11BEF(&p.irevcm, p.u_.data(), p.v_.data(), nullptr, c.work, &p.lwork, &p.ifail);
+        EXPECT_EQ(p.ifail, c.ifail);
+        ASSERT_FALSE(capture.host().empty());
+        EXPECT_EQ(capture.host().front().rfind(c.text, 0), 0u) << capture.host().front();
+    }
 
     Problem<double> q("sherman1", "TFQMR", 0, true);
     q.step();
